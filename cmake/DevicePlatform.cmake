@@ -1,0 +1,1 @@
+# BUNDLED_PLATFORM=OFF: the device's own platform libraries.
