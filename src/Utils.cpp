@@ -1,0 +1,39 @@
+#include "Utils.h"
+
+#include <QDBusArgument>
+#include <QLoggingCategory>
+
+namespace {
+
+Q_LOGGING_CATEGORY(logUtils, "Utils", QtCriticalMsg)
+
+bool isRawArgument(const QVariant &value)
+{
+    return value.userType() == qMetaTypeId<QDBusArgument>();
+}
+
+} // namespace
+
+QVariant Utils::convertDBusArgument(const QVariant &value)
+{
+    if (value.type() != QVariant::UserType)
+        return value;
+    if (const auto dictionary = rawDictionary(value))
+        return *dictionary;
+    if (!isRawArgument(value))
+        qCWarning(logUtils) << "Unknown QVariant::UserType:" << value.userType();
+    return value;
+}
+
+std::optional<QVariantMap> Utils::rawDictionary(const QVariant &value)
+{
+    if (!isRawArgument(value))
+        return std::nullopt;
+    const auto argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("a{sv}"))
+        return std::nullopt;
+
+    QVariantMap dictionary;
+    argument >> dictionary;
+    return dictionary;
+}
