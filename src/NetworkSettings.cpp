@@ -1,0 +1,181 @@
+// The settings stores: preferred Wi-Fi, region and its lock.
+
+#include "NetworkSettings.h"
+
+#include "Command.h"
+#include "ConnmanService.h"
+#include "NetworkSettingsLog.h"
+
+#include <QCoreApplication>
+
+Q_LOGGING_CATEGORY(logNetworkSettings, "NetworkSettings", QtCriticalMsg)
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr QLatin1String PreferedKey("wifi/prefered");
+constexpr QLatin1String RegionKey("wifi/region");
+constexpr QLatin1String RegionLockedKey("wifi/regionLocked");
+
+constexpr QLatin1String WifiType("wifi");
+constexpr QLatin1String DefaultRegion("US");
+constexpr QLatin1String WorldRegion("00");
+
+/// How long the region command may take at start-up, where nobody waits for its result.
+constexpr auto RegionStartUpTimeout = 5000ms;
+
+/// The region that was last applied in this process.
+QString &currentRegion()
+{
+    static QString region = WorldRegion;
+    return region;
+}
+
+/// Writes pending changes to the store's file. QSettings keeps its first error for ever, so that a fresh
+/// instance, which shares the pending changes, has to tell whether it worked this time.
+void flush(const QSettings &store)
+{
+    QSettings writer(store.format(), store.scope(), store.organizationName(), store.applicationName());
+    writer.sync();
+    if (writer.status() != QSettings::NoError)
+        qCCritical(logNetworkSettings) << "Unable to write settings file" << writer.fileName();
+}
+
+/// The name under which a Wi-Fi service is preferred; empty for any other service, and (logged) without a
+/// name.
+QString preferableName(const ConnmanService &service)
+{
+    if (service.type() != WifiType)
+        return {};
+    const QString name = service.name();
+    if (name.isEmpty())
+        qCCritical(logNetworkSettings) << "Unable to obtain name for service" << service.path();
+    return name;
+}
+
+} // namespace
+
+NetworkSettings::NetworkSettings(QObject *parent)
+    : QObject(parent)
+    , m_mainSettings(QSettings::NativeFormat, QSettings::SystemScope, QCoreApplication::organizationName(),
+                     QStringLiteral("main"))
+    , m_regionSettings(QSettings::NativeFormat, QSettings::SystemScope, QCoreApplication::organizationName(),
+                       QStringLiteral("region"))
+{
+    m_regionTimer.setInterval(RegionStartUpTimeout);
+    m_regionTimer.setSingleShot(true);
+    connect(&m_regionTimer, &QTimer::timeout, this, &NetworkSettings::timeout);
+    connect(&m_regionProcess, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &NetworkSettings::finished);
+}
+
+NetworkSettings::~NetworkSettings()
+{
+    m_regionProcess.disconnect(this);
+    m_regionProcess.kill();
+    m_regionProcess.waitForFinished();
+}
+
+QString NetworkSettings::getPreferedWifi() const
+{
+    return m_mainSettings.value(PreferedKey).toString();
+}
+
+void NetworkSettings::setPreferedWifi(const std::shared_ptr<ConnmanService> &service)
+{
+    const QString name = preferableName(*service);
+    if (name.isEmpty())
+        return;
+    m_mainSettings.setValue(PreferedKey, name);
+    flush(m_mainSettings);
+}
+
+void NetworkSettings::removePreferedWifi(const std::shared_ptr<ConnmanService> &service)
+{
+    const QString name = preferableName(*service);
+    if (name.isEmpty() || name != getPreferedWifi())
+        return;
+    m_mainSettings.remove(PreferedKey);
+    flush(m_mainSettings);
+}
+
+QString NetworkSettings::getWifiRegion() const
+{
+    return m_regionSettings.value(RegionKey).toString();
+}
+
+bool NetworkSettings::getLockRegion() const
+{
+    return m_regionSettings.value(RegionLockedKey).toBool();
+}
+
+bool NetworkSettings::setLockRegion(bool locked)
+{
+    m_regionSettings.remove(RegionLockedKey);
+    m_regionSettings.setValue(RegionLockedKey, locked);
+    flush(m_regionSettings);
+    return true;
+}
+
+bool NetworkSettings::setWifiRegion(const QString &region)
+{
+    if (getLockRegion()) {
+        qCCritical(logNetworkSettings) << "Lock active. Unable to set region to" << region;
+        return false;
+    }
+    startRegionCommand(region);
+    if (!Command::endsNormally(m_regionProcess)) {
+        qCritical() << "Failed to set region.";
+        return false;
+    }
+    storeRegion(region);
+    currentRegion() = region;
+    return true;
+}
+
+void NetworkSettings::storeRegion(const QString &region)
+{
+    m_regionSettings.remove(RegionKey);
+    m_regionSettings.setValue(RegionKey, region);
+    flush(m_regionSettings);
+}
+
+void NetworkSettings::applyStoredWifiRegion()
+{
+    const QString stored = getWifiRegion();
+    if (!stored.isEmpty())
+        currentRegion() = stored;
+    if (stored.isEmpty() || stored == WorldRegion)
+        setWifiRegion(DefaultRegion);
+    startRegionCommand(currentRegion());
+    m_regionTimer.start();
+}
+
+void NetworkSettings::startRegionCommand(const QString &region)
+{
+    if (m_regionProcess.state() != QProcess::NotRunning)
+        Command::waitForEnd(m_regionProcess, Command::Timeout);
+    m_regionGivenUp = false;
+    m_regionProcess.start(QStringLiteral("iw"),
+                          {QStringLiteral("reg"), QStringLiteral("set"), QStringLiteral("%1").arg(region)});
+}
+
+void NetworkSettings::timeout()
+{
+    m_regionGivenUp = true;
+    m_regionProcess.kill();
+    emit initDone();
+}
+
+void NetworkSettings::finished(int /*exitCode*/, QProcess::ExitStatus status)
+{
+    if (status == QProcess::NormalExit)
+        qCDebug(logNetworkSettings) << "The region has been set successfully.";
+    else
+        qCDebug(logNetworkSettings) << "Failed to set the region.";
+    if (m_regionTimer.isActive())
+        m_regionTimer.stop();
+    if (!m_regionGivenUp)
+        emit initDone();
+}

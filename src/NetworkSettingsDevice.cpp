@@ -1,0 +1,152 @@
+// The operations of NetworkSettings on the operating system: Wi-Fi hardware and its address, host name,
+// provisioning files.
+
+#include "NetworkSettings.h"
+
+#include "Command.h"
+#include "dbus/SystemInfo.h"
+#include "NetworkSettingsLog.h"
+
+#include <libtactora/Singleton.h>
+
+#include <QDebug>
+#include <QFile>
+
+#include <algorithm>
+
+namespace {
+
+constexpr QLatin1String Ip("ip");
+constexpr QLatin1String WifiInterface("wlan0");
+constexpr QLatin1String HostNameFile("/etc/hostname");
+
+constexpr QLatin1String MacPrefix("02a7c40");
+constexpr qint64 SerialNumberOffset = 200000;
+
+QStringList setLink(const QStringList &change)
+{
+    return QStringList{QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("dev"), WifiInterface} +
+           change;
+}
+
+QString provisioningFile(const QString &fileName)
+{
+    return QStringLiteral("/var/lib/connman/%1.config").arg(fileName);
+}
+
+bool hasControlCharacter(const QString &text)
+{
+    return std::any_of(text.cbegin(), text.cend(),
+                       [](QChar character) { return character.category() == QChar::Other_Control; });
+}
+
+/// Whether `value` keeps to one line of the provisioning file; the complaint names the field.
+bool isOneLine(const char *field, const QString &value)
+{
+    if (!hasControlCharacter(value))
+        return true;
+    qCCritical(logNetworkSettings) << "Control character in" << field << "of configuration file!";
+    return false;
+}
+
+} // namespace
+
+bool NetworkSettings::getWlanSupported()
+{
+    QProcess iw;
+    iw.setProcessChannelMode(QProcess::MergedChannels);
+    iw.start(QStringLiteral("iw"), {QStringLiteral("list")});
+    if (Command::endsNormally(iw) && !iw.readAll().isEmpty())
+        return true;
+    qCritical() << "WLAN not supported on this board.";
+    return false;
+}
+
+bool NetworkSettings::initMacAddress()
+{
+    if (!Command::run(Ip, setLink({QStringLiteral("down")}))) {
+        qCritical() << "Failed to set interface down.";
+        return false;
+    }
+    const int serialNumber = libtactora::Singleton<detail::SystemInfo>::instance()->serialNumber();
+    if (!setInterfaceAddress(macAddress(serialNumber)))
+        return false;
+    if (!Command::run(Ip, setLink({QStringLiteral("up")}))) {
+        qCritical() << "Failed to set interface up.";
+        return false;
+    }
+    return true;
+}
+
+bool NetworkSettings::setInterfaceAddress(const QString &address)
+{
+    constexpr int WithoutLimit = -1;
+    QProcess ip;
+    ip.setProcessChannelMode(QProcess::MergedChannels);
+    ip.start(Ip, setLink({QStringLiteral("address"), address}));
+    ip.waitForStarted(WithoutLimit);
+    QString output;
+    while (ip.waitForReadyRead(WithoutLimit))
+        output += QString::fromUtf8(ip.readAll());
+    if (Command::endsNormally(ip))
+        return true;
+    qCritical() << "Failed to set interface address:" << output;
+    return false;
+}
+
+QString NetworkSettings::macAddress(int serialNumber)
+{
+    constexpr int Hexadecimal = 16;
+    constexpr int DigitsPerPiece = 2;
+    // 32 bits, as the serial number has; 64 in between, so that the largest cannot overflow.
+    const auto suffix = static_cast<quint32>(serialNumber + SerialNumberOffset);
+    const QString digits = MacPrefix + QString::number(suffix, Hexadecimal);
+    QStringList pieces;
+    for (int position = 0; position < digits.size(); position += DigitsPerPiece)
+        pieces.append(digits.mid(position, DigitsPerPiece));
+    return pieces.join(QLatin1Char(':'));
+}
+
+QString NetworkSettings::getHostName()
+{
+    QFile file(HostNameFile);
+    // Deliberately for writing too: a read-only file is a failure here already.
+    if (!file.open(QIODevice::ReadWrite)) {
+        qCCritical(logNetworkSettings) << "Failed to open hostname file for reading!";
+        return {};
+    }
+    return QString::fromUtf8(file.readAll()).simplified();
+}
+
+bool NetworkSettings::setHostName(const QString &name)
+{
+    QFile file(HostNameFile);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qCCritical(logNetworkSettings) << "Failed to open hostname file for writing!";
+        return false;
+    }
+    file.write(name.toUtf8());
+    return true;
+}
+
+bool NetworkSettings::createWpaConfFile(const QString &fileName, const QString &name, const QString &eap,
+                                        const QString &phase2)
+{
+    if (!isOneLine("Name", name) || !isOneLine("EAP", eap) || !isOneLine("Phase2", phase2))
+        return false;
+    QFile file(provisioningFile(fileName));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+        qCCritical(logNetworkSettings) << "Failed to open configuration file for writing!";
+        return false;
+    }
+    // The section's name is the same for every method, and the last line deliberately has no end.
+    file.write(QStringLiteral("[service_peap]\nType=wifi\nName=%1\nEAP=%2\nPhase2=%3")
+                   .arg(name, eap, phase2)
+                   .toUtf8());
+    return true;
+}
+
+void NetworkSettings::removeWpaConfFile(const QString &fileName)
+{
+    QFile::remove(provisioningFile(fileName));
+}
