@@ -1,0 +1,74 @@
+#include "Fault.h"
+
+#include "SimulatorClient.h"
+#include <QtTest>
+#include <utility>
+
+namespace test_support {
+
+FaultKind::FaultKind(const QString &kind, QVariantMap details)
+    : m_map(std::move(details))
+{
+    m_map.insert(QStringLiteral("kind"), kind);
+}
+
+FaultKind FaultKind::error(const QString &name, const QString &message)
+{
+    return FaultKind(QStringLiteral("error"),
+                     {{QStringLiteral("name"), name}, {QStringLiteral("message"), message}});
+}
+
+FaultKind FaultKind::reply(const QVariantList &arguments)
+{
+    return FaultKind(QStringLiteral("reply"), {{QStringLiteral("arguments"), arguments}});
+}
+
+FaultKind FaultKind::delay(int milliseconds)
+{
+    return FaultKind(QStringLiteral("delay"), {{QStringLiteral("milliseconds"), milliseconds}});
+}
+
+FaultKind FaultKind::never()
+{
+    return FaultKind(QStringLiteral("never"));
+}
+
+FaultKind FaultKind::vanish()
+{
+    return FaultKind(QStringLiteral("vanish"));
+}
+
+Fault::Fault(SimulatorClient &client, uint id, QString description)
+    : m_client(&client)
+    , m_id(id)
+    , m_description(std::move(description))
+{
+}
+
+Fault::Fault(Fault &&other) noexcept
+    : m_client(std::exchange(other.m_client, nullptr))
+    , m_id(other.m_id)
+    , m_description(std::move(other.m_description))
+{
+}
+
+Fault::~Fault()
+{
+    verify();
+}
+
+uint Fault::fired() const
+{
+    return m_client != nullptr ? m_client->faultFired(m_id) : 0;
+}
+
+void Fault::verify()
+{
+    if (m_client != nullptr && fired() == 0) {
+        QTest::qFail(qPrintable(QStringLiteral("The fault never fired: ") + m_description), __FILE__,
+                     __LINE__);
+    }
+    m_client = nullptr;
+}
+
+} // namespace test_support
