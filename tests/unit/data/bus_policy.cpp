@@ -1,0 +1,273 @@
+// The bus policy on a real dbus-daemon: who gets through to the daemon's connection, and who does not.
+#include <grp.h>
+#include <memory>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QtTest>
+#include <unistd.h>
+
+namespace {
+
+const QString serviceName = QStringLiteral("com.tactora.NetworkManager");
+constexpr uint nobody = 65534;
+constexpr int finishTimeout = 20000;
+
+/// What the daemon exports: one method for the device's programs, at "/".
+class Daemon : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.tactora.NetworkManager")
+public slots:
+    bool getWifiPower() { return true; }
+};
+
+/// What the daemon exports for ConnMan, at "/agent".
+class Agent : public QObject
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "net.connman.Agent")
+public slots:
+    bool Release() { return true; }
+};
+
+/// A private dbus-daemon that denies what the system bus denies, with one policy file (or none) included.
+class Bus
+{
+public:
+    explicit Bus(const QByteArray &policy)
+    {
+        // Other users must reach the socket.
+        QFile::setPermissions(m_dir.path(), QFile::Permissions(0x7755));
+        write(QStringLiteral("policy.conf"), policy);
+        write(QStringLiteral("bus.conf"),
+              "<busconfig><listen>unix:path=" + QFile::encodeName(m_dir.filePath(QStringLiteral("socket"))) +
+                  "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
+                  "<allow user=\"*\"/><deny own=\"*\"/><deny send_type=\"method_call\"/>"
+                  "<allow send_type=\"signal\"/><allow receive_type=\"signal\"/>"
+                  "<allow send_requested_reply=\"true\" send_type=\"method_return\"/>"
+                  "<allow send_requested_reply=\"true\" send_type=\"error\"/>"
+                  "<allow receive_type=\"method_call\"/><allow receive_type=\"method_return\"/>"
+                  "<allow receive_type=\"error\"/><allow send_destination=\"org.freedesktop.DBus\"/>"
+                  "</policy><include>policy.conf</include></busconfig>");
+        m_process.start(QStringLiteral("dbus-daemon"),
+                        {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
+                         QStringLiteral("--config-file=") + m_dir.filePath(QStringLiteral("bus.conf"))});
+        while (m_process.waitForReadyRead(finishTimeout) && !m_process.canReadLine()) {
+        }
+        m_address = QString::fromUtf8(m_process.readLine()).trimmed();
+    }
+
+    ~Bus()
+    {
+        m_process.terminate();
+        m_process.waitForFinished(finishTimeout);
+    }
+    Q_DISABLE_COPY_MOVE(Bus)
+
+    QString address() const { return m_address; }
+    QByteArray complaints() { return m_process.readAllStandardError(); }
+
+private:
+    void write(const QString &name, const QByteArray &content)
+    {
+        QFile file(m_dir.filePath(name));
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(content);
+        }
+    }
+
+    QTemporaryDir m_dir;
+    QProcess m_process;
+    QString m_address;
+};
+
+QByteArray contentOf(const char *path)
+{
+    QFile file(QString::fromUtf8(path));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// A group of every Debian system that nobody is a member of.
+const char *const testGroup = "games";
+
+} // namespace
+
+class bus_policy : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void installedFileNamesAGroup();
+    void busTakesTheFileWithoutComplaint();
+    void rootOwnsTheName();
+    void othersCannotOwnTheName();
+    void callsGetThrough_data();
+    void callsGetThrough();
+    void connectionMayHoldThousandsOfMatchRules();
+
+private:
+    enum class Who { Root, Member, Stranger };
+
+    QString callAs(Who who, const QStringList &dbusSend);
+    static QStringList identity(Who who);
+
+    std::unique_ptr<Bus> m_bus;
+    std::unique_ptr<QDBusConnection> m_connection;
+    Daemon m_daemon;
+    Agent m_agent;
+};
+
+void bus_policy::init()
+{
+    m_bus = std::make_unique<Bus>(contentOf(POLICY_TEMPLATE).replace("@NETWORK_GROUP@", testGroup));
+    QVERIFY2(!m_bus->address().isEmpty(), m_bus->complaints().constData());
+    m_connection = std::make_unique<QDBusConnection>(
+        QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("daemon")));
+    QVERIFY(m_connection->isConnected());
+    QVERIFY(m_connection->registerObject(QStringLiteral("/"), &m_daemon, QDBusConnection::ExportAllSlots));
+    QVERIFY(
+        m_connection->registerObject(QStringLiteral("/agent"), &m_agent, QDBusConnection::ExportAllSlots));
+}
+
+void bus_policy::cleanup()
+{
+    m_connection.reset();
+    QDBusConnection::disconnectFromBus(QStringLiteral("daemon"));
+    m_bus.reset();
+}
+
+void bus_policy::installedFileNamesAGroup()
+{
+    const QByteArray installed = contentOf(POLICY_INSTALLED);
+    QVERIFY(installed.contains("<policy group=\""));
+    QVERIFY(!installed.contains('@'));
+}
+
+void bus_policy::busTakesTheFileWithoutComplaint()
+{
+    QCOMPARE(m_bus->complaints(), QByteArray());
+}
+
+void bus_policy::rootOwnsTheName()
+{
+    QCOMPARE(m_connection->registerService(serviceName), geteuid() == 0);
+}
+
+void bus_policy::othersCannotOwnTheName()
+{
+    if (geteuid() != 0) {
+        QSKIP("only root can act as somebody else");
+    }
+    const QString answer =
+        callAs(Who::Member, {QStringLiteral("--dest=org.freedesktop.DBus"), QStringLiteral("/"),
+                             QStringLiteral("org.freedesktop.DBus.RequestName"),
+                             QStringLiteral("string:") + serviceName, QStringLiteral("uint32:0")});
+    QVERIFY2(answer.contains(QStringLiteral("AccessDenied")), qPrintable(answer));
+}
+
+void bus_policy::callsGetThrough_data()
+{
+    QTest::addColumn<int>("who");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("method");
+    QTest::addColumn<bool>("allowed");
+
+    const auto power = QStringLiteral("com.tactora.NetworkManager.getWifiPower");
+    const auto release = QStringLiteral("net.connman.Agent.Release");
+    const auto introspect = QStringLiteral("org.freedesktop.DBus.Introspectable.Introspect");
+    const auto root = QStringLiteral("/");
+    const auto agent = QStringLiteral("/agent");
+    QTest::newRow("root calls the daemon") << int(Who::Root) << root << power << true;
+    QTest::newRow("root calls the agent") << int(Who::Root) << agent << release << true;
+    QTest::newRow("member calls the daemon") << int(Who::Member) << root << power << true;
+    QTest::newRow("member introspects the daemon") << int(Who::Member) << root << introspect << true;
+    QTest::newRow("member calls the agent") << int(Who::Member) << agent << release << false;
+    QTest::newRow("stranger calls the daemon") << int(Who::Stranger) << root << power << false;
+    QTest::newRow("stranger calls the agent") << int(Who::Stranger) << agent << release << false;
+    QTest::newRow("stranger introspects") << int(Who::Stranger) << root << introspect << false;
+}
+
+void bus_policy::callsGetThrough()
+{
+    if (geteuid() != 0) {
+        QSKIP("only root can act as somebody else");
+    }
+    QFETCH(const int, who);
+    QFETCH(const QString, path);
+    QFETCH(const QString, method);
+    QVERIFY(m_connection->registerService(serviceName));
+
+    // By either name of the connection: the policy is about the connection.
+    const QStringList destinations = {serviceName, m_connection->baseService()};
+    for (const QString &destination : destinations) {
+        const QString answer = callAs(Who(who), {QStringLiteral("--dest=") + destination, path, method});
+        const bool denied = answer.contains(QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"));
+        const bool answered = answer.startsWith(QStringLiteral("method return"));
+        QVERIFY2(denied != answered, qPrintable(answer));
+        QTEST(answered, "allowed");
+    }
+}
+
+void bus_policy::connectionMayHoldThousandsOfMatchRules()
+{
+    const auto rulesTaken = [](const QDBusConnection &connection) {
+        constexpr int wanted = 5000;
+        for (int i = 0; i < wanted; ++i) {
+            auto call = QDBusMessage::createMethodCall(
+                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("AddMatch"));
+            call << QStringLiteral("type='signal',path='/net/connman/service/n%1'").arg(i);
+            if (connection.call(call).type() == QDBusMessage::ErrorMessage) {
+                return i;
+            }
+        }
+        return wanted;
+    };
+    QCOMPARE(rulesTaken(*m_connection), 5000);
+
+    // The bus by itself would not have allowed that many.
+    const Bus plain("<busconfig/>");
+    const auto connection = QDBusConnection::connectToBus(plain.address(), QStringLiteral("plain"));
+    QVERIFY(rulesTaken(connection) < 5000);
+    QDBusConnection::disconnectFromBus(QStringLiteral("plain"));
+}
+
+QStringList bus_policy::identity(Who who)
+{
+    const group *members = getgrnam(testGroup);
+    switch (who) {
+    case Who::Root:
+        return {};
+    case Who::Member:
+        return {QStringLiteral("--reuid=%1").arg(nobody), QStringLiteral("--regid=%1").arg(nobody),
+                QStringLiteral("--groups=%1").arg(members->gr_gid)};
+    case Who::Stranger:
+        return {QStringLiteral("--reuid=%1").arg(nobody), QStringLiteral("--regid=%1").arg(nobody),
+                QStringLiteral("--clear-groups")};
+    }
+    return {};
+}
+
+QString bus_policy::callAs(Who who, const QStringList &dbusSend)
+{
+    QProcess caller;
+    caller.setProcessChannelMode(QProcess::MergedChannels);
+    QSignalSpy finished(&caller, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished));
+    caller.start(QStringLiteral("setpriv"), identity(who) << QStringLiteral("dbus-send")
+                                                          << QStringLiteral("--bus=") + m_bus->address()
+                                                          << QStringLiteral("--print-reply") << dbusSend);
+    // This process is the one called: its event loop has to run meanwhile.
+    finished.wait(finishTimeout);
+    return QString::fromUtf8(caller.readAll());
+}
+
+QTEST_GUILESS_MAIN(bus_policy)
+#include "bus_policy.moc"
