@@ -11,7 +11,7 @@ Q_LOGGING_CATEGORY(logConnmanAgent, "ConnmanAgent", QtCriticalMsg)
 
 namespace {
 
-constexpr QLatin1String Type("Type");
+const QLatin1String Type("Type");
 
 QVariantMap logged(const QVariantMap &reply)
 {

@@ -25,10 +25,10 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr char GetServices[] = "GetServices";
-constexpr char GetTechnologies[] = "GetTechnologies";
-constexpr char RegisterAgent[] = "RegisterAgent";
-constexpr char ServicesChanged[] = "ServicesChanged";
+constexpr const char *GetServices = "GetServices";
+constexpr const char *GetTechnologies = "GetTechnologies";
+constexpr const char *RegisterAgent = "RegisterAgent";
+constexpr const char *ServicesChanged = "ServicesChanged";
 
 /// How long a service's new state must settle before the interfaces' states follow it.
 constexpr auto StateSettleTime = 2000ms;

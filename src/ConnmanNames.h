@@ -31,21 +31,21 @@ inline QString technologyInterface()
 }
 
 // Plain character arrays, because log lines print them without quotes.
-constexpr char GetProperties[] = "GetProperties";
-constexpr char SetProperty[] = "SetProperty";
-constexpr char PropertyChanged[] = "PropertyChanged";
+constexpr const char *GetProperties = "GetProperties";
+constexpr const char *SetProperty = "SetProperty";
+constexpr const char *PropertyChanged = "PropertyChanged";
 
 // Properties of a service that more than one place reads or writes.
-constexpr QLatin1String Ipv4("IPv4");
-constexpr QLatin1String Ipv4Configuration("IPv4.Configuration");
-constexpr QLatin1String Ipv6("IPv6");
-constexpr QLatin1String Ipv6Configuration("IPv6.Configuration");
+const QLatin1String Ipv4("IPv4");
+const QLatin1String Ipv4Configuration("IPv4.Configuration");
+const QLatin1String Ipv6("IPv6");
+const QLatin1String Ipv6Configuration("IPv6.Configuration");
 
 // Entries of the IP dictionaries.
-constexpr QLatin1String Method("Method");
-constexpr QLatin1String Address("Address");
-constexpr QLatin1String Netmask("Netmask");
-constexpr QLatin1String Gateway("Gateway");
-constexpr QLatin1String PrefixLength("PrefixLength");
+const QLatin1String Method("Method");
+const QLatin1String Address("Address");
+const QLatin1String Netmask("Netmask");
+const QLatin1String Gateway("Gateway");
+const QLatin1String PrefixLength("PrefixLength");
 
 } // namespace ConnmanNames

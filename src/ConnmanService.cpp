@@ -20,7 +20,7 @@ namespace {
 
 using State = ConnmanService::State;
 
-constexpr char StateProperty[] = "State";
+constexpr const char *StateProperty = "State";
 
 struct StateWord
 {

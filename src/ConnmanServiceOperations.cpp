@@ -24,14 +24,14 @@ using ConnmanNames::Ipv6Configuration;
 using ConnmanNames::Method;
 using ConnmanNames::Netmask;
 
-constexpr char Connect[] = "Connect";
-constexpr char Disconnect[] = "Disconnect";
-constexpr char Remove[] = "Remove";
+constexpr const char *Connect = "Connect";
+constexpr const char *Disconnect = "Disconnect";
+constexpr const char *Remove = "Remove";
 
-constexpr QLatin1String NameserversConfiguration("Nameservers.Configuration");
-constexpr QLatin1String AutoConnect("AutoConnect");
+const QLatin1String NameserversConfiguration("Nameservers.Configuration");
+const QLatin1String AutoConnect("AutoConnect");
 
-constexpr QLatin1String NotConnectedError("net.connman.Error.NotConnected");
+const QLatin1String NotConnectedError("net.connman.Error.NotConnected");
 
 QVariantMap onlyMethod(QLatin1String word)
 {

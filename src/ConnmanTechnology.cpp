@@ -14,8 +14,8 @@ Q_LOGGING_CATEGORY(logConnmanTechnology, "ConnmanTechnology", QtCriticalMsg)
 
 namespace {
 
-constexpr char Scan[] = "Scan";
-constexpr QLatin1String Powered("Powered");
+constexpr const char *Scan = "Scan";
+const QLatin1String Powered("Powered");
 
 } // namespace
 

@@ -8,8 +8,8 @@
 
 namespace {
 
-constexpr QLatin1String ServiceName("com.tactora.NetworkManager");
-constexpr QLatin1String ObjectPath("/");
+const QLatin1String ServiceName("com.tactora.NetworkManager");
+const QLatin1String ObjectPath("/");
 
 } // namespace
 

@@ -22,9 +22,9 @@ constexpr auto EthernetPollInterval = 2000ms;
 /// How many polls may find no usable address before the user is told.
 constexpr int EthernetPollLimit = 15;
 
-constexpr QLatin1String LinkLocalPrefix("169.254");
-constexpr QLatin1String Ipv6Separator("::");
-constexpr QLatin1String SpokenIpv6Separator("double colon");
+const QLatin1String LinkLocalPrefix("169.254");
+const QLatin1String Ipv6Separator("::");
+const QLatin1String SpokenIpv6Separator("double colon");
 
 // Blink patterns, in milliseconds.
 constexpr int FastPeriod = 500;

@@ -14,13 +14,13 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr QLatin1String PreferedKey("wifi/prefered");
-constexpr QLatin1String RegionKey("wifi/region");
-constexpr QLatin1String RegionLockedKey("wifi/regionLocked");
+const QLatin1String PreferedKey("wifi/prefered");
+const QLatin1String RegionKey("wifi/region");
+const QLatin1String RegionLockedKey("wifi/regionLocked");
 
-constexpr QLatin1String WifiType("wifi");
-constexpr QLatin1String DefaultRegion("US");
-constexpr QLatin1String WorldRegion("00");
+const QLatin1String WifiType("wifi");
+const QLatin1String DefaultRegion("US");
+const QLatin1String WorldRegion("00");
 
 /// How long the region command may take at start-up, where nobody waits for its result.
 constexpr auto RegionStartUpTimeout = 5000ms;

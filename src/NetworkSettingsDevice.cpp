@@ -16,11 +16,11 @@
 
 namespace {
 
-constexpr QLatin1String Ip("ip");
-constexpr QLatin1String WifiInterface("wlan0");
-constexpr QLatin1String HostNameFile("/etc/hostname");
+const QLatin1String Ip("ip");
+const QLatin1String WifiInterface("wlan0");
+const QLatin1String HostNameFile("/etc/hostname");
 
-constexpr QLatin1String MacPrefix("02a7c40");
+const QLatin1String MacPrefix("02a7c40");
 constexpr qint64 SerialNumberOffset = 200000;
 
 QStringList setLink(const QStringList &change)

@@ -5,14 +5,14 @@
 /// The keys of a speech request.
 namespace libspeech {
 
-constexpr QLatin1String Cancel("cancel");
-constexpr QLatin1String Context("context");
-constexpr QLatin1String Sentence("sentence");
-constexpr QLatin1String SentenceId("sentenceId");
-constexpr QLatin1String ServiceId("serviceId");
-constexpr QLatin1String Text("text");
-constexpr QLatin1String TranslationFile("translationFile");
-constexpr QLatin1String Arguments("arguments");
-constexpr QLatin1String Translate("translate");
+const QLatin1String Cancel("cancel");
+const QLatin1String Context("context");
+const QLatin1String Sentence("sentence");
+const QLatin1String SentenceId("sentenceId");
+const QLatin1String ServiceId("serviceId");
+const QLatin1String Text("text");
+const QLatin1String TranslationFile("translationFile");
+const QLatin1String Arguments("arguments");
+const QLatin1String Translate("translate");
 
 } // namespace libspeech
