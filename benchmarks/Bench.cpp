@@ -61,8 +61,9 @@ void printHeader(const QString &floor)
 double residentMiB(qint64 processId)
 {
     QFile statm(QStringLiteral("/proc/%1/statm").arg(processId));
-    if (!statm.open(QIODevice::ReadOnly))
+    if (!statm.open(QIODevice::ReadOnly)) {
         return 0;
+    }
     const double pages = statm.readAll().split(' ').value(1).toDouble();
     return pages * static_cast<double>(sysconf(_SC_PAGESIZE)) / (1024 * 1024);
 }
@@ -219,7 +220,8 @@ int main(int argc, char *argv[])
     benchStart();
     benchService();
     printHeader(QStringLiteral("bare Qt client, same calls"));
-    for (const uint services : Crowds)
+    for (const uint services : Crowds) {
         benchMirror(services);
+    }
     return EXIT_SUCCESS;
 }

@@ -23,8 +23,9 @@ namespace {
 qint64 residentKiB()
 {
     QFile statm(QStringLiteral("/proc/self/statm"));
-    if (!statm.open(QIODevice::ReadOnly))
+    if (!statm.open(QIODevice::ReadOnly)) {
         return 0;
+    }
     const qint64 pages = statm.readAll().split(' ').value(1).toLongLong();
     return pages * sysconf(_SC_PAGESIZE) / 1024;
 }
@@ -46,8 +47,9 @@ public:
         const QDBusReply<ConnmanServiceInfoList> reply = call(
             ConnmanNames::managerObject(), ConnmanNames::managerInterface(), QStringLiteral("GetServices"));
         const ConnmanServiceInfoList listed = reply.value();
-        for (const ConnmanServiceInfo &info : listed)
+        for (const ConnmanServiceInfo &info : listed) {
             mirrorService(info.path.path());
+        }
     }
 
 private slots:

@@ -18,8 +18,9 @@ SystemInfo::SystemInfo(QObject *parent)
           ConfigurationManager::ServiceName, ConfigurationManager::ObjectPath,
           ConfigurationManager::ServiceName, QDBusConnection::systemBus()))
 {
-    if (!m_interface->isValid())
+    if (!m_interface->isValid()) {
         qCritical() << "Critical error!" << ConfigurationManager::ServiceName << "interface is not valid.";
+    }
 }
 
 SystemInfo::~SystemInfo() = default;

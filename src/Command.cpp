@@ -5,10 +5,12 @@ namespace Command {
 bool waitForEnd(QProcess &process, std::chrono::milliseconds timeout)
 {
     // Qt counts waiting for a process that has already ended as a failure.
-    if (process.state() == QProcess::NotRunning)
+    if (process.state() == QProcess::NotRunning) {
         return process.error() != QProcess::FailedToStart;
-    if (process.waitForFinished(static_cast<int>(timeout.count())))
+    }
+    if (process.waitForFinished(static_cast<int>(timeout.count()))) {
         return true;
+    }
     if (process.state() != QProcess::NotRunning) {
         process.kill();
         process.waitForFinished();

@@ -82,44 +82,51 @@ void ConnmanAgent::setRequest(const QString &networkIdentifier, const QString &s
 
 void ConnmanAgent::release()
 {
-    if (calledFromDBus())
+    if (calledFromDBus()) {
         qCDebug(logConnmanAgent) << "Release()";
+    }
 }
 
 void ConnmanAgent::cancel()
 {
-    if (calledFromDBus())
+    if (calledFromDBus()) {
         qCDebug(logConnmanAgent) << "Cancel()";
+    }
 }
 
 void ConnmanAgent::reportError(const QDBusObjectPath &service, const QString &error)
 {
-    if (!calledFromDBus())
+    if (!calledFromDBus()) {
         return;
-    if (error == QLatin1String("connect-failed"))
+    }
+    if (error == QLatin1String("connect-failed")) {
         emit connectFailed();
+    }
     qCCritical(logConnmanAgent) << "Error:" << error << "on service" << service.path();
     m_lastError = error;
 }
 
 void ConnmanAgent::reportPeerError(const QDBusObjectPath &peer, const QString &error)
 {
-    if (calledFromDBus())
+    if (calledFromDBus()) {
         qCCritical(logConnmanAgent) << "Service:" << peer.path() << "Error:" << error;
+    }
 }
 
 void ConnmanAgent::requestBrowser(const QDBusObjectPath &service, const QString &url)
 {
-    if (!calledFromDBus())
+    if (!calledFromDBus()) {
         return;
+    }
     qCCritical(logConnmanAgent) << "Service:" << service.path() << "Url:" << url;
     refuse(QStringLiteral("Unsupported browser-request."));
 }
 
 QVariantMap ConnmanAgent::requestPeerAuthorization(const QDBusObjectPath &peer, const QVariantMap &fields)
 {
-    if (!calledFromDBus())
+    if (!calledFromDBus()) {
         return {};
+    }
     qCDebug(logConnmanAgent) << "Service:" << peer.path() << "Request:" << fields;
     qCCritical(logConnmanAgent) << "Unsupported peer-request type.";
     refuse(QStringLiteral("Unsupported peer-request type."));
@@ -128,12 +135,14 @@ QVariantMap ConnmanAgent::requestPeerAuthorization(const QDBusObjectPath &peer, 
 
 QVariantMap ConnmanAgent::requestInput(const QDBusObjectPath &service, const QVariantMap &fields)
 {
-    if (!calledFromDBus())
+    if (!calledFromDBus()) {
         return {};
+    }
     QVariantMap unpacked = fields;
     for (QVariant &value : unpacked) {
-        if (const auto attributes = Utils::rawDictionary(value))
+        if (const auto attributes = Utils::rawDictionary(value)) {
             value = *attributes;
+        }
     }
     qCDebug(logConnmanAgent) << "Service:" << service.path();
     qCDebug(logConnmanAgent) << "Request:" << unpacked;
@@ -184,14 +193,16 @@ QVariantMap ConnmanAgent::answer(const Request &request, const QVariantMap &fiel
         refuse(QStringLiteral("Unexpected request-type."));
         return {};
     }
-    if (!checkField(request, request.required, fields.value(request.required.name)))
+    if (!checkField(request, request.required, fields.value(request.required.name))) {
         return {};
+    }
     QVariantMap reply{{request.required.name, this->*request.required.value}};
 
     if (request.hasOptional()) {
         const auto asked = fields.constFind(request.optional.name);
-        if (asked != fields.cend() && !checkField(request, request.optional, *asked))
+        if (asked != fields.cend() && !checkField(request, request.optional, *asked)) {
             return {};
+        }
         reply.insert(request.optional.name, this->*request.optional.value);
     }
     return reply;
@@ -199,21 +210,25 @@ QVariantMap ConnmanAgent::answer(const Request &request, const QVariantMap &fiel
 
 bool ConnmanAgent::checkField(const Request &request, const Field &field, const QVariant &attributes)
 {
-    if (attributes.type() != QVariant::Map)
+    if (attributes.type() != QVariant::Map) {
         return refuse(QStringLiteral("Invalid type of key \"%1\" in request.").arg(field.name));
+    }
 
     const QVariantMap attributeMap = attributes.toMap();
     const auto type = attributeMap.constFind(Type);
-    if (type == attributeMap.cend())
+    if (type == attributeMap.cend()) {
         return refuse(QStringLiteral("Missing key \"%1\"in request.").arg(Type));
-    if (!type->canConvert<QString>())
+    }
+    if (!type->canConvert<QString>()) {
         return refuse(QStringLiteral("Invalid type of key \"%1\" in request.").arg(Type));
+    }
 
     const QString received = type->toString();
-    if (received != field.type)
+    if (received != field.type) {
         return refuse(request.wrongTypeText + QLatin1Char('"') + Type +
                       QLatin1String("\" in request, expected: \"") + field.type + QLatin1String("\" got \"") +
                       received + QLatin1String("\"."));
+    }
     return true;
 }
 

@@ -17,8 +17,9 @@ ConnmanAgentDBus::ConnmanAgentDBus(ConnmanAgent *agent)
         qCritical() << "Unable to connect to system-bus.";
         return;
     }
-    if (!bus.registerObject(m_path.path(), agent, QDBusConnection::ExportAdaptors))
+    if (!bus.registerObject(m_path.path(), agent, QDBusConnection::ExportAdaptors)) {
         qCritical() << "Unable to register object on system-bus.";
+    }
 }
 
 void ConnmanAgentDBus::Release()

@@ -70,9 +70,10 @@ QString ConnmanManager::interfaceName() const
 void ConnmanManager::subscribe(const char *signalName, const char *slot)
 {
     if (!m_connection.connect(serviceName(), serviceObject(), interfaceName(), QLatin1String(signalName),
-                              this, slot))
+                              this, slot)) {
         qCCritical(logConnmanManager) << "Unable to connect" << signalName << "signal for" << serviceName()
                                       << serviceObject() << interfaceName();
+    }
 }
 
 bool ConnmanManager::updateServices()
@@ -84,16 +85,18 @@ bool ConnmanManager::updateServices()
         return false;
     }
     const ConnmanServiceInfoList listed = reply.value();
-    for (const ConnmanServiceInfo &info : listed)
+    for (const ConnmanServiceInfo &info : listed) {
         addService(info.path);
+    }
     updateInterfaceStates();
     return true;
 }
 
 bool ConnmanManager::addService(const QDBusObjectPath &path)
 {
-    if (m_services.contains(path.path()))
+    if (m_services.contains(path.path())) {
         return false;
+    }
     qCDebug(logConnmanManagerServices) << "Adding service" << path.path();
 
     const auto service = std::make_shared<ConnmanService>(m_connection, path, nullptr);
@@ -108,9 +111,10 @@ bool ConnmanManager::addService(const QDBusObjectPath &path)
 void ConnmanManager::serviceStateReported(const std::shared_ptr<ConnmanService> &service)
 {
     // Deliberately the state being left, not the new one: leaving online schedules nothing.
-    if (service->previousState() != ConnmanService::State::Online)
+    if (service->previousState() != ConnmanService::State::Online) {
         QTimer::singleShot(StateSettleTime, Qt::CoarseTimer, this,
                            [this, service] { updateInterfaceStates(); });
+    }
     emit serviceStateChanged(service);
 }
 
@@ -136,13 +140,15 @@ void ConnmanManager::servicesChanged(const ConnmanServiceInfoList &changed,
     for (const ConnmanServiceInfo &info : changed) {
         // A copy: what the refresh emits may change the registry.
         const std::shared_ptr<ConnmanService> known = m_services.value(info.path.path());
-        if (known)
+        if (known) {
             known->serviceChanged();
-        else
+        } else {
             addService(info.path);
+        }
     }
-    for (const QDBusObjectPath &path : removed)
+    for (const QDBusObjectPath &path : removed) {
         remService(path);
+    }
     updateInterfaceStates();
     m_servicesAnnounced = true;
 }
@@ -175,8 +181,9 @@ bool ConnmanManager::hasTechnology(const QString &name)
 bool ConnmanManager::registerAgent(const QDBusObjectPath &path)
 {
     const QDBusReply<void> reply = m_interface->call(QLatin1String(RegisterAgent), QVariant::fromValue(path));
-    if (reply.isValid())
+    if (reply.isValid()) {
         return true;
+    }
     qCCritical(logConnmanManager).nospace().noquote()
         << "Unable to call " << RegisterAgent << "(\"" << path.path() << "\") on \"" << serviceName()
         << "\": " << reply.error().message();
@@ -188,8 +195,9 @@ QHash<QString, ConnmanManager::InterfaceState> ConnmanManager::currentInterfaceS
     QHash<QString, InterfaceState> highest;
     for (const auto &service : m_services) {
         const QString interface = service->interface();
-        if (interface.isEmpty())
+        if (interface.isEmpty()) {
             continue;
+        }
         InterfaceState &state = highest[interface];
         state = std::max(state, service->state());
     }
@@ -207,8 +215,9 @@ void ConnmanManager::updateInterfaceStates()
     for (const QString &interface : interfaces) {
         const bool changed =
             !now.contains(interface) || !before.contains(interface) || before[interface] != now[interface];
-        if (changed)
+        if (changed) {
             emit interfaceStateChanged(interface, now.value(interface, InterfaceState::Unknown));
+        }
     }
 }
 

@@ -65,9 +65,10 @@ ConnmanService::ConnmanService(QDBusConnection connection, const QDBusObjectPath
                                << ConnmanNames::serviceInterface();
     if (!connection.connect(ConnmanNames::service(), m_path, ConnmanNames::serviceInterface(),
                             QLatin1String(ConnmanNames::PropertyChanged), this,
-                            SLOT(propertyChanged(QString, QDBusVariant))))
+                            SLOT(propertyChanged(QString, QDBusVariant)))) {
         qCCritical(logConnmanService)
             << "Unable to connect" << ConnmanNames::PropertyChanged << "signal for service" << m_path;
+    }
     m_interface->setTimeout(static_cast<int>(callTimeout.count()));
 }
 
@@ -83,8 +84,9 @@ bool ConnmanService::dbusUpdateProperties()
     const QDBusReply<QVariantMap> reply = m_interface->call(QLatin1String(ConnmanNames::GetProperties));
     if (reply.isValid()) {
         QVariantMap properties = reply.value();
-        for (QVariant &value : properties)
+        for (QVariant &value : properties) {
             value = Utils::convertDBusArgument(value);
+        }
         m_properties = properties;
     } else if (reply.error().type() != QDBusError::UnknownObject) {
         qCCritical(logConnmanServiceProperties)
@@ -95,10 +97,11 @@ bool ConnmanService::dbusUpdateProperties()
 
 void ConnmanService::serviceChanged()
 {
-    if (dbusUpdateProperties())
+    if (dbusUpdateProperties()) {
         updateState();
-    else
+    } else {
         qCCritical(logConnmanServiceProperties) << "Unable to obtain properties after service-change.";
+    }
 }
 
 void ConnmanService::propertyChanged(const QString &name, const QDBusVariant &value)
@@ -106,14 +109,16 @@ void ConnmanService::propertyChanged(const QString &name, const QDBusVariant &va
     const QVariant converted = Utils::convertDBusArgument(value.variant());
     qCDebug(logConnmanServiceProperties) << "propertyChanged(" << name << "," << converted << ")";
     m_properties.insert(name, converted);
-    if (name != QLatin1String(StateProperty))
+    if (name != QLatin1String(StateProperty)) {
         return;
+    }
 
     // ConnMan changes addresses and the like together with the state; listeners must find them current.
-    if (dbusUpdateProperties())
+    if (dbusUpdateProperties()) {
         updateState();
-    else
+    } else {
         qCCritical(logConnmanServiceProperties) << "Unable to obtain properties after state-change.";
+    }
 }
 
 bool ConnmanService::updateState()
@@ -135,8 +140,9 @@ bool ConnmanService::updateState()
         qCCritical(logConnmanServiceProperties) << "Unknown/invalid state received:" << word;
         return false;
     }
-    if (newState == m_state)
+    if (newState == m_state) {
         return false;
+    }
 
     qCDebug(logConnmanServiceProperties)
         << "State of" << m_path << "changed" << wordFromState(m_state) << "=>" << wordFromState(newState);

@@ -40,8 +40,9 @@ QString ipv4Method(const QVariantMap &active, const QVariantMap &configured)
 
 std::optional<QVariant> ConnmanService::property(const QString &key, int requiredType) const
 {
-    if (m_properties.contains(key))
+    if (m_properties.contains(key)) {
         return existingProperty(key, requiredType);
+    }
     qCCritical(logConnmanServiceProperties) << "Missing property" << key << "of service" << m_path;
     return std::nullopt;
 }
@@ -49,8 +50,9 @@ std::optional<QVariant> ConnmanService::property(const QString &key, int require
 std::optional<QVariant> ConnmanService::existingProperty(const QString &key, int requiredType) const
 {
     const QVariant value = m_properties.value(key);
-    if (value.canConvert(requiredType))
+    if (value.canConvert(requiredType)) {
         return value;
+    }
     qCCritical(logConnmanServiceProperties) << "Invalid type of property" << key << "of service" << m_path;
     return std::nullopt;
 }
@@ -69,12 +71,14 @@ int ConnmanService::strength() const
 {
     constexpr int UnknownStrength = -1;
     const auto value = property(QStringLiteral("Strength"), QMetaType::Int);
-    if (!value)
+    if (!value) {
         return UnknownStrength;
+    }
     bool converted = false;
     const int strength = value->toInt(&converted);
-    if (converted)
+    if (converted) {
         return strength;
+    }
     qCCritical(logConnmanServiceProperties) << "Unable to convert value for"
                                             << "Strength"
                                             << "to integer for service" << m_path;
@@ -109,8 +113,9 @@ QList<QHostAddress> ConnmanService::getNameservers() const
 QString ConnmanService::name() const
 {
     const QString key = QStringLiteral("Name");
-    if (!m_properties.contains(key))
+    if (!m_properties.contains(key)) {
         return {};
+    }
     return existingProperty(key, QMetaType::QString).value_or(QVariant()).toString();
 }
 
@@ -122,8 +127,9 @@ QString ConnmanService::type() const
 QString ConnmanService::interface() const
 {
     const auto ethernet = property(QStringLiteral("Ethernet"), QMetaType::QVariantMap);
-    if (!ethernet)
+    if (!ethernet) {
         return {};
+    }
     const QVariantMap entries = ethernet->toMap();
     const auto entry = entries.constFind(QStringLiteral("Interface"));
     if (entry == entries.cend()) {
@@ -148,16 +154,19 @@ QString ConnmanService::interface() const
 QVariantMap ConnmanService::getIpv4Configuration() const
 {
     const auto inUse = property(ConnmanNames::Ipv4, QMetaType::QVariantMap);
-    if (!inUse)
+    if (!inUse) {
         return {};
+    }
     const QVariantMap active = inUse->toMap();
     const QVariantMap configured = optionalDictionary(ConnmanNames::Ipv4Configuration);
     const QString method = ipv4Method(active, configured);
-    if (method == QLatin1String("dhcp") || method == QLatin1String("auto"))
+    if (method == QLatin1String("dhcp") || method == QLatin1String("auto")) {
         return active.isEmpty() ? configured : active;
+    }
     // What the user set, even while ConnMan still reports other values.
-    if (method == QLatin1String("manual"))
+    if (method == QLatin1String("manual")) {
         return configured;
+    }
     qCCritical(logConnmanServiceProperties) << "Value of"
                                             << "Method"
                                             << "is invalid";
@@ -174,8 +183,9 @@ QVariantMap ConnmanService::getIpv6Configuration() const
     QVariantMap configuration = dictionary(ConnmanNames::Ipv6Configuration);
     const auto prefixLength = configuration.find(ConnmanNames::PrefixLength);
     // A byte on the bus, which Qt would turn into a character instead of a number's text.
-    if (prefixLength != configuration.end())
+    if (prefixLength != configuration.end()) {
         *prefixLength = prefixLength->toInt();
+    }
     qCDebug(logConnmanServiceProperties) << configuration;
     return configuration;
 }

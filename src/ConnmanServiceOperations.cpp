@@ -52,8 +52,9 @@ bool ConnmanService::dbusSetProperty(const QString &name, const QVariant &value)
     const QDBusMessage reply = m_interface->call(QLatin1String(ConnmanNames::SetProperty), name,
                                                  QVariant::fromValue(QDBusVariant(value)));
     const QDBusError error(reply);
-    if (error.isValid() && error.type() != QDBusError::UnknownObject)
+    if (error.isValid() && error.type() != QDBusError::UnknownObject) {
         qCCritical(logConnmanServiceProperties) << "Setting property" << name << "failed:" << error.message();
+    }
     dbusUpdateProperties();
     return !error.isValid();
 }
@@ -122,14 +123,17 @@ bool ConnmanService::connect()
     const QDBusPendingCall call = m_interface->asyncCall(QLatin1String(Connect));
     // Replies arrive on Qt's own bus thread: only a watcher wakes this thread's event loop for one.
     const QDBusPendingCallWatcher waker(call);
-    while (!call.isFinished())
+    while (!call.isFinished()) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
 
-    if (!call.isError())
+    if (!call.isError()) {
         return true;
+    }
     const QDBusError error = call.error();
-    if (error.type() == QDBusError::UnknownObject)
+    if (error.type() == QDBusError::UnknownObject) {
         return false;
+    }
     logFailedCall(Connect, error);
     if (error.type() == QDBusError::NoReply) {
         qCDebug(logConnmanService) << "Disconnecting service due to timeout.";
@@ -149,10 +153,12 @@ bool ConnmanService::disconnect()
     // The address that was in use stays with the service, whether it could be disconnected or not.
     dbusSetProperty(Ipv4Configuration,
                     QVariantMap{{Method, QStringLiteral("manual")}, {Address, address}, {Gateway, gateway}});
-    if (!dbusUpdateProperties())
+    if (!dbusUpdateProperties()) {
         return false;
-    if (!call.isError() || isDisconnectedAnyway(call.error()))
+    }
+    if (!call.isError() || isDisconnectedAnyway(call.error())) {
         return true;
+    }
     logFailedCall(Disconnect, call.error());
     return false;
 }
@@ -164,8 +170,9 @@ bool ConnmanService::remove()
     QDBusPendingCall call = m_interface->asyncCall(QLatin1String(Remove));
     call.waitForFinished();
     dbusUpdateProperties();
-    if (!call.isError())
+    if (!call.isError()) {
         return true;
+    }
     logFailedCall(Remove, call.error());
     return false;
 }

@@ -27,9 +27,10 @@ ConnmanTechnology::ConnmanTechnology(QDBusConnection connection, const QString &
 {
     if (!connection.connect(ConnmanNames::service(), m_path, ConnmanNames::technologyInterface(),
                             QLatin1String(ConnmanNames::PropertyChanged), this,
-                            SLOT(propertyChanged(QString, QDBusVariant))))
+                            SLOT(propertyChanged(QString, QDBusVariant)))) {
         qCCritical(logConnmanTechnology)
             << "Unable to connect" << ConnmanNames::PropertyChanged << "signal for service" << m_path;
+    }
     dbusUpdateProperties();
 }
 
@@ -44,8 +45,9 @@ bool ConnmanTechnology::dbusUpdateProperties()
         return reply.error().type() != QDBusError::UnknownObject;
     }
     QVariantMap properties = reply.value();
-    for (QVariant &value : properties)
+    for (QVariant &value : properties) {
         value = Utils::convertDBusArgument(value);
+    }
     m_properties = properties;
     return true;
 }
@@ -63,8 +65,9 @@ bool ConnmanTechnology::setProperty(const QString &name, const QVariant &value)
     const QDBusMessage reply = m_interface->call(QLatin1String(ConnmanNames::SetProperty), name,
                                                  QVariant::fromValue(QDBusVariant(value)));
     const QDBusError error(reply);
-    if (error.isValid() && error.type() != QDBusError::UnknownObject)
+    if (error.isValid() && error.type() != QDBusError::UnknownObject) {
         qCCritical(logConnmanTechnology) << "Setting property" << name << "failed:" << error.message();
+    }
     return !error.isValid();
 }
 
@@ -77,8 +80,9 @@ bool ConnmanTechnology::scan() const
 {
     QDBusPendingCall call = m_interface->asyncCall(QLatin1String(Scan));
     call.waitForFinished();
-    if (!call.isError())
+    if (!call.isError()) {
         return true;
+    }
     qCCritical(logConnmanTechnology) << "Failed to asynchronously call" << Scan << "on" << m_path << ":"
                                      << call.error().message();
     return false;

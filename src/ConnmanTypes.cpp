@@ -41,8 +41,9 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, ConnmanServiceInf
 QDBusArgument &operator<<(QDBusArgument &argument, const ConnmanServiceInfoList &list)
 {
     argument.beginArray(qMetaTypeId<ConnmanServiceInfo>());
-    for (const ConnmanServiceInfo &info : list)
+    for (const ConnmanServiceInfo &info : list) {
         argument << info;
+    }
     argument.endArray();
     return argument;
 }

@@ -57,8 +57,9 @@ NetworkManager::NetworkManager(QObject *parent)
     QObject::connect(
         this, &NetworkManager::powerChanged, this,
         [this](bool on) {
-            if (on)
+            if (on) {
                 m_poweredOn = true;
+            }
         },
         Qt::DirectConnection);
     initLed(m_ethernetLed, "Eth-led is invalid.");
@@ -69,10 +70,11 @@ NetworkManager::~NetworkManager() = default;
 
 void NetworkManager::initLed(Led &led, const char *complaint)
 {
-    if (led.isValid())
+    if (led.isValid()) {
         led.off();
-    else
+    } else {
         qCCritical(logNetworkManager) << complaint;
+    }
 }
 
 void NetworkManager::initKeyboard(const QString &device)
@@ -82,8 +84,9 @@ void NetworkManager::initKeyboard(const QString &device)
         return;
     }
     m_keyboard.setDevice(device);
-    if (!m_keyboard.open())
+    if (!m_keyboard.open()) {
         return;
+    }
     QObject::connect(&m_keyboard, &libkeyboard::Keyboard::keyUp, this, &NetworkManager::keyUp);
     QObject::connect(&m_keyboard, &libkeyboard::Keyboard::keyDown, this, &NetworkManager::keyDown);
     QObject::connect(&m_keyboard, &libkeyboard::Keyboard::error, this, [](const QString &message) {
@@ -95,10 +98,12 @@ void NetworkManager::connmanServiceConnected()
 {
     createConnmanManager();
     registerAgent();
-    if (!m_wifi)
+    if (!m_wifi) {
         m_wifi = new ConnmanTechnology(QDBusConnection::systemBus(), WifiTechnology, this);
-    if (!m_settings->getWlanSupported())
+    }
+    if (!m_settings->getWlanSupported()) {
         return;
+    }
     waitForWifiPowerState();
     initMacAddress();
     m_settings->applyStoredWifiRegion();
@@ -109,8 +114,9 @@ void NetworkManager::connmanServiceConnected()
 
 void NetworkManager::createConnmanManager()
 {
-    if (m_manager)
+    if (m_manager) {
         return;
+    }
     m_manager = new ConnmanManager(QDBusConnection::systemBus(), this);
     QObject::connect(m_manager, &ConnmanManager::interfaceStateChanged, this,
                      &NetworkManager::interfaceStateChanged);
@@ -122,29 +128,33 @@ void NetworkManager::registerAgent()
         m_agent = new ConnmanAgent(this);
         m_agentAdaptor = new ConnmanAgentDBus(m_agent);
     }
-    if (!m_manager->registerAgent(m_agentAdaptor->path()))
+    if (!m_manager->registerAgent(m_agentAdaptor->path())) {
         qCCritical(logNetworkManager)
             << "Unable to register ConnmanAgent,registering new networks will not be possible.";
+    }
 }
 
 void NetworkManager::waitForWifiPowerState() const
 {
-    while (m_wifi->isPowered() < 0)
+    while (m_wifi->isPowered() < 0) {
         QThread::msleep(PowerStatePollMs);
+    }
 }
 
 void NetworkManager::initMacAddress() const
 {
-    if (m_settings->initMacAddress())
+    if (m_settings->initMacAddress()) {
         return;
+    }
     qCCritical(logNetworkManager) << "Failed to set MAC address -> trying again!";
     m_settings->initMacAddress();
 }
 
 void NetworkManager::powerCycleWifi()
 {
-    if (m_wifi->isPowered() <= 0)
+    if (m_wifi->isPowered() <= 0) {
         return;
+    }
     resetWiFi(false, false);
     QThread::msleep(PowerCyclePauseMs);
     resetWiFi(true, false);
@@ -158,8 +168,9 @@ void NetworkManager::resetWiFi(bool enable, bool quiet)
                      QIODevice::ReadWrite);
     if (Command::waitForEnd(connmanctl, ConnmanctlTimeout)) {
         emit powerChanged(enable);
-        if (enable)
+        if (enable) {
             tryPreferredAfter(ScanDelayAfterConnmanctl, PauseAfterConnmanctlScan);
+        }
     } else if (!quiet) {
         speak(Sentence::WifiSwitchFailed);
         qCCritical(logNetworkManager) << "Wifi reset failed!";
@@ -168,11 +179,13 @@ void NetworkManager::resetWiFi(bool enable, bool quiet)
 
 bool NetworkManager::setWifiPower(bool on)
 {
-    if (!m_wifi || !m_wifi->setPowered(on))
+    if (!m_wifi || !m_wifi->setPowered(on)) {
         return false;
+    }
     emit powerChanged(on);
-    if (on)
+    if (on) {
         tryPreferredAfter(ScanDelayAfterPowerOn, PauseAfterPowerOnScan);
+    }
     return true;
 }
 
@@ -202,8 +215,9 @@ QString NetworkManager::getWifiRegion() const
 
 bool NetworkManager::setWifiRegion(const QString &region)
 {
-    if (!m_settings->setWifiRegion(region))
+    if (!m_settings->setWifiRegion(region)) {
         return false;
+    }
     emit regionChanged(region, m_settings->getLockRegion());
     return true;
 }
@@ -215,8 +229,9 @@ bool NetworkManager::getLockRegion() const
 
 bool NetworkManager::setLockRegion(bool locked)
 {
-    if (!m_settings->setLockRegion(locked))
+    if (!m_settings->setLockRegion(locked)) {
         return false;
+    }
     emit regionChanged(m_settings->getWifiRegion(), locked);
     return true;
 }

@@ -7,12 +7,14 @@
 
 bool NetworkManager::connect(const QString &name)
 {
-    if (name.isEmpty())
+    if (name.isEmpty()) {
         return refuse("Can't connect with an empty network-name.",
                       QStringLiteral("Can't connect with an empty network-name."));
+    }
     const Service service = findOrReport(name);
-    if (!service)
+    if (!service) {
         return false;
+    }
 
     setAutoConnect(false);
     const bool connected = service->connect();
@@ -36,12 +38,14 @@ void NetworkManager::announceConnected(const Service &service)
 
 bool NetworkManager::disconnect(const QString &name)
 {
-    if (name.isEmpty())
+    if (name.isEmpty()) {
         return refuse("Can't disconnect with an empty network-name.",
                       QStringLiteral("Invalid parameter, network: '%1'").arg(name));
+    }
     const Service service = findOrReport(name);
-    if (!service)
+    if (!service) {
         return false;
+    }
 
     // First, so that the daemon does not rejoin it by itself.
     m_settings->removePreferedWifi(service);
@@ -62,11 +66,13 @@ bool NetworkManager::forgetWifi(const QString &ssid)
         return false;
     }
     const Service service = reportIfMissing(findWifiServiceByName(ssid, true), ssid);
-    if (!service)
+    if (!service) {
         return false;
+    }
 
-    if (ssid.contains(NetworkManagerConstants::EnterpriseSecurity))
+    if (ssid.contains(NetworkManagerConstants::EnterpriseSecurity)) {
         m_settings->removeWpaConfFile(ssid);
+    }
     m_settings->removePreferedWifi(service);
     if (!service->remove()) {
         emit error(QStringLiteral("Unable to forget wifi-network '%1'.").arg(ssid));

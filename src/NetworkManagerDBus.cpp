@@ -28,14 +28,16 @@ NetworkManagerDBus::NetworkManagerDBus(NetworkManager *networkManager)
         qCritical() << "Unable to register object on system-bus.";
         return;
     }
-    if (bus.registerService(ServiceName))
+    if (bus.registerService(ServiceName)) {
         return;
+    }
     // Another owner of the name is no error to the bus.
     const QString reason = bus.lastError().message();
-    if (reason.isEmpty())
+    if (reason.isEmpty()) {
         qCritical() << "Unable to register service: Service-name in use.";
-    else
+    } else {
         qCritical() << "Unable to register service:" << reason;
+    }
 }
 
 bool NetworkManagerDBus::connect(const QString &name)

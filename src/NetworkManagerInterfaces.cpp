@@ -41,12 +41,13 @@ void showFailure(Led &led)
 
 void NetworkManager::interfaceStateChanged(const QString &interface, ConnmanManager::InterfaceState state)
 {
-    if (interface == WifiInterface)
+    if (interface == WifiInterface) {
         wifiStateChanged(state);
-    else if (interface == EthernetInterface)
+    } else if (interface == EthernetInterface) {
         ethernetStateChanged(state);
-    else
+    } else {
         qCWarning(logNetworkManager) << "Unknown interface changed state:" << interface << state;
+    }
 }
 
 void NetworkManager::wifiStateChanged(ConnmanManager::InterfaceState state)
@@ -108,8 +109,9 @@ void NetworkManager::ethernetStateChanged(ConnmanManager::InterfaceState state)
 void NetworkManager::pollEthernetAddress()
 {
     const Service service = findServiceByInterface(EthernetInterface, false);
-    if (!service)
+    if (!service) {
         return;
+    }
     m_ethernetTimer.start(EthernetPollInterval);
     m_ethernetPolls = 0;
     m_ethernetAnnounced = false;
@@ -120,8 +122,9 @@ void NetworkManager::pollEthernetAddress()
 
 void NetworkManager::announceEthernetAddress(const ConnmanService &service)
 {
-    if (m_ethernetAnnounced)
+    if (m_ethernetAnnounced) {
         return;
+    }
     if (m_ethernetPolls == EthernetPollLimit) {
         speak(Sentence::EthernetNoAddress);
         showFailure(m_ethernetLed);
@@ -152,8 +155,10 @@ void NetworkManager::speak(const Sentence &sentence, const QStringList &argument
 {
     QVariantMap request{{libspeech::ServiceId, SpeechServiceId},
                         {libspeech::SentenceId, static_cast<int>(sentence)}};
-    if (!arguments.isEmpty())
+    if (!arguments.isEmpty()) {
         request.insert(libspeech::Arguments, arguments);
-    if (m_speech->speakFromId(request).isNull())
+    }
+    if (m_speech->speakFromId(request).isNull()) {
         qCCritical(logNetworkManager) << "ERROR: Failed to queue speech-request.";
+    }
 }

@@ -23,16 +23,20 @@ bool NetworkManager::configure(const QString &name, const QString &method, const
     using Configuration = ConnmanService::Configuration;
     const QHostAddress none;
     const Service service = serviceToConfigure(name);
-    if (!service)
+    if (!service) {
         return false;
-    if (method == Off)
+    }
+    if (method == Off) {
         return reportRefusedConfiguration(service->configure(Configuration::Off, none, none, none), name,
                                           method);
-    if (method == Dhcp)
+    }
+    if (method == Dhcp) {
         return reportRefusedConfiguration(service->configure(Configuration::Dhcp, none, none, none), name,
                                           method);
-    if (method == Manual)
+    }
+    if (method == Manual) {
         return configureManual(*service, name, {address, netmask, gateway});
+    }
     return refuseValue("Invalid configuration method:", method,
                        QStringLiteral("Invalid parameter, method: '%1'"));
 }
@@ -41,17 +45,20 @@ bool NetworkManager::configureManual(ConnmanService &service, const QString &nam
                                      const ManualAddresses &texts) const
 {
     const QHostAddress address(texts.address);
-    if (address.isNull())
+    if (address.isNull()) {
         return refuseValue("Invalid address specified:", texts.address,
                            QStringLiteral("Invalid parameter, address: '%1'"));
+    }
     const QHostAddress netmask(texts.netmask);
-    if (netmask.isNull())
+    if (netmask.isNull()) {
         return refuseValue("Invalid netmask specified:", texts.netmask,
                            QStringLiteral("Invalid parameter, netmask: '%1'"));
+    }
     const QHostAddress gateway(texts.gateway);
-    if (gateway.isNull())
+    if (gateway.isNull()) {
         return refuseValue("Invalid gateway specified:", texts.gateway,
                            QStringLiteral("Invalid parameter, gateway: '%1'"));
+    }
     const bool configured =
         service.configure(ConnmanService::Configuration::Manual, address, netmask, gateway);
     return reportRefusedConfiguration(configured, name, Manual);
@@ -60,26 +67,30 @@ bool NetworkManager::configureManual(ConnmanService &service, const QString &nam
 bool NetworkManager::configureIPv6(const QString &name, const QString &method) const
 {
     const Service service = serviceToConfigure(name);
-    if (!service)
+    if (!service) {
         return false;
-    if (method != Off && method != Auto)
+    }
+    if (method != Off && method != Auto) {
         // The closing quote is missing on purpose: clients know the text so.
         return refuseValue("Invalid configuration method for IPv6:", method,
                            QStringLiteral("Invalid parameter, method: '%1"));
+    }
     return reportRefusedConfiguration(service->configureIpv6(method == Auto), name, method);
 }
 
 bool NetworkManager::setNameservers(const QString &name, const QStringList &servers)
 {
     const Service service = serviceToConfigure(name);
-    if (!service)
+    if (!service) {
         return false;
+    }
     QList<QHostAddress> addresses;
     for (const QString &server : servers) {
         const QHostAddress address(server);
-        if (address.isNull())
+        if (address.isNull()) {
             return refuseValue("Invalid nameserver:", server,
                                QStringLiteral("Invalid parameter, nameserver: '%1'"));
+        }
         addresses.append(address);
     }
     return service->setNameservers(addresses);
@@ -88,8 +99,9 @@ bool NetworkManager::setNameservers(const QString &name, const QStringList &serv
 bool NetworkManager::reportRefusedConfiguration(bool configured, const QString &name,
                                                 const QString &method) const
 {
-    if (!configured)
+    if (!configured) {
         emit error(QStringLiteral("Unable to configure network '%1' with method '%2'.").arg(name, method));
+    }
     return configured;
 }
 

@@ -26,12 +26,14 @@ QList<NetworkManager::Service> NetworkManager::services() const
 
 bool NetworkManager::scanWifi(std::chrono::milliseconds pause) const
 {
-    if (!m_wifi)
+    if (!m_wifi) {
         return false;
+    }
     const bool scanned = m_wifi->scan();
     QThread::msleep(static_cast<unsigned long>(pause.count()));
-    if (scanned)
+    if (scanned) {
         m_manager->awaitServicesChanged(AnnouncementLimit);
+    }
     return scanned;
 }
 

@@ -64,8 +64,9 @@ bool NetworkManager::isWifiIdle() const
 
 void NetworkManager::announceReconnection(const QString &name)
 {
-    if (!m_poweredOn)
+    if (!m_poweredOn) {
         return;
+    }
     m_poweredOn = false;
     speak(Sentence::WifiReconnected);
     emit networkConnected(name);
@@ -76,17 +77,19 @@ void NetworkManager::setAutoConnect(bool on) const
     const QList<Service> all = services();
     for (const Service &service : all) {
         const QString type = service->type();
-        if (type == WifiType)
+        if (type == WifiType) {
             service->setAutoConnect(on);
-        else
+        } else {
             qCDebug(logNetworkManager) << "Skipping network of type" << type;
+        }
     }
 }
 
 void NetworkManager::keyDown(libkeyboard::Keyboard::Key key)
 {
-    if (key == ModifierKey)
+    if (key == ModifierKey) {
         m_modifierHeld = true;
+    }
 }
 
 void NetworkManager::keyUp(libkeyboard::Keyboard::Key key)
@@ -95,8 +98,9 @@ void NetworkManager::keyUp(libkeyboard::Keyboard::Key key)
         m_modifierHeld = false;
         return;
     }
-    if (!m_modifierHeld)
+    if (!m_modifierHeld) {
         return;
+    }
     if (key == WifiOffKey) {
         speak(Sentence::WifiSwitchingOff);
         resetWiFi(false, false);

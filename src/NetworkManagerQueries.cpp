@@ -19,8 +19,9 @@ QVariantMap NetworkManager::networks()
     for (const Service &service : all) {
         const QVariantMap ipv6 = service->properties().value(ConnmanNames::Ipv6).toMap();
         // A deliberate side effect: every listed network gets IPv6 auto-configuration.
-        if (ipv6.value(ConnmanNames::Method).toString() != Auto)
+        if (ipv6.value(ConnmanNames::Method).toString() != Auto) {
             configureIPv6(service->identifier(), Auto);
+        }
         networks.insert(service->identifier(), service->properties());
     }
     return networks;
@@ -32,8 +33,9 @@ QStringList NetworkManager::wpsNetworks()
     QStringList names;
     const QList<Service> all = services();
     for (const Service &service : all) {
-        if (service->security().contains(WpsSecurity))
+        if (service->security().contains(WpsSecurity)) {
             names.append(service->name());
+        }
     }
     return names;
 }
@@ -43,8 +45,9 @@ QStringList NetworkManager::activeNetworks()
     QStringList names;
     const QList<Service> all = services();
     for (const Service &service : all) {
-        if (service->state() >= ConnmanService::State::Association)
+        if (service->state() >= ConnmanService::State::Association) {
             names.append(service->name());
+        }
     }
     return names;
 }
@@ -101,8 +104,9 @@ QString NetworkManager::ipv6Value(const QString &name, const QString &key) const
 QStringList NetworkManager::getNameservers(const QString &name) const
 {
     const Service service = findOrReport(name);
-    if (!service)
+    if (!service) {
         return {};
+    }
     const QList<QHostAddress> servers = service->getNameservers();
     QStringList texts;
     std::transform(servers.cbegin(), servers.cend(), std::back_inserter(texts),

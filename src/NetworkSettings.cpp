@@ -38,19 +38,22 @@ void flush(const QSettings &store)
 {
     QSettings writer(store.format(), store.scope(), store.organizationName(), store.applicationName());
     writer.sync();
-    if (writer.status() != QSettings::NoError)
+    if (writer.status() != QSettings::NoError) {
         qCCritical(logNetworkSettings) << "Unable to write settings file" << writer.fileName();
+    }
 }
 
 /// The name under which a Wi-Fi service is preferred; empty for any other service, and (logged) without a
 /// name.
 QString preferableName(const ConnmanService &service)
 {
-    if (service.type() != WifiType)
+    if (service.type() != WifiType) {
         return {};
+    }
     const QString name = service.name();
-    if (name.isEmpty())
+    if (name.isEmpty()) {
         qCCritical(logNetworkSettings) << "Unable to obtain name for service" << service.path();
+    }
     return name;
 }
 
@@ -85,8 +88,9 @@ QString NetworkSettings::getPreferedWifi() const
 void NetworkSettings::setPreferedWifi(const std::shared_ptr<ConnmanService> &service)
 {
     const QString name = preferableName(*service);
-    if (name.isEmpty())
+    if (name.isEmpty()) {
         return;
+    }
     m_mainSettings.setValue(PreferedKey, name);
     flush(m_mainSettings);
 }
@@ -94,8 +98,9 @@ void NetworkSettings::setPreferedWifi(const std::shared_ptr<ConnmanService> &ser
 void NetworkSettings::removePreferedWifi(const std::shared_ptr<ConnmanService> &service)
 {
     const QString name = preferableName(*service);
-    if (name.isEmpty() || name != getPreferedWifi())
+    if (name.isEmpty() || name != getPreferedWifi()) {
         return;
+    }
     m_mainSettings.remove(PreferedKey);
     flush(m_mainSettings);
 }
@@ -144,18 +149,21 @@ void NetworkSettings::storeRegion(const QString &region)
 void NetworkSettings::applyStoredWifiRegion()
 {
     const QString stored = getWifiRegion();
-    if (!stored.isEmpty())
+    if (!stored.isEmpty()) {
         currentRegion() = stored;
-    if (stored.isEmpty() || stored == WorldRegion)
+    }
+    if (stored.isEmpty() || stored == WorldRegion) {
         setWifiRegion(DefaultRegion);
+    }
     startRegionCommand(currentRegion());
     m_regionTimer.start();
 }
 
 void NetworkSettings::startRegionCommand(const QString &region)
 {
-    if (m_regionProcess.state() != QProcess::NotRunning)
+    if (m_regionProcess.state() != QProcess::NotRunning) {
         Command::waitForEnd(m_regionProcess, Command::Timeout);
+    }
     m_regionGivenUp = false;
     m_regionProcess.start(QStringLiteral("iw"),
                           {QStringLiteral("reg"), QStringLiteral("set"), QStringLiteral("%1").arg(region)});
@@ -170,12 +178,15 @@ void NetworkSettings::timeout()
 
 void NetworkSettings::finished(int /*exitCode*/, QProcess::ExitStatus status)
 {
-    if (status == QProcess::NormalExit)
+    if (status == QProcess::NormalExit) {
         qCDebug(logNetworkSettings) << "The region has been set successfully.";
-    else
+    } else {
         qCDebug(logNetworkSettings) << "Failed to set the region.";
-    if (m_regionTimer.isActive())
+    }
+    if (m_regionTimer.isActive()) {
         m_regionTimer.stop();
-    if (!m_regionGivenUp)
+    }
+    if (!m_regionGivenUp) {
         emit initDone();
+    }
 }

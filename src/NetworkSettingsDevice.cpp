@@ -43,8 +43,9 @@ bool hasControlCharacter(const QString &text)
 /// Whether `value` keeps to one line of the provisioning file; the complaint names the field.
 bool isOneLine(const char *field, const QString &value)
 {
-    if (!hasControlCharacter(value))
+    if (!hasControlCharacter(value)) {
         return true;
+    }
     qCCritical(logNetworkSettings) << "Control character in" << field << "of configuration file!";
     return false;
 }
@@ -56,8 +57,9 @@ bool NetworkSettings::getWlanSupported()
     QProcess iw;
     iw.setProcessChannelMode(QProcess::MergedChannels);
     iw.start(QStringLiteral("iw"), {QStringLiteral("list")});
-    if (Command::endsNormally(iw) && !iw.readAll().isEmpty())
+    if (Command::endsNormally(iw) && !iw.readAll().isEmpty()) {
         return true;
+    }
     qCritical() << "WLAN not supported on this board.";
     return false;
 }
@@ -69,8 +71,9 @@ bool NetworkSettings::initMacAddress()
         return false;
     }
     const int serialNumber = libtactora::Singleton<detail::SystemInfo>::instance()->serialNumber();
-    if (!setInterfaceAddress(macAddress(serialNumber)))
+    if (!setInterfaceAddress(macAddress(serialNumber))) {
         return false;
+    }
     if (!Command::run(Ip, setLink({QStringLiteral("up")}))) {
         qCritical() << "Failed to set interface up.";
         return false;
@@ -86,10 +89,12 @@ bool NetworkSettings::setInterfaceAddress(const QString &address)
     ip.start(Ip, setLink({QStringLiteral("address"), address}));
     ip.waitForStarted(WithoutLimit);
     QString output;
-    while (ip.waitForReadyRead(WithoutLimit))
+    while (ip.waitForReadyRead(WithoutLimit)) {
         output += QString::fromUtf8(ip.readAll());
-    if (Command::endsNormally(ip))
+    }
+    if (Command::endsNormally(ip)) {
         return true;
+    }
     qCritical() << "Failed to set interface address:" << output;
     return false;
 }
@@ -102,8 +107,9 @@ QString NetworkSettings::macAddress(int serialNumber)
     const auto suffix = static_cast<quint32>(serialNumber + SerialNumberOffset);
     const QString digits = MacPrefix + QString::number(suffix, Hexadecimal);
     QStringList pieces;
-    for (int position = 0; position < digits.size(); position += DigitsPerPiece)
+    for (int position = 0; position < digits.size(); position += DigitsPerPiece) {
         pieces.append(digits.mid(position, DigitsPerPiece));
+    }
     return pieces.join(QLatin1Char(':'));
 }
 
@@ -132,8 +138,9 @@ bool NetworkSettings::setHostName(const QString &name)
 bool NetworkSettings::createWpaConfFile(const QString &fileName, const QString &name, const QString &eap,
                                         const QString &phase2)
 {
-    if (!isOneLine("Name", name) || !isOneLine("EAP", eap) || !isOneLine("Phase2", phase2))
+    if (!isOneLine("Name", name) || !isOneLine("EAP", eap) || !isOneLine("Phase2", phase2)) {
         return false;
+    }
     QFile file(provisioningFile(fileName));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
         qCCritical(logNetworkSettings) << "Failed to open configuration file for writing!";

@@ -24,8 +24,9 @@ WakePipe wakePipe;
 int openWakePipe()
 {
     std::array<int, 2> ends{};
-    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    if (pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
         qFatal("Unable to create a pipe: %s", qUtf8Printable(qt_error_string()));
+    }
     wakePipe = {ends[0], ends[1]};
     return wakePipe.readEnd;
 }
@@ -33,8 +34,9 @@ int openWakePipe()
 extern "C" void requestQuit(int /*signal*/)
 {
     const int interruptedErrno = errno;
-    for (const int signal : Signals)
+    for (const int signal : Signals) {
         std::signal(signal, SIG_DFL);
+    }
     const char wake = 0;
     [[maybe_unused]] const ssize_t written = write(wakePipe.writeEnd, &wake, sizeof wake);
     errno = interruptedErrno;
@@ -49,6 +51,7 @@ QuitSignals::QuitSignals()
         m_notifier.setEnabled(false);
         QCoreApplication::quit();
     });
-    for (const int signal : Signals)
+    for (const int signal : Signals) {
         std::signal(signal, requestQuit);
+    }
 }

@@ -16,22 +16,27 @@ bool isRawArgument(const QVariant &value)
 
 QVariant Utils::convertDBusArgument(const QVariant &value)
 {
-    if (value.type() != QVariant::UserType)
+    if (value.type() != QVariant::UserType) {
         return value;
-    if (const auto dictionary = rawDictionary(value))
+    }
+    if (const auto dictionary = rawDictionary(value)) {
         return *dictionary;
-    if (!isRawArgument(value))
+    }
+    if (!isRawArgument(value)) {
         qCWarning(logUtils) << "Unknown QVariant::UserType:" << value.userType();
+    }
     return value;
 }
 
 std::optional<QVariantMap> Utils::rawDictionary(const QVariant &value)
 {
-    if (!isRawArgument(value))
+    if (!isRawArgument(value)) {
         return std::nullopt;
+    }
     const auto argument = value.value<QDBusArgument>();
-    if (argument.currentSignature() != QLatin1String("a{sv}"))
+    if (argument.currentSignature() != QLatin1String("a{sv}")) {
         return std::nullopt;
+    }
 
     QVariantMap dictionary;
     argument >> dictionary;
