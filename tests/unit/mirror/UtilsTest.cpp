@@ -1,0 +1,267 @@
+#include "Utils.h"
+#include "LogCapture.h"
+#include "Loopback.h"
+#include "OddValues.h"
+
+#include <QDBusArgument>
+#include <QDBusObjectPath>
+#include <QDBusSignature>
+#include <QDBusVariant>
+#include <QLoggingCategory>
+#include <QtTest>
+
+using test_support::LogCapture;
+
+namespace {
+
+QString unknownTypeLine(int typeId)
+{
+    return QStringLiteral("Unknown QVariant::UserType: %1").arg(typeId);
+}
+
+QString signatureOf(const QVariant &raw)
+{
+    return raw.value<QDBusArgument>().currentSignature();
+}
+
+} // namespace
+
+class UtilsTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+
+    void plainValueComesBackUnchanged_data();
+    void plainValueComesBackUnchanged();
+    void plainValueOffTheBusComesBackUnchanged_data();
+    void plainValueOffTheBusComesBackUnchanged();
+    void dictionaryBecomesAMapOfPlainValues();
+    void emptyDictionaryBecomesAnEmptyMap();
+    void entriesOfADictionaryKeepTheirTypes();
+    void dictionaryInsideADictionaryStaysRawUntilConvertedItself();
+    void laterEntryOfARepeatedKeyWins();
+    void convertingTheSameArgumentTwiceGivesTheSameMap();
+    void rawArgumentOfAnotherShapeComesBackUntouched_data();
+    void rawArgumentOfAnotherShapeComesBackUntouched();
+
+    void otherUserTypeComesBackUnchangedWithOneWarning_data();
+    void otherUserTypeComesBackUnchangedWithOneWarning();
+    void variantInsideAVariantComesBackUnchangedWithOneWarning();
+    void warningIsOffUnlessAskedFor();
+
+    void rawDictionaryReadsOnlyRawDictionaries();
+
+private:
+    Loopback m_loopback;
+};
+
+void UtilsTest::initTestCase()
+{
+    registerOddTypes();
+}
+
+void UtilsTest::init()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("Utils=true"));
+}
+
+void UtilsTest::plainValueComesBackUnchanged_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("string") << QVariant(QStringLiteral("ready"));
+    QTest::newRow("empty string") << QVariant(QString());
+    QTest::newRow("int") << QVariant(-5);
+    QTest::newRow("unsigned int") << QVariant(5U);
+    QTest::newRow("64 bits") << QVariant(Q_INT64_C(1) << 40);
+    QTest::newRow("16 bits") << QVariant::fromValue(short(-3));
+    QTest::newRow("byte") << QVariant::fromValue(uchar(61));
+    QTest::newRow("double") << QVariant(0.5);
+    QTest::newRow("true") << QVariant(true);
+    QTest::newRow("false") << QVariant(false);
+    QTest::newRow("string list") << QVariant(QStringList{QStringLiteral("psk"), QStringLiteral("wps")});
+    QTest::newRow("empty string list") << QVariant(QStringList());
+    QTest::newRow("bytes") << QVariant(QByteArray("\0\xff", 2));
+    QTest::newRow("map") << QVariant(QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}});
+    QTest::newRow("nothing") << QVariant();
+}
+
+void UtilsTest::plainValueComesBackUnchanged()
+{
+    QFETCH(QVariant, value);
+    const LogCapture log;
+    const QVariant converted = Utils::convertDBusArgument(value);
+    QCOMPARE(converted.userType(), value.userType());
+    QCOMPARE(converted, value);
+    QVERIFY(log.messages().isEmpty());
+}
+
+void UtilsTest::plainValueOffTheBusComesBackUnchanged_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("string") << QVariant(QStringLiteral("ready"));
+    QTest::newRow("int") << QVariant(-5);
+    QTest::newRow("byte") << QVariant::fromValue(uchar(61));
+    QTest::newRow("boolean") << QVariant(true);
+    QTest::newRow("string list") << QVariant(QStringList{QStringLiteral("psk"), QStringLiteral("wps")});
+    QTest::newRow("empty string list") << QVariant(QStringList());
+    QTest::newRow("bytes") << QVariant(QByteArray("\0\xff", 2));
+}
+
+void UtilsTest::plainValueOffTheBusComesBackUnchanged()
+{
+    QFETCH(QVariant, value);
+    const QVariant received = m_loopback.variantContent(value);
+    const LogCapture log;
+    const QVariant converted = Utils::convertDBusArgument(received);
+    QCOMPARE(converted.userType(), value.userType());
+    QCOMPARE(converted, value);
+    QVERIFY(log.messages().isEmpty());
+}
+
+void UtilsTest::dictionaryBecomesAMapOfPlainValues()
+{
+    const QVariantMap sent{{QStringLiteral("Method"), QStringLiteral("dhcp")},
+                           {QStringLiteral("Address"), QStringLiteral("10.0.0.2")}};
+    const QVariant received = m_loopback.variantContent(sent);
+    QCOMPARE(signatureOf(received), QStringLiteral("a{sv}"));
+
+    const LogCapture log;
+    const QVariant converted = Utils::convertDBusArgument(received);
+    QCOMPARE(converted.userType(), int(QMetaType::QVariantMap));
+    QCOMPARE(converted.toMap(), sent);
+    QVERIFY(log.messages().isEmpty());
+}
+
+void UtilsTest::emptyDictionaryBecomesAnEmptyMap()
+{
+    const QVariant converted = Utils::convertDBusArgument(m_loopback.variantContent(QVariantMap()));
+    QCOMPARE(converted.userType(), int(QMetaType::QVariantMap));
+    QVERIFY(converted.toMap().isEmpty());
+}
+
+void UtilsTest::entriesOfADictionaryKeepTheirTypes()
+{
+    const QVariantMap sent{{QStringLiteral("PrefixLength"), QVariant::fromValue(uchar(64))},
+                           {QStringLiteral("Secure"), true},
+                           {QStringLiteral("Servers"), QStringList{QStringLiteral("10.0.0.1")}}};
+    const QVariantMap converted = Utils::convertDBusArgument(m_loopback.variantContent(sent)).toMap();
+    QCOMPARE(converted, sent);
+    QCOMPARE(converted.value(QStringLiteral("PrefixLength")).userType(), int(QMetaType::UChar));
+    QCOMPARE(converted.value(QStringLiteral("Secure")).userType(), int(QMetaType::Bool));
+    QCOMPARE(converted.value(QStringLiteral("Servers")).userType(), int(QMetaType::QStringList));
+}
+
+void UtilsTest::dictionaryInsideADictionaryStaysRawUntilConvertedItself()
+{
+    const QVariantMap inner{{QStringLiteral("Interface"), QStringLiteral("wlan0")}};
+    const QVariant received = m_loopback.variantContent(QVariantMap{{QStringLiteral("Inner"), inner}});
+
+    const LogCapture log;
+    const QVariant nested = Utils::convertDBusArgument(received).toMap().value(QStringLiteral("Inner"));
+    QCOMPARE(nested.userType(), qMetaTypeId<QDBusArgument>());
+    QCOMPARE(Utils::convertDBusArgument(nested).toMap(), inner);
+    QVERIFY(log.messages().isEmpty());
+}
+
+void UtilsTest::laterEntryOfARepeatedKeyWins()
+{
+    const RepeatedKey sent{QStringLiteral("Method"), QStringLiteral("dhcp"), QStringLiteral("manual")};
+    const QVariant received = m_loopback.variantContent(QVariant::fromValue(sent));
+    QCOMPARE(signatureOf(received), QStringLiteral("a{sv}"));
+    const QVariantMap expected{{QStringLiteral("Method"), QStringLiteral("manual")}};
+    QCOMPARE(Utils::convertDBusArgument(received).toMap(), expected);
+}
+
+// A cached value may be converted by more than one caller; reading one copy must not use up the other.
+void UtilsTest::convertingTheSameArgumentTwiceGivesTheSameMap()
+{
+    const QVariantMap sent{{QStringLiteral("Method"), QStringLiteral("dhcp")}};
+    const QVariant received = m_loopback.variantContent(sent);
+    QCOMPARE(Utils::convertDBusArgument(received).toMap(), sent);
+    QCOMPARE(Utils::convertDBusArgument(received).toMap(), sent);
+}
+
+void UtilsTest::rawArgumentOfAnotherShapeComesBackUntouched_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("signature");
+    const QVector<OddValue> values = rawOddValues();
+    for (int i = 0; i < values.size(); ++i)
+        QTest::addRow("%d %s", i, values[i].signature)
+            << values[i].value << QString(QLatin1String(values[i].signature));
+}
+
+void UtilsTest::rawArgumentOfAnotherShapeComesBackUntouched()
+{
+    QFETCH(QVariant, value);
+    QFETCH(QString, signature);
+    const QVariant received = m_loopback.variantContent(value);
+    QCOMPARE(signatureOf(received), signature);
+
+    const LogCapture log;
+    const QVariant converted = Utils::convertDBusArgument(received);
+    QCOMPARE(converted.userType(), qMetaTypeId<QDBusArgument>());
+    // Still unread: it stands where it stood.
+    QCOMPARE(signatureOf(converted), signature);
+    QVERIFY(log.messages().isEmpty());
+}
+
+void UtilsTest::otherUserTypeComesBackUnchangedWithOneWarning_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("variant") << QVariant::fromValue(QDBusVariant(QStringLiteral("ready")));
+    QTest::newRow("object path") << QVariant::fromValue(QDBusObjectPath(QStringLiteral("/agent")));
+    QTest::newRow("signature") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}")));
+}
+
+void UtilsTest::otherUserTypeComesBackUnchangedWithOneWarning()
+{
+    QFETCH(QVariant, value);
+    const LogCapture log;
+    const QVariant converted = Utils::convertDBusArgument(value);
+    QCOMPARE(converted.userType(), value.userType());
+    QCOMPARE(converted, value);
+    QCOMPARE(log.messages().size(), 1);
+    QCOMPARE(log.lines(QStringLiteral("Utils"), QtWarningMsg), {unknownTypeLine(value.userType())});
+}
+
+void UtilsTest::variantInsideAVariantComesBackUnchangedWithOneWarning()
+{
+    const QVariant inner = QVariant::fromValue(QDBusVariant(QStringLiteral("ready")));
+    const QVariant received = m_loopback.variantContent(inner);
+    const LogCapture log;
+    const QVariant converted = Utils::convertDBusArgument(received);
+    QCOMPARE(converted.value<QDBusVariant>().variant(), QVariant(QStringLiteral("ready")));
+    QCOMPARE(log.messages().size(), 1);
+    QCOMPARE(log.lines(QStringLiteral("Utils"), QtWarningMsg),
+             {unknownTypeLine(qMetaTypeId<QDBusVariant>())});
+}
+
+void UtilsTest::warningIsOffUnlessAskedFor()
+{
+    QLoggingCategory::setFilterRules({});
+    const LogCapture log;
+    Utils::convertDBusArgument(QVariant::fromValue(QDBusVariant(QStringLiteral("ready"))));
+    QVERIFY(log.messages().isEmpty());
+}
+
+void UtilsTest::rawDictionaryReadsOnlyRawDictionaries()
+{
+    const QVariantMap map{{QStringLiteral("Method"), QStringLiteral("dhcp")}};
+    const auto dictionary = Utils::rawDictionary(m_loopback.variantContent(map));
+    QVERIFY(dictionary.has_value());
+    QCOMPARE(*dictionary, map);
+
+    QVERIFY(!Utils::rawDictionary(map).has_value());
+    QVERIFY(!Utils::rawDictionary(QStringLiteral("text")).has_value());
+    QVERIFY(!Utils::rawDictionary({}).has_value());
+    const QVector<OddValue> oddValues = rawOddValues();
+    for (const OddValue &odd : oddValues)
+        QVERIFY2(!Utils::rawDictionary(m_loopback.variantContent(odd.value)).has_value(), odd.signature);
+}
+
+QTEST_GUILESS_MAIN(UtilsTest)
+#include "UtilsTest.moc"
