@@ -1,5 +1,7 @@
 #include "ConnmanTypes.h"
 
+#include "Utils.h"
+
 #include <QDBusMetaType>
 #include <QDBusVariant>
 #include <QDebug>
@@ -23,17 +25,7 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, ConnmanServiceInf
 {
     argument.beginStructure();
     argument >> info.path;
-    argument.beginMap();
-    info.properties.clear();
-    while (!argument.atEnd()) {
-        QString key;
-        QVariant value;
-        argument.beginMapEntry();
-        argument >> key >> value;
-        argument.endMapEntry();
-        info.properties.insert(key, value);
-    }
-    argument.endMap();
+    info.properties = Utils::readDictionary(argument);
     argument.endStructure();
     return argument;
 }

@@ -38,7 +38,21 @@ std::optional<QVariantMap> Utils::rawDictionary(const QVariant &value)
         return std::nullopt;
     }
 
+    return readDictionary(argument);
+}
+
+QVariantMap Utils::readDictionary(const QDBusArgument &argument)
+{
     QVariantMap dictionary;
-    argument >> dictionary;
+    argument.beginMap();
+    while (!argument.atEnd()) {
+        QString key;
+        QVariant value;
+        argument.beginMapEntry();
+        argument >> key >> value;
+        argument.endMapEntry();
+        dictionary.insert(key, value);
+    }
+    argument.endMap();
     return dictionary;
 }

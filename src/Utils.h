@@ -4,6 +4,8 @@
 
 #include <optional>
 
+class QDBusArgument;
+
 /// Turns what Qt D-Bus delivers into plain Qt values.
 class Utils
 {
@@ -16,4 +18,8 @@ public:
     /// Reads `value` as a dictionary where it is a raw D-Bus argument of the signature a{sv}. Nothing else
     /// is touched: Qt crashes when an array, a structure or an a{ss} is read as such a dictionary.
     static std::optional<QVariantMap> rawDictionary(const QVariant &value);
+
+    /// Reads the a{sv} at which `argument` stands. Of a key that is there twice the later value counts, where
+    /// Qt's own operator would keep both.
+    static QVariantMap readDictionary(const QDBusArgument &argument);
 };
