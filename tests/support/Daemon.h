@@ -1,0 +1,55 @@
+#pragma once
+
+#include "ChildProcess.h"
+#include "DaemonLog.h"
+#include "DaemonSandbox.h"
+#include <QObject>
+#include <QStringList>
+
+namespace test_support {
+
+/// The built daemon, run as a black box in a sandbox of its own.
+///
+/// When it ends with the object it has to end well: SIGTERM, exit status 0, no problems left in its log; else
+/// the current test fails. Its log is printed when the test has failed.
+class Daemon : public QObject
+{
+    Q_OBJECT
+public:
+    /// `busAddress`: the system bus it will see.
+    explicit Daemon(QString busAddress, QObject *parent = nullptr);
+    ~Daemon() override;
+
+    DaemonSandbox &sandbox() { return m_sandbox; }
+    DaemonLog &log() { return m_log; }
+
+    /// Qt's logging rules, separated by ";"; none by default, that is, only critical lines are logged.
+    void setLoggingRules(const QString &rules) { m_loggingRules = rules; }
+
+    /// Starts it; false when it could not be started. There is no waiting for anything it does.
+    bool start(const QStringList &arguments = {});
+    bool isRunning() const { return m_process.state() == QProcess::Running; }
+    /// The daemon's own process, the one to signal.
+    qint64 processId() const;
+    bool sendSignal(int signal) const;
+    /// Runs the event loop until it has ended, and returns the exit status: 128 + n when signal n ended it,
+    /// -1 when it did not end in time.
+    int waitForExit();
+    /// SIGTERM; the result is whether it ended with status 0.
+    bool stop();
+
+    QByteArray standardOutput() const { return m_output; }
+
+private:
+    QStringList environment() const;
+    void checkEnd();
+
+    QString m_busAddress;
+    QString m_loggingRules;
+    DaemonSandbox m_sandbox;
+    DaemonLog m_log;
+    QByteArray m_output;
+    ChildProcess m_process;
+};
+
+} // namespace test_support

@@ -1,0 +1,132 @@
+#include "DaemonClient.h"
+
+#include "EventWait.h"
+#include <QDBusConnectionInterface>
+#include <QDBusMetaType>
+#include <QDBusPendingCallWatcher>
+#include <QDebug>
+#include <QUuid>
+
+namespace test_support {
+
+namespace {
+const QString daemonName = QStringLiteral("com.tactora.NetworkManager");
+const QString daemonPath = QStringLiteral("/");
+// Longer than any wait of a test, so that a test fails with its own words.
+constexpr int callTimeoutMs = 4 * eventTimeoutMs;
+
+const QStringList daemonSignals = {QStringLiteral("error"),
+                                   QStringLiteral("powerChanged"),
+                                   QStringLiteral("regionChanged"),
+                                   QStringLiteral("networkRegistered"),
+                                   QStringLiteral("networkForgot"),
+                                   QStringLiteral("networkConnected"),
+                                   QStringLiteral("networkDisconnected")};
+
+QString textOf(const QVariant &value)
+{
+    QString text;
+    QDebug stream(&text);
+    stream.nospace();
+    switch (value.type()) {
+    case QVariant::String:
+        stream << value.toString();
+        break;
+    case QVariant::Bool:
+        stream << value.toBool();
+        break;
+    default:
+        stream << value;
+    }
+    return text;
+}
+
+QString textOf(const QVariantList &values)
+{
+    QStringList texts;
+    for (const QVariant &value : values) {
+        texts << textOf(value);
+    }
+    return texts.join(QStringLiteral(", "));
+}
+} // namespace
+
+DaemonClient::DaemonClient(const QString &busAddress, QObject *parent)
+    : QObject(parent)
+    , m_connectionName(QUuid::createUuid().toString())
+    , m_connection(QDBusConnection::connectToBus(busAddress, m_connectionName))
+{
+    for (const QString &signal : daemonSignals) {
+        m_connection.connect(daemonName, daemonPath, daemonName, signal, this, SLOT(onSignal(QDBusMessage)));
+    }
+}
+
+DaemonClient::~DaemonClient()
+{
+    QDBusConnection::disconnectFromBus(m_connectionName);
+}
+
+bool DaemonClient::waitForName()
+{
+    const QDBusServiceWatcher watcher(daemonName, m_connection, QDBusServiceWatcher::WatchForRegistration);
+    return waitUntil([this] { return m_connection.interface()->isServiceRegistered(daemonName).value(); });
+}
+
+QDBusMessage DaemonClient::message(const QString &method, const QVariantList &arguments) const
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(daemonName, daemonPath, daemonName, method);
+    call.setArguments(arguments);
+    return call;
+}
+
+QDBusPendingCall DaemonClient::sendCall(const QString &method, const QVariantList &arguments)
+{
+    const QDBusPendingCall pending = m_connection.asyncCall(message(method, arguments), callTimeoutMs);
+    auto *watcher = new QDBusPendingCallWatcher(pending, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, method](QDBusPendingCallWatcher *finished) {
+                const QDBusMessage reply = finished->reply();
+                const bool isError = reply.type() == QDBusMessage::ErrorMessage;
+                m_record << QStringLiteral("%1 -> %2")
+                                .arg(method, isError ? reply.errorName() : textOf(reply.arguments()));
+                finished->deleteLater();
+            });
+    return pending;
+}
+
+QDBusMessage DaemonClient::callForReply(const QString &method, const QVariantList &arguments)
+{
+    // The record's own watcher was connected first: when this one is told, the reply is in the record.
+    const QDBusPendingCall pending = sendCall(method, arguments);
+    bool finished = false;
+    const QDBusPendingCallWatcher watcher(pending);
+    connect(&watcher, &QDBusPendingCallWatcher::finished, this, [&finished] { finished = true; });
+    waitUntil([&finished] { return finished; }, callTimeoutMs);
+    return pending.reply();
+}
+
+QVariant DaemonClient::valueOf(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 1) {
+        qCritical() << "Not an ordinary reply with one value:" << reply;
+        return {};
+    }
+    const QVariant value = reply.arguments().constFirst();
+    if (value.userType() == qMetaTypeId<QDBusArgument>() &&
+        value.value<QDBusArgument>().currentSignature() == QLatin1String("a{sv}")) {
+        return qdbus_cast<QVariantMap>(value);
+    }
+    return value;
+}
+
+bool DaemonClient::waitFor(const QString &entry, int times) const
+{
+    return waitUntil([&] { return m_record.count(entry) >= times; });
+}
+
+void DaemonClient::onSignal(const QDBusMessage &message)
+{
+    m_record << QStringLiteral("%1(%2)").arg(message.member(), textOf(message.arguments()));
+}
+
+} // namespace test_support

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+namespace test_support {
+
+/// The daemon's standard error, line by line: "<category>|<type>|<message>" for its log lines, anything else
+/// (a sanitizer's report, say) as it stands.
+///
+/// Lines that should not be there are problems: critical and fatal ones of any category, warnings of Qt's own
+/// categories (somebody misuses Qt) and everything that is no log line. A test takes the ones it provoked;
+/// those left at its end fail it.
+class DaemonLog : public QObject
+{
+    Q_OBJECT
+public:
+    using QObject::QObject;
+
+    /// What makes the daemon log in this form (environment variable QT_MESSAGE_PATTERN).
+    static QString messagePattern();
+
+    void add(const QByteArray &output);
+
+    QStringList lines() const { return m_lines; }
+    /// Runs the event loop until `line` has been logged `times` times.
+    bool waitFor(const QString &line, int times = 1) const;
+    /// The same for a problem, which is then taken: one occurrence of it fails the test no more.
+    bool takeProblem(const QString &line);
+    QStringList problems() const { return m_problems; }
+
+    /// Prints everything, for the reader of a failure.
+    void print() const;
+
+signals:
+    void lineAdded();
+
+private:
+    static bool isProblem(const QString &line);
+
+    QByteArray m_incomplete;
+    QStringList m_lines;
+    QStringList m_problems;
+};
+
+} // namespace test_support

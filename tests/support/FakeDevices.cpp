@@ -1,0 +1,123 @@
+#include "FakeDevices.h"
+
+#include "EventWait.h"
+#include "FakeKeyboard.h"
+#include <QFile>
+#include <QTest>
+#include <umockdev.h>
+
+namespace test_support {
+
+namespace {
+const QStringList ledFiles = {QStringLiteral("brightness"), QStringLiteral("trigger"),
+                              QStringLiteral("delay_on"), QStringLiteral("delay_off")};
+}
+
+char *toString(const LedPattern &pattern)
+{
+    switch (pattern.kind) {
+    case LedPattern::Kind::Off:
+        return qstrdup("off");
+    case LedPattern::Kind::On:
+        return qstrdup("on");
+    case LedPattern::Kind::Blink:
+        return qstrdup(QByteArrayLiteral("blink every ") + QByteArray::number(pattern.periodMs) + " ms");
+    }
+    return nullptr;
+}
+
+void FakeDevices::Unref::operator()(UMockdevTestbed *testbed) const
+{
+    g_object_unref(testbed);
+}
+
+FakeDevices::FakeDevices()
+    : m_testbed(umockdev_testbed_new())
+{
+    // It is for the processes that are given environment(), not for every child of the test.
+    qunsetenv("UMOCKDEV_DIR");
+}
+
+FakeDevices::~FakeDevices() = default;
+
+QStringList FakeDevices::environment() const
+{
+    QString preload = QStringLiteral("libumockdev-preload.so.0");
+#ifdef SANITIZER_RUNTIME
+    // The sanitizer's allocator must be there before anything else that is preloaded.
+    preload.prepend(QStringLiteral(SANITIZER_RUNTIME ":"));
+#endif
+    char *root = umockdev_testbed_get_root_dir(m_testbed.get());
+    const QStringList variables = {QStringLiteral("UMOCKDEV_DIR=") + QString::fromUtf8(root),
+                                   QStringLiteral("LD_PRELOAD=") + preload};
+    g_free(root);
+    return variables;
+}
+
+void FakeDevices::addLed(const QString &name)
+{
+    const char *const attributes[] = {
+        "brightness", "255\n", "max_brightness", "255\n", "trigger", "[none] timer heartbeat\n",
+        "delay_on",   "0\n",   "delay_off",      "0\n",   nullptr};
+    const char *const properties[] = {nullptr};
+    g_free(umockdev_testbed_add_devicev(m_testbed.get(), "leds", name.toUtf8().constData(), nullptr,
+                                        const_cast<char **>(attributes), const_cast<char **>(properties)));
+}
+
+QString FakeDevices::ledFile(const QString &led, const QString &file) const
+{
+    char *root = umockdev_testbed_get_root_dir(m_testbed.get());
+    const QString path = QStringLiteral("%1/sys/class/leds/%2/%3").arg(QString::fromUtf8(root), led, file);
+    g_free(root);
+    return path;
+}
+
+QByteArray FakeDevices::readLed(const QString &led, const QString &file) const
+{
+    QFile attribute(ledFile(led, file));
+    if (!attribute.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    return attribute.readAll().trimmed();
+}
+
+LedPattern FakeDevices::led(const QString &name) const
+{
+    // The kernel marks the active trigger with brackets; the fake file keeps what was written.
+    if (readLed(name, QStringLiteral("trigger")) == "timer") {
+        return LedPattern::blink(readLed(name, QStringLiteral("delay_on")).toInt() +
+                                 readLed(name, QStringLiteral("delay_off")).toInt());
+    }
+    return readLed(name, QStringLiteral("brightness")).toInt() > 0 ? LedPattern::on() : LedPattern::off();
+}
+
+bool FakeDevices::waitForLed(const QString &name, const LedPattern &pattern) const
+{
+    QStringList files;
+    for (const QString &file : ledFiles) {
+        files << ledFile(name, file);
+    }
+    return waitUntilFilesSatisfy(files, [&] { return led(name) == pattern; });
+}
+
+void FakeDevices::addKeyboard(const QString &node)
+{
+    m_keyboard = std::make_unique<FakeKeyboard>(m_testbed.get(), node);
+}
+
+void FakeDevices::pressKey(int key)
+{
+    m_keyboard->report(key, true);
+}
+
+void FakeDevices::releaseKey(int key)
+{
+    m_keyboard->report(key, false);
+}
+
+void FakeDevices::unplugKeyboard()
+{
+    m_keyboard->unplug();
+}
+
+} // namespace test_support

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <memory>
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+struct _UMockdevTestbed;
+
+namespace test_support {
+
+class FakeKeyboard;
+
+/// What a LED shows, read from its files below /sys/class/leds.
+struct LedPattern
+{
+    enum class Kind { Off, On, Blink };
+    Kind kind = Kind::Off;
+    /// The whole period of a blinking LED, dark half included.
+    int periodMs = 0;
+
+    static LedPattern off() { return {Kind::Off, 0}; }
+    static LedPattern on() { return {Kind::On, 0}; }
+    static LedPattern blink(int periodMs) { return {Kind::Blink, periodMs}; }
+    friend bool operator==(const LedPattern &a, const LedPattern &b)
+    {
+        return a.kind == b.kind && a.periodMs == b.periodMs;
+    }
+};
+
+/// For QCOMPARE's message.
+char *toString(const LedPattern &pattern);
+
+/// The device's hardware, faked by umockdev: a tree of /sys and /dev that only processes started with
+/// environment() see. It has no LED and no keyboard until they are added. One at a time in a process.
+class FakeDevices
+{
+public:
+    FakeDevices();
+    ~FakeDevices();
+    FakeDevices(const FakeDevices &) = delete;
+    FakeDevices &operator=(const FakeDevices &) = delete;
+
+    /// What makes a process see these devices: "NAME=value" each.
+    QStringList environment() const;
+
+    /// A LED that shines and has a timer trigger.
+    void addLed(const QString &name);
+    LedPattern led(const QString &name) const;
+    /// Runs the event loop until the LED shows `pattern`.
+    bool waitForLed(const QString &name, const LedPattern &pattern) const;
+
+    /// A keyboard with every key up, at "/dev/input/<node>".
+    void addKeyboard(const QString &node);
+    /// Reports of that keyboard; `key` is an evdev key code.
+    void pressKey(int key);
+    void releaseKey(int key);
+    /// The device node of the keyboard loses its other end, as when it is unplugged.
+    void unplugKeyboard();
+
+private:
+    QString ledFile(const QString &led, const QString &file) const;
+    QByteArray readLed(const QString &led, const QString &file) const;
+
+    struct Unref
+    {
+        void operator()(_UMockdevTestbed *testbed) const;
+    };
+    std::unique_ptr<_UMockdevTestbed, Unref> m_testbed;
+    std::unique_ptr<FakeKeyboard> m_keyboard;
+};
+
+} // namespace test_support
