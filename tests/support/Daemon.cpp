@@ -7,10 +7,11 @@
 
 namespace test_support {
 
-Daemon::Daemon(QString busAddress, QObject *parent)
+Daemon::Daemon(const QString &busAddress, QObject *parent)
     : QObject(parent)
-    , m_busAddress(std::move(busAddress))
 {
+    setVariable(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), busAddress);
+    setVariable(QStringLiteral("QT_MESSAGE_PATTERN"), DaemonLog::messagePattern());
     connect(&m_process, &QProcess::readyReadStandardOutput, this,
             [this] { m_output += m_process.readAllStandardOutput(); });
     connect(&m_process, &QProcess::readyReadStandardError, this,
@@ -36,10 +37,8 @@ void Daemon::checkEnd()
 QStringList Daemon::environment() const
 {
     QStringList variables = m_sandbox.environment();
-    variables << QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS=") + m_busAddress;
-    variables << QStringLiteral("QT_MESSAGE_PATTERN=") + DaemonLog::messagePattern();
-    if (!m_loggingRules.isEmpty()) {
-        variables << QStringLiteral("QT_LOGGING_RULES=") + m_loggingRules;
+    for (auto variable = m_variables.cbegin(); variable != m_variables.cend(); ++variable) {
+        variables << variable.key() + QLatin1Char('=') + variable.value();
     }
     return variables;
 }
@@ -62,6 +61,16 @@ bool Daemon::sendSignal(int signal) const
 {
     const qint64 process = processId();
     return process > 0 && kill(static_cast<pid_t>(process), signal) == 0;
+}
+
+bool Daemon::catches(int signal) const
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(processId()));
+    status.open(QIODevice::ReadOnly);
+    const QString text = QString::fromLatin1(status.readAll());
+    const QString caught =
+        text.section(QStringLiteral("SigCgt:"), 1).section(QLatin1Char('\n'), 0, 0).trimmed();
+    return (caught.toULongLong(nullptr, 16) >> (signal - 1) & 1U) != 0;
 }
 
 int Daemon::waitForExit()

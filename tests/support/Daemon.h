@@ -3,6 +3,7 @@
 #include "ChildProcess.h"
 #include "DaemonLog.h"
 #include "DaemonSandbox.h"
+#include <QMap>
 #include <QObject>
 #include <QStringList>
 
@@ -17,14 +18,17 @@ class Daemon : public QObject
     Q_OBJECT
 public:
     /// `busAddress`: the system bus it will see.
-    explicit Daemon(QString busAddress, QObject *parent = nullptr);
+    explicit Daemon(const QString &busAddress, QObject *parent = nullptr);
     ~Daemon() override;
 
     DaemonSandbox &sandbox() { return m_sandbox; }
     DaemonLog &log() { return m_log; }
 
     /// Qt's logging rules, separated by ";"; none by default, that is, only critical lines are logged.
-    void setLoggingRules(const QString &rules) { m_loggingRules = rules; }
+    void setLoggingRules(const QString &rules) { setVariable(QStringLiteral("QT_LOGGING_RULES"), rules); }
+
+    /// One more environment variable for the daemon.
+    void setVariable(const QString &name, const QString &value) { m_variables[name] = value; }
 
     /// Starts it; false when it could not be started. There is no waiting for anything it does.
     bool start(const QStringList &arguments = {});
@@ -32,6 +36,8 @@ public:
     /// The daemon's own process, the one to signal.
     qint64 processId() const;
     bool sendSignal(int signal) const;
+    /// Whether a handler of the daemon's own is set for that signal.
+    bool catches(int signal) const;
     /// Runs the event loop until it has ended, and returns the exit status: 128 + n when signal n ended it,
     /// -1 when it did not end in time.
     int waitForExit();
@@ -44,8 +50,7 @@ private:
     QStringList environment() const;
     void checkEnd();
 
-    QString m_busAddress;
-    QString m_loggingRules;
+    QMap<QString, QString> m_variables;
     DaemonSandbox m_sandbox;
     DaemonLog m_log;
     QByteArray m_output;

@@ -94,15 +94,24 @@ QDBusPendingCall DaemonClient::sendCall(const QString &method, const QVariantLis
     return pending;
 }
 
-QDBusMessage DaemonClient::callForReply(const QString &method, const QVariantList &arguments)
+QDBusMessage DaemonClient::waitForReply(const QDBusPendingCall &pending)
 {
-    // The record's own watcher was connected first: when this one is told, the reply is in the record.
-    const QDBusPendingCall pending = sendCall(method, arguments);
     bool finished = false;
     const QDBusPendingCallWatcher watcher(pending);
     connect(&watcher, &QDBusPendingCallWatcher::finished, this, [&finished] { finished = true; });
     waitUntil([&finished] { return finished; }, callTimeoutMs);
     return pending.reply();
+}
+
+QDBusMessage DaemonClient::callForReply(const QString &method, const QVariantList &arguments)
+{
+    // The record's own watcher was connected first: when the reply is here, it is in the record.
+    return waitForReply(sendCall(method, arguments));
+}
+
+void DaemonClient::settle()
+{
+    waitForReply(m_connection.asyncCall(message(QStringLiteral("getWifiRegion"), {}), callTimeoutMs));
 }
 
 QVariant DaemonClient::valueOf(const QDBusMessage &reply)

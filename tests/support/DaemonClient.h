@@ -39,6 +39,10 @@ public:
         sendCall(QString::fromLatin1(method), {QVariant::fromValue(arguments)...});
     }
 
+    /// Runs the event loop until the daemon has dealt with everything that had reached it by now: calls are
+    /// served one at a time, after what came before them. Leaves nothing in the record.
+    void settle();
+
     QStringList record() const { return m_record; }
     void clearRecord() { m_record.clear(); }
     /// Runs the event loop until the record holds `entry` `times` times.
@@ -49,6 +53,7 @@ private slots:
 
 private:
     QDBusMessage message(const QString &method, const QVariantList &arguments) const;
+    QDBusMessage waitForReply(const QDBusPendingCall &pending);
     QDBusPendingCall sendCall(const QString &method, const QVariantList &arguments);
     static QVariant valueOf(const QDBusMessage &reply);
 

@@ -51,7 +51,10 @@ DaemonSandbox::DaemonSandbox()
         QDir(m_directory.path()).mkdir(QStringLiteral("commands"));
         return m_directory.filePath(QStringLiteral("commands"));
     }())
+    , m_keyboard(m_devices.addKeyboard(QStringLiteral("event0")))
 {
+    m_devices.addLed(QStringLiteral("led8"));
+    m_devices.addLed(QStringLiteral("led10"));
     const QDir root(m_directory.path());
     root.mkpath(QStringLiteral("etc/xdg/Tactora AB"));
     root.mkpath(QStringLiteral("var/lib/connman"));

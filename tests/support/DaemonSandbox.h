@@ -18,7 +18,10 @@ public:
     DaemonSandbox();
 
     CommandStandIns &commands() { return m_commands; }
+    /// The LEDs "led8" and "led10" and the keyboard are there until a test takes them away.
     FakeDevices &devices() { return m_devices; }
+    /// The keyboard at the daemon's default path.
+    FakeKeyboard &keyboard() { return m_keyboard; }
 
     /// The content of /etc/hostname; empty when it is not there.
     QByteArray hostName() const;
@@ -50,6 +53,7 @@ private:
     QTemporaryDir m_directory;
     CommandStandIns m_commands;
     FakeDevices m_devices;
+    FakeKeyboard &m_keyboard;
 };
 
 } // namespace test_support

@@ -1,7 +1,6 @@
 #include "FakeDevices.h"
 
 #include "EventWait.h"
-#include "FakeKeyboard.h"
 #include <QFile>
 #include <QTest>
 #include <umockdev.h>
@@ -64,6 +63,11 @@ void FakeDevices::addLed(const QString &name)
                                         const_cast<char **>(attributes), const_cast<char **>(properties)));
 }
 
+void FakeDevices::removeLed(const QString &name)
+{
+    umockdev_testbed_remove_device(m_testbed.get(), ("/sys/devices/" + name.toUtf8()).constData());
+}
+
 QString FakeDevices::ledFile(const QString &led, const QString &file) const
 {
     char *root = umockdev_testbed_get_root_dir(m_testbed.get());
@@ -100,24 +104,10 @@ bool FakeDevices::waitForLed(const QString &name, const LedPattern &pattern) con
     return waitUntilFilesSatisfy(files, [&] { return led(name) == pattern; });
 }
 
-void FakeDevices::addKeyboard(const QString &node)
+FakeKeyboard &FakeDevices::addKeyboard(const QString &node)
 {
-    m_keyboard = std::make_unique<FakeKeyboard>(m_testbed.get(), node);
-}
-
-void FakeDevices::pressKey(int key)
-{
-    m_keyboard->report(key, true);
-}
-
-void FakeDevices::releaseKey(int key)
-{
-    m_keyboard->report(key, false);
-}
-
-void FakeDevices::unplugKeyboard()
-{
-    m_keyboard->unplug();
+    m_keyboards.push_back(std::make_unique<FakeKeyboard>(m_testbed.get(), node));
+    return *m_keyboards.back();
 }
 
 } // namespace test_support

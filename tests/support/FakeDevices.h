@@ -1,15 +1,15 @@
 #pragma once
 
+#include "FakeKeyboard.h"
 #include <memory>
 #include <QByteArray>
 #include <QString>
 #include <QStringList>
+#include <vector>
 
 struct _UMockdevTestbed;
 
 namespace test_support {
-
-class FakeKeyboard;
 
 /// What a LED shows, read from its files below /sys/class/leds.
 struct LedPattern
@@ -32,7 +32,7 @@ struct LedPattern
 char *toString(const LedPattern &pattern);
 
 /// The device's hardware, faked by umockdev: a tree of /sys and /dev that only processes started with
-/// environment() see. It has no LED and no keyboard until they are added. One at a time in a process.
+/// environment() see. One at a time in a process.
 class FakeDevices
 {
 public:
@@ -46,17 +46,13 @@ public:
 
     /// A LED that shines and has a timer trigger.
     void addLed(const QString &name);
+    void removeLed(const QString &name);
     LedPattern led(const QString &name) const;
     /// Runs the event loop until the LED shows `pattern`.
     bool waitForLed(const QString &name, const LedPattern &pattern) const;
 
     /// A keyboard with every key up, at "/dev/input/<node>".
-    void addKeyboard(const QString &node);
-    /// Reports of that keyboard; `key` is an evdev key code.
-    void pressKey(int key);
-    void releaseKey(int key);
-    /// The device node of the keyboard loses its other end, as when it is unplugged.
-    void unplugKeyboard();
+    FakeKeyboard &addKeyboard(const QString &node);
 
 private:
     QString ledFile(const QString &led, const QString &file) const;
@@ -67,7 +63,7 @@ private:
         void operator()(_UMockdevTestbed *testbed) const;
     };
     std::unique_ptr<_UMockdevTestbed, Unref> m_testbed;
-    std::unique_ptr<FakeKeyboard> m_keyboard;
+    std::vector<std::unique_ptr<FakeKeyboard>> m_keyboards;
 };
 
 } // namespace test_support

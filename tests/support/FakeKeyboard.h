@@ -21,14 +21,17 @@ public:
     FakeKeyboard(const FakeKeyboard &) = delete;
     FakeKeyboard &operator=(const FakeKeyboard &) = delete;
 
-    /// Reports one key going down or up.
-    void report(int key, bool down);
+    /// Reports a key going down or up; `key` is an evdev key code.
+    void press(int key) { report(key, true); }
+    void release(int key) { report(key, false); }
+    /// The device node loses its other end, as when the keyboard is unplugged.
     void unplug();
 
 private:
     static constexpr int keyBytes = 32;
     using KeyBits = std::array<unsigned char, keyBytes>;
 
+    void report(int key, bool down);
     bool answer(_UMockdevIoctlClient *client);
     KeyBits heldKeys();
     void write(int type, int code, int value);

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Daemon.h"
+#include "DaemonClient.h"
+#include "PrivateBus.h"
+#include "SimulatorClient.h"
+
+namespace test_support {
+
+/// A daemon with nothing but a bus of its own and one client.
+struct LonelyDaemon
+{
+    PrivateBus bus;
+    DaemonClient client{bus.address()};
+    Daemon daemon{bus.address()};
+
+    /// Starts the daemon; true once it offers its interface.
+    bool start(const QStringList &arguments = {});
+};
+
+/// A daemon with the whole simulated device around it.
+struct TestDevice
+{
+    PrivateBus bus;
+    SimulatorClient simulator{bus.address()};
+    DaemonClient client{bus.address()};
+    Daemon daemon{bus.address()};
+
+    /// Starts the daemon; true once it offers its interface.
+    bool start(const QStringList &arguments = {});
+    /// The same, and true once it has loaded ConnMan's services.
+    bool startAndAttach();
+    /// Makes the board one without Wi-Fi hardware, which the daemon complains about once when it attaches. It
+    /// then leaves radio, region and MAC address alone; a Wi-Fi technology that ConnMan has all the same
+    /// works as ever.
+    void removeRadio();
+    /// startAndAttach() on a board without Wi-Fi hardware: no region command or power cycle runs in the
+    /// background.
+    bool startWithoutRadio();
+
+    CommandStandIns &commands() { return daemon.sandbox().commands(); }
+    FakeDevices &devices() { return daemon.sandbox().devices(); }
+    DaemonLog &log() { return daemon.log(); }
+};
+
+} // namespace test_support
