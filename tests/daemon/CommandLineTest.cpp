@@ -81,8 +81,10 @@ void CommandLineTest::wrongCommandLineEndsWithStatusOne_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("complaint");
     QTest::newRow("unknown option") << QStringList{"--bogus"_s} << "network-manager: Unknown option 'bogus'.";
-    QTest::newRow("short without value") << QStringList{"-d"_s} << "network-manager: Missing value after '-d'.";
-    QTest::newRow("long without value") << QStringList{"--device"_s} << "network-manager: Missing value after '--device'.";
+    QTest::newRow("short without value")
+        << QStringList{"-d"_s} << "network-manager: Missing value after '-d'.";
+    QTest::newRow("long without value")
+        << QStringList{"--device"_s} << "network-manager: Missing value after '--device'.";
 }
 
 void CommandLineTest::wrongCommandLineEndsWithStatusOne()

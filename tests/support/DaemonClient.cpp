@@ -23,22 +23,49 @@ const QStringList daemonSignals = {QStringLiteral("error"),
                                    QStringLiteral("networkConnected"),
                                    QStringLiteral("networkDisconnected")};
 
-QString textOf(const QVariant &value)
+QString textOf(const QVariant &value);
+
+QString textOf(const QVariantMap &map)
 {
-    QString text;
-    QDebug stream(&text);
-    stream.nospace();
+    QStringList entries;
+    for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
+        entries << QStringLiteral("\"%1\": %2").arg(entry.key(), textOf(entry.value()));
+    }
+    return QStringLiteral("{%1}").arg(entries.join(QStringLiteral(", ")));
+}
+
+QString textOf(const QStringList &list)
+{
+    QStringList entries;
+    for (const QString &entry : list) {
+        entries << textOf(entry);
+    }
+    return QStringLiteral("[%1]").arg(entries.join(QStringLiteral(", ")));
+}
+
+// A reply's dictionary arrives as a raw argument, and so do those inside it.
+QVariant unpacked(const QVariant &value)
+{
+    if (value.userType() == qMetaTypeId<QDBusArgument>() &&
+        value.value<QDBusArgument>().currentSignature() == QLatin1String("a{sv}")) {
+        return qdbus_cast<QVariantMap>(value);
+    }
+    return value;
+}
+
+QString textOf(const QVariant &packed)
+{
+    const QVariant value = unpacked(packed);
     switch (value.type()) {
     case QVariant::String:
-        stream << value.toString();
-        break;
-    case QVariant::Bool:
-        stream << value.toBool();
-        break;
+        return QStringLiteral("\"%1\"").arg(value.toString());
+    case QVariant::StringList:
+        return textOf(value.toStringList());
+    case QVariant::Map:
+        return textOf(value.toMap());
     default:
-        stream << value;
+        return value.toString();
     }
-    return text;
 }
 
 QString textOf(const QVariantList &values)
@@ -120,12 +147,7 @@ QVariant DaemonClient::valueOf(const QDBusMessage &reply)
         qCritical() << "Not an ordinary reply with one value:" << reply;
         return {};
     }
-    const QVariant value = reply.arguments().constFirst();
-    if (value.userType() == qMetaTypeId<QDBusArgument>() &&
-        value.value<QDBusArgument>().currentSignature() == QLatin1String("a{sv}")) {
-        return qdbus_cast<QVariantMap>(value);
-    }
-    return value;
+    return unpacked(reply.arguments().constFirst());
 }
 
 bool DaemonClient::waitFor(const QString &entry, int times) const

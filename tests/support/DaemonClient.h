@@ -13,6 +13,7 @@ namespace test_support {
 /// seven signals and of the replies to its own calls, in the order they arrive:
 ///   error("Unknown network: 'x'")
 ///   connect -> false
+///   activeNetworks -> ["Home"]
 class DaemonClient : public QObject
 {
     Q_OBJECT

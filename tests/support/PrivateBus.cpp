@@ -21,7 +21,7 @@ const QString configurationTemplate = QStringLiteral(R"(<!DOCTYPE busconfig PUBL
   <policy context="default">
     <allow send_destination="*" eavesdrop="true"/>
     <allow eavesdrop="true"/>
-    <allow own="*"/>
+    <allow own="*"/>%4
   </policy>
   <limit name="max_match_rules_per_connection">%2</limit>
   <limit name="max_replies_per_connection">%3</limit>
@@ -73,9 +73,13 @@ bool PrivateBus::writeConfiguration(const BusLimits &limits) const
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
+    const QString refusal = limits.refusedName.isEmpty()
+                                ? QString()
+                                : QStringLiteral("<deny own=\"%1\"/>").arg(limits.refusedName);
     const QString text = configurationTemplate.arg(m_directory.path())
                              .arg(limits.maxMatchRulesPerConnection)
-                             .arg(limits.maxRepliesPerConnection);
+                             .arg(limits.maxRepliesPerConnection)
+                             .arg(refusal);
     return file.write(text.toUtf8()) > 0;
 }
 

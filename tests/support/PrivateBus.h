@@ -15,9 +15,12 @@ struct BusLimits
 {
     int maxMatchRulesPerConnection = 512;
     int maxRepliesPerConnection = 128;
+    /// A bus name that the bus's policy gives to nobody.
+    QString refusedName;
 };
 
-/// A bus of the test's own: a `dbus-daemon` in a temporary directory that lets everybody do everything.
+/// A bus of the test's own: a `dbus-daemon` in a temporary directory that lets everybody do everything (but
+/// what the limits say).
 ///
 /// While it lives, DBUS_SYSTEM_BUS_ADDRESS and DBUS_SESSION_BUS_ADDRESS of this process (and so of its
 /// children) name it. Make it before the first QDBusConnection::systemBus(): Qt keeps that connection for the

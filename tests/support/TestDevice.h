@@ -10,6 +10,11 @@ namespace test_support {
 /// A daemon with nothing but a bus of its own and one client.
 struct LonelyDaemon
 {
+    explicit LonelyDaemon(const BusLimits &limits = {})
+        : bus(limits)
+    {
+    }
+
     PrivateBus bus;
     DaemonClient client{bus.address()};
     Daemon daemon{bus.address()};

@@ -1,0 +1,10 @@
+#pragma once
+
+#include <QStringList>
+
+/// The members of an interface as the introspection data lists them, in its order: "method configure(s, s) ->
+/// b", "signal error(s)".
+QStringList introspectedMembers(const QString &xml, const QString &interface);
+
+/// The names of the arguments that have one.
+QStringList introspectedArgumentNames(const QString &xml, const QString &interface);
