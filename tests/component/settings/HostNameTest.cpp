@@ -1,0 +1,155 @@
+#include "NetworkSettings.h"
+#include "PrivateWorld.h"
+#include "SettingsFixture.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace {
+const QString hostNameFile = QStringLiteral("/etc/hostname");
+}
+
+class HostNameTest : public SettingsFixture
+{
+    Q_OBJECT
+
+private slots:
+    void cleanupTestCase() { QDir().rmdir(hostNameFile); }
+
+    void hostNameIsTheFileWithSimplifiedWhiteSpace_data();
+    void hostNameIsTheFileWithSimplifiedWhiteSpace();
+    void readingTheHostNameLeavesTheFileAlone();
+    void hostNameOfAMissingFileIsEmpty();
+    void hostNameOfAReadOnlyFileIsAFailure();
+    void hostNameOfAnUnopenableFileIsAFailure();
+
+    void settingTheHostNameWritesExactlyItsBytes_data();
+    void settingTheHostNameWritesExactlyItsBytes();
+    void settingTheHostNameMakesTheFile();
+    void settingTheHostNameOfAReadOnlyFileFailsAndLeavesIt();
+    void settingTheHostNameWhereNothingCanBeWrittenFails();
+    void hostNameThatWasSetIsRead();
+
+private:
+    NetworkSettings m_settings;
+};
+
+void HostNameTest::hostNameIsTheFileWithSimplifiedWhiteSpace_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("hostName");
+
+    QTest::newRow("blanks around it") << QByteArray("  box-1 \n") << QStringLiteral("box-1");
+    QTest::newRow("nothing around it") << QByteArray("box-1") << QStringLiteral("box-1");
+    QTest::newRow("blanks within") << QByteArray("my \t box\n") << QStringLiteral("my box");
+    QTest::newRow("several lines") << QByteArray("one\ntwo\r\nthree\n") << QStringLiteral("one two three");
+    QTest::newRow("outside ASCII") << QByteArray("k\xc3\xb6k\n") << QStringLiteral("k\u00f6k");
+    QTest::newRow("only white space") << QByteArray(" \n\t\n") << QString();
+    QTest::newRow("empty") << QByteArray() << QString();
+}
+
+void HostNameTest::hostNameIsTheFileWithSimplifiedWhiteSpace()
+{
+    QFETCH(QByteArray, content);
+    writeFile(hostNameFile, content);
+
+    QTEST(m_settings.getHostName(), "hostName");
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void HostNameTest::readingTheHostNameLeavesTheFileAlone()
+{
+    writeFile(hostNameFile, "  box-1 \n");
+    m_settings.getHostName();
+    QCOMPARE(fileContent(hostNameFile), QByteArray("  box-1 \n"));
+}
+
+void HostNameTest::hostNameOfAMissingFileIsEmpty()
+{
+    QVERIFY(!QFile::exists(hostNameFile));
+    QCOMPARE(m_settings.getHostName(), QString());
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void HostNameTest::hostNameOfAReadOnlyFileIsAFailure()
+{
+    writeFile(hostNameFile, "box-1\n");
+    QVERIFY(QFile::setPermissions(hostNameFile, QFile::ReadOwner));
+
+    QCOMPARE(m_settings.getHostName(), QString());
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for reading!"))));
+}
+
+void HostNameTest::hostNameOfAnUnopenableFileIsAFailure()
+{
+    QVERIFY(QDir().mkdir(hostNameFile));
+
+    QCOMPARE(m_settings.getHostName(), QString());
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for reading!"))));
+    QVERIFY(QDir().rmdir(hostNameFile));
+}
+
+void HostNameTest::settingTheHostNameWritesExactlyItsBytes_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+
+    QTest::newRow("plain") << QStringLiteral("abc") << QByteArray("abc");
+    QTest::newRow("with a line feed") << QStringLiteral("abc\n") << QByteArray("abc\n");
+    QTest::newRow("with blanks") << QStringLiteral("  a b ") << QByteArray("  a b ");
+    QTest::newRow("outside ASCII") << QStringLiteral("k\u00f6k") << QByteArray("k\xc3\xb6k");
+    QTest::newRow("no valid host name") << QStringLiteral("-/..%1") << QByteArray("-/..%1");
+    QTest::newRow("empty") << QString() << QByteArray("");
+}
+
+void HostNameTest::settingTheHostNameWritesExactlyItsBytes()
+{
+    QFETCH(QString, name);
+    writeFile(hostNameFile, "a much longer name than before\n");
+
+    QVERIFY(m_settings.setHostName(name));
+    QTEST(fileContent(hostNameFile), "content");
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void HostNameTest::settingTheHostNameMakesTheFile()
+{
+    QVERIFY(!QFile::exists(hostNameFile));
+    QVERIFY(m_settings.setHostName(QStringLiteral("abc")));
+    QCOMPARE(fileContent(hostNameFile), QByteArray("abc"));
+}
+
+void HostNameTest::settingTheHostNameOfAReadOnlyFileFailsAndLeavesIt()
+{
+    writeFile(hostNameFile, "box-1\n");
+    QVERIFY(QFile::setPermissions(hostNameFile, QFile::ReadOwner));
+
+    QVERIFY(!m_settings.setHostName(QStringLiteral("abc")));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for writing!"))));
+    QCOMPARE(fileContent(hostNameFile), QByteArray("box-1\n"));
+}
+
+void HostNameTest::settingTheHostNameWhereNothingCanBeWrittenFails()
+{
+    QVERIFY(QDir().mkdir(hostNameFile));
+
+    QVERIFY(!m_settings.setHostName(QStringLiteral("abc")));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for writing!"))));
+    QVERIFY(QDir().rmdir(hostNameFile));
+}
+
+void HostNameTest::hostNameThatWasSetIsRead()
+{
+    QVERIFY(m_settings.setHostName(QStringLiteral("box-2")));
+    QCOMPARE(m_settings.getHostName(), QStringLiteral("box-2"));
+}
+
+int main(int argc, char **argv)
+{
+    return private_world::run<HostNameTest>(argc, argv);
+}
+#include "HostNameTest.moc"

@@ -1,0 +1,202 @@
+#include "NetworkSettings.h"
+#include "PrivateWorld.h"
+#include "SettingsFixture.h"
+
+#include <QDir>
+#include <QFile>
+
+namespace {
+const QString directory = QStringLiteral("/var/lib/connman");
+const QString corpFile = QStringLiteral("/var/lib/connman/corp.config");
+const QString corp = QStringLiteral("corp");
+const QString corpNet = QStringLiteral("CorpNet");
+const QString peap = QStringLiteral("peap");
+const QString mschapv2 = QStringLiteral("MSCHAPV2");
+} // namespace
+
+class ProvisioningFileTest : public SettingsFixture
+{
+    Q_OBJECT
+
+private slots:
+    void fileHasFiveLinesAndNoFinalLineFeed();
+    void sectionIsTheSameForEveryMethod();
+    void textsAreWrittenAsGiven_data();
+    void textsAreWrittenAsGiven();
+    void earlierContentIsReplaced();
+    void fileThatCannotBeOpenedIsAFailure();
+    void readOnlyFileIsAFailureAndStays();
+    void controlCharacterIsRefusedBeforeTheFileIsTouched_data();
+    void controlCharacterIsRefusedBeforeTheFileIsTouched();
+    void severalControlCharactersAreComplainedAboutOnce();
+    void refusedFileIsNotMade();
+
+    void removingDeletesTheFile();
+    void removingAMissingFileDoesNothingAndLogsNothing();
+    void removingLeavesOtherFilesAlone();
+    void removingThatFailsLogsNothing();
+
+private:
+    NetworkSettings m_settings;
+};
+
+void ProvisioningFileTest::fileHasFiveLinesAndNoFinalLineFeed()
+{
+    QVERIFY(m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
+
+    QCOMPARE(fileContent(corpFile),
+             QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=peap\nPhase2=MSCHAPV2"));
+    QCOMPARE(QDir(directory).entryList(QDir::Files), QStringList(QStringLiteral("corp.config")));
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ProvisioningFileTest::sectionIsTheSameForEveryMethod()
+{
+    QVERIFY(m_settings.createWpaConfFile(corp, corpNet, QStringLiteral("ttls"), QStringLiteral("PAP")));
+
+    QCOMPARE(fileContent(corpFile),
+             QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=ttls\nPhase2=PAP"));
+}
+
+void ProvisioningFileTest::textsAreWrittenAsGiven_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("line");
+
+    QTest::newRow("outside ASCII") << QStringLiteral("K\u00f6k \u2615") << QByteArray("K\xc3\xb6k \xe2\x98\x95");
+    QTest::newRow("place holders") << QStringLiteral("50%2 off %1") << QByteArray("50%2 off %1");
+    QTest::newRow("blanks") << QStringLiteral("  two  words ") << QByteArray("  two  words ");
+    QTest::newRow("key file syntax") << QStringLiteral("[a]=#;\\") << QByteArray("[a]=#;\\");
+    QTest::newRow("empty") << QString() << QByteArray("");
+}
+
+void ProvisioningFileTest::textsAreWrittenAsGiven()
+{
+    QFETCH(QString, name);
+    QFETCH(QByteArray, line);
+
+    QVERIFY(m_settings.createWpaConfFile(corp, name, peap, mschapv2));
+    QCOMPARE(fileContent(corpFile),
+             "[service_peap]\nType=wifi\nName=" + line + "\nEAP=peap\nPhase2=MSCHAPV2");
+}
+
+void ProvisioningFileTest::earlierContentIsReplaced()
+{
+    writeFile(corpFile, QByteArray(1000, 'x'));
+
+    QVERIFY(m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
+    QCOMPARE(fileContent(corpFile),
+             QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=peap\nPhase2=MSCHAPV2"));
+}
+
+void ProvisioningFileTest::fileThatCannotBeOpenedIsAFailure()
+{
+    QVERIFY(QDir(directory).removeRecursively());
+
+    QVERIFY(!m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  QStringLiteral("Failed to open configuration file for writing!"))));
+}
+
+void ProvisioningFileTest::readOnlyFileIsAFailureAndStays()
+{
+    writeFile(corpFile, "earlier");
+    QVERIFY(QFile::setPermissions(corpFile, QFile::ReadOwner));
+
+    QVERIFY(!m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  QStringLiteral("Failed to open configuration file for writing!"))));
+    QCOMPARE(fileContent(corpFile), QByteArray("earlier"));
+}
+
+void ProvisioningFileTest::controlCharacterIsRefusedBeforeTheFileIsTouched_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("eap");
+    QTest::addColumn<QString>("phase2");
+    QTest::addColumn<QString>("field");
+
+    const struct
+    {
+        const char *title;
+        ushort character;
+    } controls[] = {{"null", 0x00},   {"tabulator", 0x09}, {"line feed", 0x0a}, {"carriage return", 0x0d},
+                    {"escape", 0x1b}, {"delete", 0x7f},    {"next line", 0x85}};
+    for (const auto &control : controls) {
+        const QString broken = QStringLiteral("a%1b").arg(QChar(control.character));
+        QTest::addRow("%s in the name", control.title) << broken << peap << mschapv2 << QStringLiteral("Name");
+        QTest::addRow("%s in the method", control.title)
+            << corpNet << broken << mschapv2 << QStringLiteral("EAP");
+        QTest::addRow("%s in the inner method", control.title)
+            << corpNet << peap << broken << QStringLiteral("Phase2");
+    }
+    QTest::newRow("at the end") << corpNet << peap << QStringLiteral("MSCHAPV2\n") << QStringLiteral("Phase2");
+    QTest::newRow("alone") << QStringLiteral("\n") << peap << mschapv2 << QStringLiteral("Name");
+}
+
+void ProvisioningFileTest::controlCharacterIsRefusedBeforeTheFileIsTouched()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, eap);
+    QFETCH(QString, phase2);
+    QFETCH(QString, field);
+    writeFile(corpFile, "earlier");
+
+    QVERIFY(!m_settings.createWpaConfFile(corp, name, eap, phase2));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine(
+                 QStringLiteral("Control character in %1 of configuration file!").arg(field))));
+    QCOMPARE(fileContent(corpFile), QByteArray("earlier"));
+}
+
+void ProvisioningFileTest::severalControlCharactersAreComplainedAboutOnce()
+{
+    const QString broken = QStringLiteral("\n\n");
+
+    QVERIFY(!m_settings.createWpaConfFile(corp, broken, broken, broken));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  QStringLiteral("Control character in Name of configuration file!"))));
+}
+
+void ProvisioningFileTest::refusedFileIsNotMade()
+{
+    QVERIFY(!m_settings.createWpaConfFile(corp, QStringLiteral("a\nb"), peap, mschapv2));
+    QVERIFY(!QFile::exists(corpFile));
+}
+
+void ProvisioningFileTest::removingDeletesTheFile()
+{
+    writeFile(corpFile, "anything");
+    m_settings.removeWpaConfFile(corp);
+    QVERIFY(!QFile::exists(corpFile));
+    QVERIFY(log().messages().isEmpty());
+}
+
+void ProvisioningFileTest::removingAMissingFileDoesNothingAndLogsNothing()
+{
+    m_settings.removeWpaConfFile(corp);
+    QVERIFY(log().messages().isEmpty());
+}
+
+void ProvisioningFileTest::removingLeavesOtherFilesAlone()
+{
+    const QString other = QStringLiteral("/var/lib/connman/corp2.config");
+    writeFile(corpFile, "anything");
+    writeFile(other, "other");
+
+    m_settings.removeWpaConfFile(corp);
+    QCOMPARE(fileContent(other), QByteArray("other"));
+}
+
+void ProvisioningFileTest::removingThatFailsLogsNothing()
+{
+    QVERIFY(QDir(directory).mkdir(QStringLiteral("corp.config")));
+    m_settings.removeWpaConfFile(corp);
+    QVERIFY(log().messages().isEmpty());
+}
+
+int main(int argc, char **argv)
+{
+    return private_world::run<ProvisioningFileTest>(argc, argv);
+}
+#include "ProvisioningFileTest.moc"

@@ -1,0 +1,101 @@
+#include "SettingsFixture.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QtTest>
+
+namespace {
+
+const QString storesDirectory = QStringLiteral("/etc/xdg/Tactora AB");
+const QString provisioningDirectory = QStringLiteral("/var/lib/connman");
+const QString category = QStringLiteral("NetworkSettings");
+
+QString storeFile(const QString &name)
+{
+    return QStringLiteral("%1/%2.conf").arg(storesDirectory, name);
+}
+
+void makeEmpty(const QString &directory)
+{
+    QDir(directory).removeRecursively();
+    QVERIFY(QDir().mkpath(directory));
+}
+
+} // namespace
+
+void SettingsFixture::init()
+{
+    setStoresWritable(true);
+    makeEmpty(storesDirectory);
+    makeEmpty(provisioningDirectory);
+    QFile::remove(QStringLiteral("/etc/hostname"));
+
+    m_programs = std::make_unique<Programs>();
+    m_previousPath = qgetenv("PATH");
+    qputenv("PATH", commands().path().toLocal8Bit());
+    qputenv("STAND_IN_DIR", commands().directory().toLocal8Bit());
+    QLoggingCategory::setFilterRules(QStringLiteral("NetworkSettings.debug=true"));
+    m_log = std::make_unique<test_support::LogCapture>();
+}
+
+void SettingsFixture::cleanup()
+{
+    m_log.reset();
+    qputenv("PATH", m_previousPath);
+    m_programs.reset();
+}
+
+QStringList SettingsFixture::debugLines() const
+{
+    return m_log->lines(category, QtDebugMsg);
+}
+
+QStringList SettingsFixture::criticalLines() const
+{
+    QStringList lines;
+    for (const test_support::LogMessage &message : m_log->messages()) {
+        if (message.type == QtCriticalMsg)
+            lines.append(message.category + QStringLiteral(": ") + message.text);
+    }
+    return lines;
+}
+
+QByteArray SettingsFixture::store(const QString &name)
+{
+    return fileContent(storeFile(name));
+}
+
+void SettingsFixture::setStore(const QString &name, const QByteArray &content)
+{
+    writeFile(storeFile(name), content);
+}
+
+void SettingsFixture::setStoresWritable(bool writable)
+{
+    constexpr QFile::Permissions Readable = QFile::ReadOwner | QFile::ExeOwner;
+    QFile::setPermissions(storesDirectory, writable ? Readable | QFile::WriteOwner : Readable);
+}
+
+QByteArray SettingsFixture::fileContent(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void SettingsFixture::writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
+    QCOMPARE(file.write(content), qint64(content.size()));
+}
+
+QString SettingsFixture::networkSettingsLine(const QString &text)
+{
+    return category + QStringLiteral(": ") + text;
+}
+
+QString SettingsFixture::plainLine(const QString &text)
+{
+    return QStringLiteral("default: ") + text;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "CommandStandIns.h"
+#include "LogCapture.h"
+
+#include <memory>
+#include <optional>
+#include <QByteArray>
+#include <QObject>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+class NetworkSettings;
+
+/// Every test begins with a device that has stored nothing, stand-ins for "iw" and "ip" as the whole PATH, and
+/// a log that takes the settings' debug lines too.
+class SettingsFixture : public QObject
+{
+    Q_OBJECT
+
+protected:
+    test_support::CommandStandIns &commands() { return m_programs->commands; }
+    test_support::LogCapture &log() { return *m_log; }
+    QStringList debugLines() const;
+    /// All critical lines, "category: text".
+    QStringList criticalLines() const;
+
+    /// The whole file of a settings store, null when there is none.
+    static QByteArray store(const QString &name);
+    static void setStore(const QString &name, const QByteArray &content);
+    /// Whether files in the directory of the settings stores can be written.
+    static void setStoresWritable(bool writable);
+
+    static QByteArray fileContent(const QString &path);
+    static void writeFile(const QString &path, const QByteArray &content);
+
+    static QString networkSettingsLine(const QString &text);
+    static QString plainLine(const QString &text);
+
+private slots:
+    void init();
+    void cleanup();
+
+private:
+    struct Programs
+    {
+        QTemporaryDir directory;
+        test_support::CommandStandIns commands{directory.path()};
+    };
+
+    std::unique_ptr<Programs> m_programs;
+    std::unique_ptr<test_support::LogCapture> m_log;
+    QByteArray m_previousPath;
+};
