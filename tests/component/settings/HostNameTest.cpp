@@ -14,8 +14,6 @@ class HostNameTest : public SettingsFixture
     Q_OBJECT
 
 private slots:
-    void cleanupTestCase() { QDir().rmdir(hostNameFile); }
-
     void hostNameIsTheFileWithSimplifiedWhiteSpace_data();
     void hostNameIsTheFileWithSimplifiedWhiteSpace();
     void readingTheHostNameLeavesTheFileAlone();
@@ -88,7 +86,6 @@ void HostNameTest::hostNameOfAnUnopenableFileIsAFailure()
     QCOMPARE(m_settings.getHostName(), QString());
     QCOMPARE(criticalLines(),
              QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for reading!"))));
-    QVERIFY(QDir().rmdir(hostNameFile));
 }
 
 void HostNameTest::settingTheHostNameWritesExactlyItsBytes_data()
@@ -139,7 +136,6 @@ void HostNameTest::settingTheHostNameWhereNothingCanBeWrittenFails()
     QVERIFY(!m_settings.setHostName(QStringLiteral("abc")));
     QCOMPARE(criticalLines(),
              QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for writing!"))));
-    QVERIFY(QDir().rmdir(hostNameFile));
 }
 
 void HostNameTest::hostNameThatWasSetIsRead()

@@ -63,7 +63,8 @@ void ProvisioningFileTest::textsAreWrittenAsGiven_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("line");
 
-    QTest::newRow("outside ASCII") << QStringLiteral("K\u00f6k \u2615") << QByteArray("K\xc3\xb6k \xe2\x98\x95");
+    QTest::newRow("outside ASCII") << QStringLiteral("K\u00f6k \u2615")
+                                   << QByteArray("K\xc3\xb6k \xe2\x98\x95");
     QTest::newRow("place holders") << QStringLiteral("50%2 off %1") << QByteArray("50%2 off %1");
     QTest::newRow("blanks") << QStringLiteral("  two  words ") << QByteArray("  two  words ");
     QTest::newRow("key file syntax") << QStringLiteral("[a]=#;\\") << QByteArray("[a]=#;\\");
@@ -124,13 +125,15 @@ void ProvisioningFileTest::controlCharacterIsRefusedBeforeTheFileIsTouched_data(
                     {"escape", 0x1b}, {"delete", 0x7f},    {"next line", 0x85}};
     for (const auto &control : controls) {
         const QString broken = QStringLiteral("a%1b").arg(QChar(control.character));
-        QTest::addRow("%s in the name", control.title) << broken << peap << mschapv2 << QStringLiteral("Name");
+        QTest::addRow("%s in the name", control.title)
+            << broken << peap << mschapv2 << QStringLiteral("Name");
         QTest::addRow("%s in the method", control.title)
             << corpNet << broken << mschapv2 << QStringLiteral("EAP");
         QTest::addRow("%s in the inner method", control.title)
             << corpNet << peap << broken << QStringLiteral("Phase2");
     }
-    QTest::newRow("at the end") << corpNet << peap << QStringLiteral("MSCHAPV2\n") << QStringLiteral("Phase2");
+    QTest::newRow("at the end") << corpNet << peap << QStringLiteral("MSCHAPV2\n")
+                                << QStringLiteral("Phase2");
     QTest::newRow("alone") << QStringLiteral("\n") << peap << mschapv2 << QStringLiteral("Name");
 }
 

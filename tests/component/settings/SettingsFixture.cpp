@@ -22,6 +22,12 @@ void makeEmpty(const QString &directory)
     QVERIFY(QDir().mkpath(directory));
 }
 
+void removeFileOrDirectory(const QString &path)
+{
+    QFile::remove(path);
+    QDir().rmdir(path);
+}
+
 } // namespace
 
 void SettingsFixture::init()
@@ -29,7 +35,7 @@ void SettingsFixture::init()
     setStoresWritable(true);
     makeEmpty(storesDirectory);
     makeEmpty(provisioningDirectory);
-    QFile::remove(QStringLiteral("/etc/hostname"));
+    removeFileOrDirectory(QStringLiteral("/etc/hostname"));
 
     m_programs = std::make_unique<Programs>();
     m_previousPath = qgetenv("PATH");

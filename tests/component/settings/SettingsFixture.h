@@ -12,8 +12,8 @@
 
 class NetworkSettings;
 
-/// Every test begins with a device that has stored nothing, stand-ins for "iw" and "ip" as the whole PATH, and
-/// a log that takes the settings' debug lines too.
+/// Every test begins with a device that has stored nothing, stand-ins for "iw" and "ip" as the whole PATH,
+/// and a log that takes the settings' debug lines too.
 class SettingsFixture : public QObject
 {
     Q_OBJECT
