@@ -25,6 +25,7 @@ Keyboard::Keyboard(const QString &device, QObject *parent)
     : QObject(parent)
     , m_path(device)
 {
+    qRegisterMetaType<Key>();
 }
 
 Keyboard::~Keyboard() = default;
