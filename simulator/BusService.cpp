@@ -1,0 +1,122 @@
+#include "BusService.h"
+
+#include "CallLog.h"
+#include "Faults.h"
+#include <QDBusError>
+#include <QDebug>
+#include <QTimer>
+#include <QUuid>
+#include <utility>
+
+namespace simulator {
+
+namespace {
+// Introspect, Ping and the like are answered by Qt.
+bool isStandardInterface(const QString &interface)
+{
+    return interface.startsWith(QLatin1String("org.freedesktop.DBus."));
+}
+} // namespace
+
+BusService::BusService(QString address, QString name, Instruments instruments, QObject *parent)
+    : QDBusVirtualObject(parent)
+    , m_address(std::move(address))
+    , m_name(std::move(name))
+    , m_instruments(instruments)
+{
+}
+
+BusService::~BusService()
+{
+    leave();
+}
+
+bool BusService::join()
+{
+    // A name of its own each time: answers to calls of an earlier life must not find the new connection.
+    m_connectionName = m_name + QLatin1Char('-') + QUuid::createUuid().toString(QUuid::Id128);
+    QDBusConnection connection = QDBusConnection::connectToBus(m_address, m_connectionName);
+    if (!connection.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath) ||
+        !connection.registerService(m_name)) {
+        qCritical() << "Unable to be" << m_name << "on" << m_address << ":"
+                    << connection.lastError().message();
+        leave();
+        return false;
+    }
+    emit joined();
+    return true;
+}
+
+void BusService::leave()
+{
+    if (!isPresent()) {
+        return;
+    }
+    QDBusConnection::disconnectFromBus(m_connectionName);
+    m_connectionName.clear();
+    emit left();
+}
+
+void BusService::emitSignal(const QString &path, const QString &interface, const QString &member,
+                            const QVariantList &arguments) const
+{
+    if (isPresent()) {
+        QDBusMessage signal = QDBusMessage::createSignal(path, interface, member);
+        signal.setArguments(arguments);
+        connection().send(signal);
+    }
+}
+
+bool BusService::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
+{
+    if (isStandardInterface(message.interface())) {
+        return false;
+    }
+    if (connection.name() != m_connectionName) {
+        return true; // arrived on a connection that has been dropped meanwhile
+    }
+    const Call call(message, m_connectionName);
+    recordCall(call);
+    if (const std::optional<Fault> fault = m_instruments.faults->take(call)) {
+        suffer(*fault, call);
+    } else {
+        handleCall(call);
+    }
+    return true;
+}
+
+void BusService::recordCall(const Call &call)
+{
+    m_instruments.calls->record(callLine(call));
+}
+
+void BusService::suffer(const Fault &fault, const Call &call)
+{
+    switch (fault.kind) {
+    case Fault::Kind::Error:
+        call.refuse(fault.error);
+        break;
+    case Fault::Kind::Reply:
+        call.reply(fault.arguments);
+        break;
+    case Fault::Kind::Delay:
+        handleLater(call, fault.milliseconds);
+        break;
+    case Fault::Kind::Never:
+        break;
+    case Fault::Kind::Vanish:
+        leave();
+        break;
+    }
+}
+
+void BusService::handleLater(const Call &call, int milliseconds)
+{
+    QTimer::singleShot(milliseconds, this, [this, call, life = m_connectionName] {
+        if (life == m_connectionName) {
+            handleCall(call);
+        }
+    });
+}
+
+} // namespace simulator

@@ -1,0 +1,410 @@
+#include "Connector.h"
+
+#include "ConnmanErrors.h"
+#include "Discovery.h"
+#include "ServiceList.h"
+#include "ServiceStates.h"
+#include "Surroundings.h"
+#include "Timings.h"
+#include <QTimer>
+
+namespace simulator {
+
+namespace {
+const QString invalidKey = QStringLiteral("invalid-key");
+const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
+const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
+
+bool isUsable(const Service &service)
+{
+    return service.method(ipv4Configuration) != QLatin1String("off") ||
+           service.method(ipv6Configuration) != QLatin1String("off");
+}
+} // namespace
+
+Connector::Connector(Parts parts, QObject *parent)
+    : QObject(parent)
+    , m_parts(parts)
+{
+}
+
+void Connector::connectService(const ServicePtr &service, const Call &call)
+{
+    if (service->pendingConnect) {
+        call.refuse(error::inProgress());
+        return;
+    }
+    freeInterface(service);
+    service->ignored = false;
+    service->pendingConnect = call;
+    if (const std::optional<ErrorReply> refusal = start(service, ConnectReason::User)) {
+        service->refuseConnect(*refusal);
+    }
+}
+
+std::optional<ErrorReply> Connector::disconnectService(const ServicePtr &service)
+{
+    service->reason = ConnectReason::None;
+    m_parts.agents.cancel(service->identifier);
+    if (service->isIdle()) {
+        return error::notConnected();
+    }
+    ++service->attempt;
+    m_parts.states.disconnect(*service);
+    for (const ServicePtr &other : m_parts.services.all()) {
+        checkOnline(other); // another one may have become the default
+    }
+    autoConnect();
+    return std::nullopt;
+}
+
+std::optional<ErrorReply> Connector::removeService(const ServicePtr &service)
+{
+    const bool isRemovable = service->isWifi() && !service->isImmutable() && !service->isHidden() &&
+                             (service->isFavorite() || service->isIdle());
+    if (!isRemovable) {
+        return error::notSupported();
+    }
+    disconnectService(service);
+    service->passphrase.clear();
+    service->identity.clear();
+    service->properties.remove(QStringLiteral("Error"));
+    service->properties.insert(QStringLiteral("AutoConnect"), false);
+    m_parts.services.change(*service, QStringLiteral("Favorite"), false);
+    m_parts.services.sort();
+    return std::nullopt;
+}
+
+void Connector::autoConnect()
+{
+    if (!m_autoConnectPending && m_parts.timings.autoConnect >= 0) {
+        m_autoConnectPending = true;
+        QTimer::singleShot(m_parts.timings.autoConnect, this, &Connector::runAutoConnect);
+    }
+}
+
+void Connector::reconfigure(const ServicePtr &service)
+{
+    ++service->attempt;
+    if (service->method(ipv4Configuration) == QLatin1String("manual")) {
+        becomeReady(service);
+    } else if (service->method(ipv4Configuration) == QLatin1String("dhcp")) {
+        obtainAddresses(service);
+    }
+}
+
+void Connector::abandon()
+{
+    for (const ServicePtr &service : m_parts.services.all()) {
+        ++service->attempt;
+        service->pendingConnect.reset();
+        if (!service->isConnected()) {
+            service->properties.insert(QStringLiteral("State"), QStringLiteral("idle"));
+        }
+    }
+    m_openRequests = 0;
+}
+
+std::optional<ErrorReply> Connector::start(const ServicePtr &service, ConnectReason reason)
+{
+    if (service->isConnected()) {
+        return error::alreadyConnected();
+    }
+    if (service->isConnecting()) {
+        return error::inProgress();
+    }
+    if (!isUsable(*service)) {
+        return error::noCarrier();
+    }
+    if (service->state() == QLatin1String("failure")) {
+        m_parts.states.becomeIdle(*service);
+    }
+    service->reason = reason;
+    if (needsCredentials(*service)) {
+        return reason == ConnectReason::User ? askAgent(service) : error::passphraseRequired();
+    }
+    ++service->attempt;
+    if (service->isWifi()) {
+        associate(service);
+    } else {
+        configure(service);
+        service->answerConnect(); // a wire needs no association: ConnMan calls that connected
+    }
+    return std::nullopt;
+}
+
+// One radio, one network: what it is connected to makes way.
+void Connector::freeInterface(const ServicePtr &service)
+{
+    const QVector<ServicePtr> services = m_parts.services.all();
+    for (const ServicePtr &other : services) {
+        if (other != service && other->type() == service->type() && !other->isIdle()) {
+            disconnectService(other);
+        }
+    }
+}
+
+void Connector::associate(const ServicePtr &service)
+{
+    // A favourite's passphrase is tried twice before it counts as wrong.
+    const int tries = service->isFavorite() ? 2 : 1;
+    m_parts.states.associate(*service);
+    switch (m_parts.surroundings.verdict(*service)) {
+    case Verdict::Accepted:
+        later(service, m_parts.timings.association, [this, service] { configure(service); });
+        break;
+    case Verdict::WrongPassphrase:
+        later(service, m_parts.timings.wrongPassphrase * tries,
+              [this, service] { failToAssociate(service, invalidKey); });
+        break;
+    case Verdict::NoAnswer:
+        break;
+    }
+    later(service, m_parts.timings.connect, [this, service] { giveUp(service); });
+}
+
+void Connector::configure(const ServicePtr &service)
+{
+    m_parts.states.configure(*service);
+    if (service->method(ipv4Configuration) == QLatin1String("manual")) {
+        becomeReady(service);
+    } else {
+        obtainAddresses(service);
+    }
+}
+
+void Connector::obtainAddresses(const ServicePtr &service)
+{
+    const bool hasDhcp = m_parts.surroundings.lease(*service).has_value();
+    const int wait = hasDhcp ? m_parts.timings.configuration : m_parts.timings.linkLocal;
+    later(service, wait, [this, service, hasDhcp] {
+        if (!hasDhcp) {
+            m_parts.services.set(*service, ipv4Configuration,
+                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("auto")}});
+        }
+        becomeReady(service);
+    });
+}
+
+void Connector::becomeReady(const ServicePtr &service)
+{
+    ++service->attempt; // the attempt has ended: its time limit with it
+    m_parts.states.becomeReady(*service);
+    checkOnline(service);
+}
+
+// ConnMan looks for the internet over the default connection only.
+void Connector::checkOnline(const ServicePtr &service)
+{
+    if (m_parts.timings.online < 0 || service->state() != QLatin1String("ready") || !isDefault(service)) {
+        return;
+    }
+    later(service, m_parts.timings.online, [this, service] {
+        if (service->state() == QLatin1String("ready") && isDefault(service)) {
+            m_parts.states.becomeOnline(*service);
+        }
+    });
+}
+
+bool Connector::isDefault(const ServicePtr &service) const
+{
+    const QVector<ServicePtr> &services = m_parts.services.all();
+    return !services.isEmpty() && services.first() == service;
+}
+
+// The link is down at once, so the question whether to try again is taken back before anybody can have
+// answered.
+void Connector::failToAssociate(const ServicePtr &service, const QString &error)
+{
+    ++service->attempt;
+    m_parts.states.fail(*service, error);
+    if (service->reason != ConnectReason::User) {
+        complete(service);
+        return;
+    }
+    const bool isReported = reportError(service, [this, service](const AgentReply &) { complete(service); });
+    service->reason = ConnectReason::None;
+    m_parts.states.becomeIdle(*service);
+    m_parts.agents.cancel(service->identifier);
+    if (!isReported) {
+        later(service, m_parts.timings.connect, [this, service] { giveUp(service); });
+    }
+}
+
+void Connector::giveUp(const ServicePtr &service)
+{
+    ++service->attempt;
+    if (!service->isIdle()) {
+        m_parts.states.disconnect(*service);
+    }
+    service->refuseConnect(error::operationTimeout());
+    m_parts.states.fail(*service, {});
+}
+
+void Connector::complete(const ServicePtr &service)
+{
+    service->refuseConnect(error::failed());
+    if (service->reason != ConnectReason::User) {
+        autoConnect();
+    }
+}
+
+std::optional<ErrorReply> Connector::askAgent(const ServicePtr &service)
+{
+    const QString asking = client(*service);
+    // The Connect of a hidden network is answered for the network it turns out to be.
+    const std::optional<Call> hiddenConnect =
+        service->isHidden() ? std::exchange(service->pendingConnect, std::nullopt) : std::nullopt;
+    const bool isAsked = m_parts.agents.call(asking, service->identifier, QStringLiteral("RequestInput"),
+                                             {QVariant::fromValue(QDBusObjectPath(service->path())),
+                                              QVariant::fromValue(requestedFields(*service))},
+                                             [this, service, hiddenConnect](const AgentReply &reply) {
+                                                 takeAnswer(service, reply, hiddenConnect);
+                                             });
+    if (isAsked) {
+        ++m_openRequests;
+        return std::nullopt;
+    }
+    if (hiddenConnect) {
+        service->pendingConnect = hiddenConnect;
+    }
+    return error::notRegistered();
+}
+
+void Connector::takeAnswer(const ServicePtr &service, const AgentReply &reply,
+                           const std::optional<Call> &hiddenConnect)
+{
+    --m_openRequests;
+    const Credentials credentials = readAnswer(reply);
+    if (service->isHidden()) {
+        searchHidden(service, credentials, hiddenConnect);
+    } else if (credentials.refusal) {
+        endRequest(service, *credentials.refusal);
+    } else {
+        useCredentials(service, credentials);
+    }
+}
+
+void Connector::useCredentials(const ServicePtr &service, const Credentials &credentials)
+{
+    if (credentials.wpsPin) {
+        if (!isUsablePin(*credentials.wpsPin)) {
+            refuseCredentials(service);
+            return;
+        }
+        service->useWps = true;
+        service->pin = *credentials.wpsPin;
+    }
+    service->identity = credentials.identity.value_or(service->identity);
+    if (credentials.passphrase) {
+        if (!isUsablePassphrase(*service, *credentials.passphrase)) {
+            refuseCredentials(service);
+            return;
+        }
+        service->passphrase = *credentials.passphrase;
+    }
+    m_parts.states.setError(*service, {});
+    if (const std::optional<ErrorReply> refusal = start(service, ConnectReason::User)) {
+        service->refuseConnect(*refusal);
+    }
+}
+
+// Refused without having been tried, so there is no link to take down: the agent may say "Retry".
+void Connector::refuseCredentials(const ServicePtr &service)
+{
+    static const QString retry = QStringLiteral("net.connman.Agent.Error.Retry");
+    m_parts.states.fail(*service, invalidKey);
+    reportError(service, [this, service](const AgentReply &reply) {
+        if (reply.error.name == retry) {
+            if (const std::optional<ErrorReply> refusal = start(service, ConnectReason::User)) {
+                service->refuseConnect(*refusal);
+            }
+        } else {
+            m_parts.states.becomeIdle(*service);
+            complete(service);
+        }
+    });
+}
+
+void Connector::endRequest(const ServicePtr &service, const ErrorReply &error)
+{
+    service->properties.insert(QStringLiteral("State"), QStringLiteral("idle"));
+    service->refuseConnect(error);
+    complete(service);
+}
+
+void Connector::searchHidden(const ServicePtr &service, const Credentials &credentials,
+                             const std::optional<Call> &connect)
+{
+    constexpr int longestName = 32;
+    const int length = credentials.name.value_or(QString()).toUtf8().size();
+    if (credentials.refusal || length == 0 || length > longestName) {
+        service->pendingConnect = connect;
+        service->refuseConnect(credentials.refusal.value_or(error::invalidArguments()));
+        return;
+    }
+    later(service, m_parts.timings.scan,
+          [this, service, credentials, connect] { joinFound(service, credentials, connect); });
+}
+
+void Connector::joinFound(const ServicePtr &service, const Credentials &credentials,
+                          const std::optional<Call> &connect)
+{
+    const AccessPoint *accessPoint = m_parts.surroundings.find(*credentials.name);
+    const bool isFound = accessPoint != nullptr && service->hasSecurity(accessPoint->security);
+    const ServicePtr found = isFound ? m_parts.discovery.named(*accessPoint) : service;
+    found->pendingConnect = connect;
+    if (!isFound) {
+        found->refuseConnect(error::failed());
+    } else if (credentials.passphrase && !isUsablePassphrase(*found, *credentials.passphrase)) {
+        m_parts.states.fail(*found, invalidKey);
+        found->refuseConnect(error::passphraseRequired());
+    } else {
+        freeInterface(found);
+        useCredentials(found, credentials);
+    }
+}
+
+bool Connector::reportError(const ServicePtr &service, const AgentRegistry::Answer &answer)
+{
+    return m_parts.agents.call(client(*service), service->identifier, QStringLiteral("ReportError"),
+                               {QVariant::fromValue(QDBusObjectPath(service->path())), service->error()},
+                               answer);
+}
+
+QString Connector::client(const Service &service) const
+{
+    return service.pendingConnect ? service.pendingConnect->sender() : QString();
+}
+
+// In ConnMan's order of services: the first favourite that may, and none while something is connected.
+void Connector::runAutoConnect()
+{
+    m_autoConnectPending = false;
+    if (m_openRequests > 0) {
+        return;
+    }
+    const QVector<ServicePtr> services = m_parts.services.all();
+    for (const ServicePtr &service : services) {
+        if (service->pendingConnect || !service->isIdle() || !service->isFavorite()) {
+            return;
+        }
+        const bool mayConnect = service->connectsByItself() && !service->ignored && isUsable(*service) &&
+                                service->state() == QLatin1String("idle");
+        if (mayConnect) {
+            start(service, ConnectReason::Auto);
+            return;
+        }
+    }
+}
+
+void Connector::later(const ServicePtr &service, int milliseconds, const std::function<void()> &step)
+{
+    QTimer::singleShot(milliseconds, this, [service, attempt = service->attempt, step] {
+        if (service->attempt == attempt) {
+            step();
+        }
+    });
+}
+
+} // namespace simulator

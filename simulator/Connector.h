@@ -1,0 +1,82 @@
+#pragma once
+
+#include "AgentRegistry.h"
+#include "Credentials.h"
+#include "Service.h"
+#include <functional>
+#include <optional>
+#include <QObject>
+
+namespace simulator {
+
+class Discovery;
+class ServiceList;
+class ServiceStates;
+class Surroundings;
+struct Timings;
+
+/// How services get connected and disconnected: ConnMan's attempts, their time, the agent's part in them.
+class Connector : public QObject
+{
+    Q_OBJECT
+public:
+    struct Parts
+    {
+        ServiceList &services;
+        ServiceStates &states;
+        Discovery &discovery;
+        AgentRegistry &agents;
+        const Surroundings &surroundings;
+        const Timings &timings;
+    };
+    explicit Connector(Parts parts, QObject *parent = nullptr);
+
+    /// The client's Connect: answered when the service is connected or the attempt has failed.
+    void connectService(const ServicePtr &service, const Call &call);
+    /// Nothing when the service is being disconnected, otherwise why it cannot be.
+    std::optional<ErrorReply> disconnectService(const ServicePtr &service);
+    /// Forgets the network and its credentials.
+    std::optional<ErrorReply> removeService(const ServicePtr &service);
+    /// Connects what is to be connected by itself, once the event loop runs again.
+    void autoConnect();
+    /// Gets a service its addresses once more, after a change of its configuration.
+    void reconfigure(const ServicePtr &service);
+    /// Ends all attempts without a word, as a crash does.
+    void abandon();
+
+private:
+    std::optional<ErrorReply> start(const ServicePtr &service, ConnectReason reason);
+    void freeInterface(const ServicePtr &service);
+    void associate(const ServicePtr &service);
+    void configure(const ServicePtr &service);
+    void obtainAddresses(const ServicePtr &service);
+    void becomeReady(const ServicePtr &service);
+    void checkOnline(const ServicePtr &service);
+    bool isDefault(const ServicePtr &service) const;
+    void failToAssociate(const ServicePtr &service, const QString &error);
+    void giveUp(const ServicePtr &service);
+    void complete(const ServicePtr &service);
+
+    std::optional<ErrorReply> askAgent(const ServicePtr &service);
+    void takeAnswer(const ServicePtr &service, const AgentReply &reply,
+                    const std::optional<Call> &hiddenConnect);
+    void useCredentials(const ServicePtr &service, const Credentials &credentials);
+    void refuseCredentials(const ServicePtr &service);
+    void endRequest(const ServicePtr &service, const ErrorReply &error);
+    void searchHidden(const ServicePtr &service, const Credentials &credentials,
+                      const std::optional<Call> &connect);
+    void joinFound(const ServicePtr &service, const Credentials &credentials,
+                   const std::optional<Call> &connect);
+    bool reportError(const ServicePtr &service, const AgentRegistry::Answer &answer);
+    QString client(const Service &service) const;
+
+    void runAutoConnect();
+    /// Runs `step` after that time unless the service's attempt has ended by then.
+    void later(const ServicePtr &service, int milliseconds, const std::function<void()> &step);
+
+    Parts m_parts;
+    int m_openRequests = 0;
+    bool m_autoConnectPending = false;
+};
+
+} // namespace simulator

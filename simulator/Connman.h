@@ -1,0 +1,100 @@
+#pragma once
+
+#include "AgentRegistry.h"
+#include "BusService.h"
+#include "Connector.h"
+#include "Discovery.h"
+#include "ManagerState.h"
+#include "Radio.h"
+#include "ServiceList.h"
+#include "ServiceSettings.h"
+#include "ServiceStates.h"
+#include "Surroundings.h"
+#include "TechnologyList.h"
+#include "Timings.h"
+#include <QSet>
+
+namespace simulator {
+
+/// ConnMan on the bus: its manager, clock, technologies and services.
+class Connman : public BusService
+{
+    Q_OBJECT
+public:
+    Connman(const QString &address, Instruments instruments, const Timings &timings,
+            QObject *parent = nullptr);
+
+    Timings &timings() { return m_timings; }
+    ServiceList &services() { return m_services; }
+    TechnologyList &technologies() { return m_technologies; }
+    AgentRegistry &agents() { return m_agents; }
+    ManagerState &state() { return m_state; }
+    Radio &radio() { return m_radio; }
+
+    /// Puts an access point on the air; `atOnce`: seen without a scan. Returns its service's identifier.
+    QString addNetwork(const QVariantMap &options, bool atOnce);
+    /// False when there is no such network.
+    bool removeNetwork(const QString &ssid);
+    void setCable(const Cable &cable);
+
+    /// Ends in good order and starts again with what ConnMan keeps on disk.
+    bool restart();
+
+    QString introspect(const QString &path) const override;
+
+protected:
+    void handleCall(const Call &call) override;
+
+private:
+    void handleManagerCall(const Call &call);
+    void handleTechnologyCall(const Call &call, const TechnologyPtr &technology);
+    void handleServiceCall(const Call &call, const ServicePtr &service);
+
+    void getManagerProperties(const Call &call);
+    void setManagerProperty(const Call &call);
+    void getTechnologies(const Call &call);
+    void getServices(const Call &call);
+    void getPeers(const Call &call);
+    void getTetheringClients(const Call &call);
+    void registerAgent(const Call &call);
+    void unregisterAgent(const Call &call);
+    void registerCounter(const Call &call);
+    void unregisterCounter(const Call &call);
+    void getClockProperties(const Call &call);
+
+    void getTechnologyProperties(const Call &call, const TechnologyPtr &technology);
+    void setTechnologyProperty(const Call &call, const TechnologyPtr &technology);
+    void scan(const Call &call, const TechnologyPtr &technology);
+
+    void getServiceProperties(const Call &call, const ServicePtr &service);
+    void setServiceProperty(const Call &call, const ServicePtr &service);
+    void clearServiceProperty(const Call &call, const ServicePtr &service);
+    void connectService(const Call &call, const ServicePtr &service);
+    void disconnectService(const Call &call, const ServicePtr &service);
+    void removeService(const Call &call, const ServicePtr &service);
+    void moveBefore(const Call &call, const ServicePtr &service);
+    void moveAfter(const Call &call, const ServicePtr &service);
+    void resetCounters(const Call &call, const ServicePtr &service);
+    void move(const Call &call, const ServicePtr &service, bool before);
+
+    void refuseUnknown(const Call &call) const;
+    void announceEverything();
+    void forgetClients();
+    void forgetStates();
+
+    Timings m_timings;
+    Surroundings m_surroundings;
+    ServiceList m_services;
+    TechnologyList m_technologies;
+    AgentRegistry m_agents;
+    ManagerState m_state;
+    ServiceStates m_states;
+    Discovery m_discovery;
+    Connector m_connector;
+    ServiceSettings m_settings;
+    Radio m_radio;
+    QSet<QString> m_counters; // "<client><path>"
+    int m_networkCount = 0;
+};
+
+} // namespace simulator

@@ -1,0 +1,125 @@
+#include "Connman.h"
+#include "ConnmanWire.h"
+
+#include <QStringList>
+
+namespace simulator {
+
+namespace {
+const QString propertyMethods = QStringLiteral(R"xml(
+    <method name="GetProperties">
+      <arg name="properties" type="a{sv}" direction="out"/>
+      <annotation name="org.qtproject.QtDBus.QtTypeName.Out0" value="QVariantMap"/>
+    </method>
+    <method name="SetProperty">
+      <arg name="name" type="s" direction="in"/>
+      <arg name="value" type="v" direction="in"/>
+    </method>
+    <signal name="PropertyChanged">
+      <arg name="name" type="s"/>
+      <arg name="value" type="v"/>
+    </signal>)xml");
+
+const QString managerMembers = QStringLiteral(R"xml(
+    <method name="GetTechnologies">
+      <arg name="technologies" type="a(oa{sv})" direction="out"/>
+    </method>
+    <method name="GetServices">
+      <arg name="services" type="a(oa{sv})" direction="out"/>
+    </method>
+    <method name="GetPeers">
+      <arg name="peers" type="a(oa{sv})" direction="out"/>
+    </method>
+    <method name="GetTetheringClients">
+      <arg name="tethering_clients" type="as" direction="out"/>
+    </method>
+    <method name="RegisterAgent">
+      <arg name="path" type="o" direction="in"/>
+    </method>
+    <method name="UnregisterAgent">
+      <arg name="path" type="o" direction="in"/>
+    </method>
+    <method name="RegisterCounter">
+      <arg name="path" type="o" direction="in"/>
+      <arg name="accuracy" type="u" direction="in"/>
+      <arg name="period" type="u" direction="in"/>
+    </method>
+    <method name="UnregisterCounter">
+      <arg name="path" type="o" direction="in"/>
+    </method>
+    <signal name="TechnologyAdded">
+      <arg name="path" type="o"/>
+      <arg name="properties" type="a{sv}"/>
+    </signal>
+    <signal name="TechnologyRemoved">
+      <arg name="path" type="o"/>
+    </signal>
+    <signal name="ServicesChanged">
+      <arg name="changed" type="a(oa{sv})"/>
+      <arg name="removed" type="ao"/>
+    </signal>)xml");
+
+const QString technologyMembers = QStringLiteral(R"xml(
+    <method name="Scan"/>)xml");
+
+const QString serviceMembers = QStringLiteral(R"xml(
+    <method name="ClearProperty">
+      <arg name="name" type="s" direction="in"/>
+    </method>
+    <method name="Connect"/>
+    <method name="Disconnect"/>
+    <method name="Remove"/>
+    <method name="MoveBefore">
+      <arg name="service" type="o" direction="in"/>
+    </method>
+    <method name="MoveAfter">
+      <arg name="service" type="o" direction="in"/>
+    </method>
+    <method name="ResetCounters"/>)xml");
+
+QString interfaceXml(const QString &name, const QString &members)
+{
+    return QStringLiteral("  <interface name=\"%1\">%2%3\n  </interface>\n")
+        .arg(name, propertyMethods, members);
+}
+
+QString childXml(const QStringList &names)
+{
+    QString xml;
+    for (const QString &name : names) {
+        xml += QStringLiteral("  <node name=\"%1\"/>\n").arg(name);
+    }
+    return xml;
+}
+} // namespace
+
+QString Connman::introspect(const QString &path) const
+{
+    if (path == connman::managerPath) {
+        return interfaceXml(connman::managerInterface, managerMembers) +
+               interfaceXml(connman::clockInterface, {}) + childXml({QStringLiteral("net")});
+    }
+    if (path == QLatin1String("/net")) {
+        return childXml({QStringLiteral("connman")});
+    }
+    if (path == QLatin1String("/net/connman")) {
+        return childXml({QStringLiteral("service"), QStringLiteral("technology")});
+    }
+    if (path + QLatin1Char('/') == connman::technologyPrefix) {
+        return childXml(m_technologies.types());
+    }
+    if (path + QLatin1Char('/') == connman::servicePrefix) {
+        QStringList identifiers;
+        for (const ServicePtr &service : m_services.all()) {
+            identifiers.append(service->identifier);
+        }
+        return childXml(identifiers);
+    }
+    if (m_technologies.findByPath(path) != nullptr) {
+        return interfaceXml(connman::technologyInterface, technologyMembers);
+    }
+    return m_services.findByPath(path) != nullptr ? interfaceXml(connman::serviceInterface, serviceMembers)
+                                                  : QString();
+}
+
+} // namespace simulator

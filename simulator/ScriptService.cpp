@@ -1,0 +1,170 @@
+#include "ScriptService.h"
+
+#include "ConnmanErrors.h"
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDebug>
+#include <QTimer>
+#include <utility>
+
+namespace simulator {
+
+namespace {
+const QString scriptName = QStringLiteral("com.tactora.Simulator");
+const QString scriptPath = QStringLiteral("/simulator");
+const QString connectionName = QStringLiteral("script");
+} // namespace
+
+ScriptService::ScriptService(QString address, Device device, QObject *parent)
+    : QObject(parent)
+    , m_address(std::move(address))
+    , m_device(device)
+{
+    connect(&m_device.calls, &CallLog::recorded, this, &ScriptService::called);
+    connect(&m_device.speech, &SpeechService::spoke, this, &ScriptService::spoke);
+}
+
+ScriptService::~ScriptService()
+{
+    QDBusConnection::disconnectFromBus(connectionName);
+}
+
+bool ScriptService::join()
+{
+    QDBusConnection bus = QDBusConnection::connectToBus(m_address, connectionName);
+    const bool joined =
+        bus.registerObject(scriptPath, this,
+                           QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals) &&
+        bus.registerService(scriptName);
+    if (!joined) {
+        qCritical() << "Unable to be" << scriptName << "on" << m_address << ":" << bus.lastError().message();
+    }
+    return joined;
+}
+
+void ScriptService::setTiming(const QString &name, int milliseconds)
+{
+    if (!m_device.connman.timings().set(name, milliseconds)) {
+        refuse(QStringLiteral("No such timing: ") + name);
+    }
+}
+
+void ScriptService::setPresent(const QString &name, bool present)
+{
+    BusService *service = knownBusService(name);
+    if (service == nullptr || service->isPresent() == present) {
+        return;
+    }
+    if (present) {
+        if (!service->join()) {
+            refuse(QStringLiteral("Unable to take the name ") + name);
+        }
+        return;
+    }
+    service->leave();
+}
+
+void ScriptService::restartConnman()
+{
+    if (!m_device.connman.restart()) {
+        refuse(QStringLiteral("ConnMan did not come back"));
+    }
+}
+
+void ScriptService::setConfigurationReply(const QVariantMap &reply)
+{
+    m_device.configurationManager.setReply(reply);
+}
+
+void ScriptService::setSerialNumber(int serialNumber)
+{
+    m_device.configurationManager.setSerialNumber(serialNumber);
+}
+
+uint ScriptService::injectFault(const QString &interface, const QString &member, const QString &path,
+                                uint count, const QVariantMap &fault)
+{
+    const std::optional<Fault> parsed = Fault::fromMap(fault);
+    if (!parsed) {
+        refuse(QStringLiteral("No such kind of fault: ") + fault.value(QStringLiteral("kind")).toString());
+        return 0;
+    }
+    return m_device.faults.inject({interface, member, path}, count, *parsed);
+}
+
+uint ScriptService::faultFired(uint id)
+{
+    if (!m_device.faults.isKnown(id)) {
+        refuse(QStringLiteral("No such fault: ") + QString::number(id));
+    }
+    return m_device.faults.timesFired(id);
+}
+
+void ScriptService::clearFaults()
+{
+    m_device.faults.clear();
+}
+
+QStringList ScriptService::calls()
+{
+    return m_device.calls.lines();
+}
+
+void ScriptService::clearCalls()
+{
+    m_device.calls.clear();
+}
+
+QStringList ScriptService::speech()
+{
+    return m_device.speech.lines();
+}
+
+QList<QDBusObjectPath> ScriptService::agents()
+{
+    return m_device.connman.agents().paths();
+}
+
+// Answered later: the agent may be the very program that waits for this answer.
+QVariantList ScriptService::callAgent(const QString &member, const QVariantList &arguments,
+                                      QString & /*error*/)
+{
+    setDelayedReply(true);
+    const QDBusMessage request = message();
+    const auto answer = [request](const AgentReply &reply) {
+        const QString error =
+            reply.isError() ? reply.error.name + QStringLiteral(": ") + reply.error.message : QString();
+        QDBusConnection(connectionName)
+            .send(request.createReply({QVariant(reply.isError() ? QVariantList() : reply.arguments), error}));
+    };
+    if (!m_device.connman.agents().call({}, {}, member, arguments, answer)) {
+        answer({{}, {}, error::notRegistered()});
+    }
+    return {};
+}
+
+void ScriptService::quit()
+{
+    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+}
+
+BusService *ScriptService::knownBusService(const QString &name)
+{
+    for (BusService *service : {static_cast<BusService *>(&m_device.connman),
+                                static_cast<BusService *>(&m_device.configurationManager),
+                                static_cast<BusService *>(&m_device.speech)}) {
+        if (service->name() == name) {
+            return service;
+        }
+    }
+    refuse(QStringLiteral("No such bus name here: ") + name);
+    return nullptr;
+}
+
+void ScriptService::refuse(const QString &reason)
+{
+    sendErrorReply(QDBusError::InvalidArgs, reason);
+}
+
+} // namespace simulator

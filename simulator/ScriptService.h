@@ -1,0 +1,91 @@
+#pragma once
+
+#include "CallLog.h"
+#include "ConfigurationManager.h"
+#include "Connman.h"
+#include "Faults.h"
+#include "SpeechService.h"
+#include <QDBusContext>
+#include <QDBusVariant>
+
+namespace simulator {
+
+/// The simulated device's script interface, com.tactora.Simulator at /simulator. What its members do is told
+/// in com.tactora.Simulator.xml. A script's mistake is answered with org.freedesktop.DBus.Error.InvalidArgs.
+class ScriptService : public QObject, protected QDBusContext
+{
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "com.tactora.Simulator")
+public:
+    struct Device
+    {
+        Connman &connman;
+        ConfigurationManager &configurationManager;
+        SpeechService &speech;
+        CallLog &calls;
+        Faults &faults;
+    };
+    ScriptService(QString address, Device device, QObject *parent = nullptr);
+    ~ScriptService() override;
+
+    /// Puts the interface on the bus; false (with the reason in the log) when that cannot be done.
+    bool join();
+
+public slots: // ConnMan's objects
+    QDBusObjectPath addService(const QString &identifier, const QVariantMap &properties);
+    void addServices(uint first, uint count);
+    void removeService(const QString &identifier);
+    void setServiceProperty(const QString &identifier, const QString &name, const QDBusVariant &value,
+                            bool silent);
+    void removeServiceProperty(const QString &identifier, const QString &name);
+    QVariantMap serviceProperties(const QString &identifier);
+    QStringList services();
+    void addTechnology(const QString &name, const QVariantMap &properties);
+    void removeTechnology(const QString &name);
+    void setTechnologyProperty(const QString &name, const QString &property, const QDBusVariant &value,
+                               bool silent);
+    void removeTechnologyProperty(const QString &name, const QString &property);
+    void emitSignal(const QDBusObjectPath &path, const QString &interface, const QString &member,
+                    const QVariantList &arguments);
+
+    // The world
+    QString addNetwork(const QVariantMap &options);
+    void removeNetwork(const QString &ssid);
+    void setCable(bool plugged, const QVariantMap &options);
+    void setTiming(const QString &name, int milliseconds);
+
+    // Presence
+    void setPresent(const QString &name, bool present);
+    void restartConnman();
+    void setConfigurationReply(const QVariantMap &reply);
+    void setSerialNumber(int serialNumber);
+
+    // Faults
+    uint injectFault(const QString &interface, const QString &member, const QString &path, uint count,
+                     const QVariantMap &fault);
+    uint faultFired(uint id);
+    void clearFaults();
+
+    // Observation
+    QStringList calls();
+    void clearCalls();
+    QStringList speech();
+    QList<QDBusObjectPath> agents();
+    QVariantList callAgent(const QString &member, const QVariantList &arguments, QString &error);
+    void quit();
+
+signals:
+    void called(const QString &line);
+    void spoke(const QString &id, const QVariantMap &request);
+
+private:
+    ServicePtr knownService(const QString &identifier);
+    TechnologyPtr knownTechnology(const QString &name);
+    BusService *knownBusService(const QString &name);
+    void refuse(const QString &reason);
+
+    const QString m_address;
+    Device m_device;
+};
+
+} // namespace simulator

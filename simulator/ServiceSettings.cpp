@@ -1,0 +1,176 @@
+#include "ServiceSettings.h"
+
+#include "Connector.h"
+#include "ConnmanErrors.h"
+#include "IpConfiguration.h"
+#include "ServiceList.h"
+#include "ServiceStates.h"
+#include <QDBusArgument>
+
+namespace simulator {
+
+namespace {
+const QString autoConnect = QStringLiteral("AutoConnect");
+const QString nameserversConfiguration = QStringLiteral("Nameservers.Configuration");
+const QString timeserversConfiguration = QStringLiteral("Timeservers.Configuration");
+const QString domainsConfiguration = QStringLiteral("Domains.Configuration");
+const QString proxyConfiguration = QStringLiteral("Proxy.Configuration");
+const QString mdnsConfiguration = QStringLiteral("mDNS.Configuration");
+const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
+const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
+} // namespace
+
+ServiceSettings::ServiceSettings(ServiceList &services, ServiceStates &states, Connector &connector)
+    : m_services(services)
+    , m_states(states)
+    , m_connector(connector)
+{
+}
+
+std::optional<ErrorReply> ServiceSettings::set(const ServicePtr &service, const QString &property,
+                                               const QVariant &value)
+{
+    if (property == autoConnect) {
+        return setAutoConnect(service, value);
+    }
+    static const QStringList settable{
+        nameserversConfiguration, timeserversConfiguration, domainsConfiguration, proxyConfiguration,
+        mdnsConfiguration,        ipv4Configuration,        ipv6Configuration};
+    if (!settable.contains(property)) {
+        return error::invalidProperty();
+    }
+    if (service->isImmutable()) {
+        return error::notSupported();
+    }
+    if (property == nameserversConfiguration) {
+        return setNameservers(service, value);
+    }
+    if (property == ipv4Configuration) {
+        return setIpv4(service, value);
+    }
+    if (property == ipv6Configuration) {
+        return setIpv6(service, value);
+    }
+    if (property == proxyConfiguration) {
+        return setProxy(service, value);
+    }
+    return property == mdnsConfiguration ? setMdns(service, value) : setStrings(service, property, value);
+}
+
+std::optional<ErrorReply> ServiceSettings::clear(const ServicePtr &service, const QString &property)
+{
+    if (property != QLatin1String("Error")) {
+        return error::invalidProperty();
+    }
+    m_states.setError(*service, {});
+    if (service->state() == QLatin1String("failure")) {
+        m_states.becomeIdle(*service);
+    }
+    service->refuseConnect(error::failed());
+    return std::nullopt;
+}
+
+std::optional<ErrorReply> ServiceSettings::setAutoConnect(const ServicePtr &service, const QVariant &value)
+{
+    if (value.userType() != QMetaType::Bool) {
+        return error::invalidArguments();
+    }
+    if (!service->isFavorite()) {
+        return error::invalidService();
+    }
+    if (service->connectsByItself() != value.toBool()) {
+        m_services.set(*service, autoConnect, value);
+        if (value.toBool()) {
+            m_connector.autoConnect();
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<ErrorReply> ServiceSettings::setNameservers(const ServicePtr &service, const QVariant &value)
+{
+    const std::optional<QStringList> nameservers = stringsOf(value);
+    if (!nameservers) {
+        return error::invalidArguments();
+    }
+    m_services.set(*service, nameserversConfiguration, onlyAddresses(*nameservers));
+    m_states.tellNameservers(*service);
+    return std::nullopt;
+}
+
+std::optional<ErrorReply> ServiceSettings::setStrings(const ServicePtr &service, const QString &property,
+                                                      const QVariant &value)
+{
+    const std::optional<QStringList> strings = stringsOf(value);
+    if (!strings) {
+        return error::invalidArguments();
+    }
+    QStringList kept = *strings;
+    kept.removeAll(QString());
+    m_services.set(*service, property, kept);
+    if (property == domainsConfiguration) {
+        m_services.set(*service, QStringLiteral("Domains"), service->isIdle() ? QStringList() : kept);
+    }
+    return std::nullopt;
+}
+
+std::optional<ErrorReply> ServiceSettings::setProxy(const ServicePtr &service, const QVariant &value)
+{
+    if (!stringsOf(value)) { // any array gets this far
+        return error::invalidArguments();
+    }
+    const auto configuration = qdbus_cast<QVariantMap>(value);
+    static const QStringList methods{QStringLiteral("direct"), QStringLiteral("auto"),
+                                     QStringLiteral("manual")};
+    if (!methods.contains(configuration.value(QStringLiteral("Method")).toString())) {
+        return error::invalidArguments();
+    }
+    m_services.set(*service, proxyConfiguration, configuration);
+    return std::nullopt;
+}
+
+std::optional<ErrorReply> ServiceSettings::setMdns(const ServicePtr &service, const QVariant &value)
+{
+    if (value.userType() != QMetaType::Bool) {
+        return error::invalidArguments();
+    }
+    m_services.set(*service, mdnsConfiguration, value);
+    m_services.change(*service, QStringLiteral("mDNS"), value.toBool() && service->isConnected());
+    return std::nullopt;
+}
+
+// ConnMan takes the old addresses away before it shows the new configuration.
+std::optional<ErrorReply> ServiceSettings::setIpv4(const ServicePtr &service, const QVariant &value)
+{
+    const IpConfiguration configuration = IpConfiguration::ipv4(value);
+    if (configuration.refusal) {
+        return configuration.refusal;
+    }
+    const bool isActive = !service->isIdle();
+    if (isActive) {
+        m_states.configure(*service);
+    }
+    m_services.set(*service, QStringLiteral("IPv4"), QVariantMap());
+    m_services.set(*service, ipv4Configuration, configuration.shown);
+    if (isActive) {
+        m_connector.reconfigure(service);
+    }
+    return std::nullopt;
+}
+
+// The connection stands on IPv4 meanwhile.
+std::optional<ErrorReply> ServiceSettings::setIpv6(const ServicePtr &service, const QVariant &value)
+{
+    const IpConfiguration configuration = IpConfiguration::ipv6(value);
+    if (configuration.refusal) {
+        return configuration.refusal;
+    }
+    m_services.set(*service, QStringLiteral("IPv6"), QVariantMap());
+    m_services.set(*service, ipv6Configuration, configuration.shown);
+    if (service->isConnected()) {
+        m_states.tellIpv6(*service);
+    }
+    return std::nullopt;
+}
+
+} // namespace simulator

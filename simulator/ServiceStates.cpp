@@ -1,0 +1,196 @@
+#include "ServiceStates.h"
+
+#include "ConnmanErrors.h"
+#include "ManagerState.h"
+#include "ServiceList.h"
+#include "Surroundings.h"
+#include <QDBusArgument>
+
+namespace simulator {
+
+namespace {
+const QString ipv4Property = QStringLiteral("IPv4");
+const QString ipv6Property = QStringLiteral("IPv6");
+const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
+const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
+const QString nameserversProperty = QStringLiteral("Nameservers");
+const QString nameserversConfiguration = QStringLiteral("Nameservers.Configuration");
+const QString method = QStringLiteral("Method");
+const QString addressKey = QStringLiteral("Address");
+const QString netmaskKey = QStringLiteral("Netmask");
+const QString gatewayKey = QStringLiteral("Gateway");
+const QString linkLocalAddress = QStringLiteral("169.254.77.50");
+
+const QVariantMap directProxy{{QStringLiteral("Method"), QStringLiteral("direct")}};
+} // namespace
+
+ServiceStates::ServiceStates(ServiceList &services, ManagerState &manager, const Surroundings &surroundings)
+    : m_services(services)
+    , m_manager(manager)
+    , m_surroundings(surroundings)
+{
+}
+
+void ServiceStates::associate(Service &service)
+{
+    setState(service, QStringLiteral("association"));
+    m_services.sort();
+}
+
+void ServiceStates::configure(Service &service)
+{
+    setState(service, QStringLiteral("configuration"));
+    m_manager.update();
+    m_services.sort();
+}
+
+// ConnMan says "ready" first and tells the addresses afterwards.
+void ServiceStates::becomeReady(Service &service)
+{
+    setState(service, QStringLiteral("ready"));
+    setError(service, {});
+    if (!service.isFavorite()) {
+        m_services.set(service, QStringLiteral("Favorite"), true);
+        service.properties.insert(QStringLiteral("AutoConnect"), true); // ConnMan does not tell this one
+    }
+    service.useWps = false;
+    service.answerConnect();
+    m_services.tell(service, QStringLiteral("Domains"), service.properties.value(QStringLiteral("Domains")));
+    m_services.set(service, QStringLiteral("Proxy"), directProxy);
+    m_manager.update();
+    m_services.sort();
+    tellAddresses(service);
+}
+
+void ServiceStates::becomeOnline(Service &service)
+{
+    setState(service, QStringLiteral("online"));
+    m_manager.update();
+    m_services.sort();
+}
+
+void ServiceStates::fail(Service &service, const QString &error)
+{
+    setError(service, error);
+    setState(service, QStringLiteral("failure"));
+    m_manager.update();
+}
+
+void ServiceStates::becomeIdle(Service &service)
+{
+    setState(service, QStringLiteral("idle"));
+    m_services.sort();
+}
+
+void ServiceStates::disconnect(Service &service)
+{
+    const bool hadLease = service.isConnected() && service.method(ipv4Configuration) == QLatin1String("dhcp");
+    if (hadLease) { // the lease is given back before the link goes down
+        setState(service, QStringLiteral("configuration"));
+        m_manager.update();
+    }
+    setState(service, QStringLiteral("disconnect"));
+    setError(service, {});
+    service.refuseConnect(error::operationAborted());
+    m_services.tell(service, QStringLiteral("Domains"), service.properties.value(QStringLiteral("Domains")));
+    m_services.set(service, QStringLiteral("Proxy"), QVariantMap());
+    setState(service, QStringLiteral("idle"));
+    m_manager.update();
+    m_services.sort();
+    clearAddresses(service);
+}
+
+// ConnMan tells an error that is gone as an empty one and keeps no such property.
+void ServiceStates::setError(Service &service, const QString &error)
+{
+    if (service.error() == error) {
+        return;
+    }
+    m_services.set(service, QStringLiteral("Error"), error);
+    if (error.isEmpty()) {
+        service.properties.remove(QStringLiteral("Error"));
+    }
+}
+
+void ServiceStates::tellAddresses(Service &service)
+{
+    m_services.set(service, ipv4Property, ipv4(service));
+    tellIpv6(service);
+    tellNameservers(service);
+}
+
+void ServiceStates::tellIpv6(Service &service)
+{
+    m_services.set(service, ipv6Property, ipv6(service));
+}
+
+void ServiceStates::tellNameservers(Service &service)
+{
+    m_services.set(service, nameserversProperty,
+                   service.isConnected() ? nameservers(service) : QStringList());
+}
+
+void ServiceStates::setState(Service &service, const QString &state)
+{
+    m_services.change(service, QStringLiteral("State"), state);
+}
+
+void ServiceStates::clearAddresses(Service &service)
+{
+    m_services.set(service, ipv4Property, QVariantMap());
+    m_services.set(service, ipv6Property, QVariantMap());
+    m_services.set(service, nameserversProperty, QStringList());
+}
+
+QVariantMap ServiceStates::ipv4(const Service &service) const
+{
+    const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(ipv4Configuration));
+    const QString configured = configuration.value(method).toString();
+    if (configured == QLatin1String("off")) {
+        return {};
+    }
+    if (configured == QLatin1String("manual")) {
+        return configuration;
+    }
+    const std::optional<Lease> lease = m_surroundings.lease(service);
+    if (!lease) {
+        return {{method, QStringLiteral("auto")},
+                {addressKey, linkLocalAddress},
+                {netmaskKey, QStringLiteral("255.255.0.0")}};
+    }
+    return {{method, QStringLiteral("dhcp")},
+            {addressKey, lease->address},
+            {netmaskKey, lease->netmask},
+            {gatewayKey, lease->gateway}};
+}
+
+QVariantMap ServiceStates::ipv6(const Service &service) const
+{
+    constexpr uchar prefixLength = 64;
+    const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(ipv6Configuration));
+    const QString configured = configuration.value(method).toString();
+    if (configured == QLatin1String("manual")) {
+        return configuration;
+    }
+    const QString address = m_surroundings.ipv6Address(service);
+    if (configured == QLatin1String("off") || address.isEmpty()) {
+        return {};
+    }
+    return {{method, QStringLiteral("auto")},
+            {addressKey, address},
+            {QStringLiteral("PrefixLength"), QVariant::fromValue(prefixLength)},
+            {QStringLiteral("Privacy"), QStringLiteral("disabled")}};
+}
+
+QStringList ServiceStates::nameservers(const Service &service) const
+{
+    const QStringList configured = service.properties.value(nameserversConfiguration).toStringList();
+    if (!configured.isEmpty()) {
+        return configured;
+    }
+    const bool hasLease = service.method(ipv4Configuration) == QLatin1String("dhcp");
+    const std::optional<Lease> lease = hasLease ? m_surroundings.lease(service) : std::nullopt;
+    return lease ? lease->nameservers : QStringList();
+}
+
+} // namespace simulator

@@ -1,0 +1,149 @@
+#include "Surroundings.h"
+
+#include <algorithm>
+
+namespace simulator {
+
+namespace {
+const QString wifiAddress = QStringLiteral("020000000200");
+const QString ethernetAddress = QStringLiteral("020000000100");
+
+QString managed(const QString &network, const QString &security)
+{
+    return QStringLiteral("wifi_%1_%2_managed_%3").arg(wifiAddress, network, security);
+}
+
+Lease leaseOfSubnet(int subnet)
+{
+    const QString prefix = QStringLiteral("192.168.%1.").arg(subnet % 256);
+    const QString router = prefix + QStringLiteral("1");
+    return {prefix + QStringLiteral("50"), QStringLiteral("255.255.255.0"), router, {router}, {}};
+}
+
+QString text(const QVariantMap &options, const char *name, const QString &fallback = {})
+{
+    return options.value(QLatin1String(name), fallback).toString();
+}
+
+bool flag(const QVariantMap &options, const char *name, bool fallback)
+{
+    return options.value(QLatin1String(name), fallback).toBool();
+}
+
+bool isRight(const QString &expected, const QString &given)
+{
+    return expected.isEmpty() || expected == given;
+}
+} // namespace
+
+AccessPoint AccessPoint::fromOptions(const QVariantMap &options, int number)
+{
+    constexpr int firstSubnet = 10;
+    const QString security = text(options, "security", QStringLiteral("psk"));
+    AccessPoint accessPoint;
+    accessPoint.ssid = text(options, "ssid");
+    accessPoint.hasWps = security == QLatin1String("wps");
+    accessPoint.security = accessPoint.hasWps ? QStringLiteral("psk") : security;
+    accessPoint.passphrase = text(options, "passphrase");
+    accessPoint.identity = text(options, "identity");
+    accessPoint.pin = text(options, "pin");
+    accessPoint.isHidden = flag(options, "hidden", false);
+    accessPoint.isProvisioned = flag(options, "provisioned", true);
+    accessPoint.strength =
+        options.value(QStringLiteral("strength"), QVariant::fromValue<uchar>(60)).value<uchar>();
+    accessPoint.lease = leaseOfSubnet(firstSubnet + number);
+    accessPoint.lease.address = text(options, "address", accessPoint.lease.address);
+    return accessPoint;
+}
+
+QString AccessPoint::namedIdentifier() const
+{
+    return managed(QString::fromLatin1(ssid.toUtf8().toHex()), security);
+}
+
+QString AccessPoint::scannedIdentifier() const
+{
+    return isHidden ? managed(QStringLiteral("hidden"), security) : namedIdentifier();
+}
+
+QStringList AccessPoint::securityWords() const
+{
+    return hasWps ? QStringList{security, QStringLiteral("wps")} : QStringList{security};
+}
+
+Cable Cable::fromOptions(bool plugged, const QVariantMap &options)
+{
+    Cable cable;
+    cable.isPlugged = plugged;
+    cable.hasDhcp = flag(options, "dhcp", true);
+    const Lease usual = leaseOfSubnet(0);
+    cable.lease.address = text(options, "address", usual.address);
+    cable.lease.netmask = text(options, "netmask", usual.netmask);
+    cable.lease.gateway = text(options, "gateway", usual.gateway);
+    cable.lease.nameservers = QStringList{cable.lease.gateway};
+    cable.lease.ipv6Address = text(options, "ipv6");
+    return cable;
+}
+
+const AccessPoint &Surroundings::add(const AccessPoint &accessPoint)
+{
+    remove(accessPoint.ssid);
+    m_accessPoints.append(accessPoint);
+    return m_accessPoints.constLast();
+}
+
+void Surroundings::remove(const QString &ssid)
+{
+    const auto gone = std::remove_if(m_accessPoints.begin(), m_accessPoints.end(),
+                                     [&ssid](const AccessPoint &each) { return each.ssid == ssid; });
+    m_accessPoints.erase(gone, m_accessPoints.end());
+}
+
+const AccessPoint *Surroundings::find(const QString &ssid) const
+{
+    const auto found = std::find_if(m_accessPoints.cbegin(), m_accessPoints.cend(),
+                                    [&ssid](const AccessPoint &each) { return each.ssid == ssid; });
+    return found == m_accessPoints.cend() ? nullptr : &*found;
+}
+
+bool Surroundings::isBehind(const Service &service) const
+{
+    return find(service.ssid) != nullptr || (service.identifier == cableIdentifier() && cable.isPlugged);
+}
+
+Verdict Surroundings::verdict(const Service &service) const
+{
+    const AccessPoint *accessPoint = find(service.ssid);
+    if (accessPoint == nullptr || accessPoint->security == QLatin1String("none")) {
+        return Verdict::Accepted;
+    }
+    if (service.useWps) {
+        // The supplicant goes on trying a wrong PIN until somebody stops it.
+        return isRight(accessPoint->pin, service.pin) ? Verdict::Accepted : Verdict::NoAnswer;
+    }
+    const bool isAccepted = isRight(accessPoint->passphrase, service.passphrase) &&
+                            (accessPoint->security != QLatin1String("ieee8021x") ||
+                             isRight(accessPoint->identity, service.identity));
+    return isAccepted ? Verdict::Accepted : Verdict::WrongPassphrase;
+}
+
+std::optional<Lease> Surroundings::lease(const Service &service) const
+{
+    if (service.identifier == cableIdentifier()) {
+        return cable.hasDhcp ? std::make_optional(cable.lease) : std::nullopt;
+    }
+    const AccessPoint *accessPoint = find(service.ssid);
+    return accessPoint != nullptr ? accessPoint->lease : leaseOfSubnet(1);
+}
+
+QString Surroundings::ipv6Address(const Service &service) const
+{
+    return service.identifier == cableIdentifier() ? cable.lease.ipv6Address : QString();
+}
+
+QString cableIdentifier()
+{
+    return QStringLiteral("ethernet_%1_cable").arg(ethernetAddress);
+}
+
+} // namespace simulator
