@@ -1,0 +1,100 @@
+#include <umockdev.h>
+
+#include "MockDevices.h"
+#include "MockLed.h"
+#include <QFile>
+#include <sys/inotify.h>
+#include <unistd.h>
+
+namespace {
+
+void addToTestbed(UMockdevTestbed *testbed, const QString &name)
+{
+    const QByteArray nameBytes = name.toLocal8Bit();
+    gchar *path =
+        umockdev_testbed_add_device(testbed, "leds", nameBytes.constData(), nullptr, nullptr, nullptr);
+    g_free(path);
+}
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        qFatal("cannot write %s", qPrintable(path));
+    }
+}
+
+} // namespace
+
+MockLed::Files MockLed::kernelBlinking()
+{
+    return {{QStringLiteral("brightness"), "0\n"},
+            {QStringLiteral("max_brightness"), "127\n"},
+            {QStringLiteral("trigger"), "[none] kbd-capslock timer heartbeat\n"},
+            {QStringLiteral("delay_on"), "500\n"},
+            {QStringLiteral("delay_off"), "500\n"}};
+}
+
+MockLed::Files MockLed::withoutTimerTrigger()
+{
+    return {{QStringLiteral("brightness"), "0\n"},
+            {QStringLiteral("max_brightness"), "127\n"},
+            {QStringLiteral("trigger"), "[none] kbd-capslock oneshot-timer\n"}};
+}
+
+MockLed::MockLed(const MockDevices &devices, const QString &name, const Files &files)
+    : m_directory(devices.realPath(QStringLiteral("/sys/devices/%1/").arg(name)))
+    , m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
+{
+    addToTestbed(devices.testbed(), name);
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        writeFile(realPath(file.key()), file.value());
+    }
+    if (inotify_add_watch(m_inotify, QFile::encodeName(m_directory).constData(), IN_CLOSE_WRITE) < 0) {
+        qFatal("cannot watch %s", qPrintable(m_directory));
+    }
+}
+
+MockLed::~MockLed()
+{
+    close(m_inotify);
+}
+
+QString MockLed::realPath(const QString &file) const
+{
+    return m_directory + file;
+}
+
+QByteArray MockLed::content(const QString &file) const
+{
+    QFile reader(realPath(file));
+    return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray();
+}
+
+QStringList MockLed::takeWrites()
+{
+    QStringList writes;
+    alignas(inotify_event) char buffer[4096];
+    ssize_t size = 0;
+    while ((size = read(m_inotify, buffer, sizeof buffer)) > 0) {
+        for (ssize_t position = 0; position < size;) {
+            const auto *event = reinterpret_cast<const inotify_event *>(buffer + position);
+            const QString file = QString::fromLocal8Bit(event->name);
+            writes.append(file + QLatin1Char('=') + QString::fromLatin1(content(file)));
+            position += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
+    }
+    return writes;
+}
+
+void MockLed::breakFile(const QString &file) const
+{
+    QFile::rename(realPath(file), realPath(file) + QStringLiteral(".saved"));
+    QFile::link(QStringLiteral("/dev/full"), realPath(file));
+}
+
+void MockLed::restoreFile(const QString &file) const
+{
+    QFile::remove(realPath(file));
+    QFile::rename(realPath(file) + QStringLiteral(".saved"), realPath(file));
+}

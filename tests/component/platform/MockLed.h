@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QStringList>
+
+class MockDevices;
+
+/// The files of an LED in a mocked /sys, as the kernel has them, and what is written to them.
+class MockLed
+{
+public:
+    using Files = QMap<QString, QByteArray>;
+
+    /// The files of an LED that the kernel can blink (`timer` is among its triggers), and of one that it
+    /// cannot.
+    static Files kernelBlinking();
+    static Files withoutTimerTrigger();
+
+    MockLed(const MockDevices &devices, const QString &name, const Files &files = kernelBlinking());
+    ~MockLed();
+    MockLed(const MockLed &) = delete;
+    MockLed &operator=(const MockLed &) = delete;
+
+    QByteArray content(const QString &file) const;
+    /// The writes since the last call, each as "file=content"; several in a row to one file may count as one.
+    QStringList takeWrites();
+
+    QString realPath(const QString &file) const;
+    /// Lets every write to the file fail (no space left on device), until restore().
+    void breakFile(const QString &file) const;
+    void restoreFile(const QString &file) const;
+
+private:
+    QString m_directory;
+    int m_inotify;
+};

@@ -1,0 +1,329 @@
+#include "BusName.h"
+#include "LogCapture.h"
+#include "PrivateBus.h"
+#include <libspeech/Speech.h>
+#include <libspeech/SpeechKeys.h>
+#include <libtactora/Singleton.h>
+
+#include <memory>
+#include <QDBusMessage>
+#include <QDBusVirtualObject>
+#include <QtTest>
+
+using libspeech::detail::Speech;
+using test_support::LogCapture;
+using test_support::PrivateBus;
+
+namespace {
+
+QString speechName()
+{
+    return QStringLiteral("com.tactora.Speech");
+}
+
+/// The speech service as it may be: good, in trouble, or not answering.
+class SpeechService : public QDBusVirtualObject
+{
+    Q_OBJECT
+
+public:
+    enum class Manner { Answering, Failing, Hanging };
+
+    explicit SpeechService(const QString &address)
+        : m_program(address, QStringLiteral("speech"))
+    {
+        m_program.connection().registerVirtualObject(QStringLiteral("/"), this);
+    }
+
+    bool start() { return m_program.take(speechName()); }
+    bool stop() { return m_program.release(speechName()); }
+    void crash() { m_program.leave(); }
+
+    QString introspect(const QString & /*path*/) const override { return {}; }
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        requests.append(message);
+        switch (manner) {
+        case Manner::Answering:
+            return connection.send(message.createReply());
+        case Manner::Failing:
+            return connection.send(
+                message.createErrorReply(QDBusError::Failed, QStringLiteral("out of breath")));
+        case Manner::Hanging:
+            return true;
+        }
+        return false;
+    }
+
+    Manner manner = Manner::Answering;
+    QVector<QDBusMessage> requests;
+
+private:
+    BusName m_program;
+};
+
+QVariantMap sampleRequest()
+{
+    return {{libspeech::ServiceId, 4}, {libspeech::SentenceId, 7}};
+}
+
+QString textOf(QUuid id)
+{
+    return id.toString(QUuid::WithoutBraces);
+}
+
+} // namespace
+
+class SpeechTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void requestGoesOutAsTheServiceKnowsIt();
+    void idOnTheBusIsTheOneReturnedWithoutBraces();
+    void valuesKeepTheirTypes();
+    void eachRequestHasAnIdOfItsOwn();
+    void nothingIsSentWithoutTheService();
+    void serviceThatWasThereFirstIsSpokenToAtOnce();
+    void serviceThatComesLaterIsSpokenTo();
+    void serviceThatHasJustComeIsSpokenToBeforeTheEventLoopRuns();
+    void serviceThatWentIsNotSpokenTo();
+    void serviceThatCrashedIsNotSpokenTo();
+    void requestDoesNotWaitForTheService();
+    void hangingServiceHoldsNothingUp();
+    void failedRequestIsLogged();
+    void requestThatTheServiceTakesDownWithItIsLogged();
+    void answeredRequestIsNotLogged();
+    void speechCanBeTheSingleInstance();
+    void lostBusIsQuietlyBorne();
+
+private:
+    void letTheBusCatchUp();
+
+    std::unique_ptr<PrivateBus> m_bus;
+    std::unique_ptr<SpeechService> m_service;
+    std::unique_ptr<LogCapture> m_log;
+};
+
+void SpeechTest::initTestCase()
+{
+    m_bus = std::make_unique<PrivateBus>();
+    QVERIFY(m_bus->isRunning());
+    QVERIFY(QDBusConnection::systemBus().isConnected());
+}
+
+void SpeechTest::init()
+{
+    m_service = std::make_unique<SpeechService>(m_bus->address());
+    m_log = std::make_unique<LogCapture>();
+}
+
+void SpeechTest::cleanup()
+{
+    m_log.reset();
+    m_service.reset();
+}
+
+// What had been sent on the system bus has come back, be it a signal or the answer of an error.
+void SpeechTest::letTheBusCatchUp()
+{
+    const QDBusMessage ping = QDBusMessage::createMethodCall(
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
+    const QDBusPendingCallWatcher answer(QDBusConnection::systemBus().asyncCall(ping));
+    QSignalSpy answered(&answer, &QDBusPendingCallWatcher::finished);
+    QVERIFY(answered.wait());
+}
+
+void SpeechTest::requestGoesOutAsTheServiceKnowsIt()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    speech.speakFromId(sampleRequest());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    const QDBusMessage &message = m_service->requests.constFirst();
+    QCOMPARE(message.type(), QDBusMessage::MethodCallMessage);
+    QCOMPARE(message.path(), QStringLiteral("/"));
+    QCOMPARE(message.interface(), speechName());
+    QCOMPARE(message.member(), QStringLiteral("speakFromId"));
+    QCOMPARE(message.signature(), QStringLiteral("sa{sv}"));
+}
+
+void SpeechTest::idOnTheBusIsTheOneReturnedWithoutBraces()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    const QUuid id = speech.speakFromId(sampleRequest());
+    QVERIFY(!id.isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    const QString sent = m_service->requests.constFirst().arguments().constFirst().toString();
+    QCOMPARE(sent, textOf(id));
+    QCOMPARE(sent.size(), 36);
+}
+
+void SpeechTest::valuesKeepTheirTypes()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    QVariantMap request = sampleRequest();
+    request.insert(libspeech::Arguments, QStringList{QStringLiteral("10"), QStringLiteral("5")});
+    speech.speakFromId(request);
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    const QVariantMap sent = qdbus_cast<QVariantMap>(m_service->requests.constFirst().arguments().at(1));
+    QCOMPARE(sent, request);
+    QCOMPARE(sent.value(libspeech::ServiceId).userType(), static_cast<int>(QMetaType::Int));
+    QCOMPARE(sent.value(libspeech::Arguments).userType(), static_cast<int>(QMetaType::QStringList));
+}
+
+void SpeechTest::eachRequestHasAnIdOfItsOwn()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    QVERIFY(speech.speakFromId(sampleRequest()) != speech.speakFromId(sampleRequest()));
+    QTRY_COMPARE(m_service->requests.size(), 2);
+}
+
+// A call to a name without an owner would come back as an error, and be logged.
+void SpeechTest::nothingIsSentWithoutTheService()
+{
+    Speech speech;
+    QVERIFY(speech.speakFromId(sampleRequest()).isNull());
+    letTheBusCatchUp();
+    QVERIFY(speech.speakFromId(sampleRequest()).isNull());
+    letTheBusCatchUp();
+    QVERIFY(m_service->requests.isEmpty());
+    QCOMPARE(m_log->takeCriticals(), QStringList());
+}
+
+void SpeechTest::serviceThatWasThereFirstIsSpokenToAtOnce()
+{
+    QVERIFY(m_service->start());
+    QVERIFY(!Speech().speakFromId(sampleRequest()).isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+}
+
+void SpeechTest::serviceThatComesLaterIsSpokenTo()
+{
+    Speech speech;
+    letTheBusCatchUp();
+    QVERIFY(speech.speakFromId(sampleRequest()).isNull());
+    QVERIFY(m_service->start());
+    letTheBusCatchUp();
+    QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+}
+
+void SpeechTest::serviceThatHasJustComeIsSpokenToBeforeTheEventLoopRuns()
+{
+    Speech speech;
+    letTheBusCatchUp();
+    QVERIFY(m_service->start());
+    QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+}
+
+void SpeechTest::serviceThatWentIsNotSpokenTo()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    QVERIFY(m_service->stop());
+    letTheBusCatchUp();
+    QVERIFY(speech.speakFromId(sampleRequest()).isNull());
+    letTheBusCatchUp();
+    QCOMPARE(m_log->takeCriticals(), QStringList());
+}
+
+void SpeechTest::serviceThatCrashedIsNotSpokenTo()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    m_service->crash();
+    QTRY_VERIFY(speech.speakFromId(sampleRequest()).isNull());
+}
+
+// The service lives in this very thread: waiting for it would never end.
+void SpeechTest::requestDoesNotWaitForTheService()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+    QVERIFY(m_service->requests.isEmpty());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+}
+
+void SpeechTest::hangingServiceHoldsNothingUp()
+{
+    m_service->manner = SpeechService::Manner::Hanging;
+    QVERIFY(m_service->start());
+    Speech speech;
+    for (int time = 0; time < 3; ++time) {
+        QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+    }
+    QTRY_COMPARE(m_service->requests.size(), 3);
+}
+
+void SpeechTest::failedRequestIsLogged()
+{
+    m_service->manner = SpeechService::Manner::Failing;
+    QVERIFY(m_service->start());
+    Speech speech;
+    const QUuid id = speech.speakFromId(sampleRequest());
+    QVERIFY(!id.isNull());
+    const QString line = QStringLiteral("Speech request \"%1\" failed: \"out of breath\"").arg(textOf(id));
+    QTRY_COMPARE(m_log->lines(QStringLiteral("libspeech"), QtCriticalMsg), QStringList{line});
+}
+
+void SpeechTest::requestThatTheServiceTakesDownWithItIsLogged()
+{
+    m_service->manner = SpeechService::Manner::Hanging;
+    QVERIFY(m_service->start());
+    Speech speech;
+    speech.speakFromId(sampleRequest());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    m_service->crash();
+    QTRY_COMPARE(m_log->lines(QStringLiteral("libspeech"), QtCriticalMsg).size(), 1);
+}
+
+void SpeechTest::answeredRequestIsNotLogged()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    speech.speakFromId(sampleRequest());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    letTheBusCatchUp();
+    QVERIFY(m_log->messages().isEmpty());
+}
+
+void SpeechTest::speechCanBeTheSingleInstance()
+{
+    QVERIFY(m_service->start());
+    QVERIFY(!libtactora::Singleton<Speech>::instance()->speakFromId(sampleRequest()).isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+}
+
+// Last: the process has no other system bus.
+void SpeechTest::lostBusIsQuietlyBorne()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+    letTheBusCatchUp();
+    m_bus->stop();
+    QTRY_VERIFY(!QDBusConnection::systemBus().isConnected());
+    QVERIFY(speech.speakFromId(sampleRequest()).isNull());
+    QVERIFY(Speech().speakFromId(sampleRequest()).isNull());
+    QCOMPARE(m_log->takeCriticals(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(SpeechTest)
+#include "tst_speech.moc"
