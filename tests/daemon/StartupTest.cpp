@@ -137,7 +137,7 @@ void StartupTest::firstSignalIsObeyedOnceConnmanAnswers()
     QVERIFY(device.simulator.waitForCall("/net/connman/technology/wifi net.connman.Technology.Scan()"_s));
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QCOMPARE(device.daemon.waitForExit(), 0);
-    QVERIFY(device.client.waitFor("wpsNetworks -> ()"_s));
+    QVERIFY(device.client.waitFor("wpsNetworks -> []"_s));
 }
 
 void StartupTest::criticalLineIsPrintedByDefault()
