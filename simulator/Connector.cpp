@@ -120,6 +120,9 @@ std::optional<ErrorReply> Connector::start(const ServicePtr &service, ConnectRea
         m_parts.states.becomeIdle(*service);
     }
     service->reason = reason;
+    if (m_parts.surroundings.lacksProvisioning(*service)) {
+        return error::invalidArguments();
+    }
     if (needsCredentials(*service)) {
         return reason == ConnectReason::User ? askAgent(service) : error::passphraseRequired();
     }

@@ -111,6 +111,13 @@ bool Surroundings::isBehind(const Service &service) const
     return find(service.ssid) != nullptr || (service.identifier == cableIdentifier() && cable.isPlugged);
 }
 
+bool Surroundings::lacksProvisioning(const Service &service) const
+{
+    const AccessPoint *accessPoint = find(service.ssid);
+    return accessPoint != nullptr && accessPoint->security == QLatin1String("ieee8021x") &&
+           !accessPoint->isProvisioned;
+}
+
 Verdict Surroundings::verdict(const Service &service) const
 {
     const AccessPoint *accessPoint = find(service.ssid);

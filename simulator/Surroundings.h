@@ -69,6 +69,8 @@ public:
 
     /// Whether the service is there because of an access point or the cable.
     bool isBehind(const Service &service) const;
+    /// Whether it is an enterprise network that ConnMan has no provisioning file for.
+    bool lacksProvisioning(const Service &service) const;
     /// A service without an access point behind it accepts everything.
     Verdict verdict(const Service &service) const;
     /// No lease: there is no DHCP server.

@@ -1,0 +1,163 @@
+#include "BusClient.h"
+
+#include "EventWait.h"
+#include "GVariantText.h"
+#include <QDBusArgument>
+#include <QDBusPendingCallWatcher>
+#include <QDBusVariant>
+#include <QUuid>
+
+namespace simulator_test {
+
+namespace {
+const QString connman = QStringLiteral("net.connman");
+const QString serviceInterface = QStringLiteral("net.connman.Service");
+const QStringList interfaces{QStringLiteral("net.connman.Manager"), QStringLiteral("net.connman.Technology"),
+                             serviceInterface};
+constexpr int callTimeoutMs = 60000;
+
+QString servicePath(const QString &identifier)
+{
+    return QStringLiteral("/net/connman/service/") + identifier;
+}
+
+QString lastElement(const QString &path)
+{
+    return path.section(QLatin1Char('/'), -1);
+}
+
+Answer toAnswer(const QDBusMessage &reply)
+{
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        return {true, reply.errorName() + QStringLiteral(": ") + reply.errorMessage(), {}, {}};
+    }
+    return {false, {}, reply.arguments(), reply.signature()};
+}
+} // namespace
+
+QString Answer::text() const
+{
+    return isError ? error : simulator::toGVariantText(arguments);
+}
+
+PendingAnswer::PendingAnswer(const QDBusConnection &connection, const QDBusMessage &call)
+{
+    auto *watcher = new QDBusPendingCallWatcher(connection.asyncCall(call, callTimeoutMs), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        m_answer = toAnswer(watcher->reply());
+        emit come();
+    });
+}
+
+Answer PendingAnswer::wait()
+{
+    test_support::waitUntil([this] { return hasCome(); }, callTimeoutMs);
+    return m_answer.value_or(Answer{true, QStringLiteral("no answer"), {}, {}});
+}
+
+BusClient::BusClient(const QString &address)
+    : m_name(QUuid::createUuid().toString(QUuid::Id128))
+    , m_connection(QDBusConnection::connectToBus(address, m_name))
+{
+    for (const QString &interface : interfaces) {
+        m_connection.connect(connman, {}, interface, {}, this, SLOT(record(QDBusMessage)));
+    }
+}
+
+BusClient::~BusClient()
+{
+    QDBusConnection::disconnectFromBus(m_name);
+}
+
+Answer BusClient::call(const QString &service, const QString &path, const QString &interface,
+                       const QString &member, const QVariantList &arguments) const
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, member);
+    message.setArguments(arguments);
+    return PendingAnswer(m_connection, message).wait();
+}
+
+Answer BusClient::manager(const QString &member, const QVariantList &arguments) const
+{
+    return call(connman, QStringLiteral("/"), QStringLiteral("net.connman.Manager"), member, arguments);
+}
+
+Answer BusClient::technology(const QString &type, const QString &member, const QVariantList &arguments) const
+{
+    return call(connman, QStringLiteral("/net/connman/technology/") + type,
+                QStringLiteral("net.connman.Technology"), member, arguments);
+}
+
+Answer BusClient::service(const QString &identifier, const QString &member,
+                          const QVariantList &arguments) const
+{
+    return call(connman, servicePath(identifier), serviceInterface, member, arguments);
+}
+
+Answer BusClient::setServiceProperty(const QString &identifier, const QString &property,
+                                     const QVariant &value) const
+{
+    return service(identifier, QStringLiteral("SetProperty"),
+                   {property, QVariant::fromValue(QDBusVariant(value))});
+}
+
+std::unique_ptr<PendingAnswer> BusClient::startService(const QString &identifier, const QString &member) const
+{
+    return std::make_unique<PendingAnswer>(
+        m_connection,
+        QDBusMessage::createMethodCall(connman, servicePath(identifier), serviceInterface, member));
+}
+
+QString BusClient::property(const QString &identifier, const QString &name) const
+{
+    const Answer answer = service(identifier, QStringLiteral("GetProperties"));
+    if (answer.isError) {
+        return answer.error;
+    }
+    const auto properties = qdbus_cast<QVariantMap>(answer.arguments.first());
+    return properties.contains(name) ? simulator::toGVariantText(properties.value(name)) : QString();
+}
+
+QStringList BusClient::signalLines(const QString &part) const
+{
+    return m_lines.filter(part);
+}
+
+QStringList BusClient::states(const QString &identifier) const
+{
+    const QString prefix = identifier + QStringLiteral(" PropertyChanged(\"State\", <\"");
+    QStringList states;
+    for (const QString &line : m_lines) {
+        if (line.startsWith(prefix)) {
+            states.append(line.mid(prefix.size()).section(QLatin1Char('"'), 0, 0));
+        }
+    }
+    return states;
+}
+
+void BusClient::stopListening()
+{
+    for (const QString &interface : interfaces) {
+        m_connection.disconnect(connman, {}, interface, {}, this, SLOT(record(QDBusMessage)));
+    }
+}
+
+bool BusClient::waitForSignal(const QString &part)
+{
+    return test_support::waitUntil([this, &part] { return !signalLines(part).isEmpty(); });
+}
+
+bool BusClient::waitForState(const QString &identifier, const QString &state)
+{
+    return test_support::waitUntil(
+        [this, &identifier, &state] { return states(identifier).endsWith(state); });
+}
+
+void BusClient::record(const QDBusMessage &signal)
+{
+    m_lines.append(
+        QStringLiteral("%1 %2(%3)")
+            .arg(lastElement(signal.path()), signal.member(), simulator::toGVariantText(signal.arguments())));
+}
+
+} // namespace simulator_test

@@ -1,0 +1,553 @@
+// The script interface itself: what each of its members does, and that it is the documented one.
+
+#include "BusClient.h"
+#include "ConnmanWire.h"
+#include "EventWait.h"
+#include "GVariantText.h"
+#include "LogCapture.h"
+#include "PrivateBus.h"
+#include "SimulatorClient.h"
+#include "TestAgent.h"
+#include <QDBusMetaType>
+#include <QtTest>
+#include <QXmlStreamReader>
+
+using namespace test_support;
+using namespace simulator_test;
+
+namespace {
+const QString homeId = QStringLiteral("wifi_020000000200_486f6d65_managed_psk");
+const QString rawId = QStringLiteral("wifi_raw_managed_psk");
+const QString configurationManager = QStringLiteral("com.tactora.ConfigurationManager");
+const QString speech = QStringLiteral("com.tactora.Speech");
+const QString simulatorName = QStringLiteral("com.tactora.Simulator");
+
+QVariantMap network(const char *ssid)
+{
+    return {{QStringLiteral("ssid"), QString::fromLatin1(ssid)}};
+}
+
+/// "method <name>(<types>) -> <types>" and "signal <name>(<types>)" of the script interface, sorted.
+QStringList members(const QByteArray &xml)
+{
+    QStringList result;
+    QString in;
+    QString out;
+    QXmlStreamReader reader(xml);
+    bool isInside = false;
+    while (!reader.atEnd()) {
+        reader.readNext();
+        const auto attribute = [&reader](const char *name) {
+            return reader.attributes().value(QLatin1String(name)).toString();
+        };
+        const bool isMember =
+            reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal");
+        if (reader.name() == QLatin1String("interface")) {
+            isInside = reader.isStartElement() && attribute("name") == simulatorName;
+        } else if (isInside && isMember && reader.isStartElement()) {
+            in.clear();
+            out.clear();
+            result.append(reader.name() + QLatin1Char(' ') + attribute("name"));
+        } else if (isInside && isMember && reader.isEndElement()) {
+            result.last() += QStringLiteral("(%1) -> %2").arg(in, out);
+        } else if (isInside && reader.isStartElement() && reader.name() == QLatin1String("arg")) {
+            const bool isResult = result.last().startsWith(QLatin1String("method")) &&
+                                  attribute("direction") == QLatin1String("out");
+            (isResult ? out : in) += attribute("type");
+        }
+    }
+    result.sort();
+    return result;
+}
+} // namespace
+
+class ScriptTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void interfaceIsTheDocumentedOne();
+    void endsWithStatusZero();
+    void addsServiceWithConnmansProperties();
+    void overridesPropertiesWithTheirTypes();
+    void refusesWhatIsNotThere_data();
+    void refusesWhatIsNotThere();
+    void refusesAServiceThatIsThere();
+    void addsACrowd();
+    void removesService();
+    void setsServicePropertyWithASignal();
+    void setsServicePropertySilently();
+    void removesServiceProperty();
+    void addsTechnology();
+    void changesATechnologyThatIsThere();
+    void removesTechnology();
+    void setsTechnologyProperty();
+    void setsTechnologyPropertySilently();
+    void removesTechnologyProperty();
+    void emitsAnySignal();
+    void rawValuesTravelUnchanged_data();
+    void rawValuesTravelUnchanged();
+    void networkIsThereAtOnce();
+    void networkWaitsForAScan();
+    void networkReplacesItsNamesake();
+    void removesNetwork();
+    void rendersCalls_data();
+    void rendersCalls();
+    void recordsCallsOnceAndForgets();
+    void tellsOfEachCall();
+    void standardInterfacesAreNotRecorded();
+    void recordsSpeech();
+    void answersWithTheSerialNumber();
+    void answersWithAnyConfiguration();
+    void listsAgents();
+    void callsTheAgent();
+    void tellsTheAgentsRefusal();
+    void tellsThatThereIsNoAgent();
+
+private:
+    std::unique_ptr<PrivateBus> m_bus;
+    std::unique_ptr<SimulatorClient> m_simulator;
+    std::unique_ptr<BusClient> m_client;
+};
+
+void ScriptTest::initTestCase()
+{
+    simulator::registerWireTypes();
+    qDBusRegisterMetaType<QMap<QString, QString>>();
+}
+
+void ScriptTest::init()
+{
+    m_bus = std::make_unique<PrivateBus>();
+    m_client = std::make_unique<BusClient>(m_bus->address());
+    m_simulator = std::make_unique<SimulatorClient>(m_bus->address());
+    QVERIFY(m_simulator->isReady());
+    QVERIFY(m_client->waitForSignal(
+        QStringLiteral("TechnologyAdded(objectpath \"/net/connman/technology/wifi\"")));
+    m_client->clear();
+}
+
+void ScriptTest::cleanup()
+{
+    m_simulator.reset();
+    m_client.reset();
+    m_bus.reset();
+}
+
+void ScriptTest::interfaceIsTheDocumentedOne()
+{
+    QFile documented(QStringLiteral(SCRIPT_INTERFACE));
+    QVERIFY(documented.open(QIODevice::ReadOnly));
+    const Answer answer =
+        m_client->call(simulatorName, QStringLiteral("/simulator"),
+                       QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
+    QVERIFY2(!answer.isError, qPrintable(answer.error));
+    const QStringList expected = members(documented.readAll());
+    QVERIFY(expected.size() > 30);
+    QCOMPARE(members(answer.arguments.first().toString().toUtf8()), expected);
+}
+
+void ScriptTest::endsWithStatusZero()
+{
+    QVERIFY(m_simulator->quit());
+}
+
+void ScriptTest::addsServiceWithConnmansProperties()
+{
+    QCOMPARE(m_simulator->addService(rawId).path(), QStringLiteral("/net/connman/service/") + rawId);
+    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged")));
+    QCOMPARE(m_simulator->services(), QStringList{rawId});
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Strength")), QStringLiteral("byte 0x3c"));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Security")), QStringLiteral("[\"psk\"]"));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("false"));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("IPv4")), QStringLiteral("@a{sv} {}"));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Nameservers")), QStringLiteral("@as []"));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Ethernet")),
+             QStringLiteral("{\"Address\": <\"02:00:00:00:02:00\">, \"Interface\": <\"wlan0\">, "
+                            "\"MTU\": <uint16 1500>, \"Method\": <\"auto\">}"));
+}
+
+void ScriptTest::overridesPropertiesWithTheirTypes()
+{
+    m_simulator->addService(rawId,
+                            {{QStringLiteral("Strength"), 7}, {QStringLiteral("New"), QStringLiteral("x")}});
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Strength")), QStringLiteral("7"));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("New")), QStringLiteral("\"x\""));
+    QCOMPARE(m_simulator->serviceProperties(rawId).value(QStringLiteral("Strength")), QVariant(7));
+}
+
+void ScriptTest::refusesWhatIsNotThere_data()
+{
+    QTest::addColumn<QString>("member");
+    QTest::addColumn<QVariantList>("arguments");
+    QTest::addColumn<QString>("reason");
+    const QString none = QStringLiteral("none");
+    const QVariant variant = QVariant::fromValue(QDBusVariant(1));
+    const QString noService = QStringLiteral("No such service: none");
+    const QString noTechnology = QStringLiteral("No such technology: none");
+    QTest::newRow("removeService") << QStringLiteral("removeService") << QVariantList{none} << noService;
+    QTest::newRow("setServiceProperty")
+        << QStringLiteral("setServiceProperty") << QVariantList{none, none, variant, false} << noService;
+    QTest::newRow("removeServiceProperty")
+        << QStringLiteral("removeServiceProperty") << QVariantList{none, none} << noService;
+    QTest::newRow("serviceProperties")
+        << QStringLiteral("serviceProperties") << QVariantList{none} << noService;
+    QTest::newRow("removeTechnology")
+        << QStringLiteral("removeTechnology") << QVariantList{none} << noTechnology;
+    QTest::newRow("setTechnologyProperty") << QStringLiteral("setTechnologyProperty")
+                                           << QVariantList{none, none, variant, false} << noTechnology;
+    QTest::newRow("removeTechnologyProperty")
+        << QStringLiteral("removeTechnologyProperty") << QVariantList{none, none} << noTechnology;
+    QTest::newRow("removeNetwork") << QStringLiteral("removeNetwork") << QVariantList{none}
+                                   << QStringLiteral("No such network: none");
+    QTest::newRow("addNetwork") << QStringLiteral("addNetwork") << QVariantList{QVariantMap()}
+                                << QStringLiteral("A network needs an \"ssid\"");
+    QTest::newRow("setTiming") << QStringLiteral("setTiming") << QVariantList{none, 1}
+                               << QStringLiteral("No such timing: none");
+    QTest::newRow("setPresent") << QStringLiteral("setPresent") << QVariantList{none, true}
+                                << QStringLiteral("No such bus name here: none");
+    QTest::newRow("faultFired") << QStringLiteral("faultFired") << QVariantList{7U}
+                                << QStringLiteral("No such fault: 7");
+    QTest::newRow("injectFault") << QStringLiteral("injectFault")
+                                 << QVariantList{none, none, QString(), 1U,
+                                                 QVariantMap{{QStringLiteral("kind"), none}}}
+                                 << QStringLiteral("No such kind of fault: none");
+}
+
+void ScriptTest::refusesWhatIsNotThere()
+{
+    QFETCH(QString, member);
+    QFETCH(QVariantList, arguments);
+    QFETCH(QString, reason);
+    const Answer answer =
+        m_client->call(simulatorName, QStringLiteral("/simulator"), simulatorName, member, arguments);
+    QCOMPARE(answer.text(), QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs: ") + reason);
+}
+
+void ScriptTest::refusesAServiceThatIsThere()
+{
+    LogCapture log;
+    m_simulator->addService(rawId);
+    m_simulator->addService(rawId);
+    QCOMPARE(log.takeCriticals(),
+             QStringList{QStringLiteral("Simulator: \"addService\" failed: \"The service is there "
+                                        "already: wifi_raw_managed_psk\"")});
+}
+
+void ScriptTest::addsACrowd()
+{
+    m_simulator->addServices(7, 3);
+    QCOMPARE(m_simulator->services(),
+             (QStringList{QStringLiteral("wifi_020000000200_00000007_managed_psk"),
+                          QStringLiteral("wifi_020000000200_00000008_managed_psk"),
+                          QStringLiteral("wifi_020000000200_00000009_managed_psk")}));
+    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged")));
+    QCOMPARE(m_client->signalLines(QStringLiteral("ServicesChanged")).size(), 1);
+}
+
+void ScriptTest::removesService()
+{
+    m_simulator->addService(rawId);
+    m_simulator->removeService(rawId);
+    QVERIFY(m_client->waitForSignal(QStringLiteral(
+        "ServicesChanged(@a(oa{sv}) [], [objectpath \"/net/connman/service/wifi_raw_managed_psk\"])")));
+    QCOMPARE(m_client->service(rawId, QStringLiteral("GetProperties")).text(),
+             QStringLiteral(
+                 "org.freedesktop.DBus.Error.UnknownObject: Method \"GetProperties\" with signature \"\" "
+                 "on interface \"net.connman.Service\" doesn't exist\n"));
+}
+
+void ScriptTest::setsServicePropertyWithASignal()
+{
+    m_simulator->addService(rawId);
+    m_simulator->setServiceProperty(rawId, QStringLiteral("Strength"), QVariant::fromValue<uchar>(99));
+    QVERIFY(m_client->waitForSignal(
+        QStringLiteral("wifi_raw_managed_psk PropertyChanged(\"Strength\", <byte 0x63>)")));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Strength")), QStringLiteral("byte 0x63"));
+}
+
+void ScriptTest::setsServicePropertySilently()
+{
+    m_simulator->addService(rawId);
+    m_simulator->setServiceProperty(rawId, QStringLiteral("Name"), QStringLiteral("quiet"), true);
+    m_simulator->setServiceProperty(rawId, QStringLiteral("Name2"), QStringLiteral("loud"));
+    QVERIFY(m_client->waitForSignal(QStringLiteral("loud")));
+    QCOMPARE(m_client->signalLines(QStringLiteral("quiet")), QStringList());
+    QCOMPARE(m_client->property(rawId, QStringLiteral("Name")), QStringLiteral("\"quiet\""));
+}
+
+void ScriptTest::removesServiceProperty()
+{
+    m_simulator->addService(rawId);
+    m_simulator->removeServiceProperty(rawId, QStringLiteral("State"));
+    QCOMPARE(m_client->property(rawId, QStringLiteral("State")), QString());
+}
+
+void ScriptTest::addsTechnology()
+{
+    m_simulator->addTechnology(QStringLiteral("bluetooth"), {{QStringLiteral("Powered"), true}});
+    QVERIFY(m_client->waitForSignal(QStringLiteral(
+        "TechnologyAdded(objectpath \"/net/connman/technology/bluetooth\", {\"Name\": <\"bluetooth\">, "
+        "\"Type\": <\"bluetooth\">, \"Powered\": <true>, \"Connected\": <false>, \"Tethering\": <false>, "
+        "\"TetheringFreq\": <2412>})")));
+    QVERIFY(
+        m_client->manager(QStringLiteral("GetTechnologies")).text().contains(QStringLiteral("bluetooth")));
+}
+
+void ScriptTest::changesATechnologyThatIsThere()
+{
+    m_simulator->addTechnology(QStringLiteral("wifi"), {{QStringLiteral("Powered"), false}});
+    QVERIFY(m_client->waitForSignal(
+        QStringLiteral("\"Name\": <\"WiFi\">, \"Type\": <\"wifi\">, \"Powered\": <false>")));
+}
+
+void ScriptTest::removesTechnology()
+{
+    m_simulator->removeTechnology(QStringLiteral("wifi"));
+    QVERIFY(m_client->waitForSignal(
+        QStringLiteral("TechnologyRemoved(objectpath \"/net/connman/technology/wifi\")")));
+    QVERIFY(!m_client->manager(QStringLiteral("GetTechnologies")).text().contains(QStringLiteral("wifi")));
+}
+
+void ScriptTest::setsTechnologyProperty()
+{
+    m_simulator->setTechnologyProperty(QStringLiteral("wifi"), QStringLiteral("Powered"),
+                                       QStringLiteral("yes"));
+    QVERIFY(m_client->waitForSignal(QStringLiteral("wifi PropertyChanged(\"Powered\", <\"yes\">)")));
+}
+
+void ScriptTest::setsTechnologyPropertySilently()
+{
+    m_simulator->setTechnologyProperty(QStringLiteral("wifi"), QStringLiteral("Powered"), 1, true);
+    QVERIFY(m_client->technology(QStringLiteral("wifi"), QStringLiteral("GetProperties"))
+                .text()
+                .contains(QStringLiteral("\"Powered\": <1>")));
+    QCOMPARE(m_client->signalLines(QStringLiteral("Powered")), QStringList());
+}
+
+void ScriptTest::removesTechnologyProperty()
+{
+    m_simulator->removeTechnologyProperty(QStringLiteral("wifi"), QStringLiteral("Powered"));
+    QVERIFY(!m_client->technology(QStringLiteral("wifi"), QStringLiteral("GetProperties"))
+                 .text()
+                 .contains(QStringLiteral("Powered")));
+}
+
+void ScriptTest::emitsAnySignal()
+{
+    m_simulator->emitSignal(QStringLiteral("/net/connman/service/gone"),
+                            QStringLiteral("net.connman.Service"), QStringLiteral("PropertyChanged"),
+                            {QStringLiteral("State"), 5, QStringList()});
+    QVERIFY(m_client->waitForSignal(QStringLiteral("gone PropertyChanged(\"State\", 5, @as [])")));
+}
+
+void ScriptTest::rawValuesTravelUnchanged_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("text");
+    const QVariantMap empty;
+    QTest::newRow("y") << QVariant::fromValue<uchar>(64) << QStringLiteral("byte 0x40");
+    QTest::newRow("q") << QVariant::fromValue<ushort>(7) << QStringLiteral("uint16 7");
+    QTest::newRow("x") << QVariant(qlonglong(-7)) << QStringLiteral("int64 -7");
+    QTest::newRow("d") << QVariant(1.5) << QStringLiteral("1.5");
+    QTest::newRow("o") << QVariant::fromValue(QDBusObjectPath("/a")) << QStringLiteral("objectpath \"/a\"");
+    QTest::newRow("g") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}")))
+                       << QStringLiteral("signature \"a{sv}\"");
+    QTest::newRow("ay") << QVariant(QByteArray("\x01\xff")) << QStringLiteral("[byte 0x01, 0xff]");
+    QTest::newRow("ai") << QVariant::fromValue(QList<int>{1, -2}) << QStringLiteral("[1, -2]");
+    QTest::newRow("empty ai") << QVariant::fromValue(QList<int>()) << QStringLiteral("@ai []");
+    QTest::newRow("ao") << QVariant::fromValue(
+                               QList<QDBusObjectPath>{QDBusObjectPath("/a"), QDBusObjectPath("/b")})
+                        << QStringLiteral("[objectpath \"/a\", \"/b\"]");
+    QTest::newRow("(oa{sv})") << QVariant::fromValue(simulator::ObjectRecord{QDBusObjectPath("/a"), {}})
+                              << QStringLiteral("(objectpath \"/a\", @a{sv} {})");
+    QTest::newRow("a{sv}") << QVariant(
+                                  QVariantMap{{QStringLiteral("k"), QVariantMap{{QStringLiteral("i"), 1}}}})
+                           << QStringLiteral("{\"k\": <{\"i\": <1>}>}");
+    QTest::newRow("empty a{sv}") << QVariant(empty) << QStringLiteral("@a{sv} {}");
+    QTest::newRow("v") << QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(3))))
+                       << QStringLiteral("<<3>>");
+    QTest::newRow("av") << QVariant(QVariantList{1, QStringLiteral("x")}) << QStringLiteral("[<1>, <\"x\">]");
+    QTest::newRow("a{ss}") << QVariant::fromValue(
+                                  QMap<QString, QString>{{QStringLiteral("k"), QStringLiteral("v")}})
+                           << QStringLiteral("{\"k\": \"v\"}");
+}
+
+// There and back, twice: as a property from GetProperties, in a signal, and once more from GetProperties.
+void ScriptTest::rawValuesTravelUnchanged()
+{
+    QFETCH(QVariant, value);
+    QFETCH(QString, text);
+    const QString property = QStringLiteral("Raw");
+    m_simulator->addService(rawId, {{property, value}});
+    QCOMPARE(m_client->property(rawId, property), text);
+    m_simulator->setServiceProperty(rawId, property, value);
+    QVERIFY(
+        m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Raw\", <") + text + QStringLiteral(">)")));
+    QCOMPARE(m_client->property(rawId, property), text);
+}
+
+void ScriptTest::networkIsThereAtOnce()
+{
+    QCOMPARE(m_simulator->addNetwork(network("Home")), homeId);
+    QVERIFY(m_client->waitForSignal(homeId));
+    QCOMPARE(m_simulator->services(), QStringList{homeId});
+    QCOMPARE(m_client->property(homeId, QStringLiteral("Name")), QStringLiteral("\"Home\""));
+}
+
+void ScriptTest::networkWaitsForAScan()
+{
+    QVariantMap options = network("Home");
+    options[QStringLiteral("atOnce")] = false;
+    QCOMPARE(m_simulator->addNetwork(options), homeId);
+    QCOMPARE(m_simulator->services(), QStringList());
+    QVERIFY(!m_client->technology(QStringLiteral("wifi"), QStringLiteral("Scan")).isError);
+    QCOMPARE(m_simulator->services(), QStringList{homeId});
+}
+
+void ScriptTest::networkReplacesItsNamesake()
+{
+    m_simulator->addNetwork(network("Home"));
+    m_simulator->addNetwork(network("Home"));
+    QCOMPARE(m_simulator->services(), QStringList{homeId});
+}
+
+void ScriptTest::removesNetwork()
+{
+    m_simulator->addNetwork(network("Home"));
+    m_simulator->removeNetwork(QStringLiteral("Home"));
+    QCOMPARE(m_simulator->services(), QStringList());
+    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
+}
+
+void ScriptTest::rendersCalls_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<QString>("text");
+    QTest::newRow("map") << QVariant(QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}})
+                         << QStringLiteral("<{\"Method\": <\"dhcp\">}>");
+    QTest::newRow("strings") << QVariant(QStringList{QStringLiteral("1.1.1.1"), QStringLiteral("a\"b\\c\n")})
+                             << QStringLiteral("<[\"1.1.1.1\", \"a\\\"b\\\\c\\n\"]>");
+    QTest::newRow("no strings") << QVariant(QStringList()) << QStringLiteral("<@as []>");
+    QTest::newRow("boolean") << QVariant(true) << QStringLiteral("<true>");
+}
+
+void ScriptTest::rendersCalls()
+{
+    QFETCH(QVariant, value);
+    QFETCH(QString, text);
+    m_simulator->addService(rawId);
+    m_client->setServiceProperty(rawId, QStringLiteral("Unknown"), value);
+    QCOMPARE(m_simulator->calls(),
+             QStringList{QStringLiteral("/net/connman/service/wifi_raw_managed_psk "
+                                        "net.connman.Service.SetProperty(\"Unknown\", ") +
+                         text + QLatin1Char(')')});
+}
+
+void ScriptTest::recordsCallsOnceAndForgets()
+{
+    m_client->manager(QStringLiteral("GetServices"));
+    QCOMPARE(m_simulator->calls(), QStringList{QStringLiteral("/ net.connman.Manager.GetServices()")});
+    m_simulator->clearCalls();
+    QCOMPARE(m_simulator->calls(), QStringList());
+}
+
+void ScriptTest::tellsOfEachCall()
+{
+    const QSignalSpy called(m_simulator.get(), &SimulatorClient::called);
+    m_client->manager(QStringLiteral("GetPeers"));
+    QVERIFY(m_simulator->waitForCall(QStringLiteral("/ net.connman.Manager.GetPeers()")));
+    QTRY_COMPARE(called.size(), 1);
+    QCOMPARE(called.first().first().toString(), QStringLiteral("/ net.connman.Manager.GetPeers()"));
+}
+
+void ScriptTest::standardInterfacesAreNotRecorded()
+{
+    const Answer answer =
+        m_client->call(QStringLiteral("net.connman"), QStringLiteral("/"),
+                       QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
+    QVERIFY(answer.text().contains(QStringLiteral("net.connman.Manager")));
+    QCOMPARE(m_simulator->calls(), QStringList());
+}
+
+void ScriptTest::recordsSpeech()
+{
+    const QSignalSpy spoke(m_simulator.get(), &SimulatorClient::spoke);
+    const QVariantMap request{{QStringLiteral("sentenceId"), 7}, {QStringLiteral("serviceId"), 4}};
+    QVERIFY(!m_client
+                 ->call(speech, QStringLiteral("/"), speech, QStringLiteral("speakFromId"),
+                        {QStringLiteral("an-id"), request})
+                 .isError);
+    QCOMPARE(
+        m_simulator->speech(),
+        QStringList{QStringLiteral("speakFromId(\"an-id\", {\"sentenceId\": <7>, \"serviceId\": <4>})")});
+    QTRY_COMPARE(spoke.size(), 1);
+    QCOMPARE(spoke.first().at(0).toString(), QStringLiteral("an-id"));
+    QCOMPARE(spoke.first().at(1).toMap(), request);
+    QCOMPARE(m_simulator->calls(), QStringList());
+}
+
+void ScriptTest::answersWithTheSerialNumber()
+{
+    m_simulator->setSerialNumber(4711);
+    QCOMPARE(m_client
+                 ->call(configurationManager, QStringLiteral("/"), configurationManager,
+                        QStringLiteral("process"), {QVariantMap{{QStringLiteral("command"), 1}}})
+                 .text(),
+             QStringLiteral("{\"systemInfo\": <{\"serialNo\": <4711>}>}"));
+    QCOMPARE(m_simulator->calls(),
+             QStringList{QStringLiteral("/ com.tactora.ConfigurationManager.process({\"command\": <1>})")});
+}
+
+void ScriptTest::answersWithAnyConfiguration()
+{
+    m_simulator->setConfigurationReply({{QStringLiteral("systemInfo"), QStringLiteral("none")}});
+    QCOMPARE(m_client
+                 ->call(configurationManager, QStringLiteral("/"), configurationManager,
+                        QStringLiteral("process"), {QVariantMap()})
+                 .text(),
+             QStringLiteral("{\"systemInfo\": <\"none\">}"));
+}
+
+void ScriptTest::listsAgents()
+{
+    m_client->manager(QStringLiteral("RegisterAgent"), {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
+    QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>{QDBusObjectPath("/an/agent")});
+}
+
+void ScriptTest::callsTheAgent()
+{
+    TestAgent agent(m_client->connection());
+    agent.planInput({{QStringLiteral("Passphrase"), QStringLiteral("abc")}});
+    m_client->manager(QStringLiteral("RegisterAgent"),
+                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    const SimulatorClient::AgentReply reply = m_simulator->callAgent(
+        QStringLiteral("RequestInput"), {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
+    QCOMPARE(reply.error, QString());
+    QCOMPARE(simulator::toGVariantText(reply.arguments), QStringLiteral("{\"Passphrase\": <\"abc\">}"));
+    QCOMPARE(agent.lines(), QStringList{QStringLiteral("RequestInput(objectpath \"/x\", @a{sv} {})")});
+}
+
+void ScriptTest::tellsTheAgentsRefusal()
+{
+    TestAgent agent(m_client->connection());
+    agent.planInputError(QStringLiteral("net.connman.Agent.Error.Canceled"));
+    m_client->manager(QStringLiteral("RegisterAgent"),
+                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    const SimulatorClient::AgentReply reply = m_simulator->callAgent(
+        QStringLiteral("RequestInput"), {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
+    QCOMPARE(reply.error, QStringLiteral("net.connman.Agent.Error.Canceled: no"));
+}
+
+void ScriptTest::tellsThatThereIsNoAgent()
+{
+    QCOMPARE(m_simulator->callAgent(QStringLiteral("Cancel"), {}).error,
+             QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
+}
+
+QTEST_GUILESS_MAIN(ScriptTest)
+#include "ScriptTest.moc"

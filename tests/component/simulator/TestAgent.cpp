@@ -1,0 +1,72 @@
+#include "TestAgent.h"
+
+#include "EventWait.h"
+#include "GVariantText.h"
+
+namespace simulator_test {
+
+TestAgent::TestAgent(const QDBusConnection &connection)
+    : m_connection(connection)
+{
+    m_connection.registerVirtualObject(QLatin1String(path), this);
+}
+
+TestAgent::~TestAgent()
+{
+    m_connection.unregisterObject(QLatin1String(path));
+}
+
+void TestAgent::planInput(const QVariantMap &fields)
+{
+    m_inputs.append({false, {}, fields});
+}
+
+void TestAgent::planInputError(const QString &name)
+{
+    m_inputs.append({false, name, {}});
+}
+
+void TestAgent::planInputSilence()
+{
+    m_inputs.append({true, {}, {}});
+}
+
+void TestAgent::planRetry()
+{
+    m_retries = true;
+}
+
+bool TestAgent::waitForLine(const QString &part)
+{
+    return test_support::waitUntil([this, &part] { return !m_lines.filter(part).isEmpty(); });
+}
+
+QString TestAgent::introspect(const QString & /*objectPath*/) const
+{
+    return {};
+}
+
+bool TestAgent::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
+{
+    m_lines.append(
+        QStringLiteral("%1(%2)").arg(message.member(), simulator::toGVariantText(message.arguments())));
+    if (message.member() == QLatin1String("RequestInput") && !m_inputs.isEmpty()) {
+        answer(message, connection, m_inputs.takeFirst());
+    } else if (message.member() == QLatin1String("ReportError") && m_retries) {
+        answer(message, connection, {false, QStringLiteral("net.connman.Agent.Error.Retry"), {}});
+    } else {
+        connection.send(message.createReply());
+    }
+    return true;
+}
+
+void TestAgent::answer(const QDBusMessage &message, const QDBusConnection &connection, const Plan &plan) const
+{
+    if (plan.isSilence) {
+        return;
+    }
+    connection.send(plan.error.isEmpty() ? message.createReply(QVariant(plan.fields))
+                                         : message.createErrorReply(plan.error, QStringLiteral("no")));
+}
+
+} // namespace simulator_test
