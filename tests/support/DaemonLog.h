@@ -27,6 +27,8 @@ public:
     bool waitFor(const QString &line, int times = 1) const;
     /// The same for a problem, which is then taken: one occurrence of it fails the test no more.
     bool takeProblem(const QString &line);
+    /// Takes every occurrence of a problem there has been, which may be none.
+    void forgetProblem(const QString &line) { m_problems.removeAll(line); }
     QStringList problems() const { return m_problems; }
 
     /// Prints everything, for the reader of a failure.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <linux/input.h>
 #include <QDebug>
 #include <umockdev.h>
@@ -97,6 +98,8 @@ FakeKeyboard::FakeKeyboard(UMockdevTestbed *testbed, const QString &node)
         return;
     }
     m_fd = umockdev_testbed_get_dev_fd(testbed, m_path.constData());
+    // The reader of the keyboard must not inherit its other end.
+    fcntl(m_fd, F_SETFD, FD_CLOEXEC);
 }
 
 FakeKeyboard::~FakeKeyboard()

@@ -1,5 +1,37 @@
 #include "TestDevice.h"
 
+#include <QDBusArgument>
+#include <QDBusMetaType>
+
+namespace test_support {
+
+/// One entry of ServicesChanged.
+struct ServiceEntry
+{
+    QDBusObjectPath path;
+    QVariantMap properties;
+};
+
+QDBusArgument &operator<<(QDBusArgument &argument, const ServiceEntry &entry)
+{
+    argument.beginStructure();
+    argument << entry.path << entry.properties;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, ServiceEntry &entry)
+{
+    argument.beginStructure();
+    argument >> entry.path >> entry.properties;
+    argument.endStructure();
+    return argument;
+}
+
+} // namespace test_support
+
+Q_DECLARE_METATYPE(test_support::ServiceEntry)
+
 namespace test_support {
 
 namespace {
@@ -24,6 +56,20 @@ bool TestDevice::startAndAttach()
     }
     client.settle();
     return true;
+}
+
+void TestDevice::reportState(const QString &identifier, const QString &state)
+{
+    qDBusRegisterMetaType<ServiceEntry>();
+    qDBusRegisterMetaType<QList<ServiceEntry>>();
+    constexpr bool silently = true;
+    simulator.setServiceProperty(identifier, QStringLiteral("State"), state, silently);
+    const QDBusObjectPath path(QStringLiteral("/net/connman/service/") + identifier);
+    const QList<ServiceEntry> changed{{path, {}}};
+    simulator.emitSignal(QStringLiteral("/"), QStringLiteral("net.connman.Manager"),
+                         QStringLiteral("ServicesChanged"),
+                         {QVariant::fromValue(changed), QVariant::fromValue(QList<QDBusObjectPath>())});
+    client.settle();
 }
 
 void TestDevice::removeRadio()

@@ -35,6 +35,9 @@ struct TestDevice
     bool start(const QStringList &arguments = {});
     /// The same, and true once it has loaded ConnMan's services.
     bool startAndAttach();
+    /// Makes ConnMan report that a service is in a state, at once: the service and its interface's state
+    /// follow together, where a change of "State" alone reaches the interface only two seconds later.
+    void reportState(const QString &identifier, const QString &state);
     /// Makes the board one without Wi-Fi hardware, which the daemon complains about once when it attaches. It
     /// then leaves radio, region and MAC address alone; a Wi-Fi technology that ConnMan has all the same
     /// works as ever.

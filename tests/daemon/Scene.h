@@ -1,0 +1,43 @@
+#pragma once
+
+#include "TestDevice.h"
+#include "Text.h"
+
+/// What the tests of the daemon have in common: the device's two links and how speech looks.
+namespace scene {
+
+using test_support::operator""_s;
+
+const QString cable = "ethernet_020000000100_cable"_s;
+const QString home = "wifi_020000000200_486f6d65_managed_psk"_s;
+/// Makes "Home" the preferred network.
+const QByteArray homePreferred = "[wifi]\nprefered=Home\n";
+const QByteArray regionSweden = "[wifi]\nregion=SE\n";
+
+inline QString servicePath(const QString &identifier)
+{
+    return "/net/connman/service/"_s + identifier;
+}
+
+/// The sentence's request as the simulator lists it, the id left out.
+inline QString sentence(int number, const QStringList &arguments = {})
+{
+    QString words;
+    if (!arguments.isEmpty()) {
+        words = "\"arguments\": <[\"%1\"]>, "_s.arg(arguments.join("\", \""_s));
+    }
+    return "{%1\"sentenceId\": <%2>, \"serviceId\": <4>}"_s.arg(words).arg(number);
+}
+
+/// The requests that reached the speech service so far, ids left out.
+inline QStringList spoken(test_support::SimulatorClient &simulator)
+{
+    QStringList requests;
+    const QStringList lines = simulator.speech();
+    for (const QString &line : lines) {
+        requests << line.mid(line.indexOf(QLatin1Char('{'))).chopped(1);
+    }
+    return requests;
+}
+
+} // namespace scene
