@@ -1,6 +1,5 @@
 #include "FakeDevices.h"
 
-#include "EventWait.h"
 #include <QFile>
 #include <QTest>
 #include <umockdev.h>
@@ -95,13 +94,14 @@ LedPattern FakeDevices::led(const QString &name) const
     return readLed(name, QStringLiteral("brightness")).toInt() > 0 ? LedPattern::on() : LedPattern::off();
 }
 
-bool FakeDevices::waitForLed(const QString &name, const LedPattern &pattern) const
+bool FakeDevices::waitForLed(const QString &name, const LedPattern &pattern, int timeoutMs) const
 {
     QStringList files;
     for (const QString &file : ledFiles) {
         files << ledFile(name, file);
     }
-    return waitUntilFilesSatisfy(files, [&] { return led(name) == pattern; });
+    return waitUntilFilesSatisfy(
+        files, [&] { return led(name) == pattern; }, timeoutMs);
 }
 
 FakeKeyboard &FakeDevices::addKeyboard(const QString &node)

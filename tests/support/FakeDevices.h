@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EventWait.h"
 #include "FakeKeyboard.h"
 #include <memory>
 #include <QByteArray>
@@ -49,7 +50,7 @@ public:
     void removeLed(const QString &name);
     LedPattern led(const QString &name) const;
     /// Runs the event loop until the LED shows `pattern`.
-    bool waitForLed(const QString &name, const LedPattern &pattern) const;
+    bool waitForLed(const QString &name, const LedPattern &pattern, int timeoutMs = eventTimeoutMs) const;
 
     /// A keyboard with every key up, at "/dev/input/<node>".
     FakeKeyboard &addKeyboard(const QString &node);

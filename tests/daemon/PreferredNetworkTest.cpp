@@ -1,0 +1,311 @@
+#include "EventWait.h"
+#include "Scene.h"
+#include <QTest>
+
+using namespace test_support;
+
+/// Joining the preferred network two seconds after Wi-Fi is switched on, and telling of the return to it.
+class PreferredNetworkTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void withoutPreferredNetworkNoServiceIsTouched();
+    void preferredNetworkIsJoinedAndAnnounced();
+    void returnIsAnnouncedOnceThoughTheLinkReportsLater();
+    void nothingIsAnnouncedWhenTheReturnAlreadyWas();
+    void onlyAnIdleOrUnknownLinkIsTouched_data();
+    void onlyAnIdleOrUnknownLinkIsTouched();
+    void idleLinkIsTouched();
+    void otherNetworksAreSkippedWithALine();
+    void namesAreComparedExactly();
+    void secondNetworkOfThatNameIsTriedWhenTheFirstFails();
+    void noOtherNetworkOfThatNameIsTriedAfterASuccess();
+    void failureLeavesEverythingAsItIs();
+    void busyPreferredNetworkEndsTheAttempt();
+};
+
+namespace {
+const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;
+const QString trying = "NetworkManager|debug|Trying to connect to prefered network \"Home\""_s;
+const QString announcement = "networkConnected(\"Home\")"_s;
+
+QString connectCall(const QString &identifier)
+{
+    return scene::servicePath(identifier) + " net.connman.Service.Connect()"_s;
+}
+
+QString connectFailed(const QString &path)
+{
+    return "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
+           "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(path);
+}
+
+FaultKind refusal()
+{
+    return FaultKind::error("net.connman.Error.Failed"_s, "Input/output error"_s);
+}
+
+/// A device whose preferred network is "Home", its Wi-Fi switched off and everything logged.
+struct Device : TestDevice
+{
+    Device()
+    {
+        daemon.sandbox().setSettings("main"_s, scene::homePreferred);
+        daemon.setLoggingRules("NetworkManager=true"_s);
+        simulator.setTechnologyProperty("wifi"_s, "Powered"_s, false);
+    }
+
+    /// Switches Wi-Fi on; the attempt comes two seconds later.
+    bool powerOn()
+    {
+        simulator.clearCalls();
+        return client.call("setWifiPower", true).toBool();
+    }
+    /// Waits for the attempt's beginning and its end.
+    bool attempt()
+    {
+        const bool begun = log().waitFor(trying);
+        client.settle();
+        return begun;
+    }
+    QStringList connectCalls() { return simulator.calls().filter("net.connman.Service.Connect()"_s); }
+    QStringList serviceCalls()
+    {
+        return simulator.calls().filter("net.connman.Service.SetProperty"_s) + connectCalls();
+    }
+};
+
+QVariantMap named(const QString &name)
+{
+    return {{"Name"_s, name}};
+}
+
+QVariantMap onInterface(const QString &interface)
+{
+    return {{"Name"_s, "Home"_s}, {"Ethernet"_s, QVariantMap{{"Interface"_s, interface}}}};
+}
+} // namespace
+
+void PreferredNetworkTest::withoutPreferredNetworkNoServiceIsTouched()
+{
+    Device device;
+    device.daemon.sandbox().setSettings("main"_s, "");
+    device.simulator.addService(scene::home, named("Home"_s));
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.log().waitFor("NetworkManager|debug|No prefered network is registered."_s));
+    device.client.settle();
+    QCOMPARE(device.log().lines().filter("NetworkManager|"_s),
+             (QStringList{"NetworkManager|debug|Trying to connect to prefered network \"\""_s,
+                          "NetworkManager|debug|No prefered network is registered."_s}));
+    QCOMPARE(device.serviceCalls(), QStringList());
+}
+
+void PreferredNetworkTest::preferredNetworkIsJoinedAndAnnounced()
+{
+    Device device;
+    const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.client.waitFor(announcement));
+    QCOMPARE(device.connectCalls(), QStringList(connectCall(home)));
+    QVERIFY(device.simulator.calls().indexOf(scan) < device.simulator.calls().indexOf(connectCall(home)));
+    QCOMPARE(device.client.record(),
+             (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s, announcement}));
+    QVERIFY(waitUntil([&] { return scene::spoken(device.simulator) == QStringList(scene::sentence(7)); }));
+}
+
+void PreferredNetworkTest::returnIsAnnouncedOnceThoughTheLinkReportsLater()
+{
+    Device device;
+    device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.client.waitFor(announcement));
+    QVERIFY(device.devices().waitForLed("led8"_s, LedPattern::on()));
+    device.client.settle();
+    QCOMPARE(device.client.record().count(announcement), 1);
+    QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(7)));
+}
+
+void PreferredNetworkTest::nothingIsAnnouncedWhenTheReturnAlreadyWas()
+{
+    Device device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    // The link comes up by itself, which is the return, and goes again before the attempt.
+    device.reportState(scene::home, "ready"_s);
+    QVERIFY(device.client.record().contains(announcement));
+    device.reportState(scene::home, "idle"_s);
+    const Fault succeeds =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    QVERIFY(device.simulator.waitForCall(connectCall(scene::home)));
+    device.client.settle();
+    QCOMPARE(device.client.record().count(announcement), 1);
+    QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(7)));
+}
+
+void PreferredNetworkTest::onlyAnIdleOrUnknownLinkIsTouched_data()
+{
+    QTest::addColumn<QString>("state");
+    QTest::addColumn<QString>("logged");
+    QTest::newRow("disconnect") << "disconnect"
+                                << "Disconnect";
+    QTest::newRow("failure") << "failure"
+                             << "Failure";
+    QTest::newRow("association") << "association"
+                                 << "Association";
+    QTest::newRow("configuration") << "configuration"
+                                   << "Configuration";
+    QTest::newRow("ready") << "ready"
+                           << "Ready";
+    QTest::newRow("online") << "online"
+                            << "Online";
+}
+
+void PreferredNetworkTest::onlyAnIdleOrUnknownLinkIsTouched()
+{
+    QFETCH(QString, state);
+    QFETCH(QString, logged);
+    Device device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    // Another network has the link; the preferred one could be joined.
+    device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("A"_s));
+    QVERIFY(device.startWithoutRadio());
+    device.simulator.setServiceProperty(scene::home, "State"_s, "disconnect"_s);
+    device.reportState("wifi_020000000200_41_managed_psk"_s, state);
+    QVERIFY(device.powerOn());
+    QVERIFY(device.attempt());
+    QCOMPARE(device.log().lines().filter("isn't Idle"_s).size(), 1);
+    const QString line = device.log().lines().filter("isn't Idle"_s).constFirst();
+    QVERIFY2(line.startsWith("NetworkManager|debug|Interface wlan0 isn't Idle, is "_s), qPrintable(line));
+    QVERIFY2(line.contains(logged), qPrintable(line));
+    QCOMPARE(device.serviceCalls(), QStringList());
+}
+
+void PreferredNetworkTest::idleLinkIsTouched()
+{
+    Device device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    QVERIFY(device.startWithoutRadio());
+    device.reportState(scene::home, "idle"_s);
+    const Fault success =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    QVERIFY(device.powerOn());
+    QVERIFY(device.client.waitFor(announcement));
+    QCOMPARE(device.connectCalls(), QStringList(connectCall(scene::home)));
+}
+
+void PreferredNetworkTest::otherNetworksAreSkippedWithALine()
+{
+    Device device;
+    device.simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
+    device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("A"_s));
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.attempt());
+    QStringList lines = device.log().lines().filter("Skipping"_s);
+    lines.sort(); // the walk has no order
+    QCOMPARE(
+        lines,
+        (QStringList{
+            "NetworkManager|debug|Skipping network of type \"ethernet\""_s,
+            "NetworkManager|debug|Skipping network whose name doesn't match the prefered-network name."_s}));
+    QCOMPARE(device.serviceCalls(), QStringList());
+}
+
+void PreferredNetworkTest::namesAreComparedExactly()
+{
+    Device device;
+    device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("home"_s));
+    device.simulator.addService("wifi_020000000200_42_managed_psk"_s, named("Home "_s));
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.attempt());
+    QCOMPARE(device.log().lines().filter("doesn't match"_s).size(), 2);
+    QCOMPARE(device.serviceCalls(), QStringList());
+}
+
+void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
+{
+    Device device;
+    const QString psk = scene::home;
+    const QString open = "wifi_020000000200_486f6d65_managed_none"_s;
+    device.simulator.addService(psk, named("Home"_s));
+    device.simulator.addService(open, named("Home"_s));
+    const Fault failing = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, refusal());
+    QVERIFY(device.startWithoutRadio());
+    const Fault success =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    QVERIFY(device.powerOn());
+    QVERIFY(device.client.waitFor(announcement));
+
+    const QStringList calls = device.connectCalls();
+    QCOMPARE(calls.size(), 2);
+    const QString failed = calls.constFirst().section(QLatin1Char(' '), 0, 0);
+    QCOMPARE(QSet<QString>(calls.cbegin(), calls.cend()),
+             (QSet<QString>{connectCall(psk), connectCall(open)}));
+    QVERIFY(device.log().lines().contains(
+        "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(failed)));
+    QCOMPARE(device.log().lines().filter("|warning|"_s).size(), 1);
+    QVERIFY(device.log().takeProblem(connectFailed(failed)));
+    QCOMPARE(device.client.record().count(announcement), 1);
+}
+
+void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterASuccess()
+{
+    Device device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
+    const Fault success =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.client.waitFor(announcement));
+    device.client.settle();
+    QCOMPARE(device.connectCalls().size(), 1);
+}
+
+void PreferredNetworkTest::failureLeavesEverythingAsItIs()
+{
+    Device device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    const Fault failing = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, refusal());
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.log().waitFor(
+        "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(
+            scene::servicePath(scene::home))));
+    device.client.settle();
+    QCOMPARE(device.connectCalls(), QStringList(connectCall(scene::home)));
+    QCOMPARE(device.client.record(), (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s}));
+    QCOMPARE(scene::spoken(device.simulator), QStringList());
+    QVERIFY(device.daemon.sandbox().settings("main"_s).contains("Home"));
+    QVERIFY(device.log().takeProblem(connectFailed(scene::servicePath(scene::home))));
+}
+
+void PreferredNetworkTest::busyPreferredNetworkEndsTheAttempt()
+{
+    Device device;
+    // Both go by the preferred name; each is busy on a radio of its own, while wlan0 is idle.
+    device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("A"_s));
+    device.simulator.addService("wifi_020000000201_486f6d65_managed_psk"_s, onInterface("wlan1"_s));
+    device.simulator.addService("wifi_020000000202_486f6d65_managed_psk"_s, onInterface("wlan2"_s));
+    QVERIFY(device.startWithoutRadio());
+    device.reportState("wifi_020000000201_486f6d65_managed_psk"_s, "association"_s);
+    device.reportState("wifi_020000000202_486f6d65_managed_psk"_s, "association"_s);
+    device.reportState("wifi_020000000200_41_managed_psk"_s, "idle"_s);
+    QVERIFY(device.powerOn());
+    const QString warning =
+        "NetworkManager|warning|State of prefered network is not idle, but the state of the wlan0 "
+        "interface is?!?"_s;
+    QVERIFY(device.log().waitFor(warning));
+    device.client.settle();
+    // At the first of them.
+    QCOMPARE(device.log().lines().count(warning), 1);
+    QCOMPARE(device.connectCalls(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(PreferredNetworkTest)
+#include "PreferredNetworkTest.moc"
