@@ -1,0 +1,134 @@
+#include "WiredLink.h"
+
+#include "EventWait.h"
+#include "Kernel.h"
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusServiceWatcher>
+#include <QDir>
+#include <QFile>
+#include <utility>
+
+using test_support::eventTimeoutMs;
+using test_support::waitUntil;
+
+namespace {
+
+const QString connmanName = QStringLiteral("net.connman");
+const QString connmanMemory = QStringLiteral("/var/lib/connman");
+const QString connmanLog = QStringLiteral("/tmp/connman.log");
+
+void ip(const QStringList &arguments)
+{
+    kernel::output(QStringLiteral("ip"), arguments);
+}
+
+void setDeviceEnd(const QString &state)
+{
+    ip({QStringLiteral("link"), QStringLiteral("set"), WiredLink::interface(), state});
+}
+
+void setFarEnd(const QString &state)
+{
+    ip({QStringLiteral("-n"), QStringLiteral("lan"), QStringLiteral("link"), QStringLiteral("set"),
+        QStringLiteral("lan0"), state});
+}
+
+void forgetAddresses()
+{
+    ip({QStringLiteral("address"), QStringLiteral("flush"), QStringLiteral("dev"), WiredLink::interface()});
+    QFile::resize(QStringLiteral("/etc/resolv.conf"), 0);
+}
+
+void forgetConnmansMemory()
+{
+    QDir(connmanMemory).removeRecursively();
+    QDir().mkpath(connmanMemory);
+}
+
+QByteArray content(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+QString WiredLink::service()
+{
+    QString mac = kernel::hardwareAddress(interface());
+    return QStringLiteral("ethernet_%1_cable").arg(mac.remove(QLatin1Char(':')));
+}
+
+WiredLink::WiredLink(QDBusConnection bus)
+    : m_bus(std::move(bus))
+{
+    unplugCable();
+    forgetAddresses();
+    forgetConnmansMemory();
+}
+
+void WiredLink::plugCable()
+{
+    setFarEnd(QStringLiteral("up"));
+}
+
+void WiredLink::unplugCable()
+{
+    setFarEnd(QStringLiteral("down"));
+}
+
+void WiredLink::startDhcpServer()
+{
+    m_dhcpServer.setProcessChannelMode(QProcess::MergedChannels);
+    m_dhcpServer.start(QStringLiteral(WIRED_DIR "/dhcp-server"),
+                       {gateway(), firstAddress(), lastAddress(), nameservers().join(QLatin1Char(','))});
+    QByteArray log;
+    while (!log.contains("IP range")) {
+        if (!m_dhcpServer.waitForReadyRead(eventTimeoutMs)) {
+            qFatal("No DHCP server: %s", log.constData());
+        }
+        log += m_dhcpServer.readAll();
+    }
+    // Nobody reads on from here, and a full pipe would stop it.
+    m_dhcpServer.closeReadChannel(QProcess::StandardOutput);
+}
+
+void WiredLink::startConnman(const QString &mainConf)
+{
+    // The link is there before ConnMan is, as a cable's is. ConnMan would otherwise bring it up itself and
+    // ask for a lease some milliseconds before the other end of the veth pair can answer: the answer would be
+    // lost and asked for again only 5 s later.
+    setDeviceEnd(QStringLiteral("up"));
+    m_connman.setProcessChannelMode(QProcess::MergedChannels);
+    m_connman.setStandardOutputFile(connmanLog);
+    const QDBusServiceWatcher watcher(connmanName, m_bus, QDBusServiceWatcher::WatchForRegistration);
+    m_connman.start(QStringLiteral(WIRED_DIR "/connman"), {QStringLiteral(WIRED_DIR "/") + mainConf});
+    if (!waitUntil([this] { return connmanIsOnTheBus(); })) {
+        qFatal("No ConnMan: %s", content(connmanLog).constData());
+    }
+}
+
+void WiredLink::killConnman()
+{
+    const QDBusServiceWatcher watcher(connmanName, m_bus, QDBusServiceWatcher::WatchForUnregistration);
+    m_connman.kill();
+    m_connman.waitForFinished();
+    if (!waitUntil([this] { return !connmanIsOnTheBus(); })) {
+        qFatal("ConnMan has outlived its end");
+    }
+}
+
+bool WiredLink::connmanIsOnTheBus() const
+{
+    return m_bus.interface()->isServiceRegistered(connmanName);
+}
+
+QVariantMap WiredLink::connmanProperties() const
+{
+    const QDBusMessage call = QDBusMessage::createMethodCall(
+        connmanName, QStringLiteral("/net/connman/service/") + service(),
+        QStringLiteral("net.connman.Service"), QStringLiteral("GetProperties"));
+    return QDBusReply<QVariantMap>(m_bus.call(call)).value();
+}

@@ -1,0 +1,71 @@
+#include "WiredScene.h"
+
+#include "EventWait.h"
+#include "Kernel.h"
+#include <algorithm>
+#include <QDBusArgument>
+#include <QTest>
+
+namespace {
+
+// The daemon looks after one technology, "wifi", and this ConnMan has none.
+const QString noTechnology = QStringLiteral("ConnmanTechnology|critical|");
+const QString noWlan = QStringLiteral("default|critical|WLAN not supported on this board.");
+// Asked for whenever the link comes up: an IPv6 address set by hand, which nobody has set.
+const QString noIpv6Address =
+    QStringLiteral("ConnmanService.properties|critical|Missing property \"Address\"");
+
+} // namespace
+
+WiredScene::WiredScene()
+    : toleratedProblems{noTechnology, noWlan, noIpv6Address}
+{
+    daemon.sandbox().commands().script(QStringLiteral("iw list"), {});
+}
+
+WiredScene::~WiredScene()
+{
+    // First to its end: until then it may have more to say.
+    if (daemon.isRunning()) {
+        QVERIFY2(daemon.stop(), "the daemon did not end with status 0 after SIGTERM");
+    }
+    const QStringList problems = daemon.log().problems();
+    for (const QString &problem : problems) {
+        const auto begins = [&problem](const QString &beginning) { return problem.startsWith(beginning); };
+        if (std::any_of(toleratedProblems.cbegin(), toleratedProblems.cend(), begins)) {
+            daemon.log().takeProblem(problem);
+        }
+    }
+}
+
+bool WiredScene::startDaemon()
+{
+    return daemon.start() && client.waitForName();
+}
+
+bool WiredScene::bringUp()
+{
+    link.startDhcpServer();
+    link.plugCable();
+    link.startConnman();
+    return startDaemon() &&
+           QTest::qWaitFor([this] { return daemonKnowsTheLease(); }, test_support::eventTimeoutMs);
+}
+
+QVariantMap WiredScene::listedService()
+{
+    return subMap(client.call("networks").toMap(), WiredLink::service());
+}
+
+bool WiredScene::daemonKnowsTheLease()
+{
+    const QString known =
+        subMap(listedService(), QStringLiteral("IPv4")).value(QStringLiteral("Address")).toString();
+    return !known.isEmpty() &&
+           kernel::ipv4Addresses(WiredLink::interface()) == QStringList{known + QStringLiteral("/24")};
+}
+
+QVariantMap subMap(const QVariantMap &map, const QString &key)
+{
+    return qdbus_cast<QVariantMap>(map.value(key));
+}
