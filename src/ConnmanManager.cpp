@@ -29,6 +29,7 @@ constexpr const char *GetServices = "GetServices";
 constexpr const char *GetTechnologies = "GetTechnologies";
 constexpr const char *RegisterAgent = "RegisterAgent";
 constexpr const char *ServicesChanged = "ServicesChanged";
+const QLatin1String ServicesChangedSignature("a(oa{sv})ao");
 
 /// How long a service's new state must settle before the interfaces' states follow it.
 constexpr auto StateSettleTime = 2000ms;
@@ -45,8 +46,10 @@ ConnmanManager::ConnmanManager(QDBusConnection connection, QObject *parent)
     qRegisterMetaType<InterfaceState>("InterfaceState");
     qCDebug(logConnmanManager) << "ConnmanManager()";
     new AllServicesSubscription(connection, this);
-    subscribe(ConnmanNames::PropertyChanged, SLOT(propertyChanged(QString, QDBusVariant)));
-    subscribe(ServicesChanged, SLOT(servicesChanged(ConnmanServiceInfoList, QList<QDBusObjectPath>)));
+    subscribe(ConnmanNames::PropertyChanged, ConnmanNames::PropertyChangedSignature,
+              SLOT(propertyChanged(QString, QDBusVariant)));
+    subscribe(ServicesChanged, ServicesChangedSignature,
+              SLOT(servicesChanged(ConnmanServiceInfoList, QList<QDBusObjectPath>)));
     QTimer::singleShot(0, Qt::PreciseTimer, this, &ConnmanManager::updateServices);
 }
 
@@ -67,10 +70,10 @@ QString ConnmanManager::interfaceName() const
     return ConnmanNames::managerInterface();
 }
 
-void ConnmanManager::subscribe(const char *signalName, const char *slot)
+void ConnmanManager::subscribe(const char *signalName, QLatin1String signature, const char *slot)
 {
     if (!m_connection.connect(serviceName(), serviceObject(), interfaceName(), QLatin1String(signalName),
-                              this, slot)) {
+                              signature, this, slot)) {
         qCCritical(logConnmanManager) << "Unable to connect" << signalName << "signal for" << serviceName()
                                       << serviceObject() << interfaceName();
     }
@@ -223,5 +226,5 @@ void ConnmanManager::updateInterfaceStates()
 
 void ConnmanManager::propertyChanged(const QString &name, const QDBusVariant &value)
 {
-    qCDebug(logConnmanManagerProperties) << "PropertyChanged(" << name << "," << value.variant() << ")";
+    qCDebug(logConnmanManagerProperties) << "PropertyChanged(" << name << ", " << value.variant() << ")";
 }

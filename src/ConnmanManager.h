@@ -63,7 +63,7 @@ private slots:
     void servicesChanged(const ConnmanServiceInfoList &changed, const QList<QDBusObjectPath> &removed);
 
 private:
-    void subscribe(const char *signalName, const char *slot);
+    void subscribe(const char *signalName, QLatin1String signature, const char *slot);
     void serviceStateReported(const std::shared_ptr<ConnmanService> &service);
     QHash<QString, InterfaceState> currentInterfaceStates() const;
     void updateInterfaceStates();

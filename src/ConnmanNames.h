@@ -35,6 +35,10 @@ constexpr const char *GetProperties = "GetProperties";
 constexpr const char *SetProperty = "SetProperty";
 constexpr const char *PropertyChanged = "PropertyChanged";
 
+/// What "PropertyChanged" carries. Subscribe with a signal's signature: without one Qt hands a dictionary or
+/// an array to the slot whatever the slot expects there, and ends the program when it cannot be read as that.
+const QLatin1String PropertyChangedSignature("sv");
+
 // Properties of a service that more than one place reads or writes.
 const QLatin1String Ipv4("IPv4");
 const QLatin1String Ipv4Configuration("IPv4.Configuration");

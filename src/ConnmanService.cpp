@@ -64,7 +64,8 @@ ConnmanService::ConnmanService(QDBusConnection connection, const QDBusObjectPath
     qCDebug(logConnmanService) << "ConnmanService(" << ConnmanNames::service() << "," << m_path << ","
                                << ConnmanNames::serviceInterface();
     if (!connection.connect(ConnmanNames::service(), m_path, ConnmanNames::serviceInterface(),
-                            QLatin1String(ConnmanNames::PropertyChanged), this,
+                            QLatin1String(ConnmanNames::PropertyChanged),
+                            ConnmanNames::PropertyChangedSignature, this,
                             SLOT(propertyChanged(QString, QDBusVariant)))) {
         qCCritical(logConnmanService)
             << "Unable to connect" << ConnmanNames::PropertyChanged << "signal for service" << m_path;
@@ -107,7 +108,7 @@ void ConnmanService::serviceChanged()
 void ConnmanService::propertyChanged(const QString &name, const QDBusVariant &value)
 {
     const QVariant converted = Utils::convertDBusArgument(value.variant());
-    qCDebug(logConnmanServiceProperties) << "propertyChanged(" << name << "," << converted << ")";
+    qCDebug(logConnmanServiceProperties) << "propertyChanged(" << name << ", " << converted << ")";
     m_properties.insert(name, converted);
     if (name != QLatin1String(StateProperty)) {
         return;

@@ -26,7 +26,8 @@ ConnmanTechnology::ConnmanTechnology(QDBusConnection connection, const QString &
                                      connection, this))
 {
     if (!connection.connect(ConnmanNames::service(), m_path, ConnmanNames::technologyInterface(),
-                            QLatin1String(ConnmanNames::PropertyChanged), this,
+                            QLatin1String(ConnmanNames::PropertyChanged),
+                            ConnmanNames::PropertyChangedSignature, this,
                             SLOT(propertyChanged(QString, QDBusVariant)))) {
         qCCritical(logConnmanTechnology)
             << "Unable to connect" << ConnmanNames::PropertyChanged << "signal for service" << m_path;
