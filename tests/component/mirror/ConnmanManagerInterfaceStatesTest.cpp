@@ -1,0 +1,366 @@
+// One state per network interface, derived from the services on it, and when it is reported.
+
+#include "ConnmanManager.h"
+#include "ManagerAnnouncements.h"
+#include "MirrorWorld.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QtTest>
+
+using State = ConnmanService::State;
+
+Q_DECLARE_METATYPE(ConnmanService::State)
+
+namespace {
+
+constexpr QLatin1String StateKey("State");
+constexpr QLatin1String EthernetKey("Ethernet");
+constexpr QLatin1String Wlan("wlan0");
+constexpr QLatin1String Wire("eth0");
+constexpr QLatin1String Service("wifi_020000000000_61_managed_psk");
+
+/// How long a state settles, and how much later than that the report may come on a busy machine. Qt lets a
+/// coarse timer end up to a twentieth early.
+constexpr qint64 EarliestMs = 1900;
+constexpr int LatestMs = 8000;
+/// Long enough for a report that must not come.
+constexpr int TooLateMs = 3000;
+
+QString identifier(int number)
+{
+    return QStringLiteral("wifi_020000000000_%1_managed_psk").arg(number, 2, 10, QLatin1Char('0'));
+}
+
+QVariantMap ethernet(const QString &interfaceName)
+{
+    return {{QStringLiteral("Interface"), interfaceName}};
+}
+
+QVariantMap properties(const QString &interfaceName, const QString &stateWord)
+{
+    return {{EthernetKey, ethernet(interfaceName)}, {StateKey, stateWord}};
+}
+
+/// ConnMan moves the service to another state and tells so, and nothing else.
+void moveTo(MirrorWorld &world, const QString &stateWord)
+{
+    world.simulator().setServiceProperty(Service, StateKey, stateWord, true);
+    world.emitPropertyChanged(MirrorWorld::pathOf(Service), StateKey, stateWord);
+    world.deliver();
+}
+
+/// A manager with one service on wlan0, in a state that has been reported: no report is due any more.
+///
+/// The service changes its interface while its first state settles, which shows when that is over.
+std::unique_ptr<RecordedManager> settledManager(MirrorWorld &world, const QString &stateWord)
+{
+    const QString path = world.addService(Service, properties(QStringLiteral("early0"), stateWord)).path();
+    auto recorded = std::make_unique<RecordedManager>(world);
+    QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    world.simulator().setServiceProperty(Service, EthernetKey, ethernet(Wlan), true);
+    world.emitPropertyChanged(path, EthernetKey, ethernet(Wlan));
+    if (!reports.wait(LatestMs))
+        qCritical() << "The first state has not settled";
+    recorded->announcements.clear();
+    return recorded;
+}
+
+} // namespace
+
+class ConnmanManagerInterfaceStatesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void highestStateOfTheServicesCounts_data();
+    void highestStateOfTheServicesCounts();
+    void everyInterfaceIsReportedForItself();
+    void serviceWithoutAnInterfaceNeverCounts_data();
+    void serviceWithoutAnInterfaceNeverCounts();
+    void serviceWithoutAKnownStateCountsAsUnknown();
+
+    void unchangedStateIsNotReportedAgain();
+    void changedStateIsReportedByTheNextAnnouncement();
+    void interfaceThatLosesItsLastServiceIsReportedUnknownOnce();
+    void interfaceThatComesBackIsReportedAgain();
+    void interfaceKeepsItsStateWhileAnotherServiceHoldsIt();
+    void serviceThatMovesToAnotherInterfaceTakesItsStateAlong();
+    void removalAloneReportsNothing();
+    void receiverMayChangeTheRegistryDuringTheReport();
+
+    void changeToOnlineIsReportedTwoSecondsLater();
+    void changeIsToldAtOnceAndReportedWhenSettled();
+    void leavingOnlineSchedulesNoReport();
+    void stateThatDoesNotSettleIsNeverReported();
+    void severalChangesWithinTheSettlingTimeAreOneReport();
+    void removedServiceStillSchedulesAReport();
+};
+
+void ConnmanManagerInterfaceStatesTest::highestStateOfTheServicesCounts_data()
+{
+    QTest::addColumn<QStringList>("words");
+    QTest::addColumn<State>("expected");
+    const auto row = [](const char *words, State expected) {
+        QTest::newRow(words) << QString(QLatin1String(words)).split(QLatin1Char(' ')) << expected;
+    };
+    row("online", State::Online);
+    row("idle online", State::Online);
+    row("online ready configuration association idle failure disconnect", State::Online);
+    row("disconnect failure idle association configuration ready", State::Ready);
+    row("ready configuration", State::Ready);
+    row("association configuration", State::Configuration);
+    row("association idle", State::Association);
+    row("failure idle", State::Idle);
+    row("disconnect failure", State::Failure);
+    row("disconnect", State::Disconnect);
+    row("idle idle", State::Idle);
+}
+
+void ConnmanManagerInterfaceStatesTest::highestStateOfTheServicesCounts()
+{
+    QFETCH(QStringList, words);
+    QFETCH(State, expected);
+    MirrorWorld world;
+    for (int i = 0; i < words.size(); ++i)
+        world.addService(identifier(i), properties(Wlan, words[i]));
+    const RecordedManager recorded(world);
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, expected)});
+}
+
+void ConnmanManagerInterfaceStatesTest::everyInterfaceIsReportedForItself()
+{
+    MirrorWorld world;
+    world.addService(identifier(1), properties(Wlan, QStringLiteral("idle")));
+    world.addService(identifier(2), properties(Wire, QStringLiteral("online")));
+    const RecordedManager recorded(world);
+    QStringList lines = recorded.interfaceLines();
+    lines.sort();
+    const QStringList expected{interfaceIs(Wire, State::Online), interfaceIs(Wlan, State::Idle)};
+    QCOMPARE(lines, expected);
+}
+
+void ConnmanManagerInterfaceStatesTest::serviceWithoutAnInterfaceNeverCounts_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("empty name") << QVariant(ethernet(QString()));
+    QTest::newRow("no name") << QVariant(QVariantMap());
+    QTest::newRow("no dictionary") << QVariant(QStringLiteral("wlan0"));
+}
+
+void ConnmanManagerInterfaceStatesTest::serviceWithoutAnInterfaceNeverCounts()
+{
+    QFETCH(QVariant, value);
+    MirrorWorld world;
+    world.addService(identifier(1), {{EthernetKey, value}, {StateKey, QStringLiteral("online")}});
+    world.addService(identifier(2), properties(Wlan, QStringLiteral("idle")));
+    RecordedManager recorded(world);
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Idle)});
+    world.emitServicesChanged({}, {MirrorWorld::pathOf(identifier(1))});
+    world.deliver();
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Idle)});
+}
+
+void ConnmanManagerInterfaceStatesTest::serviceWithoutAKnownStateCountsAsUnknown()
+{
+    MirrorWorld world;
+    world.addService(identifier(1), properties(Wlan, QStringLiteral("dreaming")));
+    const RecordedManager recorded(world);
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Unknown)});
+}
+
+void ConnmanManagerInterfaceStatesTest::unchangedStateIsNotReportedAgain()
+{
+    MirrorWorld world;
+    world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
+    RecordedManager recorded(world);
+    recorded.announcements.clear();
+    QVERIFY(recorded.manager.updateServices());
+    world.emitServicesChanged({MirrorWorld::pathOf(identifier(1))}, {});
+    world.deliver();
+    QCOMPARE(recorded.interfaceLines(), QStringList());
+}
+
+void ConnmanManagerInterfaceStatesTest::changedStateIsReportedByTheNextAnnouncement()
+{
+    MirrorWorld world;
+    world.addService(identifier(1), properties(Wlan, QStringLiteral("idle")));
+    RecordedManager recorded(world);
+    recorded.announcements.clear();
+    world.simulator().setServiceProperty(identifier(1), StateKey, QStringLiteral("ready"), true);
+    world.emitServicesChanged({MirrorWorld::pathOf(identifier(1))}, {});
+    world.deliver();
+    const QStringList expected{stateOf(identifier(1), State::Ready), interfaceIs(Wlan, State::Ready)};
+    QCOMPARE(recorded.announcements.lines(), expected);
+}
+
+void ConnmanManagerInterfaceStatesTest::interfaceThatLosesItsLastServiceIsReportedUnknownOnce()
+{
+    MirrorWorld world;
+    world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
+    RecordedManager recorded(world);
+    recorded.announcements.clear();
+    world.emitServicesChanged({}, {MirrorWorld::pathOf(identifier(1))});
+    world.deliver();
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Unknown)});
+    world.emitServicesChanged({}, {});
+    world.emitServicesChanged({}, {});
+    world.deliver();
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Unknown)});
+}
+
+void ConnmanManagerInterfaceStatesTest::interfaceThatComesBackIsReportedAgain()
+{
+    MirrorWorld world;
+    const QString path = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready"))).path();
+    RecordedManager recorded(world);
+    world.emitServicesChanged({}, {path});
+    world.emitServicesChanged({path}, {});
+    world.deliver();
+    const QStringList expected{interfaceIs(Wlan, State::Ready), interfaceIs(Wlan, State::Unknown),
+                               interfaceIs(Wlan, State::Ready)};
+    QCOMPARE(recorded.interfaceLines(), expected);
+}
+
+void ConnmanManagerInterfaceStatesTest::interfaceKeepsItsStateWhileAnotherServiceHoldsIt()
+{
+    MirrorWorld world;
+    world.addService(identifier(1), properties(Wlan, QStringLiteral("idle")));
+    world.addService(identifier(2), properties(Wlan, QStringLiteral("ready")));
+    RecordedManager recorded(world);
+    recorded.announcements.clear();
+    world.emitServicesChanged({}, {MirrorWorld::pathOf(identifier(1))});
+    world.deliver();
+    QCOMPARE(recorded.interfaceLines(), QStringList());
+    world.emitServicesChanged({MirrorWorld::pathOf(identifier(1))}, {MirrorWorld::pathOf(identifier(2))});
+    world.deliver();
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Idle)});
+}
+
+void ConnmanManagerInterfaceStatesTest::serviceThatMovesToAnotherInterfaceTakesItsStateAlong()
+{
+    MirrorWorld world;
+    const QString path = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready"))).path();
+    RecordedManager recorded(world);
+    recorded.announcements.clear();
+    world.simulator().setServiceProperty(identifier(1), EthernetKey, ethernet(Wire), true);
+    world.emitServicesChanged({path}, {});
+    world.deliver();
+    QStringList lines = recorded.interfaceLines();
+    lines.sort();
+    const QStringList expected{interfaceIs(Wire, State::Ready), interfaceIs(Wlan, State::Unknown)};
+    QCOMPARE(lines, expected);
+}
+
+void ConnmanManagerInterfaceStatesTest::removalAloneReportsNothing()
+{
+    MirrorWorld world;
+    const QDBusObjectPath path = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
+    RecordedManager recorded(world);
+    recorded.announcements.clear();
+    recorded.manager.remService(path);
+    QCOMPARE(recorded.announcements.lines(), QStringList());
+    world.emitServicesChanged({}, {});
+    world.deliver();
+    QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Unknown)});
+}
+
+void ConnmanManagerInterfaceStatesTest::receiverMayChangeTheRegistryDuringTheReport()
+{
+    MirrorWorld world;
+    const QDBusObjectPath first = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
+    world.addService(identifier(2), properties(Wire, QStringLiteral("idle")));
+    ConnmanManager manager(world.connection(), nullptr);
+    ManagerAnnouncements announcements(manager);
+    bool isRemoved = false;
+    connect(&manager, &ConnmanManager::interfaceStateChanged, this, [&] {
+        if (isRemoved)
+            return;
+        isRemoved = true;
+        manager.remService(first);
+        manager.updateServices();
+    });
+    QVERIFY(manager.updateServices());
+    QVERIFY(isRemoved);
+    QVERIFY(announcements.lines(QStringLiteral("interface")).contains(interfaceIs(Wlan, State::Ready)));
+    QVERIFY(announcements.lines(QStringLiteral("interface")).contains(interfaceIs(Wire, State::Idle)));
+    QCOMPARE(manager.services().size(), 2);
+}
+
+void ConnmanManagerInterfaceStatesTest::changeToOnlineIsReportedTwoSecondsLater()
+{
+    MirrorWorld world;
+    const auto recorded = settledManager(world, QStringLiteral("ready"));
+    QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    QElapsedTimer sinceChange;
+    connect(&recorded->manager, &ConnmanManager::serviceStateChanged, this, [&] { sinceChange.start(); });
+    moveTo(world, QStringLiteral("online"));
+    QVERIFY(reports.wait(LatestMs));
+    QVERIFY(sinceChange.elapsed() >= EarliestMs);
+    const QStringList expected{stateOf(Service, State::Online), interfaceIs(Wlan, State::Online)};
+    QCOMPARE(recorded->announcements.lines(), expected);
+}
+
+void ConnmanManagerInterfaceStatesTest::changeIsToldAtOnceAndReportedWhenSettled()
+{
+    MirrorWorld world;
+    const auto recorded = settledManager(world, QStringLiteral("idle"));
+    QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    moveTo(world, QStringLiteral("association"));
+    QCOMPARE(recorded->announcements.lines(), {stateOf(Service, State::Association)});
+    QVERIFY(reports.wait(LatestMs));
+    QCOMPARE(recorded->interfaceLines(), {interfaceIs(Wlan, State::Association)});
+}
+
+void ConnmanManagerInterfaceStatesTest::leavingOnlineSchedulesNoReport()
+{
+    MirrorWorld world;
+    const auto recorded = settledManager(world, QStringLiteral("online"));
+    QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    moveTo(world, QStringLiteral("ready"));
+    QCOMPARE(recorded->announcements.lines(), {stateOf(Service, State::Ready)});
+    QVERIFY(!reports.wait(TooLateMs));
+    // It was there to be reported all the time.
+    recorded->manager.updateServices();
+    QCOMPARE(recorded->interfaceLines(), {interfaceIs(Wlan, State::Ready)});
+}
+
+void ConnmanManagerInterfaceStatesTest::stateThatDoesNotSettleIsNeverReported()
+{
+    MirrorWorld world;
+    const auto recorded = settledManager(world, QStringLiteral("ready"));
+    QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    moveTo(world, QStringLiteral("association"));
+    moveTo(world, QStringLiteral("ready"));
+    const QStringList expected{stateOf(Service, State::Association), stateOf(Service, State::Ready)};
+    QCOMPARE(recorded->announcements.lines(), expected);
+    QVERIFY(!reports.wait(TooLateMs));
+}
+
+void ConnmanManagerInterfaceStatesTest::severalChangesWithinTheSettlingTimeAreOneReport()
+{
+    MirrorWorld world;
+    const auto recorded = settledManager(world, QStringLiteral("idle"));
+    QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    moveTo(world, QStringLiteral("association"));
+    moveTo(world, QStringLiteral("configuration"));
+    moveTo(world, QStringLiteral("ready"));
+    QVERIFY(reports.wait(LatestMs));
+    QVERIFY(!reports.wait(TooLateMs));
+    QCOMPARE(recorded->interfaceLines(), {interfaceIs(Wlan, State::Ready)});
+}
+
+void ConnmanManagerInterfaceStatesTest::removedServiceStillSchedulesAReport()
+{
+    MirrorWorld world;
+    const auto recorded = settledManager(world, QStringLiteral("ready"));
+    QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    recorded->manager.remService(QDBusObjectPath(MirrorWorld::pathOf(Service)));
+    moveTo(world, QStringLiteral("disconnect"));
+    QVERIFY(reports.wait(LatestMs));
+    const QStringList expected{stateOf(Service, State::Disconnect), interfaceIs(Wlan, State::Unknown)};
+    QCOMPARE(recorded->announcements.lines(), expected);
+}
+
+QTEST_GUILESS_MAIN(ConnmanManagerInterfaceStatesTest)
+#include "ConnmanManagerInterfaceStatesTest.moc"

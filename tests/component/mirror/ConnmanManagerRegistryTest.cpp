@@ -1,0 +1,281 @@
+// The registry of services: how ConnmanManager fills it and keeps it in step with ConnMan.
+
+#include "ConnmanManager.h"
+#include "ManagerAnnouncements.h"
+#include "MirrorWorld.h"
+
+#include <QtTest>
+
+using test_support::Fault;
+using test_support::FaultKind;
+using State = ConnmanService::State;
+
+namespace {
+
+constexpr QLatin1String A("wifi_020000000000_61_managed_psk");
+constexpr QLatin1String B("wifi_020000000000_62_managed_none");
+constexpr QLatin1String Wired("ethernet_020000000001_cable");
+constexpr QLatin1String ServicesLog("ConnmanManager.services");
+constexpr QLatin1String GetServicesCall("/ net.connman.Manager.GetServices()");
+
+const QVariantMap &idle()
+{
+    static const QVariantMap properties{{QStringLiteral("State"), QStringLiteral("idle")}};
+    return properties;
+}
+
+/// A manager that has filled its registry, with nothing recorded yet of what comes next.
+struct FilledManager : RecordedManager
+{
+    explicit FilledManager(MirrorWorld &mirrorWorld)
+        : RecordedManager(mirrorWorld)
+    {
+        forget();
+    }
+};
+
+QString path(const QString &identifier)
+{
+    return MirrorWorld::pathOf(identifier);
+}
+
+QString nonExistent(const QString &servicePath)
+{
+    return warning(ServicesLog,
+                   QStringLiteral("Trying to remove non-existant service \"%1\"").arg(servicePath));
+}
+
+} // namespace
+
+class ConnmanManagerRegistryTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void registryIsEmptyUntilTheNextPassOfTheEventLoop();
+    void firstFillAnnouncesEveryServiceToReceiversConnectedAfterConstruction();
+    void firstFillReadsEachServiceOnce();
+    void updateAddsWhatIsNewAndLeavesTheRestAlone();
+    void updateKeepsServicesThatConnmanNoLongerLists();
+    void failedUpdateIsOneLineAndChangesNothing();
+
+    void addedServiceIsAnnouncedFilledButNotYetRegistered();
+    void addingAServiceAnnouncesItsStateFirst();
+    void addingAServiceLogsOneDebugLine();
+    void addingAKnownServiceDoesNothing();
+    void addingAServiceThatConnmanDoesNotHaveRegistersItStateless();
+
+    void removingAServiceOnlyForgetsIt();
+    void removingAServiceLogsOneDebugLine();
+    void removingAnUnknownServiceIsAWarningAndNothingElse();
+    void removedServiceStillReportsItsState();
+    void removedServiceOutlivesTheRegistryAndTheManager();
+};
+
+void ConnmanManagerRegistryTest::registryIsEmptyUntilTheNextPassOfTheEventLoop()
+{
+    MirrorWorld world;
+    world.addService(A);
+    const ConnmanManager manager(world.connection(), nullptr);
+    QVERIFY(manager.services().isEmpty());
+    QCOMPARE(world.simulator().calls(), QStringList());
+    QCoreApplication::processEvents();
+    QCOMPARE(registeredPaths(manager), {path(A)});
+}
+
+void ConnmanManagerRegistryTest::firstFillAnnouncesEveryServiceToReceiversConnectedAfterConstruction()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    world.addService(B, idle());
+    ConnmanManager manager(world.connection(), nullptr);
+    const ManagerAnnouncements announcements(manager);
+    QTRY_COMPARE(manager.services().size(), 2);
+    const QStringList services = announcements.lines(QStringLiteral("added"));
+    QCOMPARE(services.size(), 2);
+    QVERIFY(services.contains(added(A)));
+    QVERIFY(services.contains(added(B)));
+}
+
+void ConnmanManagerRegistryTest::firstFillReadsEachServiceOnce()
+{
+    MirrorWorld world;
+    world.addService(A);
+    world.addService(Wired);
+    const QStringList inConnmansOrder = world.simulator().services();
+    const ConnmanManager manager(world.connection(), nullptr);
+    QCoreApplication::processEvents();
+    QStringList expected{GetServicesCall};
+    for (const QString &identifier : inConnmansOrder)
+        expected << MirrorWorld::getPropertiesCall(path(identifier));
+    QCOMPARE(world.simulator().calls(), expected);
+    QCOMPARE(world.complaints(), QStringList());
+}
+
+void ConnmanManagerRegistryTest::updateAddsWhatIsNewAndLeavesTheRestAlone()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    world.simulator().addService(B, idle());
+    QVERIFY(filled.manager.updateServices());
+    const QStringList expectedCalls{GetServicesCall, MirrorWorld::getPropertiesCall(path(B))};
+    QCOMPARE(world.simulator().calls(), expectedCalls);
+    const QStringList expectedPaths{path(A), path(B)};
+    QCOMPARE(registeredPaths(filled.manager), expectedPaths);
+    QCOMPARE(filled.announcements.lines(QStringLiteral("added")), {added(B)});
+}
+
+void ConnmanManagerRegistryTest::updateKeepsServicesThatConnmanNoLongerLists()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    world.simulator().removeService(A);
+    QVERIFY(filled.manager.updateServices());
+    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+}
+
+void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    world.simulator().setServiceProperty(A, QStringLiteral("State"), QStringLiteral("ready"), true);
+    const Fault fault = world.simulator().injectFault(
+        QStringLiteral("net.connman.Manager"), QStringLiteral("GetServices"),
+        FaultKind::error(QStringLiteral("net.connman.Error.Failed"), QStringLiteral("Not today")));
+    QVERIFY(!filled.manager.updateServices());
+    QCOMPARE(world.complaints(),
+             {critical(ServicesLog, QStringLiteral("Call to GetServices failed: \"Not today\""))});
+    QCOMPARE(world.simulator().calls(), {QString(GetServicesCall)});
+    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+    QCOMPARE(filled.announcements.lines(), QStringList());
+}
+
+void ConnmanManagerRegistryTest::addedServiceIsAnnouncedFilledButNotYetRegistered()
+{
+    MirrorWorld world;
+    FilledManager filled(world);
+    const QDBusObjectPath servicePath =
+        world.addService(A, {{QStringLiteral("Name"), QStringLiteral("Home")}});
+    filled.manager.remService(servicePath);
+    QString seenName;
+    int seenServices = -1;
+    connect(&filled.manager, &ConnmanManager::serviceChanged, this,
+            [&](const std::shared_ptr<ConnmanService> &service) {
+                seenName = service->name();
+                seenServices = filled.manager.services().size();
+            });
+    QVERIFY(filled.manager.addService(servicePath));
+    QCOMPARE(seenName, QStringLiteral("Home"));
+    QCOMPARE(seenServices, 0);
+    QCOMPARE(registeredPaths(filled.manager), {servicePath.path()});
+}
+
+void ConnmanManagerRegistryTest::addingAServiceAnnouncesItsStateFirst()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    ConnmanManager manager(world.connection(), nullptr);
+    const ManagerAnnouncements announcements(manager);
+    QVERIFY(manager.addService(QDBusObjectPath(path(A))));
+    const QStringList expected{stateOf(A, State::Idle), added(A)};
+    QCOMPARE(announcements.lines(), expected);
+    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path(A))});
+}
+
+void ConnmanManagerRegistryTest::addingAServiceLogsOneDebugLine()
+{
+    MirrorWorld world;
+    ConnmanManager manager(world.connection(), nullptr);
+    manager.addService(QDBusObjectPath(path(A)));
+    QCOMPARE(world.debugLines(ServicesLog), {QStringLiteral("Adding service \"%1\"").arg(path(A))});
+}
+
+void ConnmanManagerRegistryTest::addingAKnownServiceDoesNothing()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    const auto before = filled.manager.services();
+    QVERIFY(!filled.manager.addService(QDBusObjectPath(path(A))));
+    QCOMPARE(filled.manager.services(), before);
+    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(filled.announcements.lines(), QStringList());
+    QVERIFY(world.log().messages().isEmpty());
+}
+
+void ConnmanManagerRegistryTest::addingAServiceThatConnmanDoesNotHaveRegistersItStateless()
+{
+    MirrorWorld world;
+    ConnmanManager manager(world.connection(), nullptr);
+    const ManagerAnnouncements announcements(manager);
+    QVERIFY(manager.addService(QDBusObjectPath(path(A))));
+    QCOMPARE(announcements.lines(), {added(A)});
+    QCOMPARE(registeredPaths(manager), {path(A)});
+    QCOMPARE(world.complaints(),
+             {critical(QStringLiteral("ConnmanService.properties"),
+                       QStringLiteral("Service-properties doesn't contain a value for State"))});
+}
+
+void ConnmanManagerRegistryTest::removingAServiceOnlyForgetsIt()
+{
+    MirrorWorld world;
+    world.addService(A, {{QStringLiteral("State"), QStringLiteral("ready")}});
+    FilledManager filled(world);
+    filled.manager.remService(QDBusObjectPath(path(A)));
+    QVERIFY(filled.manager.services().isEmpty());
+    QCOMPARE(filled.announcements.lines(), QStringList());
+    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(world.complaints(), QStringList());
+}
+
+void ConnmanManagerRegistryTest::removingAServiceLogsOneDebugLine()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    filled.manager.remService(QDBusObjectPath(path(A)));
+    QCOMPARE(world.debugLines(ServicesLog), {QStringLiteral("Removing service \"%1\"").arg(path(A))});
+}
+
+void ConnmanManagerRegistryTest::removingAnUnknownServiceIsAWarningAndNothingElse()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    filled.manager.remService(QDBusObjectPath(path(B)));
+    QCOMPARE(world.complaints(), {nonExistent(path(B))});
+    QCOMPARE(world.log().messages().size(), 1);
+    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+    QCOMPARE(filled.announcements.lines(), QStringList());
+    QCOMPARE(world.simulator().calls(), QStringList());
+}
+
+void ConnmanManagerRegistryTest::removedServiceStillReportsItsState()
+{
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    filled.manager.remService(QDBusObjectPath(path(A)));
+    world.simulator().setServiceProperty(A, QStringLiteral("State"), QStringLiteral("association"));
+    world.deliver();
+    QVERIFY(filled.announcements.lines().contains(stateOf(A, State::Association)));
+}
+
+void ConnmanManagerRegistryTest::removedServiceOutlivesTheRegistryAndTheManager()
+{
+    MirrorWorld world;
+    world.addService(A, {{QStringLiteral("Name"), QStringLiteral("Home")}});
+    auto filled = std::make_unique<FilledManager>(world);
+    const std::shared_ptr<ConnmanService> held = filled->manager.services().constFirst();
+    filled->manager.remService(QDBusObjectPath(path(A)));
+    QCOMPARE(held->name(), QStringLiteral("Home"));
+    filled.reset();
+    QVERIFY(held->dbusUpdateProperties());
+    QCOMPARE(held->name(), QStringLiteral("Home"));
+}
+
+QTEST_GUILESS_MAIN(ConnmanManagerRegistryTest)
+#include "ConnmanManagerRegistryTest.moc"

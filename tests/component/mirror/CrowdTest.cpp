@@ -1,0 +1,119 @@
+// A long life in a crowded place: thousands of services come, change and go, and none is lost although the
+// bus allows a connection no more than 512 match rules.
+
+#include "AllServicesSubscription.h"
+#include "ConnmanManager.h"
+#include "MirrorWorld.h"
+
+#include <QHash>
+#include <QLoggingCategory>
+#include <QtTest>
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+using State = ConnmanService::State;
+
+namespace {
+
+constexpr QLatin1String StateKey("State");
+
+/// More than the bus allows a connection to have match rules.
+constexpr int MoreThanTheBusAllows = 600;
+constexpr int AWholeLife = 5000;
+/// As many at a time: every announcement lists all services there are, and each known one is read again.
+constexpr uint AtATime = 5;
+
+QString numberedPath(int number)
+{
+    return MirrorWorld::pathOf(QStringLiteral("wifi_crowd_%1").arg(number));
+}
+
+/// Every State that each service has reported, by identifier.
+using Reports = QHash<QString, QVector<State>>;
+
+/// Services that nobody introduced to the manager, each made like the manager's.
+std::vector<std::unique_ptr<ConnmanService>> crowd(const MirrorWorld &world)
+{
+    std::vector<std::unique_ptr<ConnmanService>> services;
+    for (int number = 0; number < MoreThanTheBusAllows; ++number)
+        services.push_back(std::make_unique<ConnmanService>(world.connection(),
+                                                            QDBusObjectPath(numberedPath(number)), nullptr));
+    return services;
+}
+
+/// How many of them hear of a property that ConnMan changes in each.
+int toldOfAChange(MirrorWorld &world, const std::vector<std::unique_ptr<ConnmanService>> &services)
+{
+    for (const auto &service : services)
+        world.emitPropertyChanged(service->path(), QStringLiteral("Strength"),
+                                  QVariant::fromValue(uchar(61)));
+    world.deliver();
+    return static_cast<int>(std::count_if(services.cbegin(), services.cend(), [](const auto &service) {
+        return service->properties().contains(QStringLiteral("Strength"));
+    }));
+}
+
+} // namespace
+
+class CrowdTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void withoutTheBroadSubscriptionTheBusSilencesServices();
+    void withTheBroadSubscriptionFirstEveryServiceIsHeard();
+    void fiveThousandServicesLoseNoStateChange();
+};
+
+// What the broad subscription is for: if this one fails, it is no longer needed.
+void CrowdTest::withoutTheBroadSubscriptionTheBusSilencesServices()
+{
+    MirrorWorld world;
+    const auto services = crowd(world);
+    const int told = toldOfAChange(world, services);
+    QVERIFY(told > 0);
+    QVERIFY(told < MoreThanTheBusAllows);
+    QVERIFY(told <= 512);
+}
+
+void CrowdTest::withTheBroadSubscriptionFirstEveryServiceIsHeard()
+{
+    MirrorWorld world;
+    const AllServicesSubscription subscription(world.connection(), nullptr);
+    const auto services = crowd(world);
+    QCOMPARE(toldOfAChange(world, services), MoreThanTheBusAllows);
+}
+
+void CrowdTest::fiveThousandServicesLoseNoStateChange()
+{
+    MirrorWorld world;
+    QLoggingCategory::setFilterRules({}); // a life's debug lines take longer than the life
+    ConnmanManager manager(world.connection(), nullptr);
+    Reports reports;
+    connect(&manager, &ConnmanManager::serviceStateChanged, this,
+            [&reports](const std::shared_ptr<ConnmanService> &service) {
+                reports[service->identifier()] << service->state();
+            });
+    for (uint first = 0; first < AWholeLife; first += AtATime) {
+        world.simulator().addServices(first, AtATime);
+        QTRY_COMPARE(manager.services().size(), int(AtATime));
+        const QStringList identifiers = world.simulator().services();
+        for (const QString &identifier : identifiers)
+            world.simulator().setServiceProperty(identifier, StateKey, QStringLiteral("ready"));
+        world.deliver();
+        for (const QString &identifier : identifiers)
+            world.simulator().removeService(identifier);
+        QTRY_VERIFY(manager.services().isEmpty());
+        world.simulator().clearCalls();
+        world.log().clear();
+    }
+    QCOMPARE(reports.size(), AWholeLife);
+    const QVector<State> aLife{State::Idle, State::Ready};
+    for (auto it = reports.cbegin(); it != reports.cend(); ++it)
+        QVERIFY2(it.value() == aLife, qPrintable(it.key()));
+}
+
+QTEST_GUILESS_MAIN(CrowdTest)
+#include "CrowdTest.moc"

@@ -1,0 +1,250 @@
+// Whatever shape ConnMan's replies and signals have, the mirror lives on and follows the next proper one.
+
+#include "ConnmanManager.h"
+#include "ConnmanTechnology.h"
+#include "ManagerAnnouncements.h"
+#include "MirrorWorld.h"
+#include "OddValues.h"
+
+#include <QDBusConnectionInterface>
+#include <QtTest>
+
+using test_support::Fault;
+using test_support::FaultKind;
+using State = ConnmanService::State;
+
+namespace {
+
+constexpr QLatin1String Service("wifi_020000000000_61_managed_psk");
+constexpr QLatin1String ManagerInterface("net.connman.Manager");
+constexpr QLatin1String ServiceInterface("net.connman.Service");
+constexpr QLatin1String GetProperties("GetProperties");
+constexpr QLatin1String PropertyChanged("PropertyChanged");
+constexpr QLatin1String ManagerPath("/");
+
+QString path()
+{
+    return MirrorWorld::pathOf(Service);
+}
+
+/// Replies that are no list of records, with the signature Qt complains about.
+void addReplyRows()
+{
+    QTest::addColumn<QVariantList>("arguments");
+    QTest::addColumn<QString>("received");
+    const auto row = [](const char *received, const QVariant &argument) {
+        QTest::newRow(received) << QVariantList{argument} << QString(QLatin1String(received));
+    };
+    registerOddTypes();
+    QTest::newRow("no arguments") << QVariantList() << QStringLiteral("<empty signature>");
+    row("s", QStringLiteral("text"));
+    row("i", 7);
+    row("as", QStringList{QStringLiteral("/x")});
+    row("a{sv}", QVariantMap{{QStringLiteral("/x"), 1}});
+    row("ao", QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(QStringLiteral("/x"))}));
+    row("ai", QVariant::fromValue(QList<int>{1}));
+    row("av", QVariantList{1, QStringLiteral("text")});
+    row("a{ss}", QVariant::fromValue(TextMap{{QStringLiteral("a"), QStringLiteral("b")}}));
+    row("(si)", QVariant::fromValue(OddPair{QStringLiteral("text"), 7}));
+    row("(oa{sv})", QVariant::fromValue(ConnmanServiceInfo{QDBusObjectPath(QStringLiteral("/x")), {}}));
+}
+
+QString unexpectedSignature(const QString &category, const QString &method, const QString &received)
+{
+    return critical(category,
+                    QStringLiteral("Call to %1 failed: \"Unexpected reply signature: got \\\"%2\\\"")
+                        .arg(method, received));
+}
+
+} // namespace
+
+class HostilePeerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void propertiesThatAreNoDictionaryAreOneLineAndTheOldCache_data();
+    void propertiesThatAreNoDictionaryAreOneLineAndTheOldCache();
+    void servicesThatAreNoListAreOneLine_data();
+    void servicesThatAreNoListAreOneLine();
+    void technologiesThatAreNoListAreOneLine_data();
+    void technologiesThatAreNoListAreOneLine();
+
+    void propertyChangeOfAnotherShapeIsNotHeard_data();
+    void propertyChangeOfAnotherShapeIsNotHeard();
+    void announcementOfAnotherShapeIsNotHeard_data();
+    void announcementOfAnotherShapeIsNotHeard();
+    void signalsOfOthersThanConnmanAreNotHeard();
+    void agentRegistrationAnsweredWithAValueSucceeds();
+};
+
+void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache_data()
+{
+    QTest::addColumn<QVariantList>("arguments");
+    QTest::addColumn<QString>("received");
+    QTest::newRow("no arguments") << QVariantList() << QStringLiteral("<empty signature>");
+    const QVector<OddValue> values = rawOddValues();
+    for (int i = 0; i < values.size(); ++i)
+        QTest::addRow("%d %s", i, values[i].signature)
+            << QVariantList{values[i].value} << QString(QLatin1String(values[i].signature));
+    QTest::newRow("s") << QVariantList{QStringLiteral("text")} << QStringLiteral("s");
+    QTest::newRow("y") << QVariantList{QVariant::fromValue(uchar(7))} << QStringLiteral("y");
+    QTest::newRow("as") << QVariantList{QStringList{QStringLiteral("State")}} << QStringLiteral("as");
+}
+
+void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache()
+{
+    QFETCH(QVariantList, arguments);
+    QFETCH(QString, received);
+    MirrorWorld world;
+    world.addService(Service);
+    ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
+    service.serviceChanged();
+    const QVariantMap before = service.properties();
+    const Fault fault =
+        world.simulator().injectFault(ServiceInterface, GetProperties, FaultKind::reply(arguments));
+    QVERIFY(service.dbusUpdateProperties());
+    QCOMPARE(service.properties(), before);
+    QCOMPARE(world.complaints().size(), 1);
+    QVERIFY(world.complaints().constFirst().startsWith(
+        unexpectedSignature(QStringLiteral("ConnmanService.properties"), GetProperties, received)));
+}
+
+void HostilePeerTest::servicesThatAreNoListAreOneLine_data()
+{
+    addReplyRows();
+}
+
+void HostilePeerTest::servicesThatAreNoListAreOneLine()
+{
+    QFETCH(QVariantList, arguments);
+    QFETCH(QString, received);
+    MirrorWorld world;
+    world.addService(Service);
+    ConnmanManager manager(world.connection(), nullptr);
+    const Fault fault = world.simulator().injectFault(ManagerInterface, QStringLiteral("GetServices"),
+                                                      FaultKind::reply(arguments));
+    QVERIFY(!manager.updateServices());
+    QVERIFY(manager.services().isEmpty());
+    QCOMPARE(world.complaints().size(), 1);
+    QVERIFY(world.complaints().constFirst().startsWith(unexpectedSignature(
+        QStringLiteral("ConnmanManager.services"), QStringLiteral("GetServices"), received)));
+    QVERIFY(manager.updateServices());
+    QCOMPARE(registeredPaths(manager), {path()});
+}
+
+void HostilePeerTest::technologiesThatAreNoListAreOneLine_data()
+{
+    addReplyRows();
+}
+
+void HostilePeerTest::technologiesThatAreNoListAreOneLine()
+{
+    QFETCH(QVariantList, arguments);
+    QFETCH(QString, received);
+    MirrorWorld world;
+    ConnmanManager manager(world.connection(), nullptr);
+    const Fault fault = world.simulator().injectFault(ManagerInterface, QStringLiteral("GetTechnologies"),
+                                                      FaultKind::reply(arguments));
+    QVERIFY(!manager.hasTechnology(QString()));
+    QCOMPARE(world.complaints().size(), 1);
+    QVERIFY(world.complaints().constFirst().startsWith(unexpectedSignature(
+        QStringLiteral("ConnmanManager.technology"), QStringLiteral("GetTechnologies"), received)));
+    QVERIFY(manager.hasTechnology(QString()));
+}
+
+void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard_data()
+{
+    QTest::addColumn<QVariantList>("arguments");
+    const QString name = QStringLiteral("Strength");
+    const QVariant wrapped = QVariant::fromValue(QDBusVariant(QVariant::fromValue(uchar(61))));
+    QTest::newRow("none") << QVariantList();
+    QTest::newRow("s") << QVariantList{name};
+    QTest::newRow("ss") << QVariantList{name, QStringLiteral("61")};
+    QTest::newRow("sy") << QVariantList{name, QVariant::fromValue(uchar(61))};
+    QTest::newRow("vs") << QVariantList{wrapped, name};
+    QTest::newRow("svs") << QVariantList{name, wrapped, name};
+    QTest::newRow("sa{sv}") << QVariantList{name, QVariantMap{{name, 61}}};
+}
+
+void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard()
+{
+    QFETCH(QVariantList, arguments);
+    MirrorWorld world;
+    const ConnmanManager manager(world.connection(), nullptr);
+    const ConnmanTechnology wifi(world.connection(), QStringLiteral("wifi"), nullptr);
+    ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
+    world.log().clear();
+    world.simulator().emitSignal(path(), ServiceInterface, PropertyChanged, arguments);
+    world.simulator().emitSignal(QStringLiteral("/net/connman/technology/wifi"),
+                                 QStringLiteral("net.connman.Technology"), PropertyChanged, arguments);
+    world.simulator().emitSignal(ManagerPath, ManagerInterface, PropertyChanged, arguments);
+    world.deliver();
+    QVERIFY(service.properties().isEmpty());
+    QVERIFY(!world.log().contains(PropertyChanged));
+    world.emitPropertyChanged(path(), QStringLiteral("Strength"), QVariant::fromValue(uchar(61)));
+    world.deliver();
+    QCOMPARE(service.strength(), 61);
+}
+
+void HostilePeerTest::announcementOfAnotherShapeIsNotHeard_data()
+{
+    QTest::addColumn<QVariantList>("arguments");
+    const QVariant records = QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(path()), {}}});
+    const QVariant paths = QVariant::fromValue(
+        QList<QDBusObjectPath>{QDBusObjectPath(QStringLiteral("/net/connman/service/b"))});
+    QTest::newRow("none") << QVariantList();
+    QTest::newRow("only the changed") << QVariantList{records};
+    QTest::newRow("only the removed") << QVariantList{paths};
+    QTest::newRow("swapped") << QVariantList{paths, records};
+    QTest::newRow("removed as texts") << QVariantList{records, QStringList{path()}};
+    QTest::newRow("changed as paths") << QVariantList{paths, paths};
+    QTest::newRow("changed as a dictionary") << QVariantList{QVariantMap{{QStringLiteral("a"), 1}}, paths};
+    QTest::newRow("one more") << QVariantList{records, paths, 1};
+}
+
+void HostilePeerTest::announcementOfAnotherShapeIsNotHeard()
+{
+    QFETCH(QVariantList, arguments);
+    MirrorWorld world;
+    const RecordedManager recorded(world);
+    world.simulator().emitSignal(ManagerPath, ManagerInterface, QStringLiteral("ServicesChanged"), arguments);
+    world.deliver();
+    QVERIFY(recorded.manager.services().isEmpty());
+    QCOMPARE(world.complaints(), QStringList());
+    world.emitServicesChanged({path()}, {});
+    world.deliver();
+    QCOMPARE(registeredPaths(recorded.manager), {path()});
+}
+
+void HostilePeerTest::signalsOfOthersThanConnmanAreNotHeard()
+{
+    MirrorWorld world;
+    world.addService(Service);
+    const ConnmanManager manager(world.connection(), nullptr);
+    ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
+    QDBusConnection stranger =
+        QDBusConnection::connectToBus(world.bus().address(), QStringLiteral("stranger"));
+    QDBusMessage signal = QDBusMessage::createSignal(path(), ServiceInterface, PropertyChanged);
+    signal << QStringLiteral("State") << QVariant::fromValue(QDBusVariant(QStringLiteral("online")));
+    QVERIFY(stranger.send(signal));
+    // A round trip to the bus, so that it has passed the signal on before ConnMan's next message.
+    QVERIFY(stranger.interface()->isServiceRegistered(QStringLiteral("net.connman")));
+    QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
+    world.deliver();
+    QVERIFY(service.properties().isEmpty());
+    QCOMPARE(world.simulator().calls(), QStringList());
+}
+
+void HostilePeerTest::agentRegistrationAnsweredWithAValueSucceeds()
+{
+    MirrorWorld world;
+    ConnmanManager manager(world.connection(), nullptr);
+    const Fault fault = world.simulator().injectFault(ManagerInterface, QStringLiteral("RegisterAgent"),
+                                                      FaultKind::reply({QStringLiteral("text")}));
+    QVERIFY(manager.registerAgent(QDBusObjectPath(QStringLiteral("/agent"))));
+    QCOMPARE(world.complaints(), QStringList());
+}
+
+QTEST_GUILESS_MAIN(HostilePeerTest)
+#include "HostilePeerTest.moc"

@@ -1,0 +1,75 @@
+#include "ManagerAnnouncements.h"
+
+#include "MirrorWorld.h"
+
+#include <QCoreApplication>
+
+ManagerAnnouncements::ManagerAnnouncements(ConnmanManager &manager)
+{
+    connect(
+        &manager, &ConnmanManager::serviceChanged, this,
+        [this](const std::shared_ptr<ConnmanService> &service) { m_lines << added(service->identifier()); });
+    connect(&manager, &ConnmanManager::serviceStateChanged, this,
+            [this](const std::shared_ptr<ConnmanService> &service) {
+                m_lines << stateOf(service->identifier(), service->state());
+            });
+    connect(
+        &manager, &ConnmanManager::interfaceStateChanged, this,
+        [this](const QString &name, ConnmanService::State state) { m_lines << interfaceIs(name, state); });
+}
+
+QStringList ManagerAnnouncements::lines(const QString &kind) const
+{
+    QStringList result;
+    for (const QString &line : m_lines) {
+        if (line.startsWith(kind + QLatin1Char(' ')))
+            result << line;
+    }
+    return result;
+}
+
+RecordedManager::RecordedManager(MirrorWorld &mirrorWorld)
+    : world(mirrorWorld)
+    , manager(mirrorWorld.connection(), nullptr)
+    , announcements(manager)
+{
+    // The first fill is due on the next pass of the event loop.
+    QCoreApplication::processEvents();
+}
+
+void RecordedManager::forget()
+{
+    world.simulator().clearCalls();
+    world.log().clear();
+    announcements.clear();
+}
+
+QStringList RecordedManager::interfaceLines() const
+{
+    return announcements.lines(QStringLiteral("interface"));
+}
+
+QString added(const QString &identifier)
+{
+    return QStringLiteral("added %1").arg(identifier);
+}
+
+QString stateOf(const QString &identifier, ConnmanService::State state)
+{
+    return QStringLiteral("state %1 %2").arg(identifier).arg(static_cast<int>(state));
+}
+
+QString interfaceIs(const QString &name, ConnmanService::State state)
+{
+    return QStringLiteral("interface %1 %2").arg(name).arg(static_cast<int>(state));
+}
+
+QStringList registeredPaths(const ConnmanManager &manager)
+{
+    QStringList paths;
+    const auto services = manager.services();
+    for (const auto &service : services)
+        paths << service->path();
+    paths.sort();
+    return paths;
+}

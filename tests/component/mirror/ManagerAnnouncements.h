@@ -1,0 +1,47 @@
+#pragma once
+
+#include "ConnmanManager.h"
+
+#include <QObject>
+#include <QStringList>
+
+/// What a ConnmanManager announces from now on, one line a signal, in order:
+/// "added <identifier>", "state <identifier> <number>", "interface <name> <number>".
+class ManagerAnnouncements : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit ManagerAnnouncements(ConnmanManager &manager);
+
+    QStringList lines() const { return m_lines; }
+    /// Those of one kind, the first word.
+    QStringList lines(const QString &kind) const;
+    void clear() { m_lines.clear(); }
+
+private:
+    QStringList m_lines;
+};
+
+class MirrorWorld;
+
+/// A manager whose announcements are recorded from its construction on, its first fill being over.
+struct RecordedManager
+{
+    explicit RecordedManager(MirrorWorld &world);
+
+    /// Forgets what was announced, called and logged so far.
+    void forget();
+    QStringList interfaceLines() const;
+
+    MirrorWorld &world;
+    ConnmanManager manager;
+    ManagerAnnouncements announcements;
+};
+
+QString added(const QString &identifier);
+QString stateOf(const QString &identifier, ConnmanService::State state);
+QString interfaceIs(const QString &name, ConnmanService::State state);
+
+/// The object paths in the manager's registry, sorted.
+QStringList registeredPaths(const ConnmanManager &manager);
