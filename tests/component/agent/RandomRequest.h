@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QRandomGenerator>
+#include <QVariantMap>
+
+/// Dictionaries as any peer could send them: nested, with every D-Bus type, and often enough with the names
+/// and types that the agent looks for.
+class RandomRequest
+{
+public:
+    explicit RandomRequest(quint32 seed);
+
+    QVariantMap dictionary(int depth);
+    QString text();
+    /// From 0 to below `end`.
+    int number(int end) { return m_random.bounded(end); }
+
+private:
+    QString key();
+    QVariant value(int depth);
+    QVariant plainValue();
+    QVariant rawValue(int depth);
+
+    QRandomGenerator m_random;
+};
