@@ -1,0 +1,283 @@
+#include "ServiceFixture.h"
+
+#include <QtTest>
+
+using test_support::Fault;
+using test_support::FaultKind;
+
+/// Disconnecting and removing a service.
+class ConnmanServiceDisconnectTest : public ServiceFixture
+{
+    Q_OBJECT
+
+private slots:
+    void disconnectWritesTheAddressItHadAndRefreshesTwice();
+    void disconnectReadsTheAddressBeforeAnythingElse();
+    void disconnectWithoutNetmaskEvenWhenConfiguredManually();
+    void disconnectOfAServiceThatIsNotConnectedSucceedsAndStillWrites();
+    void disconnectOfAServiceUnknownToConnmanSucceeds();
+    void disconnectOfAServiceThatIsGoneSucceedsSilently();
+    void disconnectThatFailsIsLoggedAndStillWrites_data();
+    void disconnectThatFailsIsLoggedAndStillWrites();
+    void disconnectSucceedsWhenOnlyTheWriteIsRefused();
+    void disconnectWithoutAddressesWritesEmptyOnes();
+    void disconnectWithoutAnswerFailsAfterTheCallTimeout();
+    void disconnectProcessesNoEvents();
+
+    void removeReturnsToDhcpFirst();
+    void removeGoesOnWhenTheReturnToDhcpIsRefused();
+    void removeThatFailsIsLogged_data();
+    void removeThatFailsIsLogged();
+    void removeOfAServiceThatIsGoneIsLogged();
+    void removeRefreshesTheCache();
+
+private:
+    static QString writeOfTheAddress();
+    static QStringList disconnectCalls();
+    static QStringList removeCalls();
+};
+
+QString ConnmanServiceDisconnectTest::writeOfTheAddress()
+{
+    return setProperty(
+        "IPv4.Configuration",
+        "{\"Address\": <\"10.0.0.7\">, \"Gateway\": <\"10.0.0.1\">, \"Method\": <\"manual\">}");
+}
+
+QStringList ConnmanServiceDisconnectTest::disconnectCalls()
+{
+    return {call("Disconnect"), writeOfTheAddress(), getProperties(), getProperties()};
+}
+
+QStringList ConnmanServiceDisconnectTest::removeCalls()
+{
+    return {setProperty("IPv4.Configuration", "{\"Method\": <\"dhcp\">}"),
+            getProperties(),
+            setProperty("Nameservers.Configuration", "@as []"),
+            getProperties(),
+            call("Remove"),
+            getProperties()};
+}
+
+void ConnmanServiceDisconnectTest::disconnectWritesTheAddressItHadAndRefreshesTwice()
+{
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+    QCOMPARE(service().properties().value(QStringLiteral("State")).toString(), QStringLiteral("idle"));
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ConnmanServiceDisconnectTest::disconnectReadsTheAddressBeforeAnythingElse()
+{
+    // Disconnecting takes the addresses away, and this write would have made them the proxy's.
+    connman().setServiceProperty(identifier(), QStringLiteral("IPv4"),
+                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")},
+                                             {QStringLiteral("Address"), QStringLiteral("10.9.9.9")},
+                                             {QStringLiteral("Gateway"), QStringLiteral("10.9.9.1")}},
+                                 true);
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+}
+
+void ConnmanServiceDisconnectTest::disconnectWithoutNetmaskEvenWhenConfiguredManually()
+{
+    connman().setServiceProperty(identifier(), QStringLiteral("IPv4.Configuration"),
+                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("manual")},
+                                             {QStringLiteral("Address"), QStringLiteral("10.5.0.2")},
+                                             {QStringLiteral("Netmask"), QStringLiteral("255.255.0.0")},
+                                             {QStringLiteral("Gateway"), QStringLiteral("10.5.0.1")}});
+    connman().setServiceProperty(identifier(), QStringLiteral("IPv4"),
+                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("manual")}});
+    makeProxy();
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls().at(1),
+             setProperty("IPv4.Configuration", "{\"Address\": <\"10.5.0.2\">, \"Gateway\": <\"10.5.0.1\">, "
+                                               "\"Method\": <\"manual\">}"));
+}
+
+void ConnmanServiceDisconnectTest::disconnectOfAServiceThatIsNotConnectedSucceedsAndStillWrites()
+{
+    const Fault notConnected = fault("Disconnect", connmanError("NotConnected", "Not connected"));
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ConnmanServiceDisconnectTest::disconnectOfAServiceUnknownToConnmanSucceeds()
+{
+    const Fault unknown = fault("Disconnect", unknownObject());
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ConnmanServiceDisconnectTest::disconnectOfAServiceThatIsGoneSucceedsSilently()
+{
+    removeServiceUnnoticed();
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ConnmanServiceDisconnectTest::disconnectThatFailsIsLoggedAndStillWrites_data()
+{
+    QTest::addColumn<QByteArray>("error");
+    QTest::addColumn<QByteArray>("message");
+
+    QTest::newRow("failed") << QByteArray("net.connman.Error.Failed") << QByteArray("Input/output error");
+    QTest::newRow("in progress") << QByteArray("net.connman.Error.InProgress") << QByteArray("In progress");
+    QTest::newRow("not connected, but another's word")
+        << QByteArray("org.example.Error.NotConnected") << QByteArray("Not connected");
+    QTest::newRow("access denied") << QByteArray("org.freedesktop.DBus.Error.AccessDenied")
+                                   << QByteArray("No way");
+    QTest::newRow("unknown method") << QByteArray("org.freedesktop.DBus.Error.UnknownMethod")
+                                    << QByteArray("What?");
+    QTest::newRow("no reply") << QByteArray("org.freedesktop.DBus.Error.NoReply") << QByteArray("Silence");
+}
+
+void ConnmanServiceDisconnectTest::disconnectThatFailsIsLoggedAndStillWrites()
+{
+    QFETCH(QByteArray, error);
+    QFETCH(QByteArray, message);
+    const Fault failing =
+        fault("Disconnect", FaultKind::error(QString::fromLatin1(error), QString::fromLatin1(message)));
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(!service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+    QCOMPARE(criticalLines(),
+             QStringList(failedCallLine("Disconnect", error.constData(), message.constData())));
+}
+
+void ConnmanServiceDisconnectTest::disconnectSucceedsWhenOnlyTheWriteIsRefused()
+{
+    const Fault refused = fault("SetProperty", connmanError("InvalidArguments", "Invalid arguments"));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+    QCOMPARE(criticalLines(), QStringList(propertiesLine(QStringLiteral(
+                                  "Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""))));
+}
+
+void ConnmanServiceDisconnectTest::disconnectWithoutAddressesWritesEmptyOnes()
+{
+    connman().removeServiceProperty(identifier(), QStringLiteral("IPv4"));
+    makeProxy();
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+    const QString missing =
+        propertiesLine(QStringLiteral("Missing property \"IPv4\" of service \"%1\"").arg(path()));
+    const QString empty = propertiesLine(QStringLiteral("Empty or missing ipv4-configuration."));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(calls(),
+             QStringList({call("Disconnect"),
+                          setProperty("IPv4.Configuration", "{\"Address\": <\"\">, \"Gateway\": <\"\">, "
+                                                            "\"Method\": <\"manual\">}"),
+                          getProperties(), getProperties()}));
+    QCOMPARE(criticalLines(), QStringList({missing, empty, missing, empty}));
+}
+
+void ConnmanServiceDisconnectTest::disconnectWithoutAnswerFailsAfterTheCallTimeout()
+{
+    makeProxy(std::chrono::milliseconds(200));
+    const Fault unanswered = fault("Disconnect", FaultKind::never());
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(!service().disconnect());
+    QCOMPARE(calls(), disconnectCalls());
+    QCOMPARE(criticalLines().size(), 1);
+    QVERIFY(criticalLines().constFirst().contains(QStringLiteral("\"org.freedesktop.DBus.Error.NoReply\"")));
+}
+
+void ConnmanServiceDisconnectTest::disconnectProcessesNoEvents()
+{
+    const Fault late = fault("Disconnect", FaultKind::delay(100));
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+    bool processed = false;
+    QMetaObject::invokeMethod(
+        this, [&processed] { processed = true; }, Qt::QueuedConnection);
+
+    QVERIFY(service().disconnect());
+    QVERIFY(!processed);
+}
+
+void ConnmanServiceDisconnectTest::removeReturnsToDhcpFirst()
+{
+    QVERIFY(service().remove());
+    QCOMPARE(calls(), removeCalls());
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ConnmanServiceDisconnectTest::removeGoesOnWhenTheReturnToDhcpIsRefused()
+{
+    const Fault refused = fault("SetProperty", connmanError("NotSupported", "Not supported"), 2);
+
+    QVERIFY(service().remove());
+    QCOMPARE(refused.fired(), 2U);
+    QCOMPARE(calls(), removeCalls());
+    QCOMPARE(criticalLines(),
+             QStringList({propertiesLine(QStringLiteral(
+                              "Setting property \"IPv4.Configuration\" failed: \"Not supported\"")),
+                          propertiesLine(QStringLiteral(
+                              "Setting property \"Nameservers.Configuration\" failed: \"Not supported\""))}));
+}
+
+void ConnmanServiceDisconnectTest::removeThatFailsIsLogged_data()
+{
+    QTest::addColumn<QByteArray>("error");
+    QTest::addColumn<QByteArray>("message");
+
+    QTest::newRow("not supported") << QByteArray("net.connman.Error.NotSupported")
+                                   << QByteArray("Not supported");
+    QTest::newRow("not connected") << QByteArray("net.connman.Error.NotConnected")
+                                   << QByteArray("Not connected");
+    QTest::newRow("unknown object") << QByteArray("org.freedesktop.DBus.Error.UnknownObject")
+                                    << QByteArray("No such object");
+    QTest::newRow("no reply") << QByteArray("org.freedesktop.DBus.Error.NoReply") << QByteArray("Silence");
+}
+
+void ConnmanServiceDisconnectTest::removeThatFailsIsLogged()
+{
+    QFETCH(QByteArray, error);
+    QFETCH(QByteArray, message);
+    const Fault failing =
+        fault("Remove", FaultKind::error(QString::fromLatin1(error), QString::fromLatin1(message)));
+
+    QVERIFY(!service().remove());
+    QCOMPARE(calls(), removeCalls());
+    QCOMPARE(criticalLines(), QStringList(failedCallLine("Remove", error.constData(), message.constData())));
+}
+
+void ConnmanServiceDisconnectTest::removeOfAServiceThatIsGoneIsLogged()
+{
+    removeServiceUnnoticed();
+
+    QVERIFY(!service().remove());
+    QCOMPARE(calls(), removeCalls());
+    QCOMPARE(criticalLines().size(), 1);
+    QVERIFY(criticalLines().constFirst().startsWith(
+        serviceLine(QStringLiteral("Failed to asynchronously call Remove on \"%1\" : "
+                                   "QDBusError(\"org.freedesktop.DBus.Error.UnknownObject\", ")
+                        .arg(path()))));
+}
+
+void ConnmanServiceDisconnectTest::removeRefreshesTheCache()
+{
+    QVERIFY(service().isFavorite());
+    QVERIFY(service().remove());
+    QVERIFY(!service().isFavorite());
+}
+
+QTEST_GUILESS_MAIN(ConnmanServiceDisconnectTest)
+#include "ConnmanServiceDisconnectTest.moc"

@@ -1,0 +1,160 @@
+#include "TechnologyFixture.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+using test_support::Fault;
+using test_support::FaultKind;
+
+namespace {
+const QString powered = QStringLiteral("Powered");
+}
+
+/// Switching the technology, and scanning with it.
+class ConnmanTechnologyPowerTest : public TechnologyFixture
+{
+    Q_OBJECT
+
+private slots:
+    void powerIsSwitched_data();
+    void powerIsSwitched();
+    void switchingDoesNotRefresh();
+    void switchedPowerFollowsConnmansSignal();
+    void rejectedPowerIsLogged_data();
+    void rejectedPowerIsLogged();
+    void switchingARemovedTechnologyIsNotLogged();
+    void anyPropertyCanBeSet();
+
+    void scanBlocksUntilConnmanHasScanned();
+    void scanProcessesNoEvents();
+    void failedScanIsLogged_data();
+    void failedScanIsLogged();
+};
+
+void ConnmanTechnologyPowerTest::powerIsSwitched_data()
+{
+    QTest::addColumn<bool>("before");
+    QTest::addColumn<QByteArray>("arguments");
+    QTest::newRow("off") << true << QByteArray("\"Powered\", <false>");
+    QTest::newRow("on") << false << QByteArray("\"Powered\", <true>");
+}
+
+void ConnmanTechnologyPowerTest::powerIsSwitched()
+{
+    QFETCH(bool, before);
+    QFETCH(QByteArray, arguments);
+    connman().setTechnologyProperty(name(), powered, before, true);
+
+    QVERIFY(technology().setPowered(!before));
+    QCOMPARE(connman().calls(), QStringList(call("SetProperty", arguments.constData())));
+    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(debugLines().constFirst(),
+             QStringLiteral("\"Powered\" -> QVariant(bool, %1)").arg(QVariant(!before).toString()));
+}
+
+void ConnmanTechnologyPowerTest::switchingDoesNotRefresh()
+{
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(technology().setProperty(QStringLiteral("Connected"), false));
+    QVERIFY(technology().isConnected());
+    QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Connected\", <false>")));
+}
+
+void ConnmanTechnologyPowerTest::switchedPowerFollowsConnmansSignal()
+{
+    QVERIFY(technology().setPowered(false));
+    QTRY_VERIFY(log().contains(QStringLiteral("propertyChanged( \"Powered\" , QVariant(bool, false) )")));
+    QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Powered\", <false>")));
+}
+
+void ConnmanTechnologyPowerTest::rejectedPowerIsLogged_data()
+{
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<QString>("message");
+
+    QTest::newRow("already on") << QStringLiteral("net.connman.Error.AlreadyEnabled")
+                                << QStringLiteral("Already enabled");
+    QTest::newRow("no carrier") << QStringLiteral("net.connman.Error.NoCarrier")
+                                << QStringLiteral("No carrier");
+    QTest::newRow("in progress") << QStringLiteral("net.connman.Error.InProgress")
+                                 << QStringLiteral("In progress");
+    QTest::newRow("access denied") << QStringLiteral("org.freedesktop.DBus.Error.AccessDenied")
+                                   << QStringLiteral("No way");
+}
+
+void ConnmanTechnologyPowerTest::rejectedPowerIsLogged()
+{
+    QFETCH(QString, error);
+    QFETCH(QString, message);
+    const Fault rejected = fault("SetProperty", FaultKind::error(error, message));
+
+    QVERIFY(!technology().setPowered(true));
+    QCOMPARE(criticalLines(),
+             QStringList(QStringLiteral("Setting property \"Powered\" failed: \"%1\"").arg(message)));
+    QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Powered\", <true>")));
+}
+
+void ConnmanTechnologyPowerTest::switchingARemovedTechnologyIsNotLogged()
+{
+    connman().removeTechnology(name());
+
+    QVERIFY(!technology().setPowered(true));
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ConnmanTechnologyPowerTest::anyPropertyCanBeSet()
+{
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(technology().setProperty(QStringLiteral("TetheringIdentifier"), QStringLiteral("printer")));
+    QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"TetheringIdentifier\", <\"printer\">")));
+}
+
+void ConnmanTechnologyPowerTest::scanBlocksUntilConnmanHasScanned()
+{
+    constexpr int scanMs = 300;
+    const Fault slow = fault("Scan", FaultKind::delay(scanMs));
+    QElapsedTimer elapsed;
+    elapsed.start();
+
+    QVERIFY(technology().scan());
+    QVERIFY2(elapsed.elapsed() >= scanMs * 8 / 10, qPrintable(QString::number(elapsed.elapsed())));
+    QCOMPARE(connman().calls(), QStringList(call("Scan")));
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void ConnmanTechnologyPowerTest::scanProcessesNoEvents()
+{
+    const Fault slow = fault("Scan", FaultKind::delay(100));
+    bool processed = false;
+    QMetaObject::invokeMethod(
+        this, [&processed] { processed = true; }, Qt::QueuedConnection);
+
+    QVERIFY(technology().scan());
+    QVERIFY(!processed);
+}
+
+void ConnmanTechnologyPowerTest::failedScanIsLogged_data()
+{
+    QTest::addColumn<QString>("error");
+
+    QTest::newRow("no carrier") << QStringLiteral("net.connman.Error.NoCarrier");
+    QTest::newRow("no reply") << QStringLiteral("org.freedesktop.DBus.Error.NoReply");
+    QTest::newRow("unknown object") << QStringLiteral("org.freedesktop.DBus.Error.UnknownObject");
+}
+
+void ConnmanTechnologyPowerTest::failedScanIsLogged()
+{
+    QFETCH(QString, error);
+    const Fault failing = fault("Scan", FaultKind::error(error, QStringLiteral("Because")));
+
+    QVERIFY(!technology().scan());
+    QCOMPARE(criticalLines(),
+             QStringList(
+                 QStringLiteral("Failed to asynchronously call Scan on \"%1\" : \"Because\"").arg(path())));
+    QCOMPARE(connman().calls(), QStringList(call("Scan")));
+}
+
+QTEST_GUILESS_MAIN(ConnmanTechnologyPowerTest)
+#include "ConnmanTechnologyPowerTest.moc"
