@@ -18,11 +18,6 @@ void EvdevDevice::Free::operator()(libevdev *device) const
     libevdev_free(device);
 }
 
-EvdevDevice::EvdevDevice()
-    : m_readFlag(LIBEVDEV_READ_FLAG_NORMAL)
-{
-}
-
 EvdevDevice::~EvdevDevice()
 {
     if (m_fileDescriptor >= 0) {
@@ -56,13 +51,13 @@ std::optional<EvdevDevice::KeyChange> EvdevDevice::nextKeyChange()
 
 bool EvdevDevice::readEvent(input_event &event)
 {
-    int status = libevdev_next_event(m_device.get(), m_readFlag, &event);
-    if (status == -EAGAIN && m_readFlag == LIBEVDEV_READ_FLAG_SYNC) {
-        m_readFlag = LIBEVDEV_READ_FLAG_NORMAL;
-        status = libevdev_next_event(m_device.get(), m_readFlag, &event);
+    int status = nextEvent(event);
+    if (status == -EAGAIN && m_isResynchronising) {
+        m_isResynchronising = false;
+        status = nextEvent(event);
     }
     if (status == LIBEVDEV_READ_STATUS_SYNC) {
-        m_readFlag = LIBEVDEV_READ_FLAG_SYNC;
+        m_isResynchronising = true;
     }
     if (status >= 0) {
         return true;
@@ -73,6 +68,12 @@ bool EvdevDevice::readEvent(input_event &event)
         m_failure = ENODEV;
     }
     return false;
+}
+
+int EvdevDevice::nextEvent(input_event &event)
+{
+    const unsigned flag = m_isResynchronising ? LIBEVDEV_READ_FLAG_SYNC : LIBEVDEV_READ_FLAG_NORMAL;
+    return libevdev_next_event(m_device.get(), flag, &event);
 }
 
 // libevdev takes the end of the file for "nothing there yet", and the event loop would call for reading for

@@ -20,7 +20,7 @@ public:
         bool isPressed;
     };
 
-    EvdevDevice();
+    EvdevDevice() = default;
     ~EvdevDevice();
     EvdevDevice(const EvdevDevice &) = delete;
     EvdevDevice &operator=(const EvdevDevice &) = delete;
@@ -37,6 +37,7 @@ public:
 
 private:
     bool readEvent(input_event &event);
+    int nextEvent(input_event &event);
     bool isHungUp() const;
 
     struct Free
@@ -46,7 +47,7 @@ private:
 
     int m_fileDescriptor = -1;
     std::unique_ptr<libevdev, Free> m_device;
-    unsigned m_readFlag;
+    bool m_isResynchronising = false;
     int m_failure = 0;
 };
 

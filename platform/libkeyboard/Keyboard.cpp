@@ -21,9 +21,9 @@ constexpr auto withDescriptor(void (QSocketNotifier::*signal)(QSocketDescriptor,
 
 } // namespace
 
-Keyboard::Keyboard(const QString &device, QObject *parent)
+Keyboard::Keyboard(QString device, QObject *parent)
     : QObject(parent)
-    , m_path(device)
+    , m_path(std::move(device))
 {
     qRegisterMetaType<Key>();
 }

@@ -21,7 +21,7 @@ public:
     enum class Key : int {};
     Q_ENUM(Key)
 
-    explicit Keyboard(const QString &device = {}, QObject *parent = nullptr);
+    explicit Keyboard(QString device = {}, QObject *parent = nullptr);
     ~Keyboard() override;
 
     /// The path that the next open() opens; an open device stays as it is.

@@ -6,7 +6,7 @@
 MockDevices::MockDevices()
     : m_testbed(umockdev_testbed_new())
 {
-    if (!umockdev_in_mock_environment()) {
+    if (umockdev_in_mock_environment() == FALSE) {
         qFatal("umockdev's library is not loaded: run this test through ctest, or under umockdev-wrapper");
     }
 }
@@ -19,7 +19,7 @@ MockDevices::~MockDevices()
 QString MockDevices::realPath(const QString &path) const
 {
     gchar *root = umockdev_testbed_get_root_dir(m_testbed);
-    const QString real = QString::fromLocal8Bit(root) + path;
+    QString real = QString::fromLocal8Bit(root) + path;
     g_free(root);
     return real;
 }

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-typedef struct _UMockdevTestbed UMockdevTestbed;
+using UMockdevTestbed = struct _UMockdevTestbed; // NOLINT(bugprone-reserved-identifier): umockdev's own
 
 /// A /sys and /dev of the test's own, for this process: while it lives, paths that exist in it stand for the
 /// machine's. Works only in a process that has umockdev's library loaded before all others, as ctest does it.

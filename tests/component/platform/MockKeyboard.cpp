@@ -10,6 +10,7 @@
 #include <mutex>
 #include <QByteArray>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -41,9 +42,9 @@ KeyBits ordinaryKeys()
 class MockKeyboard::Kernel
 {
 public:
-    Kernel(UMockdevTestbed *testbed, const QByteArray &device)
+    Kernel(UMockdevTestbed *testbed, QByteArray device)
         : m_testbed(testbed)
-        , m_device(device)
+        , m_device(std::move(device))
         , m_handler(umockdev_ioctl_base_new())
     {
         g_signal_connect(m_handler, "handle-ioctl", G_CALLBACK(&Kernel::handleIoctl), this);
@@ -113,11 +114,17 @@ private:
         return _IOC_NR(request) == _IOC_NR(EVIOCGPHYS(0)) || _IOC_NR(request) == _IOC_NR(EVIOCGUNIQ(0));
     }
 
+    static QByteArray eventTypes()
+    {
+        constexpr char types = (1 << EV_SYN) | (1 << EV_KEY);
+        return {1, types};
+    }
+
     QByteArray content(unsigned long request) const
     {
         switch (_IOC_NR(request)) {
         case _IOC_NR(EVIOCGBIT(0, 0)):
-            return QByteArray(1, static_cast<char>((1 << EV_SYN) | (1 << EV_KEY)));
+            return eventTypes();
         case _IOC_NR(EVIOCGBIT(EV_KEY, 0)):
             return keyBytes(ordinaryKeys());
         case _IOC_NR(EVIOCGKEY(0)):

@@ -2,6 +2,7 @@
 
 #include "MockDevices.h"
 #include "MockLed.h"
+#include <array>
 #include <QFile>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -71,14 +72,14 @@ QByteArray MockLed::content(const QString &file) const
     return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray();
 }
 
-QStringList MockLed::takeWrites()
+QStringList MockLed::takeWrites() const
 {
     QStringList writes;
-    alignas(inotify_event) char buffer[4096];
+    alignas(inotify_event) std::array<char, 4096> buffer{};
     ssize_t size = 0;
-    while ((size = read(m_inotify, buffer, sizeof buffer)) > 0) {
+    while ((size = read(m_inotify, buffer.data(), buffer.size())) > 0) {
         for (ssize_t position = 0; position < size;) {
-            const auto *event = reinterpret_cast<const inotify_event *>(buffer + position);
+            const auto *event = reinterpret_cast<const inotify_event *>(buffer.data() + position);
             const QString file = QString::fromLocal8Bit(event->name);
             writes.append(file + QLatin1Char('=') + QString::fromLatin1(content(file)));
             position += static_cast<ssize_t>(sizeof(inotify_event) + event->len);

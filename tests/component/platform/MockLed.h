@@ -25,7 +25,7 @@ public:
 
     QByteArray content(const QString &file) const;
     /// The writes since the last call, each as "file=content"; several in a row to one file may count as one.
-    QStringList takeWrites();
+    QStringList takeWrites() const;
 
     QString realPath(const QString &file) const;
     /// Lets every write to the file fail (no space left on device), until restore().

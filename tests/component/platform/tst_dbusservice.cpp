@@ -1,9 +1,11 @@
 #include "BusName.h"
+#include "FrozenBus.h"
 #include "LogCapture.h"
 #include "PrivateBus.h"
 #include <libtactora/DBusService.h>
 
 #include <memory>
+#include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -59,6 +61,7 @@ private slots:
     void otherNamesAreNotReported();
     void severalWatchersOfOneNameAreAllTold();
     void destroyedWatcherIsSilent();
+    void busThatDoesNotAnswerHoldsNothingUp();
     void busThatWasNeverThereIsQuietlyBorne();
     void busThatGoesAwayIsQuietlyBorne();
 
@@ -273,6 +276,21 @@ void DBusServiceTest::destroyedWatcherIsSilent()
     QVERIFY(m_connman->release(watchedName()));
     waitUntilAllIsTold();
     QCOMPARE(report.lines, QStringList());
+}
+
+void DBusServiceTest::busThatDoesNotAnswerHoldsNothingUp()
+{
+    QVERIFY(m_connman->take(watchedName()));
+    std::unique_ptr<DBusService> service;
+    {
+        const FrozenBus frozen(m_watching->connection());
+        QElapsedTimer clock;
+        clock.start();
+        service = watch();
+        QVERIFY(clock.elapsed() < FrozenBus::sureSignOfWaitingMs);
+    }
+    const Report report(*service);
+    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("connected")});
 }
 
 void DBusServiceTest::busThatWasNeverThereIsQuietlyBorne()

@@ -12,7 +12,7 @@ using libkeyboard::Keyboard;
 
 namespace {
 
-constexpr QLatin1String device("/dev/input/event0");
+const QLatin1String device("/dev/input/event0");
 constexpr int modifier = 32;
 constexpr int anotherKey = 37;
 

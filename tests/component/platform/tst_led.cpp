@@ -14,9 +14,9 @@ Q_DECLARE_METATYPE(std::function<void(Led &)>)
 
 namespace {
 
-constexpr QLatin1String brightness("brightness");
-constexpr QLatin1String trigger("trigger");
-constexpr QLatin1String ledName("led8");
+const QLatin1String brightness("brightness");
+const QLatin1String trigger("trigger");
+const QLatin1String ledName("led8");
 
 constexpr int untilToldOtherwise = -1;
 

@@ -1,4 +1,5 @@
 #include "BusName.h"
+#include "FrozenBus.h"
 #include "LogCapture.h"
 #include "PrivateBus.h"
 #include <libspeech/Speech.h>
@@ -8,6 +9,7 @@
 #include <memory>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
+#include <QElapsedTimer>
 #include <QtTest>
 
 using libspeech::detail::Speech;
@@ -95,6 +97,7 @@ private slots:
     void serviceThatWentIsNotSpokenTo();
     void serviceThatCrashedIsNotSpokenTo();
     void requestDoesNotWaitForTheService();
+    void requestToAKnownServiceDoesNotWaitForTheBusEither();
     void hangingServiceHoldsNothingUp();
     void failedRequestIsLogged();
     void requestThatTheServiceTakesDownWithItIsLogged();
@@ -174,7 +177,7 @@ void SpeechTest::valuesKeepTheirTypes()
     request.insert(libspeech::Arguments, QStringList{QStringLiteral("10"), QStringLiteral("5")});
     speech.speakFromId(request);
     QTRY_COMPARE(m_service->requests.size(), 1);
-    const QVariantMap sent = qdbus_cast<QVariantMap>(m_service->requests.constFirst().arguments().at(1));
+    const auto sent = qdbus_cast<QVariantMap>(m_service->requests.constFirst().arguments().at(1));
     QCOMPARE(sent, request);
     QCOMPARE(sent.value(libspeech::ServiceId).userType(), static_cast<int>(QMetaType::Int));
     QCOMPARE(sent.value(libspeech::Arguments).userType(), static_cast<int>(QMetaType::QStringList));
@@ -257,6 +260,21 @@ void SpeechTest::requestDoesNotWaitForTheService()
     Speech speech;
     QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
     QVERIFY(m_service->requests.isEmpty());
+    QTRY_COMPARE(m_service->requests.size(), 1);
+}
+
+void SpeechTest::requestToAKnownServiceDoesNotWaitForTheBusEither()
+{
+    QVERIFY(m_service->start());
+    Speech speech;
+    letTheBusCatchUp();
+    {
+        const FrozenBus frozen(QDBusConnection::systemBus());
+        QElapsedTimer clock;
+        clock.start();
+        QVERIFY(!speech.speakFromId(sampleRequest()).isNull());
+        QVERIFY(clock.elapsed() < FrozenBus::sureSignOfWaitingMs);
+    }
     QTRY_COMPARE(m_service->requests.size(), 1);
 }
 

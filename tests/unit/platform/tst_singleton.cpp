@@ -117,6 +117,7 @@ void SingletonTest::manyThreadsAtOnceMakeOneInstance()
     std::mutex mutex;
     std::set<Counted *> seen;
     std::vector<std::thread> threads;
+    threads.reserve(runners);
     for (int runner = 0; runner < runners; ++runner) {
         threads.emplace_back([&] {
             line.waitForAll();
