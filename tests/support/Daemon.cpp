@@ -16,6 +16,7 @@ Daemon::Daemon(const QString &busAddress, QObject *parent)
             [this] { m_output += m_process.readAllStandardOutput(); });
     connect(&m_process, &QProcess::readyReadStandardError, this,
             [this] { m_log.add(m_process.readAllStandardError()); });
+    connect(&m_process, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished), this, &Daemon::ended);
 }
 
 Daemon::~Daemon()

@@ -46,6 +46,10 @@ public:
 
     QByteArray standardOutput() const { return m_output; }
 
+signals:
+    /// It has ended, with the status waitForExit() tells.
+    void ended(int exitStatus);
+
 private:
     QStringList environment() const;
     void checkEnd();

@@ -7,8 +7,8 @@
 namespace test_support {
 
 namespace {
-const QStringList ledFiles = {QStringLiteral("brightness"), QStringLiteral("trigger"),
-                              QStringLiteral("delay_on"), QStringLiteral("delay_off")};
+const QStringList ledAttributes = {QStringLiteral("brightness"), QStringLiteral("trigger"),
+                                   QStringLiteral("delay_on"), QStringLiteral("delay_off")};
 }
 
 char *toString(const LedPattern &pattern)
@@ -94,14 +94,19 @@ LedPattern FakeDevices::led(const QString &name) const
     return readLed(name, QStringLiteral("brightness")).toInt() > 0 ? LedPattern::on() : LedPattern::off();
 }
 
-bool FakeDevices::waitForLed(const QString &name, const LedPattern &pattern, int timeoutMs) const
+QStringList FakeDevices::ledFiles(const QString &name) const
 {
     QStringList files;
-    for (const QString &file : ledFiles) {
-        files << ledFile(name, file);
+    for (const QString &attribute : ledAttributes) {
+        files << ledFile(name, attribute);
     }
+    return files;
+}
+
+bool FakeDevices::waitForLed(const QString &name, const LedPattern &pattern, int timeoutMs) const
+{
     return waitUntilFilesSatisfy(
-        files, [&] { return led(name) == pattern; }, timeoutMs);
+        ledFiles(name), [&] { return led(name) == pattern; }, timeoutMs);
 }
 
 FakeKeyboard &FakeDevices::addKeyboard(const QString &node)

@@ -49,6 +49,8 @@ public:
     void addLed(const QString &name);
     void removeLed(const QString &name);
     LedPattern led(const QString &name) const;
+    /// The files that change when what it shows does.
+    QStringList ledFiles(const QString &name) const;
     /// Runs the event loop until the LED shows `pattern`.
     bool waitForLed(const QString &name, const LedPattern &pattern, int timeoutMs = eventTimeoutMs) const;
 
