@@ -1,0 +1,39 @@
+#include "Command.h"
+
+#include <algorithm>
+
+namespace {
+
+bool isOptional(const QString &formWord)
+{
+    return formWord.startsWith(QLatin1Char('['));
+}
+
+bool repeats(const QString &formWord)
+{
+    return formWord.endsWith(QStringLiteral("..."));
+}
+
+bool accepts(const QString &formWord, const QString &argument)
+{
+    return !formWord.contains(QLatin1Char('|')) || formWord.split(QLatin1Char('|')).contains(argument);
+}
+
+} // namespace
+
+bool Command::fits(const QStringList &arguments) const
+{
+    const QStringList words = formWords();
+    const auto required =
+        std::count_if(words.cbegin(), words.cend(), [](const auto &word) { return !isOptional(word); });
+    const bool endless = !words.isEmpty() && repeats(words.last());
+    if (arguments.size() < required || (!endless && arguments.size() > words.size())) {
+        return false;
+    }
+    for (int i = 0; i < std::min(words.size(), arguments.size()); ++i) {
+        if (!accepts(words.at(i), arguments.at(i))) {
+            return false;
+        }
+    }
+    return true;
+}

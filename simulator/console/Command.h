@@ -1,0 +1,20 @@
+#pragma once
+
+#include <functional>
+#include <QString>
+#include <QStringList>
+
+/// One thing that can be typed. Its form says what belongs behind the name, one word each:
+///   NETWORK   anything       [PIN]  may be left out       SERVER...  one or more       on|off  one of these
+/// A name may have several forms; the first that fits is taken.
+struct Command
+{
+    QString name;
+    QString form;
+    QString help;
+    std::function<void(const QStringList &)> run;
+
+    QString usage() const { return form.isEmpty() ? name : name + QLatin1Char(' ') + form; }
+    QStringList formWords() const { return form.split(QLatin1Char(' '), Qt::SkipEmptyParts); }
+    bool fits(const QStringList &arguments) const;
+};

@@ -1,0 +1,28 @@
+#include "Feed.h"
+
+#include <cstdio>
+#include <QTime>
+
+namespace {
+
+void printLine(const QString &line)
+{
+    std::fputs(line.toLocal8Bit().constData(), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+void Feed::happened(const QString &source, const QString &text)
+{
+    const QString event = QStringLiteral("%1: %2").arg(source, text);
+    printLine(QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz ")) + event);
+    m_events << event;
+    emit added();
+}
+
+void Feed::tell(const QString &text)
+{
+    printLine(text);
+}

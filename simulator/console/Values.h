@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QVariant>
+
+/// A D-Bus value as plain text. A dictionary is one "key: value" a line, indented where it is nested.
+QString valueText(const QVariant &value, int indentation = 0);

@@ -1,0 +1,61 @@
+#include "Console.h"
+#include "Device.h"
+#include "Feed.h"
+#include "Observer.h"
+#include "QuitSignals.h"
+#include "Tour.h"
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace {
+
+const QStringList scenery = {QStringLiteral("add Library"), QStringLiteral("add Kitchen \"sweet potato\""),
+                             QStringLiteral("daemon start")};
+
+int converse(Console &console, Feed &feed)
+{
+    for (const QString &command : scenery) {
+        console.execute(command);
+    }
+    feed.tell(
+        QStringLiteral("A printer is on the desk, with two networks in reach. Type \"help\" for what you can "
+                       "do, \"quit\" to end."));
+    QObject::connect(&console, &Console::finished, qApp, &QCoreApplication::quit);
+    console.readStandardInput();
+    return QCoreApplication::exec();
+}
+
+int showTour(Console &console, Feed &feed)
+{
+    Tour tour(console, feed);
+    QObject::connect(&tour, &Tour::finished, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    tour.start();
+    QCoreApplication::exec();
+    return tour.succeeded() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication application(argc, argv);
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral("The networking daemon on a simulated printer."));
+    parser.addHelpOption();
+    const QCommandLineOption tour(QStringLiteral("tour"), QStringLiteral("Show what it does, and end."));
+    const QCommandLineOption log(QStringLiteral("log"), QStringLiteral("Logging rules for the daemon."),
+                                 QStringLiteral("rules"));
+    parser.addOptions({tour, log});
+    parser.process(application);
+
+    const QuitSignals quitSignals;
+    Feed feed;
+    Device device;
+    if (!device.isReady()) {
+        return EXIT_FAILURE;
+    }
+    device.daemon().setLoggingRules(parser.value(log));
+    const Observer observer(device, feed);
+    Console console(device, feed);
+    return parser.isSet(tour) ? showTour(console, feed) : converse(console, feed);
+}
