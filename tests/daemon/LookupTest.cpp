@@ -1,0 +1,146 @@
+#include "Scene.h"
+#include <QTest>
+
+using namespace test_support;
+
+/// How operations find the network that a client names.
+class LookupTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void knownNetworkIsFoundWithoutScan();
+    void missingNetworkIsLookedForAgainAfterOneScan();
+    void networkMissingTwiceIsReportedAfterOneScan();
+    void failedScanDoesNotHideAKnownNetwork();
+    void identifierIsComparedExactly_data();
+    void identifierIsComparedExactly();
+    void nameOnTheAirIsNoIdentifier();
+    void wifiOperationSeesOnlyWifi();
+    void generalOperationSeesEveryType();
+    void networkThatConnmanRemovedIsNotFound();
+};
+
+namespace {
+const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;
+
+QString unknownLine(const QString &identifier)
+{
+    return "NetworkManager|critical|No such network available: \"%1\""_s.arg(identifier);
+}
+
+QString unknownSignal(const QString &identifier)
+{
+    return "error(\"Unknown network: '%1'\")"_s.arg(identifier);
+}
+
+int scans(TestDevice &device)
+{
+    return device.simulator.calls().count(scan);
+}
+} // namespace
+
+void LookupTest::knownNetworkIsFoundWithoutScan()
+{
+    TestDevice device;
+    device.simulator.addService(scene::home);
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(!device.client.call("getConfiguration", scene::home).toMap().isEmpty());
+    QCOMPARE(scans(device), 0);
+}
+
+void LookupTest::missingNetworkIsLookedForAgainAfterOneScan()
+{
+    TestDevice device;
+    QVERIFY(device.startWithoutRadio());
+    const QString found = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
+    QVERIFY(!device.client.call("getConfiguration", found).toMap().isEmpty());
+    QCOMPARE(scans(device), 1);
+    QCOMPARE(device.client.record().filter("error"_s), QStringList());
+}
+
+void LookupTest::networkMissingTwiceIsReportedAfterOneScan()
+{
+    TestDevice device;
+    QVERIFY(device.startWithoutRadio());
+    QCOMPARE(device.client.call("getConfiguration", "wifi_x"_s).toMap(), QVariantMap());
+    QCOMPARE(scans(device), 1);
+    QCOMPARE(device.client.record(), (QStringList{unknownSignal("wifi_x"_s), "getConfiguration -> {}"_s}));
+    QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
+}
+
+void LookupTest::failedScanDoesNotHideAKnownNetwork()
+{
+    TestDevice device;
+    QVERIFY(device.startWithoutRadio());
+    const Fault failing =
+        device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s,
+                                     FaultKind::error("net.connman.Error.NoCarrier"_s, "No carrier"_s));
+    QCOMPARE(device.client.call("connect", "wifi_x"_s).toBool(), false);
+    QCOMPARE(device.client.record(), (QStringList{unknownSignal("wifi_x"_s), "connect -> false"_s}));
+    QVERIFY(device.log().takeProblem("ConnmanTechnology|critical|Failed to asynchronously call Scan on "
+                                     "\"/net/connman/technology/wifi\" : \"No carrier\""_s));
+    QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
+}
+
+void LookupTest::identifierIsComparedExactly_data()
+{
+    QTest::addColumn<QString>("identifier");
+    QTest::newRow("other case") << scene::home.toUpper();
+    QTest::newRow("beginning") << scene::home.chopped(4);
+    QTest::newRow("more than it") << scene::home + "_"_s;
+    QTest::newRow("blank after it") << scene::home + " "_s;
+    QTest::newRow("its object path") << scene::servicePath(scene::home);
+}
+
+void LookupTest::identifierIsComparedExactly()
+{
+    QFETCH(QString, identifier);
+    TestDevice device;
+    device.simulator.addService(scene::home);
+    QVERIFY(device.startWithoutRadio());
+    QCOMPARE(device.client.call("getConfiguration", identifier).toMap(), QVariantMap());
+    QVERIFY(device.log().takeProblem(unknownLine(identifier)));
+}
+
+void LookupTest::nameOnTheAirIsNoIdentifier()
+{
+    TestDevice device;
+    device.simulator.addService(scene::home, {{"Name"_s, "Home"_s}});
+    QVERIFY(device.startWithoutRadio());
+    QCOMPARE(device.client.call("connect", "Home"_s).toBool(), false);
+    QVERIFY(device.log().takeProblem(unknownLine("Home"_s)));
+}
+
+void LookupTest::wifiOperationSeesOnlyWifi()
+{
+    TestDevice device;
+    device.simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
+    QVERIFY(device.startWithoutRadio());
+    QCOMPARE(device.client.call("forgetWifi", scene::cable).toBool(), false);
+    QCOMPARE(scans(device), 1);
+    QCOMPARE(device.client.record(), (QStringList{unknownSignal(scene::cable), "forgetWifi -> false"_s}));
+    QVERIFY(device.log().takeProblem(unknownLine(scene::cable)));
+}
+
+void LookupTest::generalOperationSeesEveryType()
+{
+    TestDevice device;
+    device.simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(!device.client.call("getConfiguration", scene::cable).toMap().isEmpty());
+    QCOMPARE(scans(device), 0);
+}
+
+void LookupTest::networkThatConnmanRemovedIsNotFound()
+{
+    TestDevice device;
+    device.simulator.addService(scene::home);
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(!device.client.call("getConfiguration", scene::home).toMap().isEmpty());
+    device.simulator.removeService(scene::home);
+    QCOMPARE(device.client.call("getConfiguration", scene::home).toMap(), QVariantMap());
+    QVERIFY(device.log().takeProblem(unknownLine(scene::home)));
+}
+
+QTEST_GUILESS_MAIN(LookupTest)
+#include "LookupTest.moc"
