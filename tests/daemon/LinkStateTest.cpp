@@ -36,6 +36,8 @@ struct Device : TestDevice
     {
         daemon.sandbox().setSettings("main"_s, scene::homePreferred);
         simulator.setTechnologyProperty("wifi"_s, "Powered"_s, false);
+        constexpr int never = -1;
+        simulator.setTiming("autoConnect"_s, never);
         simulator.addService(scene::home,
                              {{"Name"_s, "Home"_s}, {"Favorite"_s, true}, {"AutoConnect"_s, false}});
     }
