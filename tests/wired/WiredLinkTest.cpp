@@ -2,6 +2,7 @@
 #include "EventWait.h"
 #include "Kernel.h"
 #include "Text.h"
+#include "WebServer.h"
 #include "WiredMain.h"
 #include "WiredScene.h"
 
@@ -22,6 +23,7 @@ private slots:
     void listingNetworksAgainAndAgainLeavesTheLinkUp();
     void thereIsNoWifiTechnology();
     void addressIsSpokenPartByPartAndLightsTheLed();
+    void linkFoundOnlineLightsTheLedUnannounced();
     void unpluggedCableEmptiesTheListAndSwitchesTheLedOff();
     void cablePluggedInAgainIsAnnouncedAgain();
     void cableThatWasOutAtTheStartIsFollowedWhenItComes();
@@ -130,6 +132,21 @@ void WiredLinkTest::addressIsSpokenPartByPartAndLightsTheLed()
                                {"sentenceId"_s, ethernetAddressSentence},
                                {"arguments"_s, address.split(QLatin1Char('.'))}};
     QCOMPARE(scene.speech.requests(), QVector<QVariantMap>{expected});
+}
+
+void WiredLinkTest::linkFoundOnlineLightsTheLedUnannounced()
+{
+    WiredScene scene;
+    const WebServer onlineCheckServer;
+    scene.link.startDhcpServer();
+    scene.link.plugCable();
+    scene.link.startConnman("connman-online.conf"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(scene.link.connmanProperties().value("State"_s).toString(), "online"_s,
+                              eventTimeoutMs);
+    QVERIFY(scene.startDaemon());
+    QVERIFY(scene.waitForLed(LedPattern::on()));
+    QCOMPARE(scene.listedService().value("State"_s).toString(), "online"_s);
+    QCOMPARE(scene.speech.requests().size(), 0);
 }
 
 void WiredLinkTest::unpluggedCableEmptiesTheListAndSwitchesTheLedOff()
