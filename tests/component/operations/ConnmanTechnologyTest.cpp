@@ -1,6 +1,7 @@
 #include "TechnologyFixture.h"
 
 #include <functional>
+#include <QDBusConnection>
 #include <QDBusInterface>
 #include <QDBusVariant>
 #include <QtTest>
@@ -23,6 +24,7 @@ class ConnmanTechnologyTest : public TechnologyFixture
 private slots:
     void constructionReadsThePropertiesOnce();
     void constructionWithoutConnmanIsLogged();
+    void unusableBusIsLoggedAndEverythingFails();
     void callTimeoutIsQtsOwn();
 
     void gettersReadTheCache();
@@ -63,6 +65,20 @@ void ConnmanTechnologyTest::constructionWithoutConnmanIsLogged()
              QStringList(QStringLiteral("Call to GetProperties failed: \"The name net.connman was "
                                         "not provided by any .service files\"")));
     QCOMPARE(technology().name(), QString());
+}
+
+void ConnmanTechnologyTest::unusableBusIsLoggedAndEverythingFails()
+{
+    ConnmanTechnology unreachable(QDBusConnection(QStringLiteral("nowhere")), name(), nullptr);
+    const QString notConnected = QStringLiteral("\"Not connected to D-Bus server\"");
+
+    QCOMPARE(criticalLines(),
+             QStringList(
+                 {QStringLiteral("Unable to connect PropertyChanged signal for service \"%1\"").arg(path()),
+                  QStringLiteral("Call to GetProperties failed: ") + notConnected}));
+    QCOMPARE(unreachable.isPowered(), -1);
+    QVERIFY(!unreachable.setPowered(true));
+    QVERIFY(!unreachable.scan());
 }
 
 void ConnmanTechnologyTest::callTimeoutIsQtsOwn()

@@ -44,6 +44,7 @@ private slots:
     void missingCommandEndsTheStartByTheTimer();
     void hangingCommandIsKilledAfterFiveSecondsAndOnlyLogsItsEnd();
     void finishedCommandStopsTheTimer();
+    void timeoutWithoutACommandEndsTheStart();
     void eachStartEndsOnce();
 
     void settingTheRegionWaitsForTheCommandStillRunning();
@@ -286,6 +287,16 @@ void RegionStartUpTest::finishedCommandStopsTheTimer()
 
     // Longer than the timer: what must not come cannot be waited for otherwise.
     QVERIFY(!initDone.wait(startUpTimeoutMs + 1000));
+}
+
+void RegionStartUpTest::timeoutWithoutACommandEndsTheStart()
+{
+    NetworkSettings settings;
+    const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+
+    settings.timeout();
+    QCOMPARE(initDone.count(), 1);
+    QVERIFY(log().messages().isEmpty());
 }
 
 void RegionStartUpTest::eachStartEndsOnce()

@@ -33,6 +33,8 @@ private slots:
     void regionCanBeSetAfterAFailure();
     void unwritableStoreIsOneLineAndTheRegionIsAppliedAllTheSame();
     void storeThatBecameWritableIsWrittenWithoutComplaint();
+    void everyReportedEndIsLoggedAndTold_data();
+    void everyReportedEndIsLoggedAndTold();
 
     void regionIsUnlockedAtFirst();
     void storedLockIsRead_data();
@@ -204,6 +206,31 @@ void WifiRegionTest::storeThatBecameWritableIsWrittenWithoutComplaint()
     QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
     QCOMPARE(criticalLines(), QStringList());
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\nregionLocked=false\n"));
+}
+
+void WifiRegionTest::everyReportedEndIsLoggedAndTold_data()
+{
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<bool>("crashed");
+    QTest::addColumn<QString>("line");
+
+    QTest::newRow("normal") << 0 << false << successLine;
+    QTest::newRow("normal, exit code not zero") << 237 << false << successLine;
+    QTest::newRow("crash") << 0 << true << failureLine;
+    QTest::newRow("crash, exit code not zero") << 9 << true << failureLine;
+}
+
+void WifiRegionTest::everyReportedEndIsLoggedAndTold()
+{
+    QFETCH(int, exitCode);
+    QFETCH(bool, crashed);
+    QFETCH(QString, line);
+    NetworkSettings settings;
+    const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+
+    settings.finished(exitCode, crashed ? QProcess::CrashExit : QProcess::NormalExit);
+    QCOMPARE(debugLines(), QStringList(line));
+    QCOMPARE(initDone.count(), 1);
 }
 
 void WifiRegionTest::regionIsUnlockedAtFirst()
