@@ -6,11 +6,13 @@
 namespace simulator {
 
 namespace {
-const QString propertyMethods = QStringLiteral(R"xml(
+const QString propertiesMethod = QStringLiteral(R"xml(
     <method name="GetProperties">
       <arg name="properties" type="a{sv}" direction="out"/>
       <annotation name="org.qtproject.QtDBus.QtTypeName.Out0" value="QVariantMap"/>
-    </method>
+    </method>)xml");
+
+const QString settingMembers = QStringLiteral(R"xml(
     <method name="SetProperty">
       <arg name="name" type="s" direction="in"/>
       <arg name="value" type="v" direction="in"/>
@@ -80,7 +82,7 @@ const QString serviceMembers = QStringLiteral(R"xml(
 QString interfaceXml(const QString &name, const QString &members)
 {
     return QStringLiteral("  <interface name=\"%1\">%2%3\n  </interface>\n")
-        .arg(name, propertyMethods, members);
+        .arg(name, propertiesMethod, members);
 }
 
 QString childXml(const QStringList &names)
@@ -96,7 +98,7 @@ QString childXml(const QStringList &names)
 QString Connman::introspect(const QString &path) const
 {
     if (path == connman::managerPath) {
-        return interfaceXml(connman::managerInterface, managerMembers) +
+        return interfaceXml(connman::managerInterface, settingMembers + managerMembers) +
                interfaceXml(connman::clockInterface, {}) + childXml({QStringLiteral("net")});
     }
     if (path == QLatin1String("/net")) {
@@ -116,10 +118,11 @@ QString Connman::introspect(const QString &path) const
         return childXml(identifiers);
     }
     if (m_technologies.findByPath(path) != nullptr) {
-        return interfaceXml(connman::technologyInterface, technologyMembers);
+        return interfaceXml(connman::technologyInterface, settingMembers + technologyMembers);
     }
-    return m_services.findByPath(path) != nullptr ? interfaceXml(connman::serviceInterface, serviceMembers)
-                                                  : QString();
+    return m_services.findByPath(path) != nullptr
+               ? interfaceXml(connman::serviceInterface, settingMembers + serviceMembers)
+               : QString();
 }
 
 } // namespace simulator

@@ -72,6 +72,7 @@ ServicePtr Discovery::service(const QString &identifier, QVariantMap properties,
     ServicePtr added = m_services.add(identifier, properties);
     added->ssid = ssid;
     restore(*added);
+    m_services.sort();
     return added;
 }
 

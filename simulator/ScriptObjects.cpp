@@ -34,6 +34,7 @@ QDBusObjectPath ScriptService::addService(const QString &identifier, const QVari
         usual.insert(QStringLiteral("AutoConnect"), true);
     }
     const ServicePtr service = services.add(identifier, overridden(usual, properties));
+    services.sort();
     m_device.connman.state().update();
     services.announceNow();
     return QDBusObjectPath(service->path());
@@ -48,6 +49,7 @@ void ScriptService::addServices(uint first, uint count)
             services.add(identifier, newServiceProperties(identifier));
         }
     }
+    services.sort();
     services.announceNow();
 }
 

@@ -5,7 +5,6 @@
 #include "EventWait.h"
 #include "PrivateBus.h"
 #include "SimulatorClient.h"
-#include <QStandardPaths>
 #include <QtTest>
 
 using namespace test_support;
@@ -68,7 +67,6 @@ class ConnmanctlTest : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void init();
     void cleanup();
 
@@ -96,13 +94,6 @@ private:
     std::unique_ptr<SimulatorClient> m_simulator;
     std::unique_ptr<BusClient> m_client;
 };
-
-void ConnmanctlTest::initTestCase()
-{
-    if (QStandardPaths::findExecutable(program).isEmpty()) {
-        QSKIP("connmanctl is not installed");
-    }
-}
 
 void ConnmanctlTest::init()
 {

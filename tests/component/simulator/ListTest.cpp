@@ -53,6 +53,7 @@ private slots:
     void unknownTechnologyPropertyIsRefused();
 
     void pluggedCableGetsOnline();
+    void pluggedCableGetsOnlineBesideStrangers();
     void unpluggedCableGoes();
     void cableWithoutDhcpFallsBackToALinkLocalAddress();
     void ethernetConnectIsAnsweredBeforeItsAddressIsThere();
@@ -292,6 +293,14 @@ void ListTest::pluggedCableGetsOnline()
         QStringLiteral("{\"Address\": <\"fd00::3\">, \"Method\": <\"auto\">, \"PrefixLength\": <byte 0x40>, "
                        "\"Privacy\": <\"disabled\">}"));
     QCOMPARE(m_client->property(cableId, QStringLiteral("Nameservers")), QStringLiteral("[\"10.1.0.1\"]"));
+}
+
+void ListTest::pluggedCableGetsOnlineBesideStrangers()
+{
+    m_simulator->addServices(0, 3);
+    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")}});
+    m_simulator->setCable(true);
+    QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
 }
 
 void ListTest::unpluggedCableGoes()
