@@ -1,5 +1,6 @@
 #include "Console.h"
 #include "Device.h"
+#include "EventWait.h"
 #include "Feed.h"
 #include "Observer.h"
 #include "QuitSignals.h"
@@ -11,12 +12,15 @@ namespace {
 
 const QStringList scenery = {QStringLiteral("add Library"), QStringLiteral("add Kitchen \"sweet potato\""),
                              QStringLiteral("daemon start")};
+const QString daemonIsThere = QStringLiteral("bus: com.tactora.NetworkManager is there");
 
-int converse(Console &console, Feed &feed)
+int converse(Console &console, Device &device, Feed &feed)
 {
     for (const QString &command : scenery) {
         console.execute(command);
     }
+    test_support::waitUntil(
+        [&] { return feed.events().contains(daemonIsThere) || !device.daemon().isRunning(); });
     feed.tell(
         QStringLiteral("A printer is on the desk, with two networks in reach. Type \"help\" for what you can "
                        "do, \"quit\" to end."));
@@ -57,5 +61,5 @@ int main(int argc, char *argv[])
     device.daemon().setLoggingRules(parser.value(log));
     const Observer observer(device, feed);
     Console console(device, feed);
-    return parser.isSet(tour) ? showTour(console, feed) : converse(console, feed);
+    return parser.isSet(tour) ? showTour(console, feed) : converse(console, device, feed);
 }
