@@ -2,6 +2,7 @@
 
 #include "EventWait.h"
 #include "Kernel.h"
+#include "OutsideTheWorld.h"
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -64,6 +65,9 @@ QString WiredLink::service()
 WiredLink::WiredLink(QDBusConnection bus)
     : m_bus(std::move(bus))
 {
+    if (!isInsideTheWorld()) {
+        qFatal("Only for use inside tests/wired/in-world: this would take over the network of the machine");
+    }
     unplugCable();
     forgetAddresses();
     forgetConnmansMemory();

@@ -37,6 +37,7 @@ public:
 
     /// Returns when ConnMan has its bus name. `mainConf` is the configuration file's name in this directory.
     void startConnman(const QString &mainConf = QStringLiteral("connman.conf"));
+    bool isConnmanRunning() const { return m_connman.state() == QProcess::Running; }
     /// A crash: no farewell to anybody, addresses and routes stay as they are. Returns when the bus has
     /// noticed.
     void killConnman();
