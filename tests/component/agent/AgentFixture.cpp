@@ -59,8 +59,9 @@ QStringList AgentFixture::agentLines() const
 {
     QStringList lines;
     for (const test_support::LogMessage &message : m_log->messages()) {
-        if (message.category == agentCategory)
+        if (message.category == agentCategory) {
             lines.append(typeName(message.type) + QLatin1Char('|') + message.text);
+        }
     }
     return lines;
 }
@@ -94,10 +95,11 @@ QVariantMap AgentFixture::answer(const QDBusMessage &reply)
 
 QString AgentFixture::error(const QDBusMessage &reply)
 {
-    if (reply.type() != QDBusMessage::ErrorMessage)
+    if (reply.type() != QDBusMessage::ErrorMessage) {
         return QStringLiteral("message of type %1 with signature \"%2\"")
             .arg(reply.type())
             .arg(reply.signature());
+    }
     return reply.errorName() + QStringLiteral(": ") + reply.errorMessage();
 }
 

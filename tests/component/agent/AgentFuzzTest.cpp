@@ -29,8 +29,9 @@ constexpr Expected expectations[] = {
 bool asksFor(const QVariantMap &request, const char *field, const char *type)
 {
     const QVariant attributes = request.value(QLatin1String(field));
-    if (attributes.userType() != QMetaType::QVariantMap)
+    if (attributes.userType() != QMetaType::QVariantMap) {
         return false;
+    }
     const QVariant received = attributes.toMap().value(QStringLiteral("Type"));
     return received.userType() == QMetaType::QString && received.toString() == QLatin1String(type);
 }
@@ -38,8 +39,9 @@ bool asksFor(const QVariantMap &request, const char *field, const char *type)
 bool isAnswerable(RequestType type, const QVariantMap &request)
 {
     const Expected &expected = expectations[static_cast<int>(type)];
-    if (expected.required == nullptr || !asksFor(request, expected.required, expected.requiredType))
+    if (expected.required == nullptr || !asksFor(request, expected.required, expected.requiredType)) {
         return false;
+    }
     return expected.optional == nullptr || !request.contains(QLatin1String(expected.optional)) ||
            asksFor(request, expected.optional, expected.optionalType);
 }
@@ -66,8 +68,9 @@ private:
 // The seed is fixed so that a run can be repeated; another one explores further.
 void AgentFuzzTest::initTestCase()
 {
-    if (qEnvironmentVariableIsSet(SeedVariable))
+    if (qEnvironmentVariableIsSet(SeedVariable)) {
         m_seed = qEnvironmentVariable(SeedVariable).toUInt();
+    }
     qInfo("%s=%u", SeedVariable, m_seed);
 }
 
@@ -76,8 +79,9 @@ QVariantMap AgentFuzzTest::answerOf(RequestType type) const
     const Expected &expected = expectations[static_cast<int>(type)];
     const QString first = QStringLiteral("first");
     const QString second = QStringLiteral("second");
-    if (expected.optional == nullptr)
+    if (expected.optional == nullptr) {
         return {{QLatin1String(expected.required), second}};
+    }
     return {{QLatin1String(expected.required), first}, {QLatin1String(expected.optional), second}};
 }
 

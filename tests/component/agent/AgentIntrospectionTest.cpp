@@ -64,8 +64,9 @@ QString AgentIntrospectionTest::introspection()
     QDBusPendingCallWatcher watcher(QDBusConnection::systemBus().asyncCall(request));
     QEventLoop loop;
     connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
-    if (!watcher.isFinished())
+    if (!watcher.isFinished()) {
         loop.exec();
+    }
     return watcher.reply().arguments().value(0).toString();
 }
 
@@ -88,8 +89,9 @@ void AgentIntrospectionTest::onlyTheAgentsInterfaceIsExported()
     QStringList interfaces;
     QXmlStreamReader xml(introspection());
     while (!xml.atEnd()) {
-        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("interface"))
+        if (xml.readNext() == QXmlStreamReader::StartElement && xml.name() == QLatin1String("interface")) {
             interfaces.append(xml.attributes().value(QLatin1String("name")).toString());
+        }
     }
     interfaces.sort();
     QCOMPARE(interfaces, QStringList({QStringLiteral("net.connman.Agent"),

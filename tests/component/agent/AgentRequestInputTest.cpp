@@ -291,8 +291,9 @@ void AgentRequestInputTest::requestAfterTheCredentialsWereClearedFails()
 void AgentRequestInputTest::unknownRequestTypeIsRefused_data()
 {
     QTest::addColumn<int>("number");
-    for (const int number : {5, 6, 99, -1})
+    for (const int number : {5, 6, 99, -1}) {
         QTest::addRow("%d", number) << number;
+    }
 }
 
 void AgentRequestInputTest::unknownRequestTypeIsRefused()

@@ -124,8 +124,9 @@ void ConnmanAgentTest::otherErrorsEmitNothing_data()
 {
     QTest::addColumn<QString>("error");
     for (const char *error : {"", "invalid-key", "Connect-Failed", "connect-failed ", "dhcp-failed",
-                              "out-of-range", "pin-missing", "login-failed", "auth-failed", "blocked"})
+                              "out-of-range", "pin-missing", "login-failed", "auth-failed", "blocked"}) {
         QTest::newRow(error) << QString::fromLatin1(error);
+    }
 }
 
 void ConnmanAgentTest::otherErrorsEmitNothing()
@@ -163,8 +164,9 @@ void ConnmanAgentTest::reportedPeerErrorIsOnlyLogged()
 void ConnmanAgentTest::browserRequestIsAlwaysRefused_data()
 {
     QTest::addColumn<int>("requestType");
-    for (int type = 0; type <= 4; ++type)
+    for (int type = 0; type <= 4; ++type) {
         QTest::addRow("request type %d", type) << type;
+    }
 }
 
 void ConnmanAgentTest::browserRequestIsAlwaysRefused()
@@ -216,8 +218,9 @@ void ConnmanAgentTest::handlersDoNothingWhenNotCalledOverDBus()
 void ConnmanAgentTest::requestInputDoesNothingWhenNotCalledOverDBus_data()
 {
     QTest::addColumn<int>("requestType");
-    for (int type = 0; type <= 5; ++type)
+    for (int type = 0; type <= 5; ++type) {
         QTest::addRow("request type %d", type) << type;
+    }
 }
 
 void ConnmanAgentTest::requestInputDoesNothingWhenNotCalledOverDBus()

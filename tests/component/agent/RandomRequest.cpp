@@ -64,8 +64,9 @@ RandomRequest::RandomRequest(quint32 seed)
 QVariantMap RandomRequest::dictionary(int depth)
 {
     QVariantMap result;
-    for (int entries = number(6); entries > 0; --entries)
+    for (int entries = number(6); entries > 0; --entries) {
         result.insert(key(), value(depth));
+    }
     return result;
 }
 
@@ -76,20 +77,24 @@ QString RandomRequest::key()
 
 QString RandomRequest::text()
 {
-    if (number(3) != 0)
+    if (number(3) != 0) {
         return QLatin1String(words.at(static_cast<std::size_t>(number(words.size()))));
+    }
     QString result;
-    for (int length = number(40); length > 0; --length)
+    for (int length = number(40); length > 0; --length) {
         result.append(QChar(1 + number(0x7ff)));
+    }
     return result;
 }
 
 QVariant RandomRequest::value(int depth)
 {
-    if (depth > 0 && number(3) == 0)
+    if (depth > 0 && number(3) == 0) {
         return QVariantMap{{QStringLiteral("Type"), text()}};
-    if (depth > 0 && number(2) == 0)
+    }
+    if (depth > 0 && number(2) == 0) {
         return dictionary(depth - 1);
+    }
     return number(3) == 0 ? rawValue(depth) : plainValue();
 }
 

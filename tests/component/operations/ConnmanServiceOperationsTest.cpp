@@ -134,13 +134,13 @@ void ConnmanServiceOperationsTest::writingToAServiceThatIsGoneIsNotLogged()
 
 void ConnmanServiceOperationsTest::writeWithoutAnswerFailsAfterTheCallTimeout()
 {
-    makeProxy(std::chrono::milliseconds(200));
+    makeProxy(std::chrono::seconds(1));
     const Fault unanswered = fault("SetProperty", FaultKind::never());
     QElapsedTimer elapsed;
     elapsed.start();
 
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
-    QVERIFY2(elapsed.elapsed() >= 150, qPrintable(QString::number(elapsed.elapsed())));
+    QVERIFY2(elapsed.elapsed() >= 900, qPrintable(QString::number(elapsed.elapsed())));
     QCOMPARE(criticalLines().size(), 1);
     QVERIFY(criticalLines().constFirst().startsWith(propertiesLine(
         QStringLiteral("Setting property \"AutoConnect\" failed: \"Did not receive a reply."))));

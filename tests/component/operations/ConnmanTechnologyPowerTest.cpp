@@ -1,8 +1,10 @@
+#include "EventWait.h"
 #include "TechnologyFixture.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
 
+using test_support::eventTimeoutMs;
 using test_support::Fault;
 using test_support::FaultKind;
 
@@ -64,7 +66,9 @@ void ConnmanTechnologyPowerTest::switchingDoesNotRefresh()
 void ConnmanTechnologyPowerTest::switchedPowerFollowsConnmansSignal()
 {
     QVERIFY(technology().setPowered(false));
-    QTRY_VERIFY(log().contains(QStringLiteral("propertyChanged( \"Powered\" , QVariant(bool, false) )")));
+    QTRY_VERIFY_WITH_TIMEOUT(
+        log().contains(QStringLiteral("propertyChanged( \"Powered\" , QVariant(bool, false) )")),
+        eventTimeoutMs);
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Powered\", <false>")));
 }
 

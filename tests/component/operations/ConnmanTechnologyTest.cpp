@@ -1,3 +1,4 @@
+#include "EventWait.h"
 #include "TechnologyFixture.h"
 
 #include <functional>
@@ -6,6 +7,7 @@
 #include <QDBusVariant>
 #include <QtTest>
 
+using test_support::eventTimeoutMs;
 using test_support::Fault;
 using test_support::FaultKind;
 using Getter = std::function<QVariant(ConnmanTechnology &)>;
@@ -238,7 +240,7 @@ void ConnmanTechnologyTest::changedPropertyReachesTheCacheWithoutAnotherCall()
 {
     connman().setTechnologyProperty(name(), QStringLiteral("Connected"), false);
 
-    QTRY_VERIFY(!technology().isConnected());
+    QTRY_VERIFY_WITH_TIMEOUT(!technology().isConnected(), eventTimeoutMs);
     QCOMPARE(connman().calls(), QStringList());
     QCOMPARE(criticalLines(), QStringList());
 }
@@ -247,8 +249,9 @@ void ConnmanTechnologyTest::changedPropertyIsLogged()
 {
     connman().setTechnologyProperty(name(), QStringLiteral("Connected"), false);
 
-    QTRY_COMPARE(debugLines(),
-                 QStringList(QStringLiteral("propertyChanged( \"Connected\" , QVariant(bool, false) )")));
+    QTRY_COMPARE_WITH_TIMEOUT(
+        debugLines(), QStringList(QStringLiteral("propertyChanged( \"Connected\" , QVariant(bool, false) )")),
+        eventTimeoutMs);
 }
 
 void ConnmanTechnologyTest::otherTechnologiesChangesAreIgnored()
@@ -260,7 +263,7 @@ void ConnmanTechnologyTest::otherTechnologiesChangesAreIgnored()
     connman().emitSignal(QStringLiteral("/net/connman/technology/ethernet"), interface, member, arguments);
     connman().setTechnologyProperty(name(), QStringLiteral("Tethering"), false);
 
-    QTRY_VERIFY(!technology().isTethering());
+    QTRY_VERIFY_WITH_TIMEOUT(!technology().isTethering(), eventTimeoutMs);
     QVERIFY(technology().isConnected());
 }
 

@@ -2,6 +2,7 @@
 #include "ConnmanAgentDBus.h"
 #include "ConnmanManager.h"
 #include "ConnmanTypes.h"
+#include "EventWait.h"
 #include "LogCapture.h"
 #include "PrivateBus.h"
 #include "SimulatorClient.h"
@@ -14,6 +15,7 @@
 #include <QTimer>
 #include <QtTest>
 
+using test_support::eventTimeoutMs;
 using test_support::Fault;
 using test_support::FaultKind;
 using test_support::SimulatorClient;
@@ -116,7 +118,7 @@ QString ReentrancyTest::addNetwork(const char *ssid, const char *passphrase)
         options.insert(QStringLiteral("passphrase"), QLatin1String(passphrase));
     }
     const QString identifier = m_connman->addNetwork(options);
-    [&] { QTRY_VERIFY(service(identifier) != nullptr); }();
+    [&] { QTRY_VERIFY_WITH_TIMEOUT(service(identifier) != nullptr, eventTimeoutMs); }();
     return identifier;
 }
 
@@ -156,7 +158,7 @@ void ReentrancyTest::agentIsAskedDuringConnect()
     m_agent->setRequest(home, QStringLiteral("correct horse"), ConnmanAgent::RequestType::Psk, QString());
 
     QVERIFY(service(home)->connect());
-    QTRY_VERIFY(service(home)->state() >= State::Ready);
+    QTRY_VERIFY_WITH_TIMEOUT(service(home)->state() >= State::Ready, eventTimeoutMs);
     QCOMPARE(m_log->takeCriticals(), QStringList());
 }
 
@@ -193,7 +195,7 @@ void ReentrancyTest::stateChangesAreToldDuringConnect()
     QVERIFY(connecting->connect());
     QVERIFY(!states.isEmpty());
     QCOMPARE(states.constFirst(), State::Association);
-    QTRY_VERIFY(states.contains(State::Ready));
+    QTRY_VERIFY_WITH_TIMEOUT(states.contains(State::Ready), eventTimeoutMs);
 }
 
 void ReentrancyTest::propertiesChangeDuringConnect()
@@ -292,7 +294,7 @@ void ReentrancyTest::connectsOfTwoServicesNestAndAreBothAnswered()
     onConnect([&] { innerResult = service(hotel)->connect() ? 1 : 0; });
 
     QVERIFY(service(cafe)->connect());
-    QTRY_COMPARE(innerResult, 1);
+    QTRY_COMPARE_WITH_TIMEOUT(innerResult, 1, eventTimeoutMs);
 }
 
 void ReentrancyTest::connectsNestThreeDeep()
@@ -308,7 +310,7 @@ void ReentrancyTest::connectsNestThreeDeep()
     };
     connectFrom(0);
 
-    QTRY_COMPARE(answered.size(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(answered.size(), 3, eventTimeoutMs);
 }
 
 void ReentrancyTest::disconnectDuringConnectAbortsIt()

@@ -56,8 +56,9 @@ std::shared_ptr<ConnmanService> PreferedWifiTest::service(const QVariantMap &pro
 {
     auto result =
         std::make_shared<ConnmanService>(QDBusConnection::systemBus(), QDBusObjectPath(servicePath), nullptr);
-    for (auto property = properties.cbegin(); property != properties.cend(); ++property)
+    for (auto property = properties.cbegin(); property != properties.cend(); ++property) {
         result->propertyChanged(property.key(), QDBusVariant(property.value()));
+    }
     return result;
 }
 

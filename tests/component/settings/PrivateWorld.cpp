@@ -28,13 +28,16 @@ QStringList namespaceCommand()
 {
     QStringList command = {QStringLiteral("bwrap"), QStringLiteral("--die-with-parent")};
     command << bind(QStringLiteral("--dev-bind"), QStringLiteral("/"));
-    for (const QString &directory : {QStringLiteral("/etc"), QStringLiteral("/var")})
+    for (const QString &directory : {QStringLiteral("/etc"), QStringLiteral("/var")}) {
         command << QStringLiteral("--tmpfs") << directory;
-    for (const QString &file : neededFiles)
+    }
+    for (const QString &file : neededFiles) {
         command << bind(QStringLiteral("--ro-bind-try"), file);
+    }
     // Either may be below /var.
-    for (const QString &directory : {QDir::tempPath(), QStringLiteral(BUILD_DIRECTORY)})
+    for (const QString &directory : {QDir::tempPath(), QStringLiteral(BUILD_DIRECTORY)}) {
         command << bind(QStringLiteral("--bind"), directory);
+    }
     command << QStringLiteral("--cap-drop") << QStringLiteral("ALL");
     command << QStringLiteral("--unsetenv") << QStringLiteral("XDG_CONFIG_DIRS");
     command << QStringLiteral("--setenv") << QLatin1String(InsideVariable) << QStringLiteral("1");
@@ -45,21 +48,26 @@ QStringList namespaceCommand()
 
 void enter(char **arguments)
 {
-    if (qEnvironmentVariableIsSet(InsideVariable))
+    if (qEnvironmentVariableIsSet(InsideVariable)) {
         return;
+    }
     std::vector<QByteArray> words;
-    for (const QString &word : namespaceCommand())
+    for (const QString &word : namespaceCommand()) {
         words.push_back(word.toLocal8Bit());
+    }
     // Where the program is one for another machine's processor, its emulator comes first.
-    for (const QString &word : QStringLiteral(EMULATOR).split(QLatin1Char(';'), Qt::SkipEmptyParts))
+    for (const QString &word : QStringLiteral(EMULATOR).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         words.push_back(word.toLocal8Bit());
+    }
     words.push_back(QDir(QStringLiteral("/proc/self/exe")).canonicalPath().toLocal8Bit());
-    for (char **argument = arguments + 1; *argument != nullptr; ++argument)
+    for (char **argument = arguments + 1; *argument != nullptr; ++argument) {
         words.push_back(*argument);
+    }
 
     std::vector<char *> pointers;
-    for (QByteArray &word : words)
+    for (QByteArray &word : words) {
         pointers.push_back(word.data());
+    }
     pointers.push_back(nullptr);
     execvp(pointers.front(), pointers.data());
     std::cerr << "bwrap: " << std::strerror(errno) << '\n';

@@ -1,3 +1,4 @@
+#include "EventWait.h"
 #include "NetworkSettings.h"
 #include "PrivateWorld.h"
 #include "SettingsFixture.h"
@@ -5,6 +6,8 @@
 #include <chrono>
 #include <QElapsedTimer>
 #include <thread>
+
+using test_support::eventTimeoutMs;
 
 namespace {
 
@@ -80,7 +83,7 @@ void RegionStartUpTest::lockedFirstStartAppliesTheWorldRegion()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set 00")));
     QCOMPARE(criticalLines(),
              QStringList(networkSettingsLine(QStringLiteral("Lock active. Unable to set region to \"US\""))));
@@ -94,7 +97,7 @@ void RegionStartUpTest::firstStartSetsAndStoresUsAndAppliesItAgain()
 
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=US\n"));
     QCOMPARE(initDone.count(), 1);
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(initDone.count(), 2);
     QCOMPARE(commands().calls(), QStringList({setUs, setUs}));
     QCOMPARE(debugLines(), QStringList({successLine, successLine}));
@@ -108,7 +111,7 @@ void RegionStartUpTest::storedRegionIsAppliedAsItIs()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList(setSe));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
     QCOMPARE(debugLines(), QStringList(successLine));
@@ -122,7 +125,7 @@ void RegionStartUpTest::storedWorldRegionIsReplacedByUs()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList({setUs, setUs}));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=US\n"));
 }
@@ -134,7 +137,7 @@ void RegionStartUpTest::onlyTheExactWorldRegionIsReplaced()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set 000")));
 }
 
@@ -148,7 +151,7 @@ void RegionStartUpTest::lockedFirstStartAppliesTheRegionInForce()
     NetworkSettings lockedSettings;
     QSignalSpy initDone(&lockedSettings, &NetworkSettings::initDone);
     lockedSettings.applyStoredWifiRegion();
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList(setDe));
 }
 
@@ -159,7 +162,7 @@ void RegionStartUpTest::lockedWorldRegionStays()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set 00")));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=00\nregionLocked=true\n"));
     QCOMPARE(criticalLines(),
@@ -177,7 +180,7 @@ void RegionStartUpTest::firstStartWhereTheRegionCannotBeStoredAppliesTheRegionIn
     NetworkSettings emptySettings;
     QSignalSpy initDone(&emptySettings, &NetworkSettings::initDone);
     emptySettings.applyStoredWifiRegion();
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList({setUs, setDe}));
     QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set region."))));
     QCOMPARE(store(regionStore), QByteArray(""));
@@ -189,12 +192,12 @@ void RegionStartUpTest::regionSetLaterIsTheRegionInForce()
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
     commands().clearCalls();
 
     settings.applyStoredWifiRegion();
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList(setDe));
 }
 
@@ -209,7 +212,7 @@ void RegionStartUpTest::startDoesNotWaitForTheCommand()
     QVERIFY(commands().waitForCall(setSe));
     QCOMPARE(initDone.count(), 0);
     commands().release();
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(initDone.count(), 1);
 }
 
@@ -221,7 +224,7 @@ void RegionStartUpTest::exitCodeOfTheCommandIsNotLookedAt()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(debugLines(), QStringList(successLine));
     QCOMPARE(criticalLines(), QStringList());
 }
@@ -234,7 +237,7 @@ void RegionStartUpTest::crashedCommandEndsTheStart()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(initDone.count(), 1);
     QCOMPARE(debugLines(), QStringList(failureLine));
     QCOMPARE(criticalLines(), QStringList());
@@ -251,7 +254,7 @@ void RegionStartUpTest::missingCommandEndsTheStartByTheTimer()
     elapsed.start();
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait(4 * startUpTimeoutMs));
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QVERIFY2(elapsed.elapsed() >= startUpTimeoutMs * 95 / 100,
              qPrintable(QString::number(elapsed.elapsed())));
     QCOMPARE(initDone.count(), 1);
@@ -269,10 +272,10 @@ void RegionStartUpTest::hangingCommandIsKilledAfterFiveSecondsAndOnlyLogsItsEnd(
     elapsed.start();
     settings.applyStoredWifiRegion();
 
-    QVERIFY(initDone.wait(4 * startUpTimeoutMs));
+    QVERIFY(initDone.wait(eventTimeoutMs));
     QVERIFY2(elapsed.elapsed() >= startUpTimeoutMs * 95 / 100,
              qPrintable(QString::number(elapsed.elapsed())));
-    QTRY_COMPARE(debugLines(), QStringList(failureLine));
+    QTRY_COMPARE_WITH_TIMEOUT(debugLines(), QStringList(failureLine), eventTimeoutMs);
     QCOMPARE(initDone.count(), 1);
     QCOMPARE(commands().calls(), QStringList(setSe));
 }
@@ -283,7 +286,7 @@ void RegionStartUpTest::finishedCommandStopsTheTimer()
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
-    QVERIFY(initDone.wait());
+    QVERIFY(initDone.wait(eventTimeoutMs));
 
     // Longer than the timer: what must not come cannot be waited for otherwise.
     QVERIFY(!initDone.wait(startUpTimeoutMs + 1000));
@@ -306,7 +309,7 @@ void RegionStartUpTest::eachStartEndsOnce()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     for (int start = 1; start <= 3; ++start) {
         settings.applyStoredWifiRegion();
-        QVERIFY(initDone.wait());
+        QVERIFY(initDone.wait(eventTimeoutMs));
         QCOMPARE(initDone.count(), start);
     }
     QCOMPARE(commands().calls(), QStringList({setSe, setSe, setSe}));
@@ -339,12 +342,13 @@ void RegionStartUpTest::settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCo
     int ends = 0;
     bool applied = false;
     connect(&settings, &NetworkSettings::initDone, this, [&] {
-        if (++ends == 1)
+        if (++ends == 1) {
             applied = settings.setWifiRegion(QStringLiteral("DE"));
+        }
     });
     settings.applyStoredWifiRegion();
 
-    QTRY_VERIFY_WITH_TIMEOUT(applied, 4 * startUpTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(applied, eventTimeoutMs);
     QCOMPARE(commands().calls(), QStringList({setSe, setDe}));
     QCOMPARE(debugLines(), QStringList({failureLine, successLine}));
     QCOMPARE(ends, 2);
@@ -362,7 +366,7 @@ void RegionStartUpTest::startingAgainWhileTheCommandRunsWaitsForIt()
     std::thread release = releaseLater();
     settings.applyStoredWifiRegion();
     release.join();
-    QTRY_COMPARE(initDone.count(), 2);
+    QTRY_COMPARE_WITH_TIMEOUT(initDone.count(), 2, eventTimeoutMs);
     QCOMPARE(commands().calls(), QStringList({setSe, setSe}));
 }
 

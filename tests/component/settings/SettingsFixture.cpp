@@ -61,8 +61,9 @@ QStringList SettingsFixture::criticalLines() const
 {
     QStringList lines;
     for (const test_support::LogMessage &message : m_log->messages()) {
-        if (message.type == QtCriticalMsg)
+        if (message.type == QtCriticalMsg) {
             lines.append(message.category + QStringLiteral(": ") + message.text);
+        }
     }
     return lines;
 }
