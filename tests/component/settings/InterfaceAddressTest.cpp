@@ -199,18 +199,17 @@ void InterfaceAddressTest::addressCommandIsFollowedWhileItPrints()
 {
     QStringList script;
     QString printed;
-    for (int line = 0; line < 2000; ++line) { // more than a pipe holds {
+    for (int line = 0; line < 2000; ++line) { // more than a pipe holds
         const QString text = QStringLiteral("line %1 of a long story that nobody reads").arg(line);
+        script.append(QStringLiteral("print ") + text);
+        printed += text + QStringLiteral("\\n");
     }
-    script.append(QStringLiteral("print ") + text);
-    printed += text + QStringLiteral("\\n");
-}
-script.append(QStringLiteral("crash"));
-commands().script(anyAddress, script);
+    script.append(QStringLiteral("crash"));
+    commands().script(anyAddress, script);
 
-QVERIFY(!m_settings.initMacAddress());
-QCOMPARE(criticalLines(),
-         QStringList(plainLine(QStringLiteral("Failed to set interface address: \"%1\"").arg(printed))));
+    QVERIFY(!m_settings.initMacAddress());
+    QCOMPARE(criticalLines(),
+             QStringList(plainLine(QStringLiteral("Failed to set interface address: \"%1\"").arg(printed))));
 }
 
 int main(int argc, char **argv)
