@@ -34,7 +34,6 @@ QDBusObjectPath ScriptService::addService(const QString &identifier, const QVari
         usual.insert(QStringLiteral("AutoConnect"), true);
     }
     const ServicePtr service = services.add(identifier, overridden(usual, properties));
-    services.sort();
     m_device.connman.state().update();
     services.announceNow();
     return QDBusObjectPath(service->path());
@@ -49,7 +48,6 @@ void ScriptService::addServices(uint first, uint count)
             services.add(identifier, newServiceProperties(identifier));
         }
     }
-    services.sort();
     services.announceNow();
 }
 

@@ -58,7 +58,7 @@ ServicePtr ServiceList::add(const QString &identifier, const QVariantMap &proper
 {
     auto service = std::make_shared<Service>(identifier);
     service->properties = properties;
-    m_services.append(service);
+    m_services.insert(std::upper_bound(m_services.begin(), m_services.end(), service, comesBefore), service);
     m_byIdentifier.insert(identifier, service);
     m_added.insert(identifier);
     m_removed.removeAll(identifier);

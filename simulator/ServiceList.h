@@ -25,6 +25,7 @@ class ServiceList : public QObject
 public:
     ServiceList(const BusService &bus, const Timings &timings, QObject *parent = nullptr);
 
+    /// Takes its place in ConnMan's order.
     ServicePtr add(const QString &identifier, const QVariantMap &properties);
     void remove(const ServicePtr &service);
 
