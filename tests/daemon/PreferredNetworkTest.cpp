@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "Scene.h"
+#include <QElapsedTimer>
 #include <QTest>
 
 using namespace test_support;
@@ -11,6 +12,7 @@ class PreferredNetworkTest : public QObject
 private slots:
     void withoutPreferredNetworkNoServiceIsTouched();
     void preferredNetworkIsJoinedAndAnnounced();
+    void attemptComesAQuarterOfASecondAfterTheScan();
     void returnIsAnnouncedOnceThoughTheLinkReportsLater();
     void nothingIsAnnouncedWhenTheReturnAlreadyWas();
     void onlyAnIdleOrUnknownLinkIsTouched_data();
@@ -113,6 +115,22 @@ void PreferredNetworkTest::preferredNetworkIsJoinedAndAnnounced()
     QCOMPARE(device.client.record(),
              (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s, announcement}));
     QVERIFY(waitUntil([&] { return scene::spoken(device.simulator) == QStringList(scene::sentence(7)); }));
+}
+
+void PreferredNetworkTest::attemptComesAQuarterOfASecondAfterTheScan()
+{
+    Device device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    QVERIFY(device.startWithoutRadio());
+    const Fault success =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    QVERIFY(device.powerOn());
+    QVERIFY(device.simulator.waitForCall(scan));
+    QElapsedTimer clock;
+    clock.start();
+    QVERIFY(device.simulator.waitForCall(connectCall(scene::home)));
+    // What this test hears of the scan may come late.
+    QVERIFY2(clock.elapsed() > 200, qPrintable(QString::number(clock.elapsed())));
 }
 
 void PreferredNetworkTest::returnIsAnnouncedOnceThoughTheLinkReportsLater()

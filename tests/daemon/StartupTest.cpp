@@ -21,6 +21,8 @@ private slots:
     void secondSignalEndsADaemonThatConnmanKeepsWaiting_data();
     void secondSignalEndsADaemonThatConnmanKeepsWaiting();
     void firstSignalIsObeyedOnceConnmanAnswers();
+    void signalDuringConnectIsObeyedOnceConnmanAnswers();
+    void secondSignalEndsADaemonThatWaitsForConnect();
     void criticalLineIsPrintedByDefault();
     void warningIsPrintedOnlyWhenRulesAskForIt_data();
     void warningIsPrintedOnlyWhenRulesAskForIt();
@@ -31,6 +33,9 @@ namespace {
 const QString noSuchBus = "unix:path=/nonexistent/bus"_s;
 const QString noBusLine = "default|critical|Unable to connect to system-bus."_s;
 const QString unspoken = "NetworkManager|critical|ERROR: Failed to queue speech-request."_s;
+// ConnMan takes "AutoConnect" of networks it remembers only.
+const QString autoConnectRefused =
+    "ConnmanService.properties|critical|Setting property \"AutoConnect\" failed: \"Invalid service\""_s;
 } // namespace
 
 void StartupTest::startsWithoutConnman()
@@ -138,6 +143,39 @@ void StartupTest::firstSignalIsObeyedOnceConnmanAnswers()
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QCOMPARE(device.daemon.waitForExit(), 0);
     QVERIFY(device.client.waitFor("wpsNetworks -> []"_s));
+}
+
+void StartupTest::signalDuringConnectIsObeyedOnceConnmanAnswers()
+{
+    TestDevice device;
+    const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(device.startWithoutRadio());
+    const Fault slow =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::delay(500));
+    device.client.send("connect", home);
+    QVERIFY(
+        device.simulator.waitForCall("/net/connman/service/%1 net.connman.Service.Connect()"_s.arg(home)));
+    QVERIFY(device.daemon.sendSignal(SIGTERM));
+    QCOMPARE(device.daemon.waitForExit(), 0);
+    QVERIFY(device.client.waitFor("connect -> true"_s));
+    QVERIFY(device.log().takeProblem(autoConnectRefused));
+}
+
+void StartupTest::secondSignalEndsADaemonThatWaitsForConnect()
+{
+    TestDevice device;
+    const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(device.startWithoutRadio());
+    const Fault hanging =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::never());
+    device.client.send("connect", home);
+    QVERIFY(
+        device.simulator.waitForCall("/net/connman/service/%1 net.connman.Service.Connect()"_s.arg(home)));
+    QVERIFY(device.daemon.sendSignal(SIGTERM));
+    QTRY_VERIFY(!device.daemon.catches(SIGTERM));
+    QVERIFY(device.daemon.sendSignal(SIGTERM));
+    QCOMPARE(device.daemon.waitForExit(), 128 + SIGTERM);
+    QVERIFY(device.log().takeProblem(autoConnectRefused));
 }
 
 void StartupTest::criticalLineIsPrintedByDefault()
