@@ -81,6 +81,7 @@ void ConnmanManager::subscribe(const char *signalName, QLatin1String signature, 
 
 bool ConnmanManager::updateServices()
 {
+    registerConnmanTypes();
     const QDBusReply<ConnmanServiceInfoList> reply = m_interface->call(QLatin1String(GetServices));
     if (!reply.isValid()) {
         qCCritical(logConnmanManagerServices)
