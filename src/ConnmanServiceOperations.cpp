@@ -121,9 +121,13 @@ bool ConnmanService::setAutoConnect(bool enable)
 bool ConnmanService::connect()
 {
     const QDBusPendingCall call = m_interface->asyncCall(QLatin1String(Connect));
-    // Replies arrive on Qt's own bus thread: only a watcher wakes this thread's event loop for one.
-    const QDBusPendingCallWatcher waker(call);
-    while (!call.isFinished()) {
+    // Replies arrive on Qt's own bus thread: only a watcher wakes this thread's event loop for one. Its
+    // signal queues up behind what ConnMan sent before the answer, such as the agent's ReportError, which
+    // must have been handled.
+    const QDBusPendingCallWatcher watcher(call);
+    bool answered = false;
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, this, [&answered] { answered = true; });
+    while (!answered) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
