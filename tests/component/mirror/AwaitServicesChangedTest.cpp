@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr QLatin1String Service("wifi_020000000000_61_managed_psk");
+const QLatin1String Service("wifi_020000000000_61_managed_psk");
 constexpr auto Limit = 200ms;
 /// For what must not last: longer than any limit here, and much shorter than this.
 constexpr auto LongLimit = 60s;

@@ -4,6 +4,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 
+#include <QDBusInterface>
 #include <QtTest>
 
 using test_support::Fault;
@@ -11,12 +12,12 @@ using test_support::FaultKind;
 
 namespace {
 
-constexpr QLatin1String ManagerLog("ConnmanManager");
-constexpr QLatin1String ServicesLog("ConnmanManager.services");
-constexpr QLatin1String TechnologyLog("ConnmanManager.technology");
-constexpr QLatin1String ManagerInterface("net.connman.Manager");
-constexpr QLatin1String GetTechnologies("GetTechnologies");
-constexpr QLatin1String RegisterAgent("RegisterAgent");
+const QLatin1String ManagerLog("ConnmanManager");
+const QLatin1String ServicesLog("ConnmanManager.services");
+const QLatin1String TechnologyLog("ConnmanManager.technology");
+const QLatin1String ManagerInterface("net.connman.Manager");
+const QLatin1String GetTechnologies("GetTechnologies");
+const QLatin1String RegisterAgent("RegisterAgent");
 
 QDBusObjectPath agentPath()
 {
@@ -26,8 +27,9 @@ QDBusObjectPath agentPath()
 QVariant technologies(const QStringList &names)
 {
     ConnmanServiceInfoList list;
-    for (const QString &name : names)
+    for (const QString &name : names) {
         list.append({QDBusObjectPath(QStringLiteral("/net/connman/technology/") + name), {}});
+    }
     return QVariant::fromValue(list);
 }
 
@@ -44,6 +46,8 @@ class ConnmanManagerCallsTest : public QObject
 
 private slots:
     void namesAreConnmans();
+    void signalsAndSlotsHaveTheirOrder();
+    void interfaceStateHasItsMetaTypeName();
     void constructionLogsOneDebugLine();
     void failedSubscriptionsAreOneLineEach();
 
@@ -70,6 +74,29 @@ void ConnmanManagerCallsTest::namesAreConnmans()
     QCOMPARE(manager.serviceName(), QStringLiteral("net.connman"));
     QCOMPARE(manager.serviceObject(), QStringLiteral("/"));
     QCOMPARE(manager.interfaceName(), QStringLiteral("net.connman.Manager"));
+    const auto *interface = manager.findChild<QDBusInterface *>({}, Qt::FindDirectChildrenOnly);
+    QVERIFY(interface);
+    QCOMPARE(interface->service(), manager.serviceName());
+    QCOMPARE(interface->path(), manager.serviceObject());
+    QCOMPARE(interface->interface(), manager.interfaceName());
+}
+
+void ConnmanManagerCallsTest::signalsAndSlotsHaveTheirOrder()
+{
+    const QStringList expected{
+        QStringLiteral("serviceChanged(std::shared_ptr<ConnmanService>)"),
+        QStringLiteral("serviceStateChanged(std::shared_ptr<ConnmanService>)"),
+        QStringLiteral("interfaceStateChanged(QString,ConnmanManager::InterfaceState)"),
+        QStringLiteral("propertyChanged(QString,QDBusVariant)"),
+        QStringLiteral("servicesChanged(ConnmanServiceInfoList,QList<QDBusObjectPath>)")};
+    QCOMPARE(ownMethods(ConnmanManager::staticMetaObject), expected);
+}
+
+void ConnmanManagerCallsTest::interfaceStateHasItsMetaTypeName()
+{
+    MirrorWorld world;
+    const ConnmanManager manager(world.connection(), nullptr);
+    QCOMPARE(QMetaType::type("InterfaceState"), qMetaTypeId<ConnmanManager::InterfaceState>());
 }
 
 void ConnmanManagerCallsTest::constructionLogsOneDebugLine()

@@ -14,11 +14,11 @@ Q_DECLARE_METATYPE(ConnmanService::State)
 
 namespace {
 
-constexpr QLatin1String StateKey("State");
-constexpr QLatin1String EthernetKey("Ethernet");
-constexpr QLatin1String Wlan("wlan0");
-constexpr QLatin1String Wire("eth0");
-constexpr QLatin1String Service("wifi_020000000000_61_managed_psk");
+const QLatin1String StateKey("State");
+const QLatin1String EthernetKey("Ethernet");
+const QLatin1String Wlan("wlan0");
+const QLatin1String Wire("eth0");
+const QLatin1String Service("wifi_020000000000_61_managed_psk");
 
 /// How long a state settles, and how much later than that the report may come on a busy machine. Qt lets a
 /// coarse timer end up to a twentieth early.
@@ -60,8 +60,9 @@ std::unique_ptr<RecordedManager> settledManager(MirrorWorld &world, const QStrin
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     world.simulator().setServiceProperty(Service, EthernetKey, ethernet(Wlan), true);
     world.emitPropertyChanged(path, EthernetKey, ethernet(Wlan));
-    if (!reports.wait(LatestMs))
+    if (!reports.wait(LatestMs)) {
         qCritical() << "The first state has not settled";
+    }
     recorded->announcements.clear();
     return recorded;
 }
@@ -122,8 +123,9 @@ void ConnmanManagerInterfaceStatesTest::highestStateOfTheServicesCounts()
     QFETCH(QStringList, words);
     QFETCH(State, expected);
     MirrorWorld world;
-    for (int i = 0; i < words.size(); ++i)
+    for (int i = 0; i < words.size(); ++i) {
         world.addService(identifier(i), properties(Wlan, words[i]));
+    }
     const RecordedManager recorded(world);
     QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, expected)});
 }
@@ -274,8 +276,9 @@ void ConnmanManagerInterfaceStatesTest::receiverMayChangeTheRegistryDuringTheRep
     ManagerAnnouncements announcements(manager);
     bool isRemoved = false;
     connect(&manager, &ConnmanManager::interfaceStateChanged, this, [&] {
-        if (isRemoved)
+        if (isRemoved) {
             return;
+        }
         isRemoved = true;
         manager.remService(first);
         manager.updateServices();

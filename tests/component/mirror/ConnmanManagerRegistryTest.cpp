@@ -12,11 +12,11 @@ using State = ConnmanService::State;
 
 namespace {
 
-constexpr QLatin1String A("wifi_020000000000_61_managed_psk");
-constexpr QLatin1String B("wifi_020000000000_62_managed_none");
-constexpr QLatin1String Wired("ethernet_020000000001_cable");
-constexpr QLatin1String ServicesLog("ConnmanManager.services");
-constexpr QLatin1String GetServicesCall("/ net.connman.Manager.GetServices()");
+const QLatin1String A("wifi_020000000000_61_managed_psk");
+const QLatin1String B("wifi_020000000000_62_managed_none");
+const QLatin1String Wired("ethernet_020000000001_cable");
+const QLatin1String ServicesLog("ConnmanManager.services");
+const QLatin1String GetServicesCall("/ net.connman.Manager.GetServices()");
 
 const QVariantMap &idle()
 {
@@ -106,8 +106,9 @@ void ConnmanManagerRegistryTest::firstFillReadsEachServiceOnce()
     const ConnmanManager manager(world.connection(), nullptr);
     QCoreApplication::processEvents();
     QStringList expected{GetServicesCall};
-    for (const QString &identifier : inConnmansOrder)
+    for (const QString &identifier : inConnmansOrder) {
         expected << MirrorWorld::getPropertiesCall(path(identifier));
+    }
     QCOMPARE(world.simulator().calls(), expected);
     QCOMPARE(world.complaints(), QStringList());
 }

@@ -12,12 +12,12 @@ using test_support::FaultKind;
 
 namespace {
 
-constexpr QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
-constexpr QLatin1String PropertiesLog("ConnmanService.properties");
-constexpr QLatin1String Name("Name");
-constexpr QLatin1String State("State");
-constexpr QLatin1String Strength("Strength");
-constexpr QLatin1String Idle("idle");
+const QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
+const QLatin1String PropertiesLog("ConnmanService.properties");
+const QLatin1String Name("Name");
+const QLatin1String State("State");
+const QLatin1String Strength("Strength");
+const QLatin1String Idle("idle");
 
 QVariant byte(uchar value)
 {
@@ -33,6 +33,7 @@ class ConnmanServiceCacheTest : public QObject
 private slots:
     void constructionReadsNothingAndKnowsNothing();
     void constructionLogsOneDebugLine();
+    void signalAndSlotsHaveTheirOrder();
     void callsMayTakeTwoMinutes();
     void identifierIsTheLastElementOfThePath();
     void failedSubscriptionIsOneLineAndTheServiceIsUsable();
@@ -78,6 +79,14 @@ void ConnmanServiceCacheTest::constructionLogsOneDebugLine()
     const ConnmanService service(world.connection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
     QCOMPARE(world.debugLines(QStringLiteral("ConnmanService")),
              {QStringLiteral("ConnmanService( \"net.connman\" , \"/x\" , \"net.connman.Service\"")});
+}
+
+void ConnmanServiceCacheTest::signalAndSlotsHaveTheirOrder()
+{
+    const QStringList expected{QStringLiteral("stateChanged(ConnmanService::State)"),
+                               QStringLiteral("propertyChanged(QString,QDBusVariant)"),
+                               QStringLiteral("serviceChanged()")};
+    QCOMPARE(ownMethods(ConnmanService::staticMetaObject), expected);
 }
 
 void ConnmanServiceCacheTest::callsMayTakeTwoMinutes()

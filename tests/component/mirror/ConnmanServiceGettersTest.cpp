@@ -13,8 +13,8 @@ using test_support::Fault;
 
 namespace {
 
-constexpr QLatin1String PropertiesLog("ConnmanService.properties");
-constexpr QLatin1String Path("/net/connman/service/wifi_x_managed_psk");
+const QLatin1String PropertiesLog("ConnmanService.properties");
+const QLatin1String Path("/net/connman/service/wifi_x_managed_psk");
 
 using Getter = QVariant (*)(const ConnmanService &);
 
@@ -42,8 +42,9 @@ QVariant nameservers(const ConnmanService &service)
 {
     QStringList texts;
     const QList<QHostAddress> servers = service.getNameservers();
-    for (const QHostAddress &server : servers)
+    for (const QHostAddress &server : servers) {
         texts << server.toString();
+    }
     return texts;
 }
 
@@ -242,8 +243,9 @@ void ConnmanServiceGettersTest::missingPropertyIsOneLineAndTheFallback_data()
     QTest::addColumn<QString>("key");
     QTest::addColumn<QVariant>("fallback");
     for (const GetterInfo &info : getters()) {
-        if (info.get != name)
+        if (info.get != name) {
             QTest::newRow(info.key) << info.get << QString(QLatin1String(info.key)) << info.fallback;
+        }
     }
 }
 
@@ -275,8 +277,9 @@ void ConnmanServiceGettersTest::valueOfNoUseIsOneLineAndTheFallback_data()
     };
     const QVector<OddValue> odd = valuesOfNoUse();
     for (const GetterInfo &info : getters()) {
-        for (int i = 0; i < odd.size(); ++i)
+        for (int i = 0; i < odd.size(); ++i) {
             row(info, odd[i].signature, i, odd[i].value);
+        }
         const bool wantsDictionary = info.get == interface || info.get == ipv6;
         if (wantsDictionary) {
             row(info, "text", 0, QStringLiteral("wlan0"));
@@ -337,8 +340,9 @@ void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty_data()
 {
     QTest::addColumn<QVariant>("value");
     const QVector<OddValue> odd = valuesOfNoUse();
-    for (int i = 0; i < odd.size(); ++i)
+    for (int i = 0; i < odd.size(); ++i) {
         QTest::addRow("%d %s", i, odd[i].signature) << odd[i].value;
+    }
     // The second level stays as it came: a dictionary there is a raw argument.
     QTest::newRow("dictionary") << QVariant(QVariantMap{{QStringLiteral("Name"), QStringLiteral("wlan0")}});
 }

@@ -13,17 +13,18 @@ Q_DECLARE_METATYPE(ConnmanService::State)
 
 namespace {
 
-constexpr QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
-constexpr QLatin1String PropertiesLog("ConnmanService.properties");
-constexpr QLatin1String StateKey("State");
-constexpr QLatin1String Ipv4("IPv4");
+const QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
+const QLatin1String PropertiesLog("ConnmanService.properties");
+const QLatin1String StateKey("State");
+const QLatin1String Ipv4("IPv4");
 
 /// What a service said of itself, in order.
 QVector<State> states(const QSignalSpy &spy)
 {
     QVector<State> result;
-    for (const QVariantList &arguments : spy)
+    for (const QVariantList &arguments : spy) {
         result << arguments.constFirst().value<State>();
+    }
     return result;
 }
 

@@ -15,12 +15,12 @@ using State = ConnmanService::State;
 
 namespace {
 
-constexpr QLatin1String Service("wifi_020000000000_61_managed_psk");
-constexpr QLatin1String ManagerInterface("net.connman.Manager");
-constexpr QLatin1String ServiceInterface("net.connman.Service");
-constexpr QLatin1String GetProperties("GetProperties");
-constexpr QLatin1String PropertyChanged("PropertyChanged");
-constexpr QLatin1String ManagerPath("/");
+const QLatin1String Service("wifi_020000000000_61_managed_psk");
+const QLatin1String ManagerInterface("net.connman.Manager");
+const QLatin1String ServiceInterface("net.connman.Service");
+const QLatin1String GetProperties("GetProperties");
+const QLatin1String PropertyChanged("PropertyChanged");
+const QLatin1String ManagerPath("/");
 
 QString path()
 {
@@ -84,9 +84,10 @@ void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache_data
     QTest::addColumn<QString>("received");
     QTest::newRow("no arguments") << QVariantList() << QStringLiteral("<empty signature>");
     const QVector<OddValue> values = rawOddValues();
-    for (int i = 0; i < values.size(); ++i)
+    for (int i = 0; i < values.size(); ++i) {
         QTest::addRow("%d %s", i, values[i].signature)
             << QVariantList{values[i].value} << QString(QLatin1String(values[i].signature));
+    }
     QTest::newRow("s") << QVariantList{QStringLiteral("text")} << QStringLiteral("s");
     QTest::newRow("y") << QVariantList{QVariant::fromValue(uchar(7))} << QStringLiteral("y");
     QTest::newRow("as") << QVariantList{QStringList{QStringLiteral("State")}} << QStringLiteral("as");
@@ -221,7 +222,8 @@ void HostilePeerTest::signalsOfOthersThanConnmanAreNotHeard()
 {
     MirrorWorld world;
     world.addService(Service);
-    const ConnmanManager manager(world.connection(), nullptr);
+    const RecordedManager recorded(world);
+    world.simulator().clearCalls();
     ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
     QDBusConnection stranger =
         QDBusConnection::connectToBus(world.bus().address(), QStringLiteral("stranger"));
@@ -233,6 +235,7 @@ void HostilePeerTest::signalsOfOthersThanConnmanAreNotHeard()
     QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
     world.deliver();
     QVERIFY(service.properties().isEmpty());
+    QCOMPARE(recorded.manager.services().constFirst()->state(), State::Idle);
     QCOMPARE(world.simulator().calls(), QStringList());
 }
 

@@ -14,9 +14,9 @@ using State = ConnmanService::State;
 
 namespace {
 
-constexpr QLatin1String Service("wifi_020000000000_61_managed_psk");
-constexpr QLatin1String ManagerInterface("net.connman.Manager");
-constexpr QLatin1String ManagerPath("/");
+const QLatin1String Service("wifi_020000000000_61_managed_psk");
+const QLatin1String ManagerInterface("net.connman.Manager");
+const QLatin1String ManagerPath("/");
 
 QString path()
 {
@@ -50,8 +50,9 @@ void addAnyValueRows()
 {
     QTest::addColumn<QVariant>("value");
     const QVector<OddValue> values = anyValues();
-    for (int i = 0; i < values.size(); ++i)
+    for (int i = 0; i < values.size(); ++i) {
         QTest::addRow("%d %s", i, values[i].signature) << values[i].value;
+    }
 }
 
 const QStringList &serviceKeys()
@@ -115,8 +116,9 @@ void HostileValuesTest::serviceWithAnyValuesEverywhereIsMirrored()
     MirrorWorld world;
     world.addService(Service);
     QVariantMap properties;
-    for (const QString &key : serviceKeys())
+    for (const QString &key : serviceKeys()) {
         properties.insert(key, value);
+    }
     ConnmanManager manager(world.connection(), nullptr);
     {
         const Fault fault = world.answerGetProperties(properties);
@@ -145,8 +147,9 @@ void HostileValuesTest::anyValueInAPropertyChangeIsSurvived()
     world.addService(Service);
     ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
     service.serviceChanged();
-    for (const QString &key : serviceKeys())
+    for (const QString &key : serviceKeys()) {
         world.emitPropertyChanged(path(), key, value);
+    }
     world.emitPropertyChanged(path(), QString(), value);
     world.deliver();
     QVERIFY(service.properties().contains(QString()));

@@ -13,14 +13,14 @@ using test_support::Fault;
 
 namespace {
 
-constexpr QLatin1String PropertiesLog("ConnmanService.properties");
-constexpr QLatin1String Path("/net/connman/service/wifi_x_managed_psk");
-constexpr QLatin1String Ipv4("IPv4");
-constexpr QLatin1String Ipv4Configuration("IPv4.Configuration");
-constexpr QLatin1String Ipv6Configuration("IPv6.Configuration");
-constexpr QLatin1String Method("Method");
-constexpr QLatin1String Address("Address");
-constexpr QLatin1String PrefixLength("PrefixLength");
+const QLatin1String PropertiesLog("ConnmanService.properties");
+const QLatin1String Path("/net/connman/service/wifi_x_managed_psk");
+const QLatin1String Ipv4("IPv4");
+const QLatin1String Ipv4Configuration("IPv4.Configuration");
+const QLatin1String Ipv6Configuration("IPv6.Configuration");
+const QLatin1String Method("Method");
+const QLatin1String Address("Address");
+const QLatin1String PrefixLength("PrefixLength");
 
 QVariantMap withMethod(const QString &word, const QString &address)
 {
@@ -123,8 +123,9 @@ void IpConfigurationGettersTest::methodDecidesWhichIpv4DictionaryCounts_data()
     const auto row = [](const char *title, const QVariantMap &inUse, const Dictionary &configured,
                         const QVariantMap &expected, const QStringList &lines) {
         QVariantMap properties{{Ipv4, inUse}};
-        if (configured)
+        if (configured) {
             properties.insert(Ipv4Configuration, *configured);
+        }
         QTest::newRow(title) << properties << expected << lines;
     };
     const QVariantMap nothing;
@@ -186,8 +187,9 @@ void IpConfigurationGettersTest::ipv4OfAnotherTypeIsOneLineAndEmpty_data()
 {
     QTest::addColumn<QVariant>("value");
     const QVector<OddValue> odd = rawOddValues();
-    for (int i = 0; i < odd.size(); ++i)
+    for (int i = 0; i < odd.size(); ++i) {
         QTest::addRow("%d %s", i, odd[i].signature) << odd[i].value;
+    }
     QTest::newRow("text") << QVariant(QStringLiteral("dhcp"));
     QTest::newRow("number") << QVariant(4);
     QTest::newRow("list of texts") << QVariant(QStringList{QStringLiteral("dhcp")});
@@ -216,8 +218,9 @@ void IpConfigurationGettersTest::everyIpv4ValueIsText()
                              {QStringLiteral("Netmask"), QStringLiteral("255.0.0.0")},
                              {QStringLiteral("Gateway"), QStringLiteral("10.0.0.1")}};
     fill({{Ipv4, values}});
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
         QCOMPARE(m_service->getIpv4ConfigurationValue(it.key()), it.value().toString());
+    }
     QCOMPARE(m_world->complaints(), QStringList());
 }
 

@@ -22,8 +22,9 @@ QStringList ManagerAnnouncements::lines(const QString &kind) const
 {
     QStringList result;
     for (const QString &line : m_lines) {
-        if (line.startsWith(kind + QLatin1Char(' ')))
+        if (line.startsWith(kind + QLatin1Char(' '))) {
             result << line;
+        }
     }
     return result;
 }
@@ -68,8 +69,9 @@ QStringList registeredPaths(const ConnmanManager &manager)
 {
     QStringList paths;
     const auto services = manager.services();
-    for (const auto &service : services)
+    for (const auto &service : services) {
         paths << service->path();
+    }
     paths.sort();
     return paths;
 }

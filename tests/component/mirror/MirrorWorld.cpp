@@ -7,16 +7,17 @@
 #include <QDBusMessage>
 #include <QDBusVariant>
 #include <QLoggingCategory>
+#include <QMetaMethod>
 #include <QtTest>
 
 using namespace test_support;
 
 namespace {
 
-constexpr QLatin1String ServiceInterface("net.connman.Service");
-constexpr QLatin1String ManagerInterface("net.connman.Manager");
-constexpr QLatin1String ManagerPath("/");
-constexpr QLatin1String ServicePrefix("/net/connman/service/");
+const QLatin1String ServiceInterface("net.connman.Service");
+const QLatin1String ManagerInterface("net.connman.Manager");
+const QLatin1String ManagerPath("/");
+const QLatin1String ServicePrefix("/net/connman/service/");
 
 QString newConnectionName()
 {
@@ -56,16 +57,18 @@ QDBusConnection MirrorWorld::noConnection()
 void MirrorWorld::removeAllServices()
 {
     const QStringList identifiers = m_simulator.services();
-    for (const QString &identifier : identifiers)
+    for (const QString &identifier : identifiers) {
         m_simulator.removeService(identifier);
+    }
 }
 
 QDBusObjectPath MirrorWorld::addService(const QString &identifier, const QVariantMap &properties)
 {
-    const QDBusObjectPath path = m_simulator.addService(identifier, properties);
+    QDBusObjectPath path = m_simulator.addService(identifier, properties);
     const bool seen = QTest::qWaitFor([&] { return m_announced.contains(path.path()); }, 10000);
-    if (!seen)
+    if (!seen) {
         qCritical() << "ConnMan has not announced" << path.path();
+    }
     m_simulator.clearCalls();
     return path;
 }
@@ -91,11 +94,13 @@ void MirrorWorld::emitPropertyChanged(const QString &path, const QString &name, 
 void MirrorWorld::emitServicesChanged(const QStringList &changed, const QStringList &removed)
 {
     ConnmanServiceInfoList records;
-    for (const QString &path : changed)
+    for (const QString &path : changed) {
         records.append({QDBusObjectPath(path), {}});
+    }
     QList<QDBusObjectPath> gone;
-    for (const QString &path : removed)
+    for (const QString &path : removed) {
         gone.append(QDBusObjectPath(path));
+    }
     m_simulator.emitSignal(ManagerPath, ManagerInterface, QStringLiteral("ServicesChanged"),
                            {QVariant::fromValue(records), QVariant::fromValue(gone)});
 }
@@ -107,8 +112,9 @@ void MirrorWorld::deliver()
         QDBusMessage::createMethodCall(QStringLiteral("net.connman"), ManagerPath,
                                        QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
     const QDBusMessage answer = m_connection.call(ping);
-    if (answer.type() != QDBusMessage::ReplyMessage)
+    if (answer.type() != QDBusMessage::ReplyMessage) {
         qCritical() << "ConnMan does not answer:" << answer.errorMessage();
+    }
     QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
 }
 
@@ -117,10 +123,11 @@ QStringList MirrorWorld::complaints() const
     QStringList lines;
     const QVector<LogMessage> messages = m_log.messages();
     for (const LogMessage &message : messages) {
-        if (message.type == QtCriticalMsg)
+        if (message.type == QtCriticalMsg) {
             lines << critical(message.category, message.text);
-        else if (message.type == QtWarningMsg)
+        } else if (message.type == QtWarningMsg) {
             lines << warning(message.category, message.text);
+        }
     }
     return lines;
 }
@@ -142,8 +149,9 @@ QString MirrorWorld::getPropertiesCall(const QString &path)
 
 void MirrorWorld::announced(const ConnmanServiceInfoList &changed, const QList<QDBusObjectPath> & /*removed*/)
 {
-    for (const ConnmanServiceInfo &info : changed)
+    for (const ConnmanServiceInfo &info : changed) {
         m_announced.insert(info.path.path());
+    }
 }
 
 QString critical(const QString &category, const QString &text)
@@ -154,4 +162,13 @@ QString critical(const QString &category, const QString &text)
 QString warning(const QString &category, const QString &text)
 {
     return QStringLiteral("warning %1: %2").arg(category, text);
+}
+
+QStringList ownMethods(const QMetaObject &metaObject)
+{
+    QStringList signatures;
+    for (int index = metaObject.methodOffset(); index < metaObject.methodCount(); ++index) {
+        signatures << QString::fromLatin1(metaObject.method(index).methodSignature());
+    }
+    return signatures;
 }

@@ -65,3 +65,6 @@ private:
 /// A critical line as MirrorWorld::complaints() has it.
 QString critical(const QString &category, const QString &text);
 QString warning(const QString &category, const QString &text);
+
+/// The signatures of the signals and slots that a class itself declares, in order.
+QStringList ownMethods(const QMetaObject &metaObject);

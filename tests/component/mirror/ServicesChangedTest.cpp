@@ -10,10 +10,10 @@ using State = ConnmanService::State;
 
 namespace {
 
-constexpr QLatin1String A("wifi_020000000000_61_managed_psk");
-constexpr QLatin1String B("wifi_020000000000_62_managed_none");
-constexpr QLatin1String Wired("ethernet_020000000001_cable");
-constexpr QLatin1String ServicesLog("ConnmanManager.services");
+const QLatin1String A("wifi_020000000000_61_managed_psk");
+const QLatin1String B("wifi_020000000000_62_managed_none");
+const QLatin1String Wired("ethernet_020000000001_cable");
+const QLatin1String ServicesLog("ConnmanManager.services");
 
 const QVariantMap &idle()
 {

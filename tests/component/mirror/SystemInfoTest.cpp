@@ -20,11 +20,11 @@ using test_support::LogCapture;
 
 namespace {
 
-constexpr QLatin1String ServiceName("com.tactora.ConfigurationManager");
-constexpr QLatin1String Plain("default");
-constexpr QLatin1String Process("process");
-constexpr QLatin1String SystemInfoKey("systemInfo");
-constexpr QLatin1String SerialNo("serialNo");
+const QLatin1String ServiceName("com.tactora.ConfigurationManager");
+const QLatin1String Plain("default");
+const QLatin1String Process("process");
+const QLatin1String SystemInfoKey("systemInfo");
+const QLatin1String SerialNo("serialNo");
 
 QVariantMap replyWithSerial(const QVariant &serial)
 {
@@ -203,8 +203,9 @@ void SystemInfoTest::replyThatIsNoDictionaryIsOneLineAndEmpty_data()
     QTest::newRow("text") << QVariantList{QStringLiteral("4711")};
     QTest::newRow("number") << QVariantList{4711};
     const QVector<OddValue> odd = rawOddValues();
-    for (int i = 0; i < odd.size(); ++i)
+    for (int i = 0; i < odd.size(); ++i) {
         QTest::addRow("%d %s", i, odd[i].signature) << QVariantList{odd[i].value};
+    }
 }
 
 void SystemInfoTest::replyThatIsNoDictionaryIsOneLineAndEmpty()

@@ -9,9 +9,9 @@
 
 namespace {
 
-constexpr QLatin1String NameKey("Name");
-constexpr QLatin1String StateKey("State");
-constexpr QLatin1String StrengthKey("Strength");
+const QLatin1String NameKey("Name");
+const QLatin1String StateKey("State");
+const QLatin1String StrengthKey("Strength");
 
 ConnmanServiceInfo info(const QString &path, const QVariantMap &properties = {})
 {
@@ -21,8 +21,9 @@ ConnmanServiceInfo info(const QString &path, const QVariantMap &properties = {})
 QStringList paths(const ConnmanServiceInfoList &list)
 {
     QStringList result;
-    for (const ConnmanServiceInfo &entry : list)
+    for (const ConnmanServiceInfo &entry : list) {
         result << entry.path.path();
+    }
     return result;
 }
 
@@ -207,8 +208,9 @@ void ConnmanTypesTest::listComesThroughTheBusInOrder()
     };
     const auto received = qdbus_cast<ConnmanServiceInfoList>(m_loopback.argument(QVariant::fromValue(sent)));
     QCOMPARE(paths(received), paths(sent));
-    for (int i = 0; i < sent.size(); ++i)
+    for (int i = 0; i < sent.size(); ++i) {
         QCOMPARE(received[i].properties, sent[i].properties);
+    }
 }
 
 void ConnmanTypesTest::emptyListComesThroughTheBus()

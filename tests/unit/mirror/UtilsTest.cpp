@@ -189,9 +189,10 @@ void UtilsTest::rawArgumentOfAnotherShapeComesBackUntouched_data()
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("signature");
     const QVector<OddValue> values = rawOddValues();
-    for (int i = 0; i < values.size(); ++i)
+    for (int i = 0; i < values.size(); ++i) {
         QTest::addRow("%d %s", i, values[i].signature)
             << values[i].value << QString(QLatin1String(values[i].signature));
+    }
 }
 
 void UtilsTest::rawArgumentOfAnotherShapeComesBackUntouched()
@@ -259,8 +260,9 @@ void UtilsTest::rawDictionaryReadsOnlyRawDictionaries()
     QVERIFY(!Utils::rawDictionary(QStringLiteral("text")).has_value());
     QVERIFY(!Utils::rawDictionary({}).has_value());
     const QVector<OddValue> oddValues = rawOddValues();
-    for (const OddValue &odd : oddValues)
+    for (const OddValue &odd : oddValues) {
         QVERIFY2(!Utils::rawDictionary(m_loopback.variantContent(odd.value)).has_value(), odd.signature);
+    }
 }
 
 QTEST_GUILESS_MAIN(UtilsTest)

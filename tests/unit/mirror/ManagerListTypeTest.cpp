@@ -1,0 +1,28 @@
+// A process of its own: types stay registered for the life of a process.
+
+#include "ConnmanManager.h"
+
+#include "LogCapture.h"
+
+#include <QDBusMetaType>
+#include <QtTest>
+
+class ManagerListTypeTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void readingTheServicesRegistersTheListType();
+};
+
+void ManagerListTypeTest::readingTheServicesRegistersTheListType()
+{
+    const test_support::LogCapture log;
+    ConnmanManager manager(QDBusConnection(QStringLiteral("no such connection")), nullptr);
+    QVERIFY(!manager.updateServices());
+    QCOMPARE(QMetaType::type("ConnmanServiceInfoList"), qMetaTypeId<ConnmanServiceInfoList>());
+    QCOMPARE(QDBusMetaType::typeToSignature(qMetaTypeId<ConnmanServiceInfoList>()), "a(oa{sv})");
+}
+
+QTEST_GUILESS_MAIN(ManagerListTypeTest)
+#include "ManagerListTypeTest.moc"
