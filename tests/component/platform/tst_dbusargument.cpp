@@ -98,6 +98,7 @@ private slots:
     void receivedValueBecomesPlain_data();
     void receivedValueBecomesPlain();
     void everyValueOfAMapIsUnpacked();
+    void everyValueOfAListIsUnpacked();
     void unpackingLeavesTheOriginalAsItWas();
     void deepNestingIsUnpackedToTheBottom();
     void valuesWithoutDBusPartsComeBackUnchanged_data();
@@ -233,6 +234,13 @@ void DBusArgumentTest::everyValueOfAMapIsUnpacked()
     QCOMPARE(unpacked, (QVariantMap{{QStringLiteral("systemInfo"), inner},
                                     {QStringLiteral("list"), QVariantList{1}},
                                     {QStringLiteral("plain"), 5}}));
+}
+
+void DBusArgumentTest::everyValueOfAListIsUnpacked()
+{
+    const QVariantMap inner{{QStringLiteral("serialNo"), 5}};
+    const QVariantList received{sendAcross(inner), QVariant::fromValue(boxed(5)), 6};
+    QCOMPARE(dbusArgumentUnpack(QVariant(received)), QVariant(QVariantList{inner, 5, 6}));
 }
 
 void DBusArgumentTest::unpackingLeavesTheOriginalAsItWas()

@@ -5,6 +5,7 @@
 #include <libtactora/DBusService.h>
 
 #include <memory>
+#include <QDBusServiceWatcher>
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QtTest>
@@ -56,6 +57,8 @@ private slots:
     void ownerThatComesBeforeTheFirstAnswerIsReportedOnce();
     void ownerThatGoesBeforeTheFirstAnswerIsReportedWithItsEnd();
     void ownerThatChangesBeforeTheFirstAnswerIsReportedTwice();
+    void changeThatOvertakesTheFirstAnswerStandsForIt_data();
+    void changeThatOvertakesTheFirstAnswerStandsForIt();
     void nameThatPassesOnIsReportedOnceMore();
     void everyOneOfManyQuickAppearancesIsReported();
     void otherNamesAreNotReported();
@@ -215,6 +218,36 @@ void DBusServiceTest::ownerThatChangesBeforeTheFirstAnswerIsReportedTwice()
     QVERIFY(successor.take(watchedName()));
     waitUntilAllIsTold();
     QCOMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("connected")}));
+}
+
+void DBusServiceTest::changeThatOvertakesTheFirstAnswerStandsForIt_data()
+{
+    QTest::addColumn<QString>("oldOwner");
+    QTest::addColumn<QString>("newOwner");
+    QTest::addColumn<QStringList>("expected");
+    const QString connected = QStringLiteral("connected");
+    const QString disconnected = QStringLiteral("disconnected");
+    QTest::newRow("came") << QString() << QStringLiteral(":1.5") << QStringList{connected};
+    QTest::newRow("went") << QStringLiteral(":1.5") << QString() << QStringList{connected, disconnected};
+    QTest::newRow("passed on") << QStringLiteral(":1.5") << QStringLiteral(":1.6")
+                               << QStringList{connected, connected};
+}
+
+// Too rare to be waited for: the signal is delivered while the answer, "it has an owner", is still on its
+// way.
+void DBusServiceTest::changeThatOvertakesTheFirstAnswerStandsForIt()
+{
+    QFETCH(QString, oldOwner);
+    QFETCH(QString, newOwner);
+    QFETCH(QStringList, expected);
+    QVERIFY(m_connman->take(watchedName()));
+    const auto service = watch();
+    const Report report(*service);
+    auto *signalSource = service->findChild<QDBusServiceWatcher *>();
+    QVERIFY(signalSource != nullptr);
+    emit signalSource->serviceOwnerChanged(watchedName(), oldOwner, newOwner);
+    waitUntilAllIsTold();
+    QCOMPARE(report.lines, expected);
 }
 
 void DBusServiceTest::nameThatPassesOnIsReportedOnceMore()

@@ -1,6 +1,7 @@
 #include <libtactora/Singleton.h>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstdio>
 #include <cstdlib>
@@ -17,13 +18,24 @@ namespace {
 std::atomic<int> made = 0;
 std::atomic<int> destructed = 0;
 
+/// Takes its time to be made, so that whoever may come in as well does.
 class Counted
 {
 public:
-    Counted() { ++made; }
+    Counted()
+    {
+        ++made;
+        std::unique_lock lock(s_mutex);
+        s_anotherIsMade.notify_all();
+        s_anotherIsMade.wait_for(lock, std::chrono::milliseconds(200), [] { return made > 1; });
+    }
     ~Counted() { ++destructed; }
     Counted(const Counted &) = delete;
     Counted &operator=(const Counted &) = delete;
+
+private:
+    inline static std::mutex s_mutex;
+    inline static std::condition_variable s_anotherIsMade;
 };
 
 class Other
