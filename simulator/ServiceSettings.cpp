@@ -146,7 +146,8 @@ std::optional<ErrorReply> ServiceSettings::setIpv4(const ServicePtr &service, co
     if (configuration.refusal) {
         return configuration.refusal;
     }
-    const bool isActive = !service->isIdle();
+    // While the radio still associates there are no addresses yet to take away.
+    const bool isActive = !service->isIdle() && service->state() != QLatin1String("association");
     if (isActive) {
         m_states.configure(*service);
     }

@@ -60,6 +60,7 @@ private slots:
     void refusedValueChangesNothing();
     void manualIpv4IsShownAndUsed();
     void dhcpGetsItsAddressAnew();
+    void configurationDuringAssociationDoesNotCutItShort();
     void ipv4OffLeavesTheServiceConfiguring();
     void manualIpv6IsShownWithPrivacy();
     void onlyAddressesBecomeNameservers();
@@ -207,6 +208,16 @@ void SettingsTest::dhcpGetsItsAddressAnew()
     QCOMPARE(set(ipv4Configuration, manualIpv4()), accepted);
     QCOMPARE(set(ipv4Configuration, QVariantMap{{method, QStringLiteral("dhcp")}}), accepted);
     QVERIFY(m_client->waitForSignal(QStringLiteral("\"IPv4\", <{\"Address\": <\"192.168.10.77\">")));
+}
+
+void SettingsTest::configurationDuringAssociationDoesNotCutItShort()
+{
+    m_simulator->setTiming(QStringLiteral("association"), 60000);
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(id, QStringLiteral("Connect"));
+    QVERIFY(m_client->waitForState(id, QStringLiteral("association")));
+    QCOMPARE(set(ipv4Configuration, manualIpv4()), accepted);
+    QCOMPARE(m_client->property(id, QStringLiteral("State")), QStringLiteral("\"association\""));
+    QVERIFY(!pending->hasCome());
 }
 
 void SettingsTest::ipv4OffLeavesTheServiceConfiguring()
