@@ -1,6 +1,7 @@
 #include "Command.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -36,4 +37,10 @@ bool Command::fits(const QStringList &arguments) const
         }
     }
     return true;
+}
+
+Command command(const char *name, const char *form, const char *help,
+                std::function<void(const QStringList &)> run)
+{
+    return {QString::fromLatin1(name), QString::fromLatin1(form), QString::fromLatin1(help), std::move(run)};
 }

@@ -18,3 +18,7 @@ struct Command
     QStringList formWords() const { return form.split(QLatin1Char(' '), Qt::SkipEmptyParts); }
     bool fits(const QStringList &arguments) const;
 };
+
+/// For tables of commands, whose texts are plain literals.
+Command command(const char *name, const char *form, const char *help,
+                std::function<void(const QStringList &)> run);

@@ -10,13 +10,14 @@
 Console::Console(Device &device, Feed &feed, QObject *parent)
     : QObject(parent)
     , m_feed(feed)
-    , m_names(device.simulator())
+    , m_names(device.connection())
     , m_daemonCommands(device.connection(), m_names, feed)
     , m_input(STDIN_FILENO, QSocketNotifier::Read)
 {
     m_input.setEnabled(false);
     connect(&m_input, &QSocketNotifier::activated, this, &Console::readAvailable);
-    m_commands = deviceCommands(device, feed) + m_daemonCommands.commands();
+    m_commands =
+        device.surroundings().commands(feed) + deviceCommands(device, feed) + m_daemonCommands.commands();
     m_commands << Command{QStringLiteral("help"), {}, QStringLiteral("this"), [this](auto &) { showHelp(); }}
                << Command{
                       QStringLiteral("quit"), {}, QStringLiteral("end"), [this](auto &) { emit finished(); }};

@@ -1,5 +1,7 @@
 #include "Device.h"
 
+#include "SimulatedSurroundings.h"
+#include "WiredSurroundings.h"
 #include <QFile>
 #include <QStandardPaths>
 
@@ -8,11 +10,12 @@ const QString connectionName = QStringLiteral("console");
 const QString connmanctl = QStringLiteral("connmanctl");
 } // namespace
 
-Device::Device()
+Device::Device(Kind kind)
     : m_connection(QDBusConnection::connectToBus(m_bus.address(), connectionName))
-    , m_simulator(m_bus.address(), test_support::SimulatorClient::Timings::Real)
+    , m_surroundings(makeSurroundings(kind))
     , m_daemon(m_bus.address())
 {
+    m_surroundings->prepare(sandbox());
     const QString realConnmanctl = QStandardPaths::findExecutable(connmanctl);
     if (!realConnmanctl.isEmpty()) {
         sandbox().commands().removeProgram(connmanctl);
@@ -27,5 +30,24 @@ Device::~Device()
 
 bool Device::isReady() const
 {
-    return m_connection.isConnected() && m_simulator.isReady();
+    return m_connection.isConnected() && m_surroundings->isReady();
+}
+
+std::unique_ptr<Surroundings> Device::makeSurroundings(Kind kind) const
+{
+    switch (kind) {
+    case Kind::Simulated:
+        return std::make_unique<SimulatedSurroundings>(m_bus.address());
+    case Kind::Wired:
+        return std::make_unique<WiredSurroundings>(m_connection);
+    }
+    Q_UNREACHABLE();
+}
+
+void Device::switchOff()
+{
+    // It may be on its way out already: Ctrl-C reaches every program of the terminal.
+    if (m_daemon.isRunning() && !m_daemon.stop()) {
+        m_daemon.waitForExit();
+    }
 }

@@ -1,10 +1,40 @@
 #include "NetworkNames.h"
 
-#include "SimulatorClient.h"
+#include "ConnmanTypes.h"
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QRegularExpression>
+#include <utility>
 
-NetworkNames::NetworkNames(test_support::SimulatorClient &simulator)
-    : m_simulator(simulator)
+namespace {
+
+using Services = QMap<QString, QVariantMap>;
+
+QStringList named(const Services &services, const QString &name)
 {
+    QStringList matches;
+    for (auto service = services.cbegin(); service != services.cend(); ++service) {
+        if (service->value(QStringLiteral("Name")).toString() == name) {
+            matches << service.key();
+        }
+    }
+    return matches;
+}
+
+QStringList startingWith(const Services &services, const QString &text)
+{
+    if (services.contains(text)) {
+        return {text};
+    }
+    return services.keys().filter(QRegularExpression(QLatin1Char('^') + QRegularExpression::escape(text)));
+}
+
+} // namespace
+
+NetworkNames::NetworkNames(QDBusConnection bus)
+    : m_bus(std::move(bus))
+{
+    registerConnmanTypes();
 }
 
 NetworkNames::Result NetworkNames::find(const QString &text) const
@@ -17,43 +47,31 @@ NetworkNames::Result NetworkNames::find(const QString &text) const
     if (isNumber && number >= 1 && number <= m_listed.size()) {
         return {m_listed.at(number - 1), {}};
     }
-    QStringList candidates = named(text);
+    const Services all = services();
+    QStringList candidates = named(all, text);
     if (candidates.isEmpty()) {
-        candidates = startingWith(text);
+        candidates = startingWith(all, text);
     }
     if (candidates.isEmpty()) {
         return {{}, QStringLiteral("There is no network \"%1\"; \"list\" tells which there are.").arg(text)};
     }
     if (candidates.size() > 1) {
-        const QString all = candidates.join(QStringLiteral("\n  "));
-        return {{}, QStringLiteral("\"%1\" may be one of several:\n  %2").arg(text, all)};
+        const QString list = candidates.join(QStringLiteral("\n  "));
+        return {{}, QStringLiteral("\"%1\" may be one of several:\n  %2").arg(text, list)};
     }
     return {candidates.first(), {}};
 }
 
-QStringList NetworkNames::startingWith(const QString &text) const
+Services NetworkNames::services() const
 {
-    const QStringList all = m_simulator.services();
-    if (all.contains(text)) {
-        return {text};
+    const QDBusMessage call =
+        QDBusMessage::createMethodCall(QStringLiteral("net.connman"), QStringLiteral("/"),
+                                       QStringLiteral("net.connman.Manager"), QStringLiteral("GetServices"));
+    const QDBusReply<ConnmanServiceInfoList> reply = m_bus.call(call);
+    Services services;
+    const ConnmanServiceInfoList infos = reply.value();
+    for (const ConnmanServiceInfo &info : infos) {
+        services.insert(info.path.path().section(QLatin1Char('/'), -1), info.properties);
     }
-    QStringList matches;
-    for (const QString &identifier : all) {
-        if (identifier.startsWith(text)) {
-            matches << identifier;
-        }
-    }
-    return matches;
-}
-
-QStringList NetworkNames::named(const QString &name) const
-{
-    QStringList matches;
-    const QStringList all = m_simulator.services();
-    for (const QString &identifier : all) {
-        if (m_simulator.serviceProperties(identifier).value(QStringLiteral("Name")).toString() == name) {
-            matches << identifier;
-        }
-    }
-    return matches;
+    return services;
 }

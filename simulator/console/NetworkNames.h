@@ -1,18 +1,16 @@
 #pragma once
 
+#include <QDBusConnection>
 #include <QString>
 #include <QStringList>
 #include <QVariantMap>
-
-namespace test_support {
-class SimulatorClient;
-}
 
 /// Finds out which network somebody means.
 class NetworkNames
 {
 public:
-    explicit NetworkNames(test_support::SimulatorClient &simulator);
+    /// `bus` is the one that ConnMan is on.
+    explicit NetworkNames(QDBusConnection bus);
 
     /// The identifiers of the last list shown, which can then be told by their number, from 1.
     void setListed(const QStringList &identifiers) { m_listed = identifiers; }
@@ -28,9 +26,9 @@ public:
     Result find(const QString &text) const;
 
 private:
-    QStringList startingWith(const QString &text) const;
-    QStringList named(const QString &name) const;
+    /// The properties of ConnMan's services by identifier.
+    QMap<QString, QVariantMap> services() const;
 
-    test_support::SimulatorClient &m_simulator;
+    QDBusConnection m_bus;
     QStringList m_listed;
 };

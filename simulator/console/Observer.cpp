@@ -97,10 +97,9 @@ Observer::Observer(Device &device, Feed &feed, QObject *parent)
 
 void Observer::watchSpeech()
 {
-    connect(&m_device.simulator(), &test_support::SimulatorClient::spoke, this,
-            [this](const QString &, const QVariantMap &request) {
-                m_feed.happened(QStringLiteral("speech"), sentenceText(request));
-            });
+    connect(&m_device.surroundings(), &Surroundings::spoke, this, [this](const QVariantMap &request) {
+        m_feed.happened(QStringLiteral("speech"), sentenceText(request));
+    });
 }
 
 void Observer::watchPresence()

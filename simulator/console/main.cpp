@@ -3,6 +3,7 @@
 #include "EventWait.h"
 #include "Feed.h"
 #include "Observer.h"
+#include "OutsideTheWorld.h"
 #include "QuitSignals.h"
 #include "Tour.h"
 #include <QCommandLineParser>
@@ -10,20 +11,18 @@
 
 namespace {
 
-const QStringList scenery = {QStringLiteral("add Library"), QStringLiteral("add Kitchen \"sweet potato\""),
-                             QStringLiteral("daemon start")};
 const QString daemonIsThere = QStringLiteral("bus: com.tactora.NetworkManager is there");
 
 int converse(Console &console, Device &device, Feed &feed)
 {
+    const QStringList scenery = device.surroundings().scenery();
     for (const QString &command : scenery) {
         console.execute(command);
     }
     test_support::waitUntil(
         [&] { return feed.events().contains(daemonIsThere) || !device.daemon().isRunning(); });
-    feed.tell(
-        QStringLiteral("A printer is on the desk, with two networks in reach. Type \"help\" for what you can "
-                       "do, \"quit\" to end."));
+    feed.tell(device.surroundings().greeting() +
+              QStringLiteral(" Type \"help\" for what you can do, \"quit\" to end."));
     QObject::connect(&console, &Console::finished, qApp, &QCoreApplication::quit);
     console.readStandardInput();
     return QCoreApplication::exec();
@@ -49,17 +48,28 @@ int main(int argc, char *argv[])
     const QCommandLineOption tour(QStringLiteral("tour"), QStringLiteral("Show what it does, and end."));
     const QCommandLineOption log(QStringLiteral("log"), QStringLiteral("Logging rules for the daemon."),
                                  QStringLiteral("rules"));
-    parser.addOptions({tour, log});
+    const QCommandLineOption wired(
+        QStringLiteral("wired"),
+        QStringLiteral(
+            "With the real ConnMan and a real cable (tests/wired/run-wired makes room for them)."));
+    parser.addOptions({tour, log, wired});
     parser.process(application);
+
+    if (parser.isSet(wired) && !isInsideTheWorld()) {
+        qCritical("The real ConnMan needs a world of its own: start tests/wired/run-wired instead.");
+        return EXIT_FAILURE;
+    }
 
     const QuitSignals quitSignals;
     Feed feed;
-    Device device;
+    Device device(parser.isSet(wired) ? Device::Kind::Wired : Device::Kind::Simulated);
     if (!device.isReady()) {
         return EXIT_FAILURE;
     }
     device.daemon().setLoggingRules(parser.value(log));
     const Observer observer(device, feed);
     Console console(device, feed);
-    return parser.isSet(tour) ? showTour(console, feed) : converse(console, device, feed);
+    const int status = parser.isSet(tour) ? showTour(console, feed) : converse(console, device, feed);
+    device.switchOff();
+    return status;
 }

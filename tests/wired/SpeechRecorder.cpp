@@ -42,4 +42,5 @@ void SpeechRecorder::speakFromId(const QString &id, const QVariantMap &request)
 {
     Q_UNUSED(id)
     m_requests << request;
+    emit spoke(request);
 }

@@ -24,6 +24,9 @@ public:
     /// Takes the bus name or gives it up.
     void setPresent(bool present);
 
+signals:
+    void spoke(const QVariantMap &request);
+
 public slots:
     Q_SCRIPTABLE Q_NOREPLY void speakFromId(const QString &id, const QVariantMap &request);
 

@@ -27,6 +27,7 @@ private:
     static QString named(const char *name) { return QString::fromLatin1(name); }
 
     PrivateBus m_bus;
+    QDBusConnection m_connection{QDBusConnection::connectToBus(m_bus.address(), named("names"))};
     SimulatorClient m_simulator{m_bus.address()};
 };
 
@@ -44,22 +45,23 @@ void NetworkNamesTest::init()
 
 void NetworkNamesTest::findsByName()
 {
-    QCOMPARE(NetworkNames(m_simulator).find(named("Library")).identifier, named("wifi_1_b_managed_none"));
+    QCOMPARE(NetworkNames(m_connection).find(named("Library")).identifier, named("wifi_1_b_managed_none"));
 }
 
 void NetworkNamesTest::findsByIdentifier()
 {
-    QCOMPARE(NetworkNames(m_simulator).find(named("ethernet_2_cable")).identifier, named("ethernet_2_cable"));
+    QCOMPARE(NetworkNames(m_connection).find(named("ethernet_2_cable")).identifier,
+             named("ethernet_2_cable"));
 }
 
 void NetworkNamesTest::findsByTheOnlyIdentifierThatBeginsSo()
 {
-    QCOMPARE(NetworkNames(m_simulator).find(named("wifi_1_a")).identifier, named("wifi_1_a_managed_psk"));
+    QCOMPARE(NetworkNames(m_connection).find(named("wifi_1_a")).identifier, named("wifi_1_a_managed_psk"));
 }
 
 void NetworkNamesTest::namesAllThatBeginSo()
 {
-    const NetworkNames::Result result = NetworkNames(m_simulator).find(named("wifi_"));
+    const NetworkNames::Result result = NetworkNames(m_connection).find(named("wifi_"));
     QCOMPARE(result.identifier, QString());
     QVERIFY(result.problem.contains(named("wifi_1_a_managed_psk")));
     QVERIFY(result.problem.contains(named("wifi_1_b_managed_none")));
@@ -68,14 +70,14 @@ void NetworkNamesTest::namesAllThatBeginSo()
 
 void NetworkNamesTest::findsByNumberInTheLastList()
 {
-    NetworkNames names(m_simulator);
+    NetworkNames names(m_connection);
     names.setListed({named("wifi_1_b_managed_none"), named("ethernet_2_cable")});
     QCOMPARE(names.find(named("2")).identifier, named("ethernet_2_cable"));
 }
 
 void NetworkNamesTest::numberOutsideTheLastListIsNoNetwork()
 {
-    NetworkNames names(m_simulator);
+    NetworkNames names(m_connection);
     names.setListed({named("ethernet_2_cable")});
     QCOMPARE(names.find(named("0")).identifier, QString());
     QCOMPARE(names.find(named("2")).identifier, QString());
@@ -84,19 +86,20 @@ void NetworkNamesTest::numberOutsideTheLastListIsNoNetwork()
 void NetworkNamesTest::identifierWinsOverLongerOnes()
 {
     m_simulator.addService(named("ethernet_2_cable_2"), {{named("Name"), named("Other")}});
-    QCOMPARE(NetworkNames(m_simulator).find(named("ethernet_2_cable")).identifier, named("ethernet_2_cable"));
+    QCOMPARE(NetworkNames(m_connection).find(named("ethernet_2_cable")).identifier,
+             named("ethernet_2_cable"));
 }
 
 void NetworkNamesTest::passesOnWhatFollowsAnEqualsSign()
 {
-    const NetworkNames::Result result = NetworkNames(m_simulator).find(named("=nowhere"));
+    const NetworkNames::Result result = NetworkNames(m_connection).find(named("=nowhere"));
     QCOMPARE(result.identifier, named("nowhere"));
     QCOMPARE(result.problem, QString());
 }
 
 void NetworkNamesTest::saysThatThereIsNoSuchNetwork()
 {
-    const NetworkNames::Result result = NetworkNames(m_simulator).find(named("Cellar"));
+    const NetworkNames::Result result = NetworkNames(m_connection).find(named("Cellar"));
     QCOMPARE(result.identifier, QString());
     QVERIFY(result.problem.contains(named("\"Cellar\"")));
 }
