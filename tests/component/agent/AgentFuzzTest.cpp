@@ -8,7 +8,7 @@ using RequestType = ConnmanAgent::RequestType;
 namespace {
 
 constexpr char SeedVariable[] = "AGENT_FUZZ_SEED";
-constexpr int requests = 3000;
+constexpr int requests = 1000;
 constexpr int depth = 4;
 
 struct Expected
@@ -124,7 +124,7 @@ void AgentFuzzTest::everyRequestIsAnsweredOrRefusedOnce()
 void AgentFuzzTest::everyPeerAuthorizationIsRefused()
 {
     RandomRequest random(m_seed);
-    for (int i = 0; i < requests / 10; ++i) {
+    for (int i = 0; i < requests / 5; ++i) {
         QCOMPARE(error(call(QStringLiteral("RequestPeerAuthorization"),
                             {servicePath(), random.dictionary(depth)})),
                  invalidArgs(QStringLiteral("Unsupported peer-request type.")));
@@ -134,7 +134,7 @@ void AgentFuzzTest::everyPeerAuthorizationIsRefused()
 void AgentFuzzTest::everyReportedErrorIsKept()
 {
     RandomRequest random(m_seed);
-    for (int i = 0; i < requests / 10; ++i) {
+    for (int i = 0; i < requests / 5; ++i) {
         const QString reported = random.text();
         QCOMPARE(call(QStringLiteral("ReportError"), {servicePath(), reported}).type(),
                  QDBusMessage::ReplyMessage);

@@ -197,9 +197,10 @@ void InterfaceAddressTest::failureToSetTheInterfaceUpIsLogged()
 
 void InterfaceAddressTest::addressCommandIsFollowedWhileItPrints()
 {
+    constexpr int MoreLinesThanAPipeHolds = 2000;
     QStringList script;
     QString printed;
-    for (int line = 0; line < 2000; ++line) { // more than a pipe holds
+    for (int line = 0; line < MoreLinesThanAPipeHolds; ++line) {
         const QString text = QStringLiteral("line %1 of a long story that nobody reads").arg(line);
         script.append(QStringLiteral("print ") + text);
         printed += text + QStringLiteral("\\n");
