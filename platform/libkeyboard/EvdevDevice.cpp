@@ -63,7 +63,7 @@ bool EvdevDevice::readEvent(input_event &event)
         return true;
     }
     if (status != -EAGAIN) {
-
+        m_failure = -status;
     } else if (isHungUp()) {
         m_failure = ENODEV;
     }
