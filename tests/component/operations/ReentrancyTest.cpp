@@ -235,7 +235,7 @@ void ReentrancyTest::removedServiceStaysAliveUntilConnectReturns()
 void ReentrancyTest::connmanLeavingEndsConnect()
 {
     const QString cafe = addNetwork("Cafe");
-    const Fault slow = delayConnect(cafe, 5000);
+    const Fault slow = delayConnect(cafe, 60000);
     onConnect([&] { m_connman->setPresent(connmanName, false); });
 
     QVERIFY(!service(cafe)->connect());
@@ -246,7 +246,7 @@ void ReentrancyTest::connmanComesBackDuringConnect()
 {
     const QString cafe = addNetwork("Cafe");
     const ServicePtr connecting = service(cafe);
-    const Fault slow = delayConnect(cafe, 5000);
+    const Fault slow = delayConnect(cafe, 60000);
     onConnect([&] {
         m_connman->setPresent(connmanName, false);
         m_connman->setPresent(connmanName, true);
@@ -262,7 +262,7 @@ void ReentrancyTest::connmanComesBackDuringConnect()
 void ReentrancyTest::connmanRestartingDuringConnectCanBeAskedAgain()
 {
     const QString cafe = addNetwork("Cafe");
-    const Fault slow = delayConnect(cafe, 5000);
+    const Fault slow = delayConnect(cafe, 60000);
     onConnect([&] { m_connman->restartConnman(); });
     QVERIFY(!service(cafe)->connect());
 
@@ -321,7 +321,7 @@ void ReentrancyTest::disconnectDuringConnectAbortsIt()
 {
     const QString cafe = addNetwork("Cafe");
     const ServicePtr connecting = service(cafe);
-    m_connman->setTiming(QStringLiteral("association"), 5000);
+    m_connman->setTiming(QStringLiteral("association"), 60000);
     int disconnected = -1;
     onConnect([&] { disconnected = connecting->disconnect() ? 1 : 0; });
 
@@ -337,7 +337,9 @@ void ReentrancyTest::removeDuringConnectAbortsIt()
     QVERIFY(service(cafe)->connect());
     QVERIFY(service(cafe)->disconnect());
     const ServicePtr connecting = service(cafe);
-    m_connman->setTiming(QStringLiteral("association"), 5000);
+    // Removing begins with a return to DHCP, which makes ConnMan configure at once.
+    m_connman->setTiming(QStringLiteral("association"), 60000);
+    m_connman->setTiming(QStringLiteral("configuration"), 60000);
     int removed = -1;
     onConnect([&] { removed = connecting->remove() ? 1 : 0; });
 
