@@ -46,7 +46,8 @@ void ArgumentsTest::badArgumentIsRefusedBeforeConnmanIsAsked_data()
     row("registerWifi, no passphrase", "registerWifi"_s, {home, none}, noPsk, pskError);
     row("registerHiddenWifi, no name", "registerHiddenWifi"_s, {none, none, none},
         "Can't register without a name."_s, "Invalid parameter, hiddenName: ''"_s);
-    row("registerHiddenWifi, no network", "registerHiddenWifi"_s, {"Den"_s, none, "secret"_s}, noSsid, ssidError);
+    row("registerHiddenWifi, no network", "registerHiddenWifi"_s, {"Den"_s, none, "secret"_s}, noSsid,
+        ssidError);
     row("registerHiddenWifi, no passphrase", "registerHiddenWifi"_s, {"Den"_s, home, none}, noPsk, pskError);
 
     const QString enterprise = "registerWiFiWpa2Enterprise"_s;
@@ -58,9 +59,11 @@ void ArgumentsTest::badArgumentIsRefusedBeforeConnmanIsAsked_data()
         "Can't register without an authentification phase."_s, "Invalid parameter, authPhase: ''"_s);
     row("enterprise, no network", enterprise, {"me"_s, none, "secret"_s, "peap"_s, "MSCHAPV2"_s}, noSsid,
         ssidError);
-    row("enterprise, no passphrase", enterprise, {"me"_s, home, none, "peap"_s, "MSCHAPV2"_s}, noPsk, pskError);
-    QTest::newRow("forgetWifi warns only") << "forgetWifi"_s << QVariantList{none}
-                                           << "NetworkManager|warning|Can't forget an empty SSID."_s << ssidError;
+    row("enterprise, no passphrase", enterprise, {"me"_s, home, none, "peap"_s, "MSCHAPV2"_s}, noPsk,
+        pskError);
+    QTest::newRow("forgetWifi warns only")
+        << "forgetWifi"_s << QVariantList{none} << "NetworkManager|warning|Can't forget an empty SSID."_s
+        << ssidError;
 }
 
 void ArgumentsTest::badArgumentIsRefusedBeforeConnmanIsAsked()
@@ -125,8 +128,7 @@ void ArgumentsTest::unknownNetworkToRegisterIsReportedAfterThreeLooks_data()
     QTest::newRow("registerWifi") << "registerWifi"_s << QVariantList{home, "secret"_s};
     QTest::newRow("registerHiddenWifi") << "registerHiddenWifi"_s << QVariantList{"Den"_s, home, "secret"_s};
     QTest::newRow("registerWiFiWpa2Enterprise")
-        << "registerWiFiWpa2Enterprise"_s
-        << QVariantList{"me"_s, home, "secret"_s, "peap"_s, "MSCHAPV2"_s};
+        << "registerWiFiWpa2Enterprise"_s << QVariantList{"me"_s, home, "secret"_s, "peap"_s, "MSCHAPV2"_s};
 }
 
 // The first look-up's scan, the service check's own, and that of the check's look-up.
@@ -164,7 +166,8 @@ void ArgumentsTest::wpsWithoutNetworkIsNotSupported()
 
     device.client.call("registerWifiWps", QString());
     QCOMPARE(device.client.record(), QStringList("registerWifiWps -> false"_s));
-    QVERIFY(device.log().takeProblem("NetworkManager|critical|Connect to any WPS network isn't supported."_s));
+    QVERIFY(
+        device.log().takeProblem("NetworkManager|critical|Connect to any WPS network isn't supported."_s));
     QCOMPARE(device.simulator.calls(), QStringList());
 }
 

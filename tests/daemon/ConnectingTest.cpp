@@ -47,8 +47,8 @@ void ConnectingTest::connectedNetworkIsPreferredSpokenAndSignalled()
     QVERIFY(device.client.call("connect", cafe).toBool());
     QCOMPARE(device.client.record(),
              (QStringList{"networkConnected(\"%1\")"_s.arg(cafe), "connect -> true"_s}));
-    QCOMPARE(device.changes(), (QStringList{autoConnect(cafe, false), callOf(cafe, "Connect()"_s),
-                                            autoConnect(cafe, true)}));
+    QCOMPARE(device.changes(),
+             (QStringList{autoConnect(cafe, false), callOf(cafe, "Connect()"_s), autoConnect(cafe, true)}));
     QCOMPARE(spoken(device.simulator), QStringList(sentence(6)));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray("[wifi]\nprefered=Cafe\n"));
     device.forgetRefusedAutoConnect();
@@ -66,8 +66,8 @@ void ConnectingTest::failedConnectIsReportedAndAutoConnectIsOnAgain()
     QVERIFY(!device.client.call("connect", cafe).toBool());
     QCOMPARE(device.client.record(),
              (QStringList{errorSignal("Unable to connect network '%1'."_s.arg(cafe)), "connect -> false"_s}));
-    QCOMPARE(device.changes(), (QStringList{autoConnect(cafe, false), callOf(cafe, "Connect()"_s),
-                                            autoConnect(cafe, true)}));
+    QCOMPARE(device.changes(),
+             (QStringList{autoConnect(cafe, false), callOf(cafe, "Connect()"_s), autoConnect(cafe, true)}));
     QCOMPARE(spoken(device.simulator), QStringList(sentence(5)));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
     QVERIFY(device.log().takeProblem(failedCall("Connect"_s, cafe, inputOutputError)));
@@ -86,9 +86,11 @@ void ConnectingTest::autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect()
     const QStringList calls = device.changes();
     QCOMPARE(calls.size(), 5);
     // The registry has no order.
-    QCOMPARE(QSet<QString>({calls[0], calls[1]}), QSet<QString>({autoConnect(cafe, false), autoConnect(home, false)}));
+    QCOMPARE(QSet<QString>({calls[0], calls[1]}),
+             QSet<QString>({autoConnect(cafe, false), autoConnect(home, false)}));
     QCOMPARE(calls[2], callOf(cafe, "Connect()"_s));
-    QCOMPARE(QSet<QString>({calls[3], calls[4]}), QSet<QString>({autoConnect(cafe, true), autoConnect(home, true)}));
+    QCOMPARE(QSet<QString>({calls[3], calls[4]}),
+             QSet<QString>({autoConnect(cafe, true), autoConnect(home, true)}));
     device.forgetRefusedAutoConnect();
 }
 
@@ -129,11 +131,13 @@ void ConnectingTest::refusedDisconnectStillClearsThePreference()
 
     QVERIFY(!device.client.call("disconnect", home).toBool());
     QCOMPARE(device.client.record(),
-             (QStringList{errorSignal("Unable to disconnect network '%1'."_s.arg(home)), "disconnect -> false"_s}));
+             (QStringList{errorSignal("Unable to disconnect network '%1'."_s.arg(home)),
+                          "disconnect -> false"_s}));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
     QVERIFY(device.log().takeProblem(failedCall("Disconnect"_s, home, inputOutputError)));
     for (const QString &problem : device.log().problems()) {
-        QVERIFY2(problem.startsWith("ConnmanService.properties|"_s), qPrintable(problem)); // it has no address
+        QVERIFY2(problem.startsWith("ConnmanService.properties|"_s),
+                 qPrintable(problem)); // it has no address
         device.log().forgetProblem(problem);
     }
 }
@@ -146,9 +150,11 @@ void ConnectingTest::disconnectOfANetworkThatIsNotConnectedSucceeds()
 
     QVERIFY(device.client.call("disconnect", cafe).toBool());
     QCOMPARE(device.changes().constFirst(), callOf(cafe, "Disconnect()"_s));
-    QVERIFY(device.changes().constLast().contains("<{\"Address\": <\"\">, \"Gateway\": <\"\">, \"Method\": <\"manual\">}>"_s));
+    QVERIFY(device.changes().constLast().contains(
+        "<{\"Address\": <\"\">, \"Gateway\": <\"\">, \"Method\": <\"manual\">}>"_s));
     for (const QString &problem : device.log().problems()) {
-        QVERIFY2(problem.startsWith("ConnmanService.properties|"_s), qPrintable(problem)); // it has no address
+        QVERIFY2(problem.startsWith("ConnmanService.properties|"_s),
+                 qPrintable(problem)); // it has no address
         device.log().forgetProblem(problem);
     }
 }
@@ -178,9 +184,10 @@ void ConnectingTest::forgottenNetworkIsRemovedFromConnman()
     QVERIFY(device.client.call("forgetWifi", home).toBool());
     QCOMPARE(device.client.record(),
              (QStringList{"networkForgot(\"%1\")"_s.arg(home), "forgetWifi -> true"_s}));
-    QCOMPARE(device.changes(), (QStringList{write(home, "IPv4.Configuration"_s, "{\"Method\": <\"dhcp\">}"_s),
-                                            callOf(home, "SetProperty(\"Nameservers.Configuration\", <@as []>)"_s),
-                                            callOf(home, "Remove()"_s)}));
+    QCOMPARE(device.changes(),
+             (QStringList{write(home, "IPv4.Configuration"_s, "{\"Method\": <\"dhcp\">}"_s),
+                          callOf(home, "SetProperty(\"Nameservers.Configuration\", <@as []>)"_s),
+                          callOf(home, "Remove()"_s)}));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
     QCOMPARE(device.daemon.sandbox().connmanFiles(), QStringList(home + ".config"_s));
 }
@@ -198,7 +205,8 @@ void ConnectingTest::forgettingAnEnterpriseNetworkDeletesItsFileFirst()
 
     QVERIFY(!device.client.call("forgetWifi", corp).toBool());
     QCOMPARE(device.client.record(),
-             (QStringList{errorSignal("Unable to forget wifi-network '%1'."_s.arg(corp)), "forgetWifi -> false"_s}));
+             (QStringList{errorSignal("Unable to forget wifi-network '%1'."_s.arg(corp)),
+                          "forgetWifi -> false"_s}));
     QCOMPARE(device.daemon.sandbox().connmanFiles(), QStringList());
     QVERIFY(device.log().takeProblem(failedCall("Remove"_s, corp, inputOutputError)));
 }

@@ -8,8 +8,8 @@ namespace scene {
 
 using test_support::TestDevice;
 
-/// A daemon attached to ConnMan on a board without Wi-Fi hardware of its own, so that nothing but the operation
-/// under test happens; ConnMan has a Wi-Fi technology all the same.
+/// A daemon attached to ConnMan on a board without Wi-Fi hardware of its own, so that nothing but the
+/// operation under test happens; ConnMan has a Wi-Fi technology all the same.
 struct Operations : TestDevice
 {
     bool begin()

@@ -1,0 +1,351 @@
+#include "OperationsScene.h"
+#include <QTest>
+
+using namespace scene;
+using namespace test_support;
+
+/// Registering networks in all forms.
+class RegisteringTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void registeredNetworkIsPreferredSpokenAndSignalled_data();
+    void registeredNetworkIsPreferredSpokenAndSignalled();
+    void refusedRegistrationReportsConnmansReason_data();
+    void refusedRegistrationReportsConnmansReason();
+    void credentialsAreClearedAfterwards();
+    void openNetworkNeedsNoPassphrase();
+    void enterpriseNetworkGetsItsProvisioningFile();
+    void failedEnterpriseRegistrationLeavesNoFile();
+    void enterpriseValueWithALineBreakIsRefused();
+    void favouriteFoundAtOnceIsRegisteredAgain();
+    void favouriteFoundOnlyByTheServiceCheckIsRefused();
+    void networkFoundOnlyByTheServiceCheckIsRegistered();
+    void wpsNetworkIsPreferredButNotSpoken();
+    void failedWpsIsReportedByName();
+    void favouriteIsRefusedByWps();
+    void twoRegistrationsAtOnceAreBothAnsweredAndCleared();
+    void otherClientsAreServedDuringARegistration();
+};
+
+namespace {
+const QString den = "wifi_020000000200_44656e_managed_psk"_s;
+const QString corp = "wifi_020000000200_436f7270_managed_ieee8021x"_s;
+
+QVariantMap network(const QString &ssid, const QString &security)
+{
+    return {{"ssid"_s, ssid},
+            {"security"_s, security},
+            {"passphrase"_s, "right secret"_s},
+            {"identity"_s, "me"_s},
+            {"pin"_s, "12345670"_s}};
+}
+
+QStringList registered(const QString &method, const QString &identifier)
+{
+    return {"networkRegistered(\"%1\")"_s.arg(identifier), method + " -> true"_s};
+}
+
+/// What the agent answers to a request for a passphrase now.
+QString agentError(SimulatorClient &simulator)
+{
+    const QVariantMap fields{
+        {"Passphrase"_s, QVariantMap{{"Type"_s, "psk"_s}, {"Requirement"_s, "mandatory"_s}}}};
+    return simulator
+        .callAgent("RequestInput"_s,
+                   {QVariant::fromValue(QDBusObjectPath(servicePath(den))), QVariant::fromValue(fields)})
+        .error;
+}
+
+const QString noRequest = "org.freedesktop.DBus.Error.Failed: No request-type setup."_s;
+} // namespace
+
+void RegisteringTest::registeredNetworkIsPreferredSpokenAndSignalled_data()
+{
+    QTest::addColumn<QVariantMap>("options");
+    QTest::addColumn<QString>("method");
+    QTest::addColumn<QVariantList>("before");
+    QTest::addColumn<QVariantList>("after");
+    QTest::newRow("passphrase") << network("Den"_s, "psk"_s) << "registerWifi"_s << QVariantList{}
+                                << QVariantList{"right secret"_s};
+    QVariantMap hidden = network("Den"_s, "psk"_s);
+    hidden["hidden"_s] = true;
+    QTest::newRow("hidden") << hidden << "registerHiddenWifi"_s << QVariantList{"Den"_s}
+                            << QVariantList{"right secret"_s};
+    QTest::newRow("enterprise") << network("Corp"_s, "ieee8021x"_s) << "registerWiFiWpa2Enterprise"_s
+                                << QVariantList{"me"_s}
+                                << QVariantList{"right secret"_s, "peap"_s, "MSCHAPV2"_s};
+}
+
+void RegisteringTest::registeredNetworkIsPreferredSpokenAndSignalled()
+{
+    QFETCH(QVariantMap, options);
+    QFETCH(QString, method);
+    QFETCH(QVariantList, before);
+    QFETCH(QVariantList, after);
+    Operations device;
+    const QString identifier = device.simulator.addNetwork(options);
+    QVERIFY(device.begin());
+
+    device.client.callForReply(method, before + QVariantList{identifier} + after);
+    QCOMPARE(device.client.record(), registered(method, identifier));
+    QCOMPARE(spoken(device.simulator), QStringList(sentence(6)));
+    const QStringList calls = device.changes();
+    QCOMPARE(calls.value(0), autoConnect(identifier, false));
+    QCOMPARE(calls.value(1), callOf(identifier, "Connect()"_s));
+    device.forgetRefusedAutoConnect();
+    device.log().forgetProblem("NetworkSettings|critical|Unable to obtain name for service \"%1\""_s.arg(
+        servicePath(identifier))); // a hidden network has none
+}
+
+void RegisteringTest::refusedRegistrationReportsConnmansReason_data()
+{
+    QTest::addColumn<QString>("security");
+    QTest::addColumn<QString>("method");
+    QTest::addColumn<QVariantList>("before");
+    QTest::addColumn<QVariantList>("after");
+    QTest::newRow("passphrase") << "psk"_s
+                                << "registerWifi"_s << QVariantList{} << QVariantList{"wrong secret"_s};
+    QTest::newRow("enterprise") << "ieee8021x"_s
+                                << "registerWiFiWpa2Enterprise"_s << QVariantList{"me"_s}
+                                << QVariantList{"wrong secret"_s, "peap"_s, "MSCHAPV2"_s};
+}
+
+void RegisteringTest::refusedRegistrationReportsConnmansReason()
+{
+    QFETCH(QString, security);
+    QFETCH(QString, method);
+    QFETCH(QVariantList, before);
+    QFETCH(QVariantList, after);
+    Operations device;
+    const QString identifier = device.simulator.addNetwork(network("Den"_s, security));
+    QVERIFY(device.begin());
+
+    device.client.callForReply(method, before + QVariantList{identifier} + after);
+    QVERIFY(device.log().waitFor("NetworkManager|critical|Failed to register network: \"invalid-key\""_s));
+    QCOMPARE(device.client.record(), (QStringList{errorSignal("invalid-key"_s), method + " -> false"_s}));
+    QCOMPARE(spoken(device.simulator), QStringList(sentence(5)));
+    QCOMPARE(device.changes().filter("Connect()"_s), QStringList(callOf(identifier, "Connect()"_s)));
+    QVERIFY(device.simulator.calls().contains(autoConnect(identifier, true)));
+    QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
+    QVERIFY(
+        device.log().takeProblem("NetworkManager|critical|Failed to register network: \"invalid-key\""_s));
+    QVERIFY(device.log().takeProblem(
+        "ConnmanAgent|critical|Error: \"invalid-key\" on service \"%1\""_s.arg(servicePath(identifier))));
+    QVERIFY(device.log().takeProblem(
+        "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
+        "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(servicePath(identifier))));
+    device.forgetRefusedAutoConnect();
+}
+
+void RegisteringTest::credentialsAreClearedAfterwards()
+{
+    Operations device;
+    device.simulator.addNetwork(network("Den"_s, "psk"_s));
+    QVERIFY(device.begin());
+
+    QVERIFY(device.client.call("registerWifi", den, "right secret"_s).toBool());
+    QCOMPARE(agentError(device.simulator), noRequest);
+    device.forgetRefusedAutoConnect();
+}
+
+void RegisteringTest::openNetworkNeedsNoPassphrase()
+{
+    Operations device;
+    const QString cafe = device.simulator.addNetwork({{"ssid"_s, "Cafe"_s}, {"security"_s, "none"_s}});
+    QVERIFY(device.begin());
+
+    QVERIFY(device.client.call("registerWifi", cafe, QString()).toBool());
+    QCOMPARE(device.client.record(), registered("registerWifi"_s, cafe));
+    device.forgetRefusedAutoConnect();
+}
+
+void RegisteringTest::enterpriseNetworkGetsItsProvisioningFile()
+{
+    Operations device;
+    QCOMPARE(device.simulator.addNetwork(network("Corp"_s, "ieee8021x"_s)), corp);
+    QVERIFY(device.begin());
+
+    QVERIFY(device.client
+                .call("registerWiFiWpa2Enterprise", "me"_s, corp, "right secret"_s, "peap"_s, "MSCHAPV2"_s)
+                .toBool());
+    QCOMPARE(device.daemon.sandbox().connmanFile(corp + ".config"_s),
+             QByteArray("[service_peap]\nType=wifi\nName=Corp\nEAP=peap\nPhase2=MSCHAPV2"));
+    device.forgetRefusedAutoConnect();
+}
+
+void RegisteringTest::failedEnterpriseRegistrationLeavesNoFile()
+{
+    Operations device;
+    device.simulator.addNetwork(network("Corp"_s, "ieee8021x"_s));
+    QVERIFY(device.begin());
+
+    QVERIFY(!device.client
+                 .call("registerWiFiWpa2Enterprise", "me"_s, corp, "wrong secret"_s, "peap"_s, "MSCHAPV2"_s)
+                 .toBool());
+    QCOMPARE(device.daemon.sandbox().connmanFiles(), QStringList());
+    for (const QString &problem : device.log().problems()) {
+        device.log().forgetProblem(problem); // refusedRegistrationReportsConnmansReason() looks at them
+    }
+}
+
+void RegisteringTest::enterpriseValueWithALineBreakIsRefused()
+{
+    Operations device;
+    device.simulator.addNetwork(network("Corp"_s, "ieee8021x"_s));
+    QVERIFY(device.begin());
+
+    QVERIFY(
+        !device.client
+             .call("registerWiFiWpa2Enterprise", "me"_s, corp, "secret"_s, "peap\nName=Other"_s, "MSCHAPV2"_s)
+             .toBool());
+    QCOMPARE(device.client.record(), QStringList("registerWiFiWpa2Enterprise -> false"_s));
+    QVERIFY(device.log().takeProblem(
+        "NetworkSettings|critical|Control character in EAP of configuration file!"_s));
+    QCOMPARE(device.daemon.sandbox().connmanFiles(), QStringList());
+    QCOMPARE(device.changes(), QStringList());
+}
+
+void RegisteringTest::favouriteFoundAtOnceIsRegisteredAgain()
+{
+    Operations device;
+    device.simulator.addNetwork(network("Den"_s, "psk"_s));
+    QVERIFY(device.begin());
+    QVERIFY(device.client.call("registerWifi", den, "right secret"_s).toBool());
+    device.client.clearRecord();
+
+    device.client.call("disconnect", den);
+    device.client.clearRecord();
+    QVERIFY(device.client.call("registerWifi", den, "right secret"_s).toBool());
+    QCOMPARE(device.client.record(), registered("registerWifi"_s, den));
+    for (const QString &problem : device.log().problems()) {
+        QVERIFY2(problem.startsWith("ConnmanService.properties|"_s), qPrintable(problem));
+        device.log().forgetProblem(problem);
+    }
+}
+
+void RegisteringTest::favouriteFoundOnlyByTheServiceCheckIsRefused()
+{
+    Operations device;
+    QVERIFY(device.begin());
+    // Announced only after the first look-up has given up.
+    connect(&device.simulator, &SimulatorClient::called, this, [&](const QString &line) {
+        if (line == scan && device.simulator.callsStartingWith(scan).size() == 2) {
+            device.simulator.addService(den, {{"Name"_s, "Den"_s}, {"Favorite"_s, true}});
+        }
+    });
+
+    QVERIFY(!device.client.call("registerWifi", den, "secret"_s).toBool());
+    QCOMPARE(device.client.record(),
+             (QStringList{errorSignal("Network already registered."_s), "registerWifi -> false"_s}));
+    QVERIFY(device.log().takeProblem(
+        "NetworkManager|critical|Trying to register an already registered network."_s));
+    QVERIFY(device.changes().filter("Connect()"_s).isEmpty());
+}
+
+void RegisteringTest::networkFoundOnlyByTheServiceCheckIsRegistered()
+{
+    Operations device;
+    QVERIFY(device.begin());
+    connect(&device.simulator, &SimulatorClient::called, this, [&](const QString &line) {
+        if (line == scan && device.simulator.callsStartingWith(scan).size() == 2) {
+            device.simulator.addNetwork(network("Den"_s, "psk"_s));
+        }
+    });
+
+    QVERIFY(device.client.call("registerWifi", den, "right secret"_s).toBool());
+    QCOMPARE(device.client.record(), registered("registerWifi"_s, den));
+    device.forgetRefusedAutoConnect();
+}
+
+void RegisteringTest::wpsNetworkIsPreferredButNotSpoken()
+{
+    Operations device;
+    const QString identifier = device.simulator.addNetwork(network("Den"_s, "wps"_s));
+    QVERIFY(device.begin());
+
+    QVERIFY(device.client.call("registerWifiWps", identifier, "12345670"_s).toBool());
+    QCOMPARE(device.client.record(), registered("registerWifiWps"_s, identifier));
+    QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray("[wifi]\nprefered=Den\n"));
+    QCOMPARE(spoken(device.simulator), QStringList());
+    QCOMPARE(device.changes(), (QStringList{autoConnect(identifier, false), callOf(identifier, "Connect()"_s),
+                                            autoConnect(identifier, true)}));
+    QCOMPARE(agentError(device.simulator), noRequest);
+    device.forgetRefusedAutoConnect();
+}
+
+void RegisteringTest::failedWpsIsReportedByName()
+{
+    Operations device;
+    const QString identifier = device.simulator.addNetwork(network("Den"_s, "wps"_s));
+    QVERIFY(device.begin());
+    const Fault refused =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s,
+                                     FaultKind::error("net.connman.Error.Failed"_s, "Input/output error"_s));
+
+    QVERIFY(!device.client.call("registerWifiWps", identifier, "12345670"_s).toBool());
+    QCOMPARE(device.client.record(),
+             (QStringList{errorSignal("Unable to register network 'Den' using WPS."_s),
+                          "registerWifiWps -> false"_s}));
+    QVERIFY(device.log().takeProblem(
+        "NetworkManager|critical|Unable to register to network \"Den\" using WPS."_s));
+    QVERIFY(device.log().takeProblem(
+        "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
+        "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(servicePath(identifier))));
+    QVERIFY(device.changes().contains(autoConnect(identifier, true)));
+    device.forgetRefusedAutoConnect();
+}
+
+void RegisteringTest::favouriteIsRefusedByWps()
+{
+    Operations device;
+    device.simulator.addService(den, {{"Favorite"_s, true}});
+    QVERIFY(device.begin());
+
+    QVERIFY(!device.client.call("registerWifiWps", den).toBool());
+    QCOMPARE(device.client.record(),
+             (QStringList{errorSignal("Network already registered."_s), "registerWifiWps -> false"_s}));
+    QVERIFY(device.log().takeProblem("NetworkManager|critical|Network already registered."_s));
+    QCOMPARE(device.changes(), QStringList());
+}
+
+void RegisteringTest::twoRegistrationsAtOnceAreBothAnsweredAndCleared()
+{
+    Operations device;
+    const QString identifier = device.simulator.addNetwork(network("Den"_s, "psk"_s));
+    const QString corpIdentifier = device.simulator.addNetwork(network("Corp"_s, "ieee8021x"_s));
+    device.simulator.setTiming("association"_s, 500);
+    QVERIFY(device.begin());
+
+    device.client.send("registerWifi", identifier, "right secret"_s);
+    QVERIFY(device.simulator.waitForCall(callOf(identifier, "Connect()"_s)));
+    device.client.send("registerWiFiWpa2Enterprise", "me"_s, corpIdentifier, "right secret"_s, "peap"_s,
+                       "MSCHAPV2"_s);
+    QTRY_VERIFY_WITH_TIMEOUT(device.client.record().filter("registerWifi -> "_s).size() == 1, eventTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(device.client.record().filter("registerWiFiWpa2Enterprise -> "_s).size() == 1,
+                             eventTimeoutMs);
+    QCOMPARE(agentError(device.simulator), noRequest);
+    for (const QString &problem : device.log().problems()) {
+        device.log().forgetProblem(problem); // which of the two wins is ConnMan's affair
+    }
+}
+
+void RegisteringTest::otherClientsAreServedDuringARegistration()
+{
+    Operations device;
+    const QString identifier = device.simulator.addNetwork(network("Den"_s, "psk"_s));
+    QVERIFY(device.begin());
+    const Fault slow =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::delay(1500));
+
+    device.client.send("registerWifi", identifier, "right secret"_s);
+    QVERIFY(device.simulator.waitForCall(callOf(identifier, "Connect()"_s)));
+    DaemonClient other(device.bus.address());
+    QCOMPARE(other.call("getHostName").toString(), "printer"_s);
+    QCOMPARE(device.client.record(), QStringList());
+    QVERIFY(device.client.waitFor("registerWifi -> true"_s));
+    device.forgetRefusedAutoConnect();
+}
+
+QTEST_GUILESS_MAIN(RegisteringTest)
+#include "RegisteringTest.moc"
