@@ -26,9 +26,10 @@ BusService::BusService(QString address, QString name, Instruments instruments, Q
 {
 }
 
+// Without left(): who would hear it is half destroyed already.
 BusService::~BusService()
 {
-    leave();
+    QDBusConnection::disconnectFromBus(m_connectionName);
 }
 
 bool BusService::join()
