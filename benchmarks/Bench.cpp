@@ -16,6 +16,7 @@
 #include <csignal>
 #include <functional>
 #include <unistd.h>
+#include <utility>
 
 using namespace test_support;
 
@@ -92,9 +93,9 @@ double startTime(DaemonClient &client, const QString &name, const std::function<
 class SandboxedProgram
 {
 public:
-    SandboxedProgram(const QString &busAddress, const QString &program)
-        : m_busAddress(busAddress)
-        , m_program(program)
+    SandboxedProgram(QString busAddress, QString program)
+        : m_busAddress(std::move(busAddress))
+        , m_program(std::move(program))
     {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     }

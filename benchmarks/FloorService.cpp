@@ -11,7 +11,7 @@ class FloorService : public QObject
     Q_CLASSINFO("D-Bus Interface", "com.tactora.NetworkManager")
 
 public slots:
-    QStringList activeNetworks() const { return {QStringLiteral("Wired")}; }
+    QStringList activeNetworks() { return {QStringLiteral("Wired")}; }
 };
 
 int main(int argc, char *argv[])

@@ -88,7 +88,7 @@ int main(int argc, char *argv[])
     // As in the daemon: without one, every subscription would ask the bus for the name's owner.
     const QDBusServiceWatcher watcher(ConnmanNames::service(), QDBusConnection::systemBus());
 
-    if (application.arguments().contains(QLatin1String("bare"))) {
+    if (QCoreApplication::arguments().contains(QLatin1String("bare"))) {
         BareClient client;
         report([&client] { client.mirror(); });
     } else {

@@ -5,8 +5,8 @@
 
 namespace simulator {
 
-Call::Call(QDBusMessage message, QString connectionName)
-    : m_message(std::move(message))
+Call::Call(const QDBusMessage &message, QString connectionName)
+    : m_message(message)
     , m_connectionName(std::move(connectionName))
 {
 }

@@ -18,7 +18,7 @@ struct ErrorReply
 class Call
 {
 public:
-    Call(QDBusMessage message, QString connectionName);
+    Call(const QDBusMessage &message, QString connectionName);
 
     QString path() const { return m_message.path(); }
     QString interface() const { return m_message.interface(); }

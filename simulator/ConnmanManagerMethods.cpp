@@ -22,7 +22,7 @@ QString calledKey(const Call &call)
 
 QString counterKey(const Call &call)
 {
-    return call.sender() + call.arguments().first().value<QDBusObjectPath>().path();
+    return call.sender() + call.arguments().constFirst().value<QDBusObjectPath>().path();
 }
 } // namespace
 
@@ -92,7 +92,7 @@ void Connman::getTetheringClients(const Call &call)
 
 void Connman::registerAgent(const Call &call)
 {
-    const QString path = call.arguments().first().value<QDBusObjectPath>().path();
+    const QString path = call.arguments().constFirst().value<QDBusObjectPath>().path();
     if (m_agents.add(call.sender(), path)) {
         call.reply();
     } else {

@@ -133,7 +133,8 @@ void Connman::moveAfter(const Call &call, const ServicePtr &service)
 
 void Connman::move(const Call &call, const ServicePtr &service, bool before)
 {
-    const ServicePtr target = m_services.findByPath(call.arguments().first().value<QDBusObjectPath>().path());
+    const ServicePtr target =
+        m_services.findByPath(call.arguments().constFirst().value<QDBusObjectPath>().path());
     if (!service->isFavorite()) {
         call.refuse(error::notSupported());
     } else if (target == nullptr || target == service || !target->isFavorite() ||
