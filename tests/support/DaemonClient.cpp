@@ -3,7 +3,6 @@
 #include "EventWait.h"
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
-#include <QDBusPendingCallWatcher>
 #include <QDebug>
 #include <QUuid>
 
@@ -106,10 +105,10 @@ QDBusMessage DaemonClient::message(const QString &method, const QVariantList &ar
     return call;
 }
 
-QDBusPendingCall DaemonClient::sendCall(const QString &method, const QVariantList &arguments)
+QDBusPendingCallWatcher *DaemonClient::sendCall(const QString &method, const QVariantList &arguments)
 {
-    const QDBusPendingCall pending = m_connection.asyncCall(message(method, arguments), callTimeoutMs);
-    auto *watcher = new QDBusPendingCallWatcher(pending, this);
+    auto *watcher =
+        new QDBusPendingCallWatcher(m_connection.asyncCall(message(method, arguments), callTimeoutMs), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this,
             [this, method](QDBusPendingCallWatcher *finished) {
                 const QDBusMessage reply = finished->reply();
@@ -118,27 +117,31 @@ QDBusPendingCall DaemonClient::sendCall(const QString &method, const QVariantLis
                                 .arg(method, isError ? reply.errorName() : textOf(reply.arguments()));
                 finished->deleteLater();
             });
-    return pending;
+    return watcher;
 }
 
-QDBusMessage DaemonClient::waitForReply(const QDBusPendingCall &pending)
+QDBusMessage DaemonClient::waitForReply(const QDBusPendingCallWatcher *watcher)
 {
+    // The call's only watcher: a second one is told nothing if the reply comes before it is made.
+    const QDBusPendingCall call = *watcher;
+    const QObject thisWait;
     bool finished = false;
-    const QDBusPendingCallWatcher watcher(pending);
-    connect(&watcher, &QDBusPendingCallWatcher::finished, this, [&finished] { finished = true; });
+    connect(watcher, &QDBusPendingCallWatcher::finished, &thisWait, [&finished] { finished = true; });
     waitUntil([&finished] { return finished; }, callTimeoutMs);
-    return pending.reply();
+    return call.reply();
 }
 
 QDBusMessage DaemonClient::callForReply(const QString &method, const QVariantList &arguments)
 {
-    // The record's own watcher was connected first: when the reply is here, it is in the record.
+    // The record was connected to the watcher first: when the reply is here, it is in the record.
     return waitForReply(sendCall(method, arguments));
 }
 
 void DaemonClient::settle()
 {
-    waitForReply(m_connection.asyncCall(message(QStringLiteral("getWifiRegion"), {}), callTimeoutMs));
+    const QDBusPendingCallWatcher watcher(
+        m_connection.asyncCall(message(QStringLiteral("getWifiRegion"), {}), callTimeoutMs));
+    waitForReply(&watcher);
 }
 
 QVariant DaemonClient::valueOf(const QDBusMessage &reply)

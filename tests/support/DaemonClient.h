@@ -2,7 +2,7 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCall>
+#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 #include <QStringList>
 #include <QVariantList>
@@ -55,8 +55,8 @@ private slots:
 
 private:
     QDBusMessage message(const QString &method, const QVariantList &arguments) const;
-    QDBusMessage waitForReply(const QDBusPendingCall &pending);
-    QDBusPendingCall sendCall(const QString &method, const QVariantList &arguments);
+    static QDBusMessage waitForReply(const QDBusPendingCallWatcher *watcher);
+    QDBusPendingCallWatcher *sendCall(const QString &method, const QVariantList &arguments);
     static QVariant valueOf(const QDBusMessage &reply);
 
     QString m_connectionName;
