@@ -24,8 +24,11 @@ void DaemonLog::add(const QByteArray &output)
     }
 }
 
-bool DaemonLog::isProblem(const QString &line)
+bool DaemonLog::isProblem(const QString &line) const
 {
+    if (m_tolerated.contains(line)) {
+        return false;
+    }
     const QString category = line.section(QLatin1Char('|'), 0, 0);
     const QString type = line.section(QLatin1Char('|'), 1, 1);
     if (type == QLatin1String("debug") || type == QLatin1String("info")) {
@@ -45,6 +48,12 @@ bool DaemonLog::waitFor(const QString &line, int times) const
 bool DaemonLog::takeProblem(const QString &line)
 {
     return waitUntil([&] { return m_problems.contains(line); }) && m_problems.removeOne(line);
+}
+
+void DaemonLog::tolerate(const QString &line)
+{
+    m_tolerated << line;
+    m_problems.removeAll(line);
 }
 
 void DaemonLog::print() const

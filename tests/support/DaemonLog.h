@@ -27,8 +27,8 @@ public:
     bool waitFor(const QString &line, int times = 1) const;
     /// The same for a problem, which is then taken: one occurrence of it fails the test no more.
     bool takeProblem(const QString &line);
-    /// Takes every occurrence of a problem there has been, which may be none.
-    void forgetProblem(const QString &line) { m_problems.removeAll(line); }
+    /// From now on that line is no problem, however often it comes or has come.
+    void tolerate(const QString &line);
     QStringList problems() const { return m_problems; }
 
     /// Prints everything, for the reader of a failure.
@@ -38,11 +38,12 @@ signals:
     void lineAdded();
 
 private:
-    static bool isProblem(const QString &line);
+    bool isProblem(const QString &line) const;
 
     QByteArray m_incomplete;
     QStringList m_lines;
     QStringList m_problems;
+    QStringList m_tolerated;
 };
 
 } // namespace test_support
