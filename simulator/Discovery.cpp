@@ -64,7 +64,7 @@ void Discovery::remove(const ServicePtr &service)
     m_services.remove(service);
 }
 
-ServicePtr Discovery::service(const QString &identifier, QVariantMap properties, const QString &ssid)
+ServicePtr Discovery::service(const QString &identifier, const QVariantMap &properties, const QString &ssid)
 {
     if (ServicePtr known = m_services.find(identifier)) {
         return known;

@@ -26,7 +26,7 @@ public:
 private:
     struct Kept;
 
-    ServicePtr service(const QString &identifier, QVariantMap properties, const QString &ssid);
+    ServicePtr service(const QString &identifier, const QVariantMap &properties, const QString &ssid);
     void keep(const Service &service);
     void restore(Service &service) const;
 

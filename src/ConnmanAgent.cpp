@@ -26,7 +26,7 @@ struct ConnmanAgent::Field
 {
     QLatin1String name;
     QLatin1String type;
-    QString ConnmanAgent::*value;
+    QString ConnmanAgent::*value = nullptr;
 };
 
 /// The fields of one kind of request. The first must be asked for; the second, where there is one, is checked

@@ -38,7 +38,7 @@ constexpr unsigned long AnnouncementPollMs = 5;
 
 } // namespace
 
-ConnmanManager::ConnmanManager(QDBusConnection connection, QObject *parent)
+ConnmanManager::ConnmanManager(const QDBusConnection &connection, QObject *parent)
     : QObject(parent)
     , m_interface(new QDBusInterface(serviceName(), serviceObject(), interfaceName(), connection, this))
     , m_connection(connection)
@@ -214,9 +214,9 @@ void ConnmanManager::updateInterfaceStates()
     const QHash<QString, InterfaceState> now = currentInterfaceStates();
     m_interfaceStates = now;
 
-    const QList<QString> known = before.keys() + now.keys();
-    const QSet<QString> interfaces(known.cbegin(), known.cend());
-    for (const QString &interface : interfaces) {
+    QSet<QString> interfaces(before.keyBegin(), before.keyEnd());
+    interfaces.unite(QSet<QString>(now.keyBegin(), now.keyEnd()));
+    for (const QString &interface : qAsConst(interfaces)) {
         const bool changed =
             !now.contains(interface) || !before.contains(interface) || before[interface] != now[interface];
         if (changed) {

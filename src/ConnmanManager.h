@@ -28,7 +28,7 @@ public:
 
     /// Subscribes to ConnMan; the registry is first filled on the next pass of the event loop, so that
     /// receivers connected right after construction see every service.
-    ConnmanManager(QDBusConnection connection, QObject *parent);
+    ConnmanManager(const QDBusConnection &connection, QObject *parent);
     ~ConnmanManager() override;
 
     QString serviceName() const;

@@ -41,9 +41,9 @@ constexpr std::array<StateWord, 8> StateWords{{
 
 State stateFromWord(const QString &word)
 {
-    const auto found = std::find_if(StateWords.cbegin(), StateWords.cend(), [&word](const StateWord &entry) {
-        return word == QLatin1String(entry.word);
-    });
+    const auto *const found =
+        std::find_if(StateWords.cbegin(), StateWords.cend(),
+                     [&word](const StateWord &entry) { return word == QLatin1String(entry.word); });
     return found == StateWords.cend() ? State::Unknown : found->state;
 }
 

@@ -116,7 +116,7 @@ QStringList NetworkManager::getNameservers(const QString &name) const
 
 bool NetworkManager::getWifiPower() const
 {
-    return m_wifi && m_wifi->isPowered() > 0;
+    return m_wifi != nullptr && m_wifi->isPowered() > 0;
 }
 
 bool NetworkManager::checkWifiTechnology() const
@@ -131,5 +131,5 @@ bool NetworkManager::checkBluetoothTechnology() const
 
 bool NetworkManager::hasTechnology(const QString &name) const
 {
-    return m_manager && m_manager->hasTechnology(name);
+    return m_manager != nullptr && m_manager->hasTechnology(name);
 }

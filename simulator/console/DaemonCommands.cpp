@@ -7,6 +7,7 @@
 #include <limits>
 #include <QDBusError>
 #include <QDBusPendingCallWatcher>
+#include <utility>
 
 namespace {
 
@@ -84,10 +85,9 @@ const QVector<DaemonCommands::Call> &DaemonCommands::table()
     return calls;
 }
 
-DaemonCommands::DaemonCommands(const QDBusConnection &connection, NetworkNames &names, Feed &feed,
-                               QObject *parent)
+DaemonCommands::DaemonCommands(QDBusConnection connection, NetworkNames &names, Feed &feed, QObject *parent)
     : QObject(parent)
-    , m_connection(connection)
+    , m_connection(std::move(connection))
     , m_names(names)
     , m_feed(feed)
 {

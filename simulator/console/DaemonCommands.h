@@ -16,8 +16,7 @@ class DaemonCommands : public QObject
 {
     Q_OBJECT
 public:
-    DaemonCommands(const QDBusConnection &connection, NetworkNames &names, Feed &feed,
-                   QObject *parent = nullptr);
+    DaemonCommands(QDBusConnection connection, NetworkNames &names, Feed &feed, QObject *parent = nullptr);
 
     QVector<Command> commands();
 
