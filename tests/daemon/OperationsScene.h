@@ -31,7 +31,7 @@ struct Operations : TestDevice
     /// ConnMan lets AutoConnect be written only for networks it knows already.
     void forgetRefusedAutoConnect()
     {
-        log().forgetProblem(
+        log().tolerate(
             "ConnmanService.properties|critical|Setting property \"AutoConnect\" failed: \"Invalid service\""_s);
     }
 };
