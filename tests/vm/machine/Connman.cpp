@@ -1,0 +1,185 @@
+#include "Connman.h"
+
+#include "BusCall.h"
+#include "Command.h"
+
+#include <QDBusArgument>
+#include <QDBusMessage>
+#include <QDBusVariant>
+
+namespace {
+
+const QString connmanName = QStringLiteral("net.connman");
+const QString servicePath = QStringLiteral("/net/connman/service/");
+const QString serviceInterface = QStringLiteral("net.connman.Service");
+const QString wifiPath = QStringLiteral("/net/connman/technology/wifi");
+const QString technologyInterface = QStringLiteral("net.connman.Technology");
+
+QDBusMessage ask(const QString &path, const QString &interface, const QString &method,
+                 const QVariantList &arguments = {})
+{
+    return callOnBus(connmanName, path, interface, method, arguments);
+}
+
+QVariantMap propertiesOf(const QString &path, const QString &interface)
+{
+    const QDBusMessage reply = ask(path, interface, QStringLiteral("GetProperties"));
+    return plain(reply.arguments().value(0)).toMap();
+}
+
+} // namespace
+
+Connman::Connman()
+    : Service(QStringLiteral("/usr/sbin/connmand"), {QStringLiteral("--nodaemon")})
+{
+}
+
+bool Connman::startAndWait()
+{
+    return start() && eventually([] { return !propertiesOf(wifiPath, technologyInterface).isEmpty(); });
+}
+
+bool Connman::stopAndWait()
+{
+    return stop() && eventually([] { return !isOnBus(connmanName); });
+}
+
+QMap<QString, QVariantMap> Connman::services() const
+{
+    const QDBusMessage reply =
+        ask(QStringLiteral("/"), QStringLiteral("net.connman.Manager"), QStringLiteral("GetServices"));
+    QMap<QString, QVariantMap> services;
+    const QVariantList entries = plain(reply.arguments().value(0)).toList();
+    for (const QVariant &entry : entries) {
+        const QVariantList pathAndProperties = entry.toList();
+        services.insert(pathAndProperties.value(0).toString().section(QLatin1Char('/'), -1),
+                        pathAndProperties.value(1).toMap());
+    }
+    return services;
+}
+
+QVariantMap Connman::service(const QString &identifier) const
+{
+    return propertiesOf(servicePath + identifier, serviceInterface);
+}
+
+QString Connman::state(const QString &identifier) const
+{
+    return service(identifier).value(QStringLiteral("State")).toString();
+}
+
+QString Connman::ipv4(const QString &identifier, const QString &key) const
+{
+    return service(identifier).value(QStringLiteral("IPv4")).toMap().value(key).toString();
+}
+
+bool Connman::isFavorite(const QString &identifier) const
+{
+    return service(identifier).value(QStringLiteral("Favorite")).toBool();
+}
+
+QStringList Connman::favorites() const
+{
+    QStringList favorites;
+    const auto all = services();
+    for (auto service = all.begin(); service != all.end(); ++service) {
+        if (service->value(QStringLiteral("Favorite")).toBool() &&
+            service->value(QStringLiteral("Type")) == QStringLiteral("wifi")) {
+            favorites.append(service.key());
+        }
+    }
+    return favorites;
+}
+
+QString Connman::find(const QString &name, const QString &security) const
+{
+    QString found;
+    eventually([&] {
+        const auto all = services();
+        for (auto service = all.begin(); service != all.end(); ++service) {
+            if (service->value(QStringLiteral("Name")).toString() == name &&
+                service.key().endsWith(security)) {
+                found = service.key();
+            }
+        }
+        return !found.isEmpty();
+    });
+    return found;
+}
+
+bool Connman::isListed(const QString &identifier) const
+{
+    return services().contains(identifier);
+}
+
+bool Connman::isWifiPowered() const
+{
+    return propertiesOf(wifiPath, technologyInterface).value(QStringLiteral("Powered")).toBool();
+}
+
+bool Connman::setWifiPowered(bool on) const
+{
+    ask(wifiPath, technologyInterface, QStringLiteral("SetProperty"),
+        {QStringLiteral("Powered"), QVariant::fromValue(QDBusVariant(on))});
+    return eventually([&] { return isWifiPowered() == on; });
+}
+
+bool Connman::setProperty(const QString &identifier, const QString &name, const QVariant &value) const
+{
+    const QDBusMessage reply = ask(servicePath + identifier, serviceInterface, QStringLiteral("SetProperty"),
+                                   {name, QVariant::fromValue(QDBusVariant(value))});
+    return reply.type() == QDBusMessage::ReplyMessage;
+}
+
+QVariant plain(const QVariant &value)
+{
+    if (value.userType() == qMetaTypeId<QDBusVariant>()) {
+        return plain(value.value<QDBusVariant>().variant());
+    }
+    if (value.userType() == qMetaTypeId<QDBusObjectPath>()) {
+        return value.value<QDBusObjectPath>().path();
+    }
+    if (value.userType() != qMetaTypeId<QDBusArgument>()) {
+        return value;
+    }
+    const auto argument = value.value<QDBusArgument>();
+    switch (argument.currentType()) {
+    case QDBusArgument::BasicType:
+    case QDBusArgument::VariantType:
+        return plain(argument.asVariant());
+    case QDBusArgument::MapType: {
+        QVariantMap map;
+        argument.beginMap();
+        while (!argument.atEnd()) {
+            argument.beginMapEntry();
+            const QString key = argument.asVariant().toString();
+            map.insert(key, plain(argument.asVariant()));
+            argument.endMapEntry();
+        }
+        argument.endMap();
+        return map;
+    }
+    case QDBusArgument::ArrayType: {
+        QVariantList list;
+        argument.beginArray();
+        while (!argument.atEnd()) {
+            list.append(plain(argument.asVariant()));
+        }
+        argument.endArray();
+        return list;
+    }
+    case QDBusArgument::StructureType: {
+        QVariantList list;
+        argument.beginStructure();
+        while (!argument.atEnd()) {
+            list.append(plain(argument.asVariant()));
+        }
+        argument.endStructure();
+        return list;
+    }
+    case QDBusArgument::MapEntryType:
+    case QDBusArgument::UnknownType:
+        break;
+    }
+    return {};
+}

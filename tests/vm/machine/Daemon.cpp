@@ -1,0 +1,74 @@
+#include "Daemon.h"
+
+#include "BusCall.h"
+#include "Command.h"
+#include "Connman.h"
+
+#include <QDBusConnection>
+#include <QDebug>
+
+namespace {
+
+const QString daemonName = QStringLiteral("com.tactora.NetworkManager");
+const QString daemonPath = QStringLiteral("/");
+
+/// Longer than any one operation of the daemon may block (a Connect is given up after 120 s).
+constexpr int callTimeoutMs = 180000;
+
+} // namespace
+
+Daemon::Daemon(const QString &program, const QString &keyboardDevice)
+    : Service(program, {QStringLiteral("--device"), keyboardDevice})
+{
+    // World::waitUntilStarted() reads this category's debug lines.
+    setVariable(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("NetworkSettings.debug=true"));
+    const QStringList names{QStringLiteral("error"),
+                            QStringLiteral("powerChanged"),
+                            QStringLiteral("regionChanged"),
+                            QStringLiteral("networkRegistered"),
+                            QStringLiteral("networkForgot"),
+                            QStringLiteral("networkConnected"),
+                            QStringLiteral("networkDisconnected")};
+    for (const QString &name : names) {
+        QDBusConnection::systemBus().connect({}, daemonPath, daemonName, name, this,
+                                             SLOT(record(QDBusMessage)));
+    }
+}
+
+bool Daemon::startAndWait()
+{
+    return start() && eventually([] { return isOnBus(daemonName); });
+}
+
+bool Daemon::stopAndWait()
+{
+    return stop() && eventually([] { return !isOnBus(daemonName); });
+}
+
+QVariant Daemon::call(const QString &method, const QVariantList &arguments)
+{
+    const QDBusMessage reply =
+        callOnBus(daemonName, daemonPath, daemonName, method, arguments, callTimeoutMs);
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        qWarning().noquote() << method << "was answered with" << reply.errorName() << reply.errorMessage();
+        return {};
+    }
+    return plain(reply.arguments().value(0));
+}
+
+void Daemon::begin(const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(daemonName, daemonPath, daemonName, method);
+    call.setArguments(arguments);
+    QDBusConnection::systemBus().send(call);
+}
+
+void Daemon::record(const QDBusMessage &signal)
+{
+    QStringList arguments;
+    const QVariantList values = signal.arguments();
+    for (const QVariant &value : values) {
+        arguments.append(value.toString());
+    }
+    m_received.append(QStringLiteral("%1(%2)").arg(signal.member(), arguments.join(QStringLiteral(", "))));
+}

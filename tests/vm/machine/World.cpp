@@ -1,0 +1,128 @@
+#include "World.h"
+
+#include "Command.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSettings>
+
+namespace {
+
+const QString settingsDirectory = QStringLiteral("/etc/xdg/Tactora AB");
+const QString connmanDirectory = QStringLiteral("/var/lib/connman");
+/// A region without any channel above 2.4 GHz, so that a scan takes half a second instead of ten.
+const QByteArray regionStore = "[wifi]\nregion=YE\n";
+const QString regionIsSet = QStringLiteral("The region has been set successfully.");
+
+bool storeRegion()
+{
+    QFile file(settingsDirectory + QStringLiteral("/region.conf"));
+    return QDir().mkpath(settingsDirectory) && file.open(QIODevice::WriteOnly) &&
+           file.write(regionStore) == regionStore.size();
+}
+
+/// The card has its own address again and is down, as after power-on; the daemon gave it another one.
+bool powerOnCard()
+{
+    const auto link = [](const QStringList &what) {
+        return run(QStringLiteral("ip"), QStringList{QStringLiteral("link"), QStringLiteral("set"),
+                                                     QStringLiteral("dev"), QStringLiteral("wlan0")} +
+                                             what);
+    };
+    return link({QStringLiteral("down")}) &&
+           link({QStringLiteral("address"), QStringLiteral("02:00:00:00:00:00")});
+}
+
+} // namespace
+
+World::World(const QString &daemonProgram)
+    : m_daemonProgram(daemonProgram)
+{
+}
+
+bool World::powerOn()
+{
+    if (!m_peers.appear() || !m_keyboard.plugIn()) {
+        return false;
+    }
+    m_daemon = std::make_unique<Daemon>(m_daemonProgram, m_keyboard.device());
+    return true;
+}
+
+bool World::begin()
+{
+    if (!m_lan.unplug() || !m_air.restore()) {
+        return false;
+    }
+    const bool reusable = !m_spoilt && m_connman.isRunning() && m_daemon->isRunning() && forgetNetworks();
+    if (!reusable && !(beginUnused() && startBoth())) {
+        return false;
+    }
+    m_spoilt = false;
+    return settle();
+}
+
+bool World::beginUnused()
+{
+    m_spoilt = true;
+    const bool stopped = m_daemon->stopAndWait() && m_connman.stopAndWait();
+    QDir(connmanDirectory).removeRecursively();
+    QDir(settingsDirectory).removeRecursively();
+    m_daemon->forgetSignals();
+    m_peers.forgetSentences();
+    m_daemon->markLog();
+    m_connman.markLog();
+    return stopped && m_lan.unplug() && m_air.restore() && QDir().mkpath(connmanDirectory) && powerOnCard();
+}
+
+bool World::restartConnman()
+{
+    if (!m_connman.stopAndWait()) {
+        return false;
+    }
+    m_daemon->markLog();
+    // The power cycle that follows blocks the daemon: it answers when that is over.
+    return m_connman.startAndWait() && waitUntilStarted(1) &&
+           m_daemon->call(QStringLiteral("getWifiRegion")).isValid();
+}
+
+bool World::startBoth()
+{
+    return storeRegion() && m_connman.startAndWait() && m_daemon->startAndWait() && waitUntilStarted(1);
+}
+
+bool World::waitUntilStarted(int regionCommands)
+{
+    return eventually([&] { return m_daemon->log().count(regionIsSet) >= regionCommands; });
+}
+
+/// Through the daemon, because it keeps the preferred network in memory and on disk.
+bool World::forgetNetworks()
+{
+    const QStringList favorites = m_connman.favorites();
+    for (const QString &identifier : favorites) {
+        m_daemon->call(QStringLiteral("forgetWifi"), {identifier});
+    }
+    return preferredNetwork().isEmpty() && m_connman.favorites().isEmpty();
+}
+
+bool World::settle()
+{
+    // Switched on through ConnMan: the daemon would expect to rejoin its preferred network and say so when
+    // any is joined.
+    const bool ready = m_connman.setWifiPowered(true) &&
+                       !m_connman.find(QStringLiteral("Atelier"), QStringLiteral("psk")).isEmpty() &&
+                       eventually([] { return Kernel::joinedNetwork().isEmpty(); }) &&
+                       eventually([] { return ledState(QStringLiteral("led8")) == QStringLiteral("off"); });
+    m_daemon->forgetSignals();
+    m_peers.forgetSentences();
+    m_daemon->markLog();
+    m_connman.markLog();
+    return ready;
+}
+
+QString World::preferredNetwork()
+{
+    const QSettings store(settingsDirectory + QStringLiteral("/main.conf"), QSettings::IniFormat);
+    return store.value(QStringLiteral("wifi/prefered")).toString();
+}

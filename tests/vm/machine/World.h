@@ -1,0 +1,60 @@
+#pragma once
+
+#include "Connman.h"
+#include "Daemon.h"
+#include "DevicePeers.h"
+#include "Keyboard.h"
+#include "Surroundings.h"
+
+#include <memory>
+
+/// Everything a scenario acts on and looks at. Made anew for every scenario by `begin()`.
+class World
+{
+public:
+    explicit World(const QString &daemonProgram);
+
+    /// Once per machine: the keyboard and the device's other programs.
+    bool powerOn();
+
+    /// The start every scenario may rely on: daemon and ConnMan running, Wi-Fi on and idle, no network known
+    /// or preferred, all access points but "garden" on the air, the network cable not plugged, nothing said
+    /// yet.
+    bool begin();
+    /// The start after the very first power-on: as `begin()`, but the daemon has never run before and Wi-Fi
+    /// has never been on; nothing is started.
+    bool beginUnused();
+    /// Waits until the daemon, started or met by ConnMan anew, has set the region that many times: a start-up
+    /// without a stored region sets it twice, any other once. Only then is its Wi-Fi start-up over.
+    bool waitUntilStarted(int regionCommands);
+    /// Makes the next `begin()` start both programs anew: for scenarios that change what forgetting a network
+    /// leaves.
+    void spoil() { m_spoilt = true; }
+
+    /// Stops and starts ConnMan under the running daemon and waits until the daemon has met the new one.
+    bool restartConnman();
+
+    Daemon &daemon() { return *m_daemon; }
+    Connman &connman() { return m_connman; }
+    DevicePeers &peers() { return m_peers; }
+    Keyboard &keyboard() { return m_keyboard; }
+    Air &air() { return m_air; }
+    Lan &lan() { return m_lan; }
+
+    /// The preferred network as the daemon's settings file has it; empty when there is none.
+    static QString preferredNetwork();
+
+private:
+    bool startBoth();
+    bool forgetNetworks();
+    bool settle();
+
+    QString m_daemonProgram;
+    bool m_spoilt = true;
+    DevicePeers m_peers;
+    Keyboard m_keyboard;
+    Air m_air;
+    Lan m_lan;
+    Connman m_connman;
+    std::unique_ptr<Daemon> m_daemon;
+};

@@ -1,0 +1,68 @@
+#include "Scenarios.h"
+
+#include "Command.h"
+
+#include <QFile>
+#include <QTest>
+
+namespace {
+
+constexpr int logTail = 4000;
+
+void printTail(const char *whose, const QString &log)
+{
+    qInfo("--- %s, the end of its log:\n%s---", whose, qUtf8Printable(log.right(logTail)));
+}
+
+} // namespace
+
+void Scenarios::initTestCase()
+{
+    QVERIFY2(m_world.powerOn(), "the device's own parts did not come up");
+}
+
+void Scenarios::init()
+{
+    m_elapsed.start();
+    QVERIFY2(m_world.begin(), "the world did not get ready for this scenario");
+    qInfo("ready after %.1f s", static_cast<double>(m_elapsed.restart()) / 1000);
+}
+
+void Scenarios::cleanup()
+{
+    qInfo("took %.1f s", static_cast<double>(m_elapsed.elapsed()) / 1000);
+    if (!QTest::currentTestFailed()) {
+        return;
+    }
+    qInfo().noquote() << "signals:" << daemon().received() << "spoken:" << peers().spoken();
+    printTail("daemon", daemon().log());
+    printTail("ConnMan", connman().log());
+    m_world.spoil();
+}
+
+QString Scenarios::network(const QString &name, const QString &security)
+{
+    return connman().find(name, security);
+}
+
+bool Scenarios::does(const QString &method, const QVariantList &arguments)
+{
+    return daemon().call(method, arguments).toBool();
+}
+
+QString Scenarios::joinAtelier()
+{
+    const QString identifier = network(QStringLiteral("Atelier"));
+    if (!does(QStringLiteral("registerWifi"), {identifier, Secret::atelier})) {
+        return {};
+    }
+    return isJoined(identifier) ? identifier : QString();
+}
+
+bool Scenarios::isJoined(const QString &identifier)
+{
+    return eventually([&] {
+        const QString state = connman().state(identifier);
+        return state == QStringLiteral("ready") || state == QStringLiteral("online");
+    });
+}

@@ -1,0 +1,120 @@
+#pragma once
+
+#include "World.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+
+/// What a user of the device or a client of the daemon sees, one scenario a function, each beginning with the
+/// world as `World::begin()` leaves it. The files beside this one hold them by subject.
+class Scenarios : public QObject
+{
+    Q_OBJECT
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    // Device.cpp
+    void firstStartSetsRegionAndHardwareAddress();
+    void wlanUsesTheAddressOfTheSerialNumberOnTheAir();
+    void regionReachesTheKernelAndSurvivesARestart();
+    void lockedRegionCannotBeChanged();
+    void hostNameIsWrittenToItsFile();
+    void technologiesAreReported();
+
+    // Queries.cpp
+    void networksAreListedWithConnmansProperties();
+    void onlyNetworksWithWpsAreListedAsSuch();
+    void activeNetworksAreTheJoinedOnes();
+    void gettersTellWhatTheKernelHas();
+
+    // Registering.cpp
+    void registerWithPassphraseJoinsAndIsRemembered();
+    void registerWithWrongPassphraseReportsInvalidKey();
+    void registerAfterAWrongPassphraseStillSucceeds();
+    void registerOpenNetworkNeedsNoPassphrase();
+    void registerHiddenNetworkByItsName();
+    void registerHiddenNetworkWithWrongPassphraseFails();
+    void registerSecondNetworkMakesItThePreferredOne();
+    void registerUnknownNetworkIsRefused();
+    void registerWithoutPassphraseIsRefused();
+
+    // Enterprise.cpp
+    void registerEnterpriseWithPeap();
+    void registerEnterpriseWithTtls();
+    void registerEnterpriseWithWrongPasswordLeavesNoFile();
+    void forgetEnterpriseRemovesItsFile();
+
+    // Wps.cpp
+    void registerWithWpsPin();
+    void registerWithWrongWpsPinFails();
+    void registerWithWpsToAnyNetworkIsRefused();
+
+    // Connecting.cpp
+    void connectKnownNetworkAsksForNothing();
+    void connectUnknownNetworkIsRefused();
+    void connectNetworkThatNeedsAPassphraseFails();
+    void disconnectLeavesTheNetworkAndThePreference();
+    void disconnectUnknownNetworkIsRefused();
+    void forgetDropsTheStoredCredentials();
+    void emptyNamesAreRefused();
+
+    // Rejoining.cpp
+    void wifiOffAndOnOverTheBusRejoins();
+    void keyChordSwitchesWifiOffAndOnAndRejoins();
+    void keysWithoutTheModifierDoNothing();
+    void connmanRestartRejoins();
+    void connmanRestartAfterPowerOnNeedsTheCredentialsAgain();
+    void daemonRestartRejoins();
+    void accessPointOffAndOnRejoins();
+    void secondAccessPointOfTheSameNameTakesOver();
+    void preferredNetworkWinsOverAnotherKnownOne();
+
+    // Addresses.cpp
+    void staticAddressIsUsedOnTheAir();
+    void automaticAddressComesBack();
+    void addressIsRemovedWhenIpv4IsOff();
+    void nameServersReachConnman();
+    void ipv6CanBeSwitchedOffAndOn();
+    void invalidAddressesAreRefused();
+
+    // Leds.cpp
+    void wifiLedFollowsJoiningAndLeaving();
+    void wifiLedBlinksAfterAFailure();
+
+    // Ethernet.cpp
+    void leaseIsAnnounced();
+    void configuredIpv6AddressIsAnnouncedWhenThereIsNoOther();
+    void automaticIpv6AddressAloneIsNotAnnounced();
+    void missingAddressIsAnnouncedAfterSixteenLooks();
+    void pluggingInAgainAnnouncesAgain();
+    void pluggingIntoAnotherNetworkAnnouncesItsAddress();
+
+private:
+    /// Waits until ConnMan lists the network; its identifier, or an empty text.
+    QString network(const QString &name, const QString &security = QStringLiteral("psk"));
+    /// Calls a daemon's method that answers with a truth value.
+    bool does(const QString &method, const QVariantList &arguments = {});
+    /// Registers "Atelier" and checks that it worked; its identifier, or an empty text.
+    QString joinAtelier();
+    bool isJoined(const QString &identifier);
+
+    Daemon &daemon() { return m_world.daemon(); }
+    Connman &connman() { return m_world.connman(); }
+    DevicePeers &peers() { return m_world.peers(); }
+    Air &air() { return m_world.air(); }
+    Lan &lan() { return m_world.lan(); }
+
+    World m_world{QStringLiteral(DAEMON_PROGRAM)};
+    QElapsedTimer m_elapsed;
+};
+
+namespace Secret {
+
+const QString atelier = QStringLiteral("correct horse");
+const QString cellar = QStringLiteral("potatoes and wine");
+const QString officeUser = QStringLiteral("braille");
+const QString officePassword = QStringLiteral("six dots");
+
+} // namespace Secret
