@@ -24,18 +24,16 @@ class Counted
 public:
     Counted()
     {
+        static std::mutex mutex;
+        static std::condition_variable anotherIsMade;
         ++made;
-        std::unique_lock lock(s_mutex);
-        s_anotherIsMade.notify_all();
-        s_anotherIsMade.wait_for(lock, std::chrono::milliseconds(200), [] { return made > 1; });
+        std::unique_lock lock(mutex);
+        anotherIsMade.notify_all();
+        anotherIsMade.wait_for(lock, std::chrono::milliseconds(200), [] { return made > 1; });
     }
     ~Counted() { ++destructed; }
     Counted(const Counted &) = delete;
     Counted &operator=(const Counted &) = delete;
-
-private:
-    inline static std::mutex s_mutex;
-    inline static std::condition_variable s_anotherIsMade;
 };
 
 class Other
