@@ -39,6 +39,7 @@ private slots:
     void blinkIsLeftToTheKernel();
     void blinkWithAnotherPeriodChangesOnlyTheDelays();
     void blinkIsSetUpAnewAfterSteadyLight();
+    void steadyLightIsWrittenAnewAfterBlinking();
     void blinkNeverAsksTheKernelForADelayOfZero();
     void sameCallTwiceWritesOnce_data();
     void sameCallTwiceWritesOnce();
@@ -56,6 +57,7 @@ private slots:
 
     void failedWriteIsLoggedOnce();
     void failedWriteIsTriedAgain();
+    void failedWriteLeavesNothingThatNeedNotBeWritten();
     void failureAfterASuccessIsLoggedAgain();
     void blinkingOnALedThatWentAwayIsLoggedOnce();
     void fileThatWentAwayIsNotMadeAnew();
@@ -179,6 +181,20 @@ void LedTest::blinkIsSetUpAnewAfterSteadyLight()
     led.blink(500, untilToldOtherwise);
     QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
                                               QStringLiteral("delay_off=250")}));
+}
+
+// Setting another trigger makes the kernel switch the light off.
+void LedTest::steadyLightIsWrittenAnewAfterBlinking()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    led.on();
+    led.blink(500, untilToldOtherwise);
+    files.takeWrites();
+    led.on();
+    QCOMPARE(files.takeWrites(),
+             (QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=127")}));
 }
 
 void LedTest::blinkNeverAsksTheKernelForADelayOfZero()
@@ -363,6 +379,23 @@ void LedTest::failedWriteIsTriedAgain()
     files.restoreFile(brightness);
     led.on();
     QCOMPARE(files.content(brightness), QByteArray("127"));
+}
+
+// Nobody knows how far a failed write came.
+void LedTest::failedWriteLeavesNothingThatNeedNotBeWritten()
+{
+    const LogCapture log;
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    led.on();
+    files.breakFile(brightness);
+    led.off();
+    QCOMPARE(log.lines(QStringLiteral("libled")).size(), 1);
+    files.restoreFile(brightness);
+    files.takeWrites();
+    led.on();
+    QCOMPARE(files.takeWrites(), QStringList{QStringLiteral("brightness=127")});
 }
 
 void LedTest::failureAfterASuccessIsLoggedAgain()
