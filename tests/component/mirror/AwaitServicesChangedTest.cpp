@@ -107,7 +107,7 @@ void AwaitServicesChangedTest::announcementOfAScanComesInAfterTheScan()
         {{QStringLiteral("ssid"), QStringLiteral("Home")}, {QStringLiteral("atOnce"), false}});
     const ConnmanTechnology wifi(world.connection(), QStringLiteral("wifi"), nullptr);
     QVERIFY(wifi.scan());
-    manager->awaitServicesChanged(Limit);
+    manager->awaitServicesChanged(LongLimit);
     QCOMPARE(manager->services().size(), 1);
     QCOMPARE(manager->services().constFirst()->identifier(), identifier);
     QCOMPARE(manager->services().constFirst()->name(), QStringLiteral("Home"));

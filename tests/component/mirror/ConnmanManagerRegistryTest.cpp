@@ -142,7 +142,11 @@ void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
     MirrorWorld world;
     world.addService(A, idle());
     FilledManager filled(world);
+    // An interface's new state that has yet to settle: any update would report it.
     world.simulator().setServiceProperty(A, QStringLiteral("State"), QStringLiteral("ready"), true);
+    world.emitPropertyChanged(path(A), QStringLiteral("State"), QStringLiteral("ready"));
+    world.deliver();
+    filled.forget();
     const Fault fault = world.simulator().injectFault(
         QStringLiteral("net.connman.Manager"), QStringLiteral("GetServices"),
         FaultKind::error(QStringLiteral("net.connman.Error.Failed"), QStringLiteral("Not today")));
@@ -152,6 +156,8 @@ void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
     QCOMPARE(world.simulator().calls(), {QString(GetServicesCall)});
     QCOMPARE(registeredPaths(filled.manager), {path(A)});
     QCOMPARE(filled.announcements.lines(), QStringList());
+    QVERIFY(filled.manager.updateServices());
+    QCOMPARE(filled.interfaceLines().size(), 1);
 }
 
 void ConnmanManagerRegistryTest::addedServiceIsAnnouncedFilledButNotYetRegistered()

@@ -163,7 +163,9 @@ void ConnmanTypesTest::propertiesAreSentInTheMapsOrder()
     QDBusObjectPath path;
     raw >> path;
     QCOMPARE(raw.currentSignature(), QStringLiteral("a{sv}"));
-    QCOMPARE(keysInWireOrder(raw), QStringList(properties.keys()));
+    const QStringList keys = keysInWireOrder(raw);
+    raw.endStructure();
+    QCOMPARE(keys, QStringList(properties.keys()));
 }
 
 void ConnmanTypesTest::valuesAreUnwrappedAndNotConvertedFurther()
