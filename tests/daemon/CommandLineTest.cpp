@@ -1,4 +1,4 @@
-#include "KeyCodes.h"
+#include "KeyChord.h"
 #include "TestDevice.h"
 #include "Text.h"
 #include <QTest>
@@ -28,8 +28,7 @@ const QString enableWifi = "connmanctl enable wifi"_s;
 
 bool chordReaches(LonelyDaemon &device, FakeKeyboard &keyboard)
 {
-    keyboard.press(keys::modifier);
-    keyboard.release(keys::wifiOn);
+    keys::pressChord(keyboard, keys::wifiOn);
     return device.daemon.sandbox().commands().waitForCall(enableWifi)
            // The chord is spoken, but there is nobody to say it.
            && device.daemon.log().takeProblem(
@@ -125,8 +124,7 @@ void CommandLineTest::otherKeyboardsAreLeftAlone()
     DaemonSandbox &sandbox = device.daemon.sandbox();
     FakeKeyboard &chosen = sandbox.devices().addKeyboard("event5"_s);
     QVERIFY(device.start({"--device"_s, "/dev/input/event5"_s}));
-    sandbox.keyboard().press(keys::modifier);
-    sandbox.keyboard().release(keys::wifiOff);
+    keys::pressChord(sandbox.keyboard(), keys::wifiOff);
     QVERIFY(chordReaches(device, chosen));
     QCOMPARE(sandbox.commands().calls(), QStringList(enableWifi));
 }

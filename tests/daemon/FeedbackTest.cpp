@@ -1,5 +1,5 @@
 #include "EventWait.h"
-#include "KeyCodes.h"
+#include "KeyChord.h"
 #include "Scene.h"
 #include <QElapsedTimer>
 #include <QRegularExpression>
@@ -53,10 +53,7 @@ struct Links : TestDevice
 
 void switchWifiOffByKeys(TestDevice &device)
 {
-    FakeKeyboard &keyboard = device.daemon.sandbox().keyboard();
-    keyboard.press(keys::modifier);
-    keyboard.release(keys::wifiOff);
-    keyboard.release(keys::modifier);
+    keys::pressChord(device.daemon.sandbox().keyboard(), keys::wifiOff);
 }
 } // namespace
 

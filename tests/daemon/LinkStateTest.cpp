@@ -25,8 +25,6 @@ private slots:
 };
 
 namespace {
-const QString autoConnectRefused =
-    "ConnmanService.properties|critical|Setting property \"AutoConnect\" failed: \"Invalid service\""_s;
 const QString announcement = "networkConnected(\"Home\")"_s;
 
 /// A device with the network "Home", which is the preferred one, and Wi-Fi switched off.
@@ -58,10 +56,6 @@ QString setAutoConnect(const QString &identifier, bool on)
            " net.connman.Service.SetProperty(\"AutoConnect\", <%1>)"_s.arg(on ? "true"_s : "false"_s);
 }
 
-QString connectCall(const QString &identifier)
-{
-    return scene::servicePath(identifier) + " net.connman.Service.Connect()"_s;
-}
 } // namespace
 
 void LinkStateTest::linkThatComesUpAfterPowerOnIsAnnouncedOnce_data()
@@ -131,8 +125,7 @@ void LinkStateTest::explicitConnectTakesTheAnnouncementBack()
     Device device;
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
-    const Fault success =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.client.call("connect", scene::home).toBool());
     device.reportState(scene::home, "ready"_s);
     QCOMPARE(device.devices().led("led8"_s), LedPattern::on());
@@ -163,8 +156,7 @@ void LinkStateTest::autoConnectIsOffOnlyWhileConnecting()
     device.simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
     QVERIFY(device.startWithoutRadio());
     device.simulator.clearCalls();
-    const Fault success =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.client.call("connect", scene::home).toBool());
 
     // Of every Wi-Fi network, in no order; the cable is left alone, each time with a line.
@@ -176,11 +168,11 @@ void LinkStateTest::autoConnectIsOffOnlyWhileConnecting()
     };
     QCOMPARE(sorted(writes.mid(0, 2)),
              sorted({setAutoConnect(scene::home, false), setAutoConnect(other, false)}));
-    QCOMPARE(writes.at(2), connectCall(scene::home));
+    QCOMPARE(writes.at(2), scene::connectCall(scene::home));
     QCOMPARE(sorted(writes.mid(3, 2)),
              sorted({setAutoConnect(scene::home, true), setAutoConnect(other, true)}));
     QCOMPARE(device.log().lines().count("NetworkManager|debug|Skipping network of type \"ethernet\""_s), 2);
-    device.log().tolerate(autoConnectRefused);
+    device.log().tolerate(scene::autoConnectRefused);
 }
 
 void LinkStateTest::autoConnectComesBackAfterAFailure()
@@ -188,17 +180,13 @@ void LinkStateTest::autoConnectComesBackAfterAFailure()
     Device device;
     QVERIFY(device.startWithoutRadio());
     device.simulator.clearCalls();
-    const Fault failing =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s,
-                                     FaultKind::error("net.connman.Error.Failed"_s, "Input/output error"_s));
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
     QVERIFY(!device.client.call("connect", scene::home).toBool());
-    QCOMPARE(device.writes(), (QStringList{setAutoConnect(scene::home, false), connectCall(scene::home),
-                                           setAutoConnect(scene::home, true)}));
+    QCOMPARE(device.writes(),
+             (QStringList{setAutoConnect(scene::home, false), scene::connectCall(scene::home),
+                          setAutoConnect(scene::home, true)}));
     QCOMPARE(device.simulator.serviceProperties(scene::home).value("AutoConnect"_s).toBool(), true);
-    QVERIFY(
-        device.log().takeProblem("ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
-                                 "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(
-                                     scene::servicePath(scene::home))));
+    QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
 }
 
 QTEST_GUILESS_MAIN(LinkStateTest)

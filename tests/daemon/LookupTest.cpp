@@ -21,7 +21,6 @@ private slots:
 };
 
 namespace {
-const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;
 
 QString unknownLine(const QString &identifier)
 {
@@ -35,7 +34,7 @@ QString unknownSignal(const QString &identifier)
 
 int scans(TestDevice &device)
 {
-    return device.simulator.calls().count(scan);
+    return device.simulator.calls().count(scene::scan);
 }
 } // namespace
 

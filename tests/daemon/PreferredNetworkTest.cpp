@@ -27,25 +27,8 @@ private slots:
 };
 
 namespace {
-const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;
 const QString trying = "NetworkManager|debug|Trying to connect to prefered network \"Home\""_s;
 const QString announcement = "networkConnected(\"Home\")"_s;
-
-QString connectCall(const QString &identifier)
-{
-    return scene::servicePath(identifier) + " net.connman.Service.Connect()"_s;
-}
-
-QString connectFailed(const QString &path)
-{
-    return "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
-           "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(path);
-}
-
-FaultKind refusal()
-{
-    return FaultKind::error("net.connman.Error.Failed"_s, "Input/output error"_s);
-}
 
 /// A device whose preferred network is "Home", its Wi-Fi switched off and everything logged.
 struct Device : TestDevice
@@ -110,8 +93,9 @@ void PreferredNetworkTest::preferredNetworkIsJoinedAndAnnounced()
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
     QVERIFY(device.client.waitFor(announcement));
-    QCOMPARE(device.connectCalls(), QStringList(connectCall(home)));
-    QVERIFY(device.simulator.calls().indexOf(scan) < device.simulator.calls().indexOf(connectCall(home)));
+    QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(home)));
+    QVERIFY(device.simulator.calls().indexOf(scene::scan) <
+            device.simulator.calls().indexOf(scene::connectCall(home)));
     QCOMPARE(device.client.record(),
              (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s, announcement}));
     QVERIFY(waitUntil([&] { return scene::spoken(device.simulator) == QStringList(scene::sentence(7)); }));
@@ -122,13 +106,12 @@ void PreferredNetworkTest::attemptComesAQuarterOfASecondAfterTheScan()
     Device device;
     device.simulator.addService(scene::home, named("Home"_s));
     QVERIFY(device.startWithoutRadio());
-    const Fault success =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.powerOn());
-    QVERIFY(device.simulator.waitForCall(scan));
+    QVERIFY(device.simulator.waitForCall(scene::scan));
     QElapsedTimer clock;
     clock.start();
-    QVERIFY(device.simulator.waitForCall(connectCall(scene::home)));
+    QVERIFY(device.simulator.waitForCall(scene::connectCall(scene::home)));
     // What this test hears of the scan may come late.
     QVERIFY2(clock.elapsed() > 200, qPrintable(QString::number(clock.elapsed())));
 }
@@ -156,9 +139,8 @@ void PreferredNetworkTest::nothingIsAnnouncedWhenTheReturnAlreadyWas()
     device.reportState(scene::home, "ready"_s);
     QVERIFY(device.client.record().contains(announcement));
     device.reportState(scene::home, "idle"_s);
-    const Fault succeeds =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
-    QVERIFY(device.simulator.waitForCall(connectCall(scene::home)));
+    const Fault succeeds = scene::connectFault(device.simulator, FaultKind::reply({}));
+    QVERIFY(device.simulator.waitForCall(scene::connectCall(scene::home)));
     device.client.settle();
     QCOMPARE(device.client.record().count(announcement), 1);
     QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(7)));
@@ -208,11 +190,10 @@ void PreferredNetworkTest::idleLinkIsTouched()
     device.simulator.addService(scene::home, named("Home"_s));
     QVERIFY(device.startWithoutRadio());
     device.reportState(scene::home, "idle"_s);
-    const Fault success =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.powerOn());
     QVERIFY(device.client.waitFor(announcement));
-    QCOMPARE(device.connectCalls(), QStringList(connectCall(scene::home)));
+    QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(scene::home)));
 }
 
 void PreferredNetworkTest::otherNetworksAreSkippedWithALine()
@@ -252,10 +233,9 @@ void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
     const QString open = "wifi_020000000200_486f6d65_managed_none"_s;
     device.simulator.addService(psk, named("Home"_s));
     device.simulator.addService(open, named("Home"_s));
-    const Fault failing = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, refusal());
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
     QVERIFY(device.startWithoutRadio());
-    const Fault success =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.powerOn());
     QVERIFY(device.client.waitFor(announcement));
 
@@ -263,11 +243,11 @@ void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
     QCOMPARE(calls.size(), 2);
     const QString failed = calls.constFirst().section(QLatin1Char(' '), 0, 0);
     QCOMPARE(QSet<QString>(calls.cbegin(), calls.cend()),
-             (QSet<QString>{connectCall(psk), connectCall(open)}));
+             (QSet<QString>{scene::connectCall(psk), scene::connectCall(open)}));
     QVERIFY(device.log().lines().contains(
         "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(failed)));
     QCOMPARE(device.log().lines().filter("|warning|"_s).size(), 1);
-    QVERIFY(device.log().takeProblem(connectFailed(failed)));
+    QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
     QCOMPARE(device.client.record().count(announcement), 1);
 }
 
@@ -276,8 +256,7 @@ void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterASuccess()
     Device device;
     device.simulator.addService(scene::home, named("Home"_s));
     device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
-    const Fault success =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
     QVERIFY(device.client.waitFor(announcement));
@@ -289,18 +268,18 @@ void PreferredNetworkTest::failureLeavesEverythingAsItIs()
 {
     Device device;
     device.simulator.addService(scene::home, named("Home"_s));
-    const Fault failing = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, refusal());
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
     QVERIFY(device.log().waitFor(
         "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(
             scene::servicePath(scene::home))));
     device.client.settle();
-    QCOMPARE(device.connectCalls(), QStringList(connectCall(scene::home)));
+    QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(scene::home)));
     QCOMPARE(device.client.record(), (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s}));
     QCOMPARE(scene::spoken(device.simulator), QStringList());
     QVERIFY(device.daemon.sandbox().settings("main"_s).contains("Home"));
-    QVERIFY(device.log().takeProblem(connectFailed(scene::servicePath(scene::home))));
+    QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
 }
 
 void PreferredNetworkTest::busyPreferredNetworkEndsTheAttempt()

@@ -14,9 +14,39 @@ const QString home = "wifi_020000000200_486f6d65_managed_psk"_s;
 const QByteArray homePreferred = "[wifi]\nprefered=Home\n";
 const QByteArray regionSweden = "[wifi]\nregion=SE\n";
 
+/// Calls as the simulator lists them.
+const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;
+
 inline QString servicePath(const QString &identifier)
 {
     return "/net/connman/service/"_s + identifier;
+}
+
+inline QString connectCall(const QString &identifier)
+{
+    return servicePath(identifier) + " net.connman.Service.Connect()"_s;
+}
+
+/// ConnMan takes "AutoConnect" of networks it remembers only; each other one is a line.
+const QString autoConnectRefused =
+    "ConnmanService.properties|critical|Setting property \"AutoConnect\" failed: \"Invalid service\""_s;
+
+/// What happens to the next Connect of any service instead of connecting.
+inline test_support::Fault connectFault(test_support::SimulatorClient &simulator,
+                                        const test_support::FaultKind &kind)
+{
+    return simulator.injectFault("net.connman.Service"_s, "Connect"_s, kind);
+}
+
+/// A Connect that fails, and the line it leaves.
+inline test_support::FaultKind connectRefusal()
+{
+    return test_support::FaultKind::error("net.connman.Error.Failed"_s, "Input/output error"_s);
+}
+inline QString connectRefused(const QString &path)
+{
+    return "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
+           "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(path);
 }
 
 /// The sentence's request as the simulator lists it, the id left out.

@@ -1,6 +1,5 @@
-#include "KeyCodes.h"
-#include "TestDevice.h"
-#include "Text.h"
+#include "KeyChord.h"
+#include "Scene.h"
 #include <csignal>
 #include <QTest>
 
@@ -33,9 +32,6 @@ namespace {
 const QString noSuchBus = "unix:path=/nonexistent/bus"_s;
 const QString noBusLine = "default|critical|Unable to connect to system-bus."_s;
 const QString unspoken = "NetworkManager|critical|ERROR: Failed to queue speech-request."_s;
-// ConnMan takes "AutoConnect" of networks it remembers only.
-const QString autoConnectRefused =
-    "ConnmanService.properties|critical|Setting property \"AutoConnect\" failed: \"Invalid service\""_s;
 } // namespace
 
 void StartupTest::startsWithoutConnman()
@@ -62,8 +58,7 @@ void StartupTest::keysWorkWithoutBus()
     Daemon daemon(noSuchBus);
     QVERIFY(daemon.start());
     QVERIFY(daemon.log().takeProblem(noBusLine));
-    daemon.sandbox().keyboard().press(keys::modifier);
-    daemon.sandbox().keyboard().release(keys::wifiOff);
+    keys::pressChord(daemon.sandbox().keyboard(), keys::wifiOff);
     QVERIFY(daemon.sandbox().commands().waitForCall("connmanctl disable wifi"_s));
     QVERIFY(daemon.log().takeProblem(unspoken));
 }
@@ -122,7 +117,7 @@ void StartupTest::secondSignalEndsADaemonThatConnmanKeepsWaiting()
     const Fault hanging =
         device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s, FaultKind::never());
     device.client.send("networks");
-    QVERIFY(device.simulator.waitForCall("/net/connman/technology/wifi net.connman.Technology.Scan()"_s));
+    QVERIFY(device.simulator.waitForCall(scene::scan));
 
     QVERIFY(device.daemon.catches(second));
     QVERIFY(device.daemon.sendSignal(first));
@@ -139,7 +134,7 @@ void StartupTest::firstSignalIsObeyedOnceConnmanAnswers()
     const Fault slow =
         device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s, FaultKind::delay(500));
     device.client.send("wpsNetworks");
-    QVERIFY(device.simulator.waitForCall("/net/connman/technology/wifi net.connman.Technology.Scan()"_s));
+    QVERIFY(device.simulator.waitForCall(scene::scan));
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QCOMPARE(device.daemon.waitForExit(), 0);
     QVERIFY(device.client.waitFor("wpsNetworks -> []"_s));
@@ -150,15 +145,13 @@ void StartupTest::signalDuringConnectIsObeyedOnceConnmanAnswers()
     TestDevice device;
     const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
     QVERIFY(device.startWithoutRadio());
-    const Fault slow =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::delay(500));
+    const Fault slow = scene::connectFault(device.simulator, FaultKind::delay(500));
     device.client.send("connect", home);
-    QVERIFY(
-        device.simulator.waitForCall("/net/connman/service/%1 net.connman.Service.Connect()"_s.arg(home)));
+    QVERIFY(device.simulator.waitForCall(scene::connectCall(home)));
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QCOMPARE(device.daemon.waitForExit(), 0);
     QVERIFY(device.client.waitFor("connect -> true"_s));
-    QVERIFY(device.log().takeProblem(autoConnectRefused));
+    QVERIFY(device.log().takeProblem(scene::autoConnectRefused));
 }
 
 void StartupTest::secondSignalEndsADaemonThatWaitsForConnect()
@@ -166,16 +159,14 @@ void StartupTest::secondSignalEndsADaemonThatWaitsForConnect()
     TestDevice device;
     const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
     QVERIFY(device.startWithoutRadio());
-    const Fault hanging =
-        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::never());
+    const Fault hanging = scene::connectFault(device.simulator, FaultKind::never());
     device.client.send("connect", home);
-    QVERIFY(
-        device.simulator.waitForCall("/net/connman/service/%1 net.connman.Service.Connect()"_s.arg(home)));
+    QVERIFY(device.simulator.waitForCall(scene::connectCall(home)));
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QTRY_VERIFY(!device.daemon.catches(SIGTERM));
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QCOMPARE(device.daemon.waitForExit(), 128 + SIGTERM);
-    QVERIFY(device.log().takeProblem(autoConnectRefused));
+    QVERIFY(device.log().takeProblem(scene::autoConnectRefused));
 }
 
 void StartupTest::criticalLineIsPrintedByDefault()

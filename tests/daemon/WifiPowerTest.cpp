@@ -1,5 +1,5 @@
 #include "EventWait.h"
-#include "KeyCodes.h"
+#include "KeyChord.h"
 #include "Scene.h"
 #include <QElapsedTimer>
 #include <QTest>
@@ -31,16 +31,11 @@ private slots:
 namespace {
 const QString enable = "connmanctl enable wifi"_s;
 const QString disable = "connmanctl disable wifi"_s;
-const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;
 const QString resetFailed = "NetworkManager|critical|Wifi reset failed!"_s;
 
 void chord(TestDevice &device, int key)
 {
-    FakeKeyboard &keyboard = device.daemon.sandbox().keyboard();
-    keyboard.press(keys::modifier);
-    keyboard.press(key);
-    keyboard.release(key);
-    keyboard.release(keys::modifier);
+    keys::pressChord(device.daemon.sandbox().keyboard(), key);
 }
 } // namespace
 
@@ -166,14 +161,14 @@ void WifiPowerTest::enablingScansAndJoinsThePreferredNetworkFiveSecondsLater()
     TestDevice device;
     device.daemon.sandbox().setSettings("main"_s, scene::homePreferred);
     const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    const QString connectHome = scene::servicePath(home) + " net.connman.Service.Connect()"_s;
+    const QString connectHome = scene::connectCall(home);
     QVERIFY(device.startWithoutRadio());
     device.simulator.clearCalls();
     chord(device, keys::wifiOn);
     QVERIFY(device.client.waitFor("powerChanged(true)"_s));
     QElapsedTimer clock;
     clock.start();
-    QVERIFY(device.simulator.waitForCall(scan));
+    QVERIFY(device.simulator.waitForCall(scene::scan));
     // A coarse timer may be five percent early.
     QVERIFY2(clock.elapsed() > 4600, qPrintable(QString::number(clock.elapsed())));
     clock.restart();
@@ -192,7 +187,7 @@ void WifiPowerTest::disablingDoesNotScan()
     chord(device, keys::wifiOff);
     QVERIFY(device.client.waitFor("powerChanged(false)"_s));
     constexpr int longerThanTheDelay = 6000;
-    QVERIFY(!device.simulator.waitForCall(scan, longerThanTheDelay));
+    QVERIFY(!device.simulator.waitForCall(scene::scan, longerThanTheDelay));
 }
 
 void WifiPowerTest::powerOperationSetsThePropertyAndTells_data()
@@ -238,7 +233,7 @@ void WifiPowerTest::refusedPowerOperationTellsNothing()
     QCOMPARE(device.client.record(), QStringList("setWifiPower -> false"_s));
     // Nor is the scan of two seconds later armed.
     constexpr int longerThanTheDelay = 2700;
-    QVERIFY(!device.simulator.waitForCall(scan, longerThanTheDelay));
+    QVERIFY(!device.simulator.waitForCall(scene::scan, longerThanTheDelay));
 }
 
 void WifiPowerTest::switchingOnScansTwoSecondsLater()
@@ -249,7 +244,7 @@ void WifiPowerTest::switchingOnScansTwoSecondsLater()
     QCOMPARE(device.client.call("setWifiPower", true).toBool(), true);
     QElapsedTimer clock;
     clock.start();
-    QVERIFY(device.simulator.waitForCall(scan));
+    QVERIFY(device.simulator.waitForCall(scene::scan));
     QVERIFY2(clock.elapsed() > 1800, qPrintable(QString::number(clock.elapsed())));
 }
 
