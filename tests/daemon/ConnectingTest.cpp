@@ -51,7 +51,7 @@ void ConnectingTest::connectedNetworkIsPreferredSpokenAndSignalled()
              (QStringList{autoConnect(cafe, false), callOf(cafe, "Connect()"_s), autoConnect(cafe, true)}));
     QCOMPARE(spoken(device.simulator), QStringList(sentence(6)));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray("[wifi]\nprefered=Cafe\n"));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void ConnectingTest::failedConnectIsReportedAndAutoConnectIsOnAgain()
@@ -71,7 +71,7 @@ void ConnectingTest::failedConnectIsReportedAndAutoConnectIsOnAgain()
     QCOMPARE(spoken(device.simulator), QStringList(sentence(5)));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
     QVERIFY(device.log().takeProblem(failedCall("Connect"_s, cafe, inputOutputError)));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void ConnectingTest::autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect()
@@ -91,7 +91,7 @@ void ConnectingTest::autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect()
     QCOMPARE(calls[2], callOf(cafe, "Connect()"_s));
     QCOMPARE(QSet<QString>({calls[3], calls[4]}),
              QSet<QString>({autoConnect(cafe, true), autoConnect(home, true)}));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void ConnectingTest::disconnectedNetworkIsNoLongerPreferred()
@@ -101,7 +101,7 @@ void ConnectingTest::disconnectedNetworkIsNoLongerPreferred()
     QVERIFY(device.begin());
     QVERIFY(device.client.call("connect", cafe).toBool());
     QVERIFY(device.devices().waitForLed("led8"_s, LedPattern::on()));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
     device.client.clearRecord();
     device.simulator.clearCalls();
 

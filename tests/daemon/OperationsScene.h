@@ -28,12 +28,7 @@ struct Operations : TestDevice
         return simulator.calls().filter(QRegularExpression("\\.(?!GetProperties|GetServices)\\w+\\("_s));
     }
 
-    /// ConnMan lets AutoConnect be written only for networks it knows already.
-    void forgetRefusedAutoConnect()
-    {
-        log().tolerate(
-            "ConnmanService.properties|critical|Setting property \"AutoConnect\" failed: \"Invalid service\""_s);
-    }
+    void tolerateRefusedAutoConnect() { log().tolerate(autoConnectRefused); }
 };
 
 inline QString callOf(const QString &identifier, const QString &call)
@@ -50,8 +45,6 @@ inline QString write(const QString &identifier, const QString &property, const Q
 {
     return callOf(identifier, "SetProperty(\"%1\", <%2>)"_s.arg(property, value));
 }
-
-const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;
 
 inline QString noSuchNetwork(const QString &identifier)
 {

@@ -93,7 +93,7 @@ void RegisteringTest::registeredNetworkIsPreferredSpokenAndSignalled()
     const QStringList calls = device.changes();
     QCOMPARE(calls.value(0), autoConnect(identifier, false));
     QCOMPARE(calls.value(1), callOf(identifier, "Connect()"_s));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
     device.log().tolerate("NetworkSettings|critical|Unable to obtain name for service \"%1\""_s.arg(
         servicePath(identifier))); // a hidden network has none
 }
@@ -135,7 +135,7 @@ void RegisteringTest::refusedRegistrationReportsConnmansReason()
     QVERIFY(device.log().takeProblem(
         "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
         "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(servicePath(identifier))));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void RegisteringTest::credentialsAreClearedAfterwards()
@@ -146,7 +146,7 @@ void RegisteringTest::credentialsAreClearedAfterwards()
 
     QVERIFY(device.client.call("registerWifi", den, "right secret"_s).toBool());
     QCOMPARE(agentError(device.simulator), noRequest);
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void RegisteringTest::openNetworkNeedsNoPassphrase()
@@ -157,7 +157,7 @@ void RegisteringTest::openNetworkNeedsNoPassphrase()
 
     QVERIFY(device.client.call("registerWifi", cafe, QString()).toBool());
     QCOMPARE(device.client.record(), registered("registerWifi"_s, cafe));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void RegisteringTest::enterpriseNetworkGetsItsProvisioningFile()
@@ -171,7 +171,7 @@ void RegisteringTest::enterpriseNetworkGetsItsProvisioningFile()
                 .toBool());
     QCOMPARE(device.daemon.sandbox().connmanFile(corp + ".config"_s),
              QByteArray("[service_peap]\nType=wifi\nName=Corp\nEAP=peap\nPhase2=MSCHAPV2"));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void RegisteringTest::failedEnterpriseRegistrationLeavesNoFile()
@@ -255,7 +255,7 @@ void RegisteringTest::networkFoundOnlyByTheServiceCheckIsRegistered()
 
     QVERIFY(device.client.call("registerWifi", den, "right secret"_s).toBool());
     QCOMPARE(device.client.record(), registered("registerWifi"_s, den));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void RegisteringTest::wpsNetworkIsPreferredButNotSpoken()
@@ -271,7 +271,7 @@ void RegisteringTest::wpsNetworkIsPreferredButNotSpoken()
     QCOMPARE(device.changes(), (QStringList{autoConnect(identifier, false), callOf(identifier, "Connect()"_s),
                                             autoConnect(identifier, true)}));
     QCOMPARE(agentError(device.simulator), noRequest);
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void RegisteringTest::failedWpsIsReportedByName()
@@ -293,7 +293,7 @@ void RegisteringTest::failedWpsIsReportedByName()
         "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
         "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(servicePath(identifier))));
     QVERIFY(device.changes().contains(autoConnect(identifier, true)));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 void RegisteringTest::favouriteIsRefusedByWps()
@@ -344,7 +344,7 @@ void RegisteringTest::otherClientsAreServedDuringARegistration()
     QCOMPARE(other.call("getHostName").toString(), "printer"_s);
     QCOMPARE(device.client.record(), QStringList());
     QVERIFY(device.client.waitFor("registerWifi -> true"_s));
-    device.forgetRefusedAutoConnect();
+    device.tolerateRefusedAutoConnect();
 }
 
 QTEST_GUILESS_MAIN(RegisteringTest)
