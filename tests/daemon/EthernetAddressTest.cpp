@@ -1,8 +1,8 @@
-#include "EventWait.h"
-#include "Scene.h"
+#include "EthernetScene.h"
 #include <QElapsedTimer>
 #include <QTest>
 
+using namespace scene;
 using namespace test_support;
 
 /// The address of the cable's network, spoken once it is known: looked for every two seconds after "eth0" is
@@ -19,69 +19,7 @@ private slots:
     void secondReadyReportSpeaksAgainButOnce();
     void firstServiceOnTheInterfaceIsAsked();
     void readyReportOfAnotherInterfaceStartsNothing();
-    void missingAddressIsToldAtTheSixteenthTick();
-    void addressAtTheSixteenthTickIsSpokenAfterTheComplaint();
-    void readyReportBeginsTheCountAnew();
 };
-
-namespace {
-const QString ethernetLed = "led10"_s;
-/// Logged once a tick while IPv6 has no address.
-const QString noIpv6Address = "ConnmanService.properties|critical|Missing property \"Address\""_s;
-constexpr int tickMs = 2000;
-
-QVariantMap address(const QString &method, const QString &text)
-{
-    return {{"Method"_s, method}, {"Address"_s, text}};
-}
-
-/// A device with a cable whose service has a link-local address and no IPv6 address.
-struct Wired : TestDevice
-{
-    Wired()
-    {
-        simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
-        setIpv4("169.254.10.20"_s);
-        log().tolerate(noIpv6Address);
-    }
-
-    void setIpv4(const QString &text)
-    {
-        simulator.setServiceProperty(scene::cable, "IPv4"_s, address("dhcp"_s, text));
-    }
-    void setIpv6(const QString &text)
-    {
-        simulator.setServiceProperty(scene::cable, "IPv6.Configuration"_s, address("auto"_s, text));
-    }
-    void ready() { reportState(scene::cable, "ready"_s); }
-    /// Looks for an address that found none.
-    int ticks() { return log().lines().count(noIpv6Address); }
-    bool waitForTicks(int count)
-    {
-        // One after the other: all of them together take longer than a single wait may.
-        bool ticking = true;
-        for (int tick = 1; tick <= count && ticking; ++tick) {
-            ticking = log().waitFor(noIpv6Address, tick);
-        }
-        return ticking;
-    }
-    bool waitForSpeech(const QStringList &sentences)
-    {
-        return waitUntil([&] { return scene::spoken(simulator) == sentences; });
-    }
-    /// Whether nothing more is said while a tick would have passed.
-    bool staysSilent()
-    {
-        const int said = simulator.speech().size();
-        return !waitUntil([&] { return simulator.speech().size() > said; }, tickMs * 3 / 2);
-    }
-};
-
-QString ipv4Sentence()
-{
-    return scene::sentence(0, {"192"_s, "168"_s, "1"_s, "7"_s});
-}
-} // namespace
 
 void EthernetAddressTest::ipv4AddressIsSpokenAtTheFirstTick()
 {
@@ -123,7 +61,7 @@ void EthernetAddressTest::ipv6AddressIsSpokenWhereThereIsNoIpv4()
     device.setIpv6(ipv6);
     QVERIFY(device.startWithoutRadio());
     device.ready();
-    QVERIFY(device.waitForSpeech({scene::sentence(1, {spoken})}));
+    QVERIFY(device.waitForSpeech({sentence(1, {spoken})}));
     QVERIFY(device.devices().waitForLed(ethernetLed, LedPattern::on()));
 }
 
@@ -133,7 +71,7 @@ void EthernetAddressTest::addressThatComesLateIsSpokenThen()
     QVERIFY(device.startWithoutRadio());
     device.ready();
     QVERIFY(device.waitForTicks(2));
-    QCOMPARE(scene::spoken(device.simulator), QStringList());
+    QCOMPARE(spoken(device.simulator), QStringList());
     device.setIpv4("192.168.1.7"_s);
     QVERIFY(device.waitForSpeech({ipv4Sentence()}));
     QVERIFY(device.devices().waitForLed(ethernetLed, LedPattern::on()));
@@ -158,11 +96,11 @@ void EthernetAddressTest::secondReadyReportSpeaksAgainButOnce()
     QVERIFY(device.startWithoutRadio());
     device.ready();
     QVERIFY(device.waitForSpeech({ipv4Sentence()}));
-    device.reportState(scene::cable, "configuration"_s);
+    device.reportState(cable, "configuration"_s);
     device.ready();
     QVERIFY(device.waitForSpeech({ipv4Sentence(), ipv4Sentence()}));
     QVERIFY(device.staysSilent());
-    QCOMPARE(scene::spoken(device.simulator).size(), 2);
+    QCOMPARE(spoken(device.simulator).size(), 2);
 }
 
 void EthernetAddressTest::firstServiceOnTheInterfaceIsAsked()
@@ -170,7 +108,7 @@ void EthernetAddressTest::firstServiceOnTheInterfaceIsAsked()
     Wired device;
     device.setIpv4("192.168.1.7"_s);
     // Another service, of another interface, with an address of its own.
-    device.simulator.addService(scene::home, {{"IPv4"_s, address("dhcp"_s, "10.1.1.1"_s)}});
+    device.simulator.addService(home, {{"IPv4"_s, address("dhcp"_s, "10.1.1.1"_s)}});
     QVERIFY(device.startWithoutRadio());
     device.simulator.clearCalls();
     device.ready();
@@ -195,56 +133,6 @@ void EthernetAddressTest::readyReportOfAnotherInterfaceStartsNothing()
     QVERIFY(device.staysSilent());
     QCOMPARE(device.devices().led(ethernetLed), LedPattern::off());
     QCOMPARE(device.devices().led("led8"_s), LedPattern::off());
-}
-
-void EthernetAddressTest::missingAddressIsToldAtTheSixteenthTick()
-{
-    Wired device;
-    QVERIFY(device.startWithoutRadio());
-    device.ready();
-    QElapsedTimer clock;
-    clock.start();
-    QVERIFY(device.waitForTicks(15));
-    QCOMPARE(scene::spoken(device.simulator), QStringList());
-    QVERIFY(device.waitForSpeech({scene::sentence(8)}));
-    QVERIFY2(clock.elapsed() > 16 * tickMs * 9 / 10, qPrintable(QString::number(clock.elapsed())));
-    QVERIFY(device.devices().waitForLed(ethernetLed, LedPattern::blink(500)));
-    QVERIFY(device.waitForTicks(16));
-    QVERIFY(device.devices().waitForLed(ethernetLed, LedPattern::off()));
-    // The timer is stopped: an address that comes now is not noticed.
-    device.setIpv4("192.168.1.7"_s);
-    QVERIFY(device.staysSilent());
-    QCOMPARE(device.ticks(), 16);
-}
-
-void EthernetAddressTest::addressAtTheSixteenthTickIsSpokenAfterTheComplaint()
-{
-    Wired device;
-    QVERIFY(device.startWithoutRadio());
-    device.ready();
-    QVERIFY(device.waitForTicks(15));
-    device.setIpv4("192.168.1.7"_s);
-    QVERIFY(device.waitForSpeech({scene::sentence(8), ipv4Sentence()}));
-    QVERIFY(device.devices().waitForLed(ethernetLed, LedPattern::on()));
-    QVERIFY(device.staysSilent());
-}
-
-void EthernetAddressTest::readyReportBeginsTheCountAnew()
-{
-    Wired device;
-    QVERIFY(device.startWithoutRadio());
-    device.ready();
-    QVERIFY(device.waitForTicks(3));
-    device.reportState(scene::cable, "configuration"_s);
-    device.ready();
-    // Each ready report has its own look at every tick, and all of them count: the eighth tick has the
-    // fifteenth and the sixteenth look.
-    QVERIFY(device.waitForTicks(3 + 14));
-    QCOMPARE(scene::spoken(device.simulator), QStringList());
-    QVERIFY(device.waitForSpeech({scene::sentence(8)}));
-    QVERIFY(device.waitForTicks(3 + 16));
-    QVERIFY(device.staysSilent());
-    QCOMPARE(device.ticks(), 3 + 16);
 }
 
 QTEST_GUILESS_MAIN(EthernetAddressTest)
