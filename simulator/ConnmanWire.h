@@ -19,6 +19,8 @@ inline const QString clockInterface = QStringLiteral("net.connman.Clock");
 inline const QString agentInterface = QStringLiteral("net.connman.Agent");
 inline const QString servicePrefix = QStringLiteral("/net/connman/service/");
 inline const QString technologyPrefix = QStringLiteral("/net/connman/technology/");
+/// A service's "Error" when its credentials are wrong.
+inline const QString invalidKey = QStringLiteral("invalid-key");
 } // namespace connman
 
 /// A property dictionary (a{sv}) in the order in which it goes onto the bus.

@@ -163,7 +163,7 @@ bool needsCredentials(const Service &service)
     if (isOpen(service) || !service.isWifi()) {
         return false;
     }
-    if (service.error() == QLatin1String("invalid-key")) {
+    if (service.error() == connman::invalidKey) {
         return true;
     }
     if (service.isFavorite()) { // was connected before, with credentials that ConnMan keeps

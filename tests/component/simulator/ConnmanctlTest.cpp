@@ -1,10 +1,8 @@
 // ConnMan's own command line client as the judge: it takes the simulated ConnMan for the real one.
 
-#include "BusClient.h"
 #include "ChildProcess.h"
+#include "DeviceFixture.h"
 #include "EventWait.h"
-#include "PrivateBus.h"
-#include "SimulatorClient.h"
 #include <QtTest>
 
 using namespace test_support;
@@ -62,14 +60,11 @@ QString run(const char *arguments)
 }
 } // namespace
 
-class ConnmanctlTest : public QObject
+class ConnmanctlTest : public DeviceFixture
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void tellsTheState();
     void listsTechnologies();
     void switchesWifiOffAndOn();
@@ -89,26 +84,7 @@ private slots:
 
 private:
     QString addNetwork(const char *ssid, const char *security, bool hidden = false);
-
-    std::unique_ptr<PrivateBus> m_bus;
-    std::unique_ptr<SimulatorClient> m_simulator;
-    std::unique_ptr<BusClient> m_client;
 };
-
-void ConnmanctlTest::init()
-{
-    m_bus = std::make_unique<PrivateBus>();
-    m_client = std::make_unique<BusClient>(m_bus->address());
-    m_simulator = std::make_unique<SimulatorClient>(m_bus->address());
-    QVERIFY(m_simulator->isReady());
-}
-
-void ConnmanctlTest::cleanup()
-{
-    m_simulator.reset();
-    m_client.reset();
-    m_bus.reset();
-}
 
 QString ConnmanctlTest::addNetwork(const char *ssid, const char *security, bool hidden)
 {

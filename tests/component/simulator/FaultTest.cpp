@@ -1,10 +1,7 @@
 // What can be made to go wrong: every kind of fault, and services that leave and come back.
 
-#include "BusClient.h"
-#include "ConnmanWire.h"
+#include "DeviceFixture.h"
 #include "EventWait.h"
-#include "PrivateBus.h"
-#include "SimulatorClient.h"
 #include "TestAgent.h"
 #include <QDBusConnectionInterface>
 #include <QDBusServiceWatcher>
@@ -25,15 +22,11 @@ const QString otherId = QStringLiteral("wifi_other_managed_psk");
 const QString noReply = QStringLiteral("org.freedesktop.DBus.Error.NoReply");
 } // namespace
 
-class FaultTest : public QObject
+class FaultTest : public DeviceFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { simulator::registerWireTypes(); }
-    void init();
-    void cleanup();
-
     void errorIsAnsweredWithoutEffect();
     void replyIsAnsweredWithoutEffect();
     void replyKeepsAnyType();
@@ -65,26 +58,7 @@ private:
         return m_client->connection().interface()->isServiceRegistered(name);
     }
     bool waitUntilGone(const QString &name) const;
-
-    std::unique_ptr<PrivateBus> m_bus;
-    std::unique_ptr<BusClient> m_client;
-    std::unique_ptr<SimulatorClient> m_simulator;
 };
-
-void FaultTest::init()
-{
-    m_bus = std::make_unique<PrivateBus>();
-    m_client = std::make_unique<BusClient>(m_bus->address());
-    m_simulator = std::make_unique<SimulatorClient>(m_bus->address());
-    QVERIFY(m_simulator->isReady());
-}
-
-void FaultTest::cleanup()
-{
-    m_simulator.reset();
-    m_client.reset();
-    m_bus.reset();
-}
 
 bool FaultTest::waitUntilGone(const QString &name) const
 {

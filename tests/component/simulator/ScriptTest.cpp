@@ -1,14 +1,10 @@
-// The script interface itself: what each of its members does, and that it is the documented one.
+// The script interface: that it is the documented one, ConnMan's objects raw, and the world around the
+// device.
 
-#include "BusClient.h"
-#include "ConnmanWire.h"
+#include "DeviceFixture.h"
 #include "EventWait.h"
-#include "GVariantText.h"
 #include "LogCapture.h"
-#include "PrivateBus.h"
-#include "SimulatorClient.h"
-#include "TestAgent.h"
-#include <QDBusMetaType>
+#include <QDBusVariant>
 #include <QtTest>
 #include <QXmlStreamReader>
 
@@ -18,8 +14,6 @@ using namespace simulator_test;
 namespace {
 const QString homeId = QStringLiteral("wifi_020000000200_486f6d65_managed_psk");
 const QString rawId = QStringLiteral("wifi_raw_managed_psk");
-const QString configurationManager = QStringLiteral("com.tactora.ConfigurationManager");
-const QString speech = QStringLiteral("com.tactora.Speech");
 const QString simulatorName = QStringLiteral("com.tactora.Simulator");
 
 QVariantMap network(const char *ssid)
@@ -61,15 +55,11 @@ QStringList members(const QByteArray &xml)
 }
 } // namespace
 
-class ScriptTest : public QObject
+class ScriptTest : public DeviceFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
-
     void interfaceIsTheDocumentedOne();
     void endsWithStatusZero();
     void addsServiceWithConnmansProperties();
@@ -89,54 +79,11 @@ private slots:
     void setsTechnologyPropertySilently();
     void removesTechnologyProperty();
     void emitsAnySignal();
-    void rawValuesTravelUnchanged_data();
-    void rawValuesTravelUnchanged();
     void networkIsThereAtOnce();
     void networkWaitsForAScan();
     void networkReplacesItsNamesake();
     void removesNetwork();
-    void rendersCalls_data();
-    void rendersCalls();
-    void recordsCallsOnceAndForgets();
-    void tellsOfEachCall();
-    void standardInterfacesAreNotRecorded();
-    void recordsSpeech();
-    void answersWithTheSerialNumber();
-    void answersWithAnyConfiguration();
-    void listsAgents();
-    void callsTheAgent();
-    void tellsTheAgentsRefusal();
-    void tellsThatThereIsNoAgent();
-
-private:
-    std::unique_ptr<PrivateBus> m_bus;
-    std::unique_ptr<SimulatorClient> m_simulator;
-    std::unique_ptr<BusClient> m_client;
 };
-
-void ScriptTest::initTestCase()
-{
-    simulator::registerWireTypes();
-    qDBusRegisterMetaType<QMap<QString, QString>>();
-}
-
-void ScriptTest::init()
-{
-    m_bus = std::make_unique<PrivateBus>();
-    m_client = std::make_unique<BusClient>(m_bus->address());
-    m_simulator = std::make_unique<SimulatorClient>(m_bus->address());
-    QVERIFY(m_simulator->isReady());
-    QVERIFY(m_client->waitForSignal(
-        QStringLiteral("TechnologyAdded(objectpath \"/net/connman/technology/wifi\"")));
-    m_client->clear();
-}
-
-void ScriptTest::cleanup()
-{
-    m_simulator.reset();
-    m_client.reset();
-    m_bus.reset();
-}
 
 void ScriptTest::interfaceIsTheDocumentedOne()
 {
@@ -345,52 +292,6 @@ void ScriptTest::emitsAnySignal()
     QVERIFY(m_client->waitForSignal(QStringLiteral("gone PropertyChanged(\"State\", 5, @as [])")));
 }
 
-void ScriptTest::rawValuesTravelUnchanged_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("text");
-    const QVariantMap empty;
-    QTest::newRow("y") << QVariant::fromValue<uchar>(64) << QStringLiteral("byte 0x40");
-    QTest::newRow("q") << QVariant::fromValue<ushort>(7) << QStringLiteral("uint16 7");
-    QTest::newRow("x") << QVariant(qlonglong(-7)) << QStringLiteral("int64 -7");
-    QTest::newRow("d") << QVariant(1.5) << QStringLiteral("1.5");
-    QTest::newRow("o") << QVariant::fromValue(QDBusObjectPath("/a")) << QStringLiteral("objectpath \"/a\"");
-    QTest::newRow("g") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}")))
-                       << QStringLiteral("signature \"a{sv}\"");
-    QTest::newRow("ay") << QVariant(QByteArray("\x01\xff")) << QStringLiteral("[byte 0x01, 0xff]");
-    QTest::newRow("ai") << QVariant::fromValue(QList<int>{1, -2}) << QStringLiteral("[1, -2]");
-    QTest::newRow("empty ai") << QVariant::fromValue(QList<int>()) << QStringLiteral("@ai []");
-    QTest::newRow("ao") << QVariant::fromValue(
-                               QList<QDBusObjectPath>{QDBusObjectPath("/a"), QDBusObjectPath("/b")})
-                        << QStringLiteral("[objectpath \"/a\", \"/b\"]");
-    QTest::newRow("(oa{sv})") << QVariant::fromValue(simulator::ObjectRecord{QDBusObjectPath("/a"), {}})
-                              << QStringLiteral("(objectpath \"/a\", @a{sv} {})");
-    QTest::newRow("a{sv}") << QVariant(
-                                  QVariantMap{{QStringLiteral("k"), QVariantMap{{QStringLiteral("i"), 1}}}})
-                           << QStringLiteral("{\"k\": <{\"i\": <1>}>}");
-    QTest::newRow("empty a{sv}") << QVariant(empty) << QStringLiteral("@a{sv} {}");
-    QTest::newRow("v") << QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(3))))
-                       << QStringLiteral("<<3>>");
-    QTest::newRow("av") << QVariant(QVariantList{1, QStringLiteral("x")}) << QStringLiteral("[<1>, <\"x\">]");
-    QTest::newRow("a{ss}") << QVariant::fromValue(
-                                  QMap<QString, QString>{{QStringLiteral("k"), QStringLiteral("v")}})
-                           << QStringLiteral("{\"k\": \"v\"}");
-}
-
-// There and back, twice: as a property from GetProperties, in a signal, and once more from GetProperties.
-void ScriptTest::rawValuesTravelUnchanged()
-{
-    QFETCH(QVariant, value);
-    QFETCH(QString, text);
-    const QString property = QStringLiteral("Raw");
-    m_simulator->addService(rawId, {{property, value}});
-    QCOMPARE(m_client->property(rawId, property), text);
-    m_simulator->setServiceProperty(rawId, property, value);
-    QVERIFY(
-        m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Raw\", <") + text + QStringLiteral(">)")));
-    QCOMPARE(m_client->property(rawId, property), text);
-}
-
 void ScriptTest::networkIsThereAtOnce()
 {
     QCOMPARE(m_simulator->addNetwork(network("Home")), homeId);
@@ -422,131 +323,6 @@ void ScriptTest::removesNetwork()
     m_simulator->removeNetwork(QStringLiteral("Home"));
     QCOMPARE(m_simulator->services(), QStringList());
     QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
-}
-
-void ScriptTest::rendersCalls_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("map") << QVariant(QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}})
-                         << QStringLiteral("<{\"Method\": <\"dhcp\">}>");
-    QTest::newRow("strings") << QVariant(QStringList{QStringLiteral("1.1.1.1"), QStringLiteral("a\"b\\c\n")})
-                             << QStringLiteral("<[\"1.1.1.1\", \"a\\\"b\\\\c\\n\"]>");
-    QTest::newRow("no strings") << QVariant(QStringList()) << QStringLiteral("<@as []>");
-    QTest::newRow("boolean") << QVariant(true) << QStringLiteral("<true>");
-}
-
-void ScriptTest::rendersCalls()
-{
-    QFETCH(QVariant, value);
-    QFETCH(QString, text);
-    m_simulator->addService(rawId);
-    m_client->setServiceProperty(rawId, QStringLiteral("Unknown"), value);
-    QCOMPARE(m_simulator->calls(),
-             QStringList{QStringLiteral("/net/connman/service/wifi_raw_managed_psk "
-                                        "net.connman.Service.SetProperty(\"Unknown\", ") +
-                         text + QLatin1Char(')')});
-}
-
-void ScriptTest::recordsCallsOnceAndForgets()
-{
-    m_client->manager(QStringLiteral("GetServices"));
-    QCOMPARE(m_simulator->calls(), QStringList{QStringLiteral("/ net.connman.Manager.GetServices()")});
-    m_simulator->clearCalls();
-    QCOMPARE(m_simulator->calls(), QStringList());
-}
-
-void ScriptTest::tellsOfEachCall()
-{
-    const QSignalSpy called(m_simulator.get(), &SimulatorClient::called);
-    m_client->manager(QStringLiteral("GetPeers"));
-    QVERIFY(m_simulator->waitForCall(QStringLiteral("/ net.connman.Manager.GetPeers()")));
-    QTRY_COMPARE(called.size(), 1);
-    QCOMPARE(called.first().first().toString(), QStringLiteral("/ net.connman.Manager.GetPeers()"));
-}
-
-void ScriptTest::standardInterfacesAreNotRecorded()
-{
-    const Answer answer =
-        m_client->call(QStringLiteral("net.connman"), QStringLiteral("/"),
-                       QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
-    QVERIFY(answer.text().contains(QStringLiteral("net.connman.Manager")));
-    QCOMPARE(m_simulator->calls(), QStringList());
-}
-
-void ScriptTest::recordsSpeech()
-{
-    const QSignalSpy spoke(m_simulator.get(), &SimulatorClient::spoke);
-    const QVariantMap request{{QStringLiteral("sentenceId"), 7}, {QStringLiteral("serviceId"), 4}};
-    QVERIFY(!m_client
-                 ->call(speech, QStringLiteral("/"), speech, QStringLiteral("speakFromId"),
-                        {QStringLiteral("an-id"), request})
-                 .isError);
-    QCOMPARE(
-        m_simulator->speech(),
-        QStringList{QStringLiteral("speakFromId(\"an-id\", {\"sentenceId\": <7>, \"serviceId\": <4>})")});
-    QTRY_COMPARE(spoke.size(), 1);
-    QCOMPARE(spoke.first().at(0).toString(), QStringLiteral("an-id"));
-    QCOMPARE(spoke.first().at(1).toMap(), request);
-    QCOMPARE(m_simulator->calls(), QStringList());
-}
-
-void ScriptTest::answersWithTheSerialNumber()
-{
-    m_simulator->setSerialNumber(4711);
-    QCOMPARE(m_client
-                 ->call(configurationManager, QStringLiteral("/"), configurationManager,
-                        QStringLiteral("process"), {QVariantMap{{QStringLiteral("command"), 1}}})
-                 .text(),
-             QStringLiteral("{\"systemInfo\": <{\"serialNo\": <4711>}>}"));
-    QCOMPARE(m_simulator->calls(),
-             QStringList{QStringLiteral("/ com.tactora.ConfigurationManager.process({\"command\": <1>})")});
-}
-
-void ScriptTest::answersWithAnyConfiguration()
-{
-    m_simulator->setConfigurationReply({{QStringLiteral("systemInfo"), QStringLiteral("none")}});
-    QCOMPARE(m_client
-                 ->call(configurationManager, QStringLiteral("/"), configurationManager,
-                        QStringLiteral("process"), {QVariantMap()})
-                 .text(),
-             QStringLiteral("{\"systemInfo\": <\"none\">}"));
-}
-
-void ScriptTest::listsAgents()
-{
-    m_client->manager(QStringLiteral("RegisterAgent"), {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
-    QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>{QDBusObjectPath("/an/agent")});
-}
-
-void ScriptTest::callsTheAgent()
-{
-    TestAgent agent(m_client->connection());
-    agent.planInput({{QStringLiteral("Passphrase"), QStringLiteral("abc")}});
-    m_client->manager(QStringLiteral("RegisterAgent"),
-                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
-    const SimulatorClient::AgentReply reply = m_simulator->callAgent(
-        QStringLiteral("RequestInput"), {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
-    QCOMPARE(reply.error, QString());
-    QCOMPARE(simulator::toGVariantText(reply.arguments), QStringLiteral("{\"Passphrase\": <\"abc\">}"));
-    QCOMPARE(agent.lines(), QStringList{QStringLiteral("RequestInput(objectpath \"/x\", @a{sv} {})")});
-}
-
-void ScriptTest::tellsTheAgentsRefusal()
-{
-    TestAgent agent(m_client->connection());
-    agent.planInputError(QStringLiteral("net.connman.Agent.Error.Canceled"));
-    m_client->manager(QStringLiteral("RegisterAgent"),
-                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
-    const SimulatorClient::AgentReply reply = m_simulator->callAgent(
-        QStringLiteral("RequestInput"), {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
-    QCOMPARE(reply.error, QStringLiteral("net.connman.Agent.Error.Canceled: no"));
-}
-
-void ScriptTest::tellsThatThereIsNoAgent()
-{
-    QCOMPARE(m_simulator->callAgent(QStringLiteral("Cancel"), {}).error,
-             QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
 }
 
 QTEST_GUILESS_MAIN(ScriptTest)

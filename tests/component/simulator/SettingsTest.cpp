@@ -1,9 +1,6 @@
 // What a client may set of a service: accepted, refused, and what follows.
 
-#include "BusClient.h"
-#include "ConnmanWire.h"
-#include "PrivateBus.h"
-#include "SimulatorClient.h"
+#include "DeviceFixture.h"
 #include <QDBusObjectPath>
 #include <QtTest>
 
@@ -46,15 +43,11 @@ QVariantMap changed(QVariantMap map, const char *key, const QVariant &value)
 }
 } // namespace
 
-class SettingsTest : public QObject
+class SettingsTest : public DeviceFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase() { simulator::registerWireTypes(); }
-    void init();
-    void cleanup();
-
     void answers_data();
     void answers();
     void refusedValueChangesNothing();
@@ -78,30 +71,16 @@ private:
     {
         return m_client->setServiceProperty(id, property, value).text();
     }
+    void arrive() override;
     void connectService();
-
-    std::unique_ptr<PrivateBus> m_bus;
-    std::unique_ptr<BusClient> m_client;
-    std::unique_ptr<SimulatorClient> m_simulator;
 };
 
-void SettingsTest::init()
+void SettingsTest::arrive()
 {
-    m_bus = std::make_unique<PrivateBus>();
-    m_client = std::make_unique<BusClient>(m_bus->address());
-    m_simulator = std::make_unique<SimulatorClient>(m_bus->address());
-    QVERIFY(m_simulator->isReady());
     m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
                              {QStringLiteral("security"), QStringLiteral("none")},
                              {QStringLiteral("address"), QStringLiteral("192.168.10.77")}});
     QVERIFY(m_client->waitForSignal(id));
-}
-
-void SettingsTest::cleanup()
-{
-    m_simulator.reset();
-    m_client.reset();
-    m_bus.reset();
 }
 
 void SettingsTest::connectService()
