@@ -7,7 +7,7 @@ WiredSurroundings::WiredSurroundings(const QDBusConnection &bus)
     : m_speech(bus)
     , m_link(bus)
 {
-    connect(&m_speech, &SpeechRecorder::spoke, this, &Surroundings::spoke);
+    connect(&m_speech, &SpeechService::spoke, this, &Surroundings::spoke);
 }
 
 void WiredSurroundings::prepare(test_support::DaemonSandbox &sandbox)

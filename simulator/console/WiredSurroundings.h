@@ -1,6 +1,6 @@
 #pragma once
 
-#include "SpeechRecorder.h"
+#include "SpeechService.h"
 #include "Surroundings.h"
 #include "WiredLink.h"
 #include <QDBusConnection>
@@ -22,6 +22,6 @@ public:
 private:
     void switchConnman(Feed &feed, const QString &what);
 
-    SpeechRecorder m_speech;
+    SpeechService m_speech;
     WiredLink m_link;
 };

@@ -1,7 +1,6 @@
-#include "WiredScene.h"
+#include "Scene.h"
 
 #include "EventWait.h"
-#include "Kernel.h"
 #include <algorithm>
 #include <QDBusArgument>
 #include <QTest>
@@ -17,13 +16,13 @@ const QString noIpv6Address =
 
 } // namespace
 
-WiredScene::WiredScene()
+Scene::Scene()
     : toleratedProblems{noTechnology, noWlan, noIpv6Address}
 {
     daemon.sandbox().commands().script(QStringLiteral("iw list"), {});
 }
 
-WiredScene::~WiredScene()
+Scene::~Scene()
 {
     // First to its end: until then it may have more to say.
     if (daemon.isRunning()) {
@@ -38,31 +37,30 @@ WiredScene::~WiredScene()
     }
 }
 
-bool WiredScene::startDaemon()
+bool Scene::startDaemon()
 {
     return daemon.start() && client.waitForName();
 }
 
-bool WiredScene::bringUp()
+bool Scene::bringUp()
 {
-    link.startDhcpServer();
-    link.plugCable();
-    link.startConnman();
+    backend->startDhcpServer();
+    backend->plugCable();
+    backend->startConnman();
     return startDaemon() &&
            QTest::qWaitFor([this] { return daemonKnowsTheLease(); }, test_support::eventTimeoutMs);
 }
 
-QVariantMap WiredScene::listedService()
+QVariantMap Scene::listedService()
 {
-    return subMap(client.call("networks").toMap(), WiredLink::service());
+    return subMap(client.call("networks").toMap(), backend->service());
 }
 
-bool WiredScene::daemonKnowsTheLease()
+bool Scene::daemonKnowsTheLease()
 {
     const QString known =
         subMap(listedService(), QStringLiteral("IPv4")).value(QStringLiteral("Address")).toString();
-    return !known.isEmpty() &&
-           kernel::ipv4Addresses(WiredLink::interface()) == QStringList{known + QStringLiteral("/24")};
+    return !known.isEmpty() && backend->addresses() == QStringList{known + QStringLiteral("/24")};
 }
 
 QVariantMap subMap(const QVariantMap &map, const QString &key)

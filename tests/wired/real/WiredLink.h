@@ -47,9 +47,11 @@ public:
     QVariantMap connmanProperties() const;
 
 private:
+    void waitForLink();
     bool connmanIsOnTheBus() const;
 
     QDBusConnection m_bus;
+    bool m_isPlugged = false;
     test_support::ChildProcess m_dhcpServer;
     test_support::ChildProcess m_connman;
 };

@@ -1,29 +1,30 @@
 #pragma once
 
+#include "Backend.h"
 #include "Daemon.h"
 #include "DaemonClient.h"
 #include "FakeDevices.h"
 #include "PrivateBus.h"
-#include "SpeechRecorder.h"
-#include "WiredLink.h"
 
-/// A daemon on a device without WLAN, with a real wired link and the real ConnMan around it.
-struct WiredScene
+/// A daemon on a device without WLAN, with a wired link, ConnMan and a speech service around it.
+struct Scene
 {
-    WiredScene();
+    Scene();
     /// Stops the daemon and takes the tolerated problems out of its log.
-    ~WiredScene();
-    WiredScene(const WiredScene &) = delete;
-    WiredScene &operator=(const WiredScene &) = delete;
+    ~Scene();
+    Scene(const Scene &) = delete;
+    Scene &operator=(const Scene &) = delete;
 
     test_support::PrivateBus bus;
     test_support::DaemonClient client{bus.address()};
-    SpeechRecorder speech{client.connection()};
-    WiredLink link{client.connection()};
+    std::unique_ptr<Backend> backend{makeBackend(bus.address(), client.connection())};
     test_support::Daemon daemon{bus.address()};
     /// Beginnings of log lines that the daemon rightly writes here, as often as things happen to come; at
     /// first those of a device without WLAN and without an IPv6 address.
     QStringList toleratedProblems;
+
+    Backend &world() { return *backend; }
+    SpeechRecord &speech() { return backend->speech(); }
 
     /// Starts the daemon; true once it offers its interface.
     bool startDaemon();
@@ -32,7 +33,7 @@ struct WiredScene
 
     /// The service as the daemon lists it; empty when it does not.
     QVariantMap listedService();
-    /// Whether the daemon lists the service with the address that the kernel has on the interface.
+    /// Whether the daemon lists the service with the address that is really set.
     bool daemonKnowsTheLease();
     /// Runs the event loop until the Ethernet LED shows `pattern`.
     bool waitForLed(const test_support::LedPattern &pattern)

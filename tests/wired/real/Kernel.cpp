@@ -37,6 +37,15 @@ QByteArray output(const QString &program, const QStringList &arguments)
     return process.readAllStandardOutput();
 }
 
+bool isUp(const QString &interface, const QString &networkNamespace)
+{
+    QStringList arguments{QStringLiteral("link"), QStringLiteral("show"), QStringLiteral("dev"), interface};
+    if (!networkNamespace.isEmpty()) {
+        arguments = QStringList{QStringLiteral("-n"), networkNamespace} + arguments;
+    }
+    return ipJson(arguments).first().toObject().value(QStringLiteral("operstate")) == QLatin1String("UP");
+}
+
 QStringList ipv4Addresses(const QString &interface)
 {
     const QJsonArray links = ipJson({QStringLiteral("-4"), QStringLiteral("address"), QStringLiteral("show"),

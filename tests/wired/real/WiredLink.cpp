@@ -9,6 +9,7 @@
 #include <QDBusServiceWatcher>
 #include <QDir>
 #include <QFile>
+#include <QTest>
 #include <utility>
 
 using test_support::eventTimeoutMs;
@@ -18,6 +19,8 @@ namespace {
 
 const QString connmanName = QStringLiteral("net.connman");
 const QString connmanMemory = QStringLiteral("/var/lib/connman");
+const QString farNetwork = QStringLiteral("lan");
+const QString farEnd = QStringLiteral("lan0");
 const QString connmanLog = QStringLiteral("/tmp/connman.log");
 
 void ip(const QStringList &arguments)
@@ -32,8 +35,7 @@ void setDeviceEnd(const QString &state)
 
 void setFarEnd(const QString &state)
 {
-    ip({QStringLiteral("-n"), QStringLiteral("lan"), QStringLiteral("link"), QStringLiteral("set"),
-        QStringLiteral("lan0"), state});
+    ip({QStringLiteral("-n"), farNetwork, QStringLiteral("link"), QStringLiteral("set"), farEnd, state});
 }
 
 void forgetAddresses()
@@ -76,11 +78,13 @@ WiredLink::WiredLink(QDBusConnection bus)
 void WiredLink::plugCable()
 {
     setFarEnd(QStringLiteral("up"));
+    m_isPlugged = true;
 }
 
 void WiredLink::unplugCable()
 {
     setFarEnd(QStringLiteral("down"));
+    m_isPlugged = false;
 }
 
 void WiredLink::startDhcpServer()
@@ -101,16 +105,27 @@ void WiredLink::startDhcpServer()
 
 void WiredLink::startConnman(const QString &mainConf)
 {
-    // The link is there before ConnMan is, as a cable's is. ConnMan would otherwise bring it up itself and
-    // ask for a lease some milliseconds before the other end of the veth pair can answer: the answer would be
-    // lost and asked for again only 5 s later.
     setDeviceEnd(QStringLiteral("up"));
+    if (m_isPlugged) {
+        waitForLink();
+    }
     m_connman.setProcessChannelMode(QProcess::MergedChannels);
     m_connman.setStandardOutputFile(connmanLog);
     const QDBusServiceWatcher watcher(connmanName, m_bus, QDBusServiceWatcher::WatchForRegistration);
     m_connman.start(QStringLiteral(WIRED_DIR "/connman"), {QStringLiteral(WIRED_DIR "/") + mainConf});
     if (!waitUntil([this] { return connmanIsOnTheBus(); })) {
         qFatal("No ConnMan: %s", content(connmanLog).constData());
+    }
+}
+
+// The link is there before ConnMan is, as a cable's is. ConnMan would otherwise ask for a lease some
+// milliseconds before both ends of the veth pair can send: what is lost then is asked for again only 5 s
+// later.
+void WiredLink::waitForLink()
+{
+    const auto isUp = [] { return kernel::isUp(interface()) && kernel::isUp(farEnd, farNetwork); };
+    if (!QTest::qWaitFor(isUp, eventTimeoutMs)) {
+        qFatal("The link does not come up");
     }
 }
 

@@ -1,8 +1,7 @@
 #include "EventWait.h"
-#include "Kernel.h"
+#include "ScenarioMain.h"
+#include "Scene.h"
 #include "Text.h"
-#include "WiredMain.h"
-#include "WiredScene.h"
 
 using namespace test_support;
 
@@ -27,26 +26,25 @@ constexpr int noAddressMs = 34000;
 
 void NoLeaseTest::linkLocalAddressIsReportedButNeverSpoken()
 {
-    WiredScene scene;
-    scene.link.plugCable();
-    scene.link.startConnman();
+    Scene scene;
+    scene.world().plugCable();
+    scene.world().startConnman();
     QVERIFY(scene.startDaemon());
     QVERIFY(scene.waitForLed(LedPattern::blink(1000)));
 
-    QTRY_COMPARE_WITH_TIMEOUT(kernel::ipv4Addresses(WiredLink::interface()).size(), 1,
-                              linkLocalMs + eventTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(scene.world().addresses().size(), 1, linkLocalMs + eventTimeoutMs);
     QTRY_COMPARE_WITH_TIMEOUT(scene.listedService().value("State"_s).toString(), "ready"_s, eventTimeoutMs);
-    const QString address = scene.client.call("getAddress", WiredLink::service()).toString();
+    const QString address = scene.client.call("getAddress", scene.world().service()).toString();
     QVERIFY2(address.startsWith("169.254."_s), qPrintable(address));
-    QCOMPARE(kernel::ipv4Addresses(WiredLink::interface()), QStringList(address + "/16"_s));
+    QCOMPARE(scene.world().addresses(), QStringList(address + "/16"_s));
 
-    QVERIFY(
-        waitUntil([&] { return scene.speech.count(noAddressSentence) == 1; }, noAddressMs + eventTimeoutMs));
-    QCOMPARE(scene.speech.count(ethernetAddressSentence), 0);
+    QVERIFY(waitUntil([&] { return scene.speech().count(noAddressSentence) == 1; },
+                      noAddressMs + eventTimeoutMs));
+    QCOMPARE(scene.speech().count(ethernetAddressSentence), 0);
     QVERIFY(scene.waitForLed(LedPattern::blink(500)));
     QVERIFY(scene.waitForLed(LedPattern::off()));
 }
 
-WIRED_MAIN(NoLeaseTest)
+SCENARIO_MAIN(NoLeaseTest)
 
 #include "NoLeaseTest.moc"

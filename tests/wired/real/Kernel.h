@@ -12,6 +12,8 @@ namespace kernel {
 /// then the world itself is broken.
 QByteArray output(const QString &program, const QStringList &arguments);
 
+/// Whether the interface, of another network namespace if one is named, is up and can send.
+bool isUp(const QString &interface, const QString &networkNamespace = {});
 /// "address/prefix length" of every IPv4 address of the interface.
 QStringList ipv4Addresses(const QString &interface);
 /// The gateway of the default route through the interface; empty without one.

@@ -1,0 +1,17 @@
+#include "SpeechRecord.h"
+
+#include "EventWait.h"
+#include <algorithm>
+
+int SpeechRecord::count(int sentenceId) const
+{
+    return static_cast<int>(
+        std::count_if(m_requests.cbegin(), m_requests.cend(), [sentenceId](const QVariantMap &request) {
+            return request.value(QStringLiteral("sentenceId")) == sentenceId;
+        }));
+}
+
+bool SpeechRecord::waitFor(int sentenceId, int times) const
+{
+    return test_support::waitUntil([&] { return count(sentenceId) >= times; });
+}

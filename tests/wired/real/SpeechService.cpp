@@ -1,0 +1,30 @@
+#include "SpeechService.h"
+
+#include <QDBusError>
+#include <utility>
+
+namespace {
+const QString busName = QStringLiteral("com.tactora.Speech");
+}
+
+SpeechService::SpeechService(QDBusConnection connection)
+    : m_connection(std::move(connection))
+{
+    m_connection.registerObject(QStringLiteral("/"), this, QDBusConnection::ExportScriptableSlots);
+    setPresent(true);
+}
+
+void SpeechService::setPresent(bool present)
+{
+    const bool done =
+        present ? m_connection.registerService(busName) : m_connection.unregisterService(busName);
+    if (!done) {
+        qFatal("The speech service is out of hand: %s", qPrintable(m_connection.lastError().message()));
+    }
+}
+
+void SpeechService::speakFromId(const QString &id, const QVariantMap &request)
+{
+    Q_UNUSED(id)
+    emit spoke(request);
+}
