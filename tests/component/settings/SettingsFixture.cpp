@@ -1,5 +1,6 @@
 #include "SettingsFixture.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
@@ -20,6 +21,17 @@ void makeEmpty(const QString &directory)
 {
     QDir(directory).removeRecursively();
     QVERIFY(QDir().mkpath(directory));
+}
+
+/// QSettings takes a file of the same size and modification time for the one it has read before, and the clock of
+/// the file system is too coarse to tell two tests apart.
+void setOwnModificationTime(const QString &path)
+{
+    static QDateTime time = QDateTime::fromSecsSinceEpoch(0);
+    time = time.addSecs(1);
+    QFile file(path);
+    QVERIFY2(file.open(QIODevice::ReadWrite), qPrintable(file.errorString()));
+    QVERIFY2(file.setFileTime(time, QFile::FileModificationTime), qPrintable(file.errorString()));
 }
 
 void removeFileOrDirectory(const QString &path)
@@ -75,7 +87,9 @@ QByteArray SettingsFixture::store(const QString &name)
 
 void SettingsFixture::setStore(const QString &name, const QByteArray &content)
 {
-    writeFile(storeFile(name), content);
+    const QString path = storeFile(name);
+    writeFile(path, content);
+    setOwnModificationTime(path);
 }
 
 void SettingsFixture::setStoresWritable(bool writable)
