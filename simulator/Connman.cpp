@@ -38,14 +38,21 @@ QString Connman::addNetwork(const QVariantMap &options, bool atOnce)
 
 bool Connman::removeNetwork(const QString &ssid)
 {
-    const AccessPoint *known = m_surroundings.find(ssid);
-    if (known == nullptr) {
+    const bool isKnown = setInReach(ssid, false);
+    m_surroundings.remove(ssid);
+    return isKnown;
+}
+
+bool Connman::setInReach(const QString &ssid, bool isInReach)
+{
+    const AccessPoint *accessPoint = m_surroundings.setInReach(ssid, isInReach);
+    if (accessPoint == nullptr) {
         return false;
     }
-    const AccessPoint accessPoint = *known;
-    m_surroundings.remove(ssid);
-    m_radio.loseNetwork(accessPoint.namedIdentifier());
-    m_radio.loseNetwork(accessPoint.scannedIdentifier());
+    if (!isInReach) {
+        m_radio.loseNetwork(accessPoint->namedIdentifier());
+        m_radio.loseNetwork(accessPoint->scannedIdentifier());
+    }
     m_radio.lookAround(); // another hidden network may go by the same identifier
     return true;
 }

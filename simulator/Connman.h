@@ -35,6 +35,8 @@ public:
     QString addNetwork(const QVariantMap &options, bool atOnce);
     /// False when there is no such network.
     bool removeNetwork(const QString &ssid);
+    /// Takes its access point out of reach or back, which ConnMan notices at once. False when there is none.
+    bool setInReach(const QString &ssid, bool isInReach);
     void setCable(const Cable &cable);
 
     /// Ends in good order and starts again with what ConnMan keeps on disk.

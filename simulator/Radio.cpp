@@ -68,7 +68,9 @@ void Radio::lookAround()
     QSet<QString> present;
     if (m_parts.technologies.isPowered(wifi)) {
         for (const AccessPoint &accessPoint : m_parts.surroundings.accessPoints()) {
-            present.insert(m_parts.discovery.scanned(accessPoint)->identifier);
+            if (accessPoint.isInReach) {
+                present.insert(m_parts.discovery.scanned(accessPoint)->identifier);
+            }
         }
     }
     const QVector<ServicePtr> services = m_parts.services.all();

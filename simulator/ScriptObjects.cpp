@@ -156,6 +156,13 @@ void ScriptService::removeNetwork(const QString &ssid)
     }
 }
 
+void ScriptService::setInReach(const QString &ssid, bool inReach)
+{
+    if (!m_device.connman.setInReach(ssid, inReach)) {
+        refuse(QStringLiteral("No such network: ") + ssid);
+    }
+}
+
 void ScriptService::setCable(bool plugged, const QVariantMap &options)
 {
     m_device.connman.setCable(Cable::fromOptions(plugged, options));

@@ -51,6 +51,7 @@ public slots: // ConnMan's objects
     // The world
     QString addNetwork(const QVariantMap &options);
     void removeNetwork(const QString &ssid);
+    void setInReach(const QString &ssid, bool inReach);
     void setCable(bool plugged, const QVariantMap &options);
     void setTiming(const QString &name, int milliseconds);
 

@@ -99,10 +99,22 @@ void Surroundings::remove(const QString &ssid)
     m_accessPoints.erase(gone, m_accessPoints.end());
 }
 
+const AccessPoint *Surroundings::setInReach(const QString &ssid, bool isInReach)
+{
+    const auto found = std::find_if(m_accessPoints.begin(), m_accessPoints.end(),
+                                    [&ssid](const AccessPoint &each) { return each.ssid == ssid; });
+    if (found == m_accessPoints.end()) {
+        return nullptr;
+    }
+    found->isInReach = isInReach;
+    return &*found;
+}
+
 const AccessPoint *Surroundings::find(const QString &ssid) const
 {
-    const auto found = std::find_if(m_accessPoints.cbegin(), m_accessPoints.cend(),
-                                    [&ssid](const AccessPoint &each) { return each.ssid == ssid; });
+    const auto found =
+        std::find_if(m_accessPoints.cbegin(), m_accessPoints.cend(),
+                     [&ssid](const AccessPoint &each) { return each.ssid == ssid && each.isInReach; });
     return found == m_accessPoints.cend() ? nullptr : &*found;
 }
 

@@ -30,6 +30,7 @@ struct AccessPoint
     bool hasWps = false;
     bool isHidden = false;
     bool isProvisioned = true; ///< ieee8021x: ConnMan has a provisioning file for it
+    bool isInReach = true;     ///< false: the device does not hear it
     uchar strength = 60;
     Lease lease;
 
@@ -62,6 +63,9 @@ public:
     /// An access point with that name is replaced. Returns the stored one.
     const AccessPoint &add(const AccessPoint &accessPoint);
     void remove(const QString &ssid);
+    /// Takes the access point out of the device's reach or back. Null when there is none of that name.
+    const AccessPoint *setInReach(const QString &ssid, bool isInReach);
+    /// The access point of that name that is in reach.
     const AccessPoint *find(const QString &ssid) const;
     const QVector<AccessPoint> &accessPoints() const { return m_accessPoints; }
 

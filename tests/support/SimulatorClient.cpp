@@ -164,6 +164,11 @@ void SimulatorClient::removeNetwork(const QString &ssid)
     call(QStringLiteral("removeNetwork"), {ssid});
 }
 
+void SimulatorClient::setInReach(const QString &ssid, bool inReach)
+{
+    call(QStringLiteral("setInReach"), {ssid, inReach});
+}
+
 void SimulatorClient::setCable(bool plugged, const QVariantMap &options)
 {
     call(QStringLiteral("setCable"), {plugged, options});

@@ -52,6 +52,7 @@ public:
     /// Returns the identifier that the network's service has or will have.
     QString addNetwork(const QVariantMap &options);
     void removeNetwork(const QString &ssid);
+    void setInReach(const QString &ssid, bool inReach);
     void setCable(bool plugged, const QVariantMap &options = {});
     void setTiming(const QString &name, int milliseconds);
 

@@ -28,6 +28,9 @@ private slots:
     void anotherNetworkTakesItsPlace();
     void serviceWithoutAnyIpHasNoCarrier();
     void vanishedNetworkDisconnects();
+    void networkOutOfReachDisconnectsAndIsNotFound();
+    void knownNetworkBackInReachIsJoinedAgain();
+    void hiddenNetworkOutOfReachIsNotListed();
     void removedNetworkIsForgotten();
     void ethernetCannotBeRemoved();
     void disconnectedByTheUserStaysSo();
@@ -180,6 +183,46 @@ void ConnectTest::vanishedNetworkDisconnects()
     QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
     QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')),
              QStringLiteral("configuration disconnect idle"));
+}
+
+void ConnectTest::networkOutOfReachDisconnectsAndIsNotFound()
+{
+    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
+    QCOMPARE(connectService(openId).text(), QString());
+    QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
+    m_client->clear();
+    m_simulator->setInReach(ssid, false);
+    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
+    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')),
+             QStringLiteral("configuration disconnect idle"));
+    QVERIFY(!m_client->technology(QStringLiteral("wifi"), QStringLiteral("Scan")).isError);
+    QCOMPARE(m_simulator->services(), QStringList());
+}
+
+void ConnectTest::knownNetworkBackInReachIsJoinedAgain()
+{
+    addNetwork();
+    m_agent->planInput(with(passphrase, rightPassphrase));
+    QCOMPARE(connectService(pskId).text(), QString());
+    QVERIFY(m_client->waitForState(pskId, QStringLiteral("online")));
+    const QString address = m_client->property(pskId, QStringLiteral("IPv4"));
+    m_simulator->setInReach(ssid, false);
+    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
+    m_client->clear();
+    m_simulator->setInReach(ssid, true);
+    QVERIFY(m_client->waitForState(pskId, QStringLiteral("online")));
+    QCOMPARE(m_client->property(pskId, QStringLiteral("IPv4")), address);
+    QCOMPARE(m_agent->lines(), QStringList{request(pskId, pskFields)});
+}
+
+void ConnectTest::hiddenNetworkOutOfReachIsNotListed()
+{
+    const QString hiddenId = addNetwork(with(QStringLiteral("hidden"), true));
+    QCOMPARE(m_simulator->services(), QStringList{hiddenId});
+    m_simulator->setInReach(ssid, false);
+    QCOMPARE(m_simulator->services(), QStringList());
+    m_simulator->setInReach(ssid, true);
+    QCOMPARE(m_simulator->services(), QStringList{hiddenId});
 }
 
 void ConnectTest::removedNetworkIsForgotten()

@@ -151,6 +151,8 @@ void ScriptTest::refusesWhatIsNotThere_data()
         << QStringLiteral("removeTechnologyProperty") << QVariantList{none, none} << noTechnology;
     QTest::newRow("removeNetwork") << QStringLiteral("removeNetwork") << QVariantList{none}
                                    << QStringLiteral("No such network: none");
+    QTest::newRow("setInReach") << QStringLiteral("setInReach") << QVariantList{none, true}
+                                << QStringLiteral("No such network: none");
     QTest::newRow("addNetwork") << QStringLiteral("addNetwork") << QVariantList{QVariantMap()}
                                 << QStringLiteral("A network needs an \"ssid\"");
     QTest::newRow("setTiming") << QStringLiteral("setTiming") << QVariantList{none, 1}
