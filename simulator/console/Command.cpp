@@ -17,7 +17,8 @@ bool repeats(const QString &formWord)
 
 bool accepts(const QString &formWord, const QString &argument)
 {
-    return !formWord.contains(QLatin1Char('|')) || formWord.split(QLatin1Char('|')).contains(argument);
+    const bool isItself = formWord == formWord.toLower();
+    return !isItself || formWord.split(QLatin1Char('|')).contains(argument);
 }
 
 } // namespace
@@ -36,6 +37,19 @@ bool Command::fits(const QStringList &arguments) const
             return false;
         }
     }
+    return true;
+}
+
+bool carryOut(const QVector<Command> &commands, QStringList words)
+{
+    const QString name = words.takeFirst();
+    const auto meant = std::find_if(commands.cbegin(), commands.cend(), [&](const Command &candidate) {
+        return candidate.name == name && candidate.fits(words);
+    });
+    if (meant == commands.cend()) {
+        return false;
+    }
+    meant->run(words);
     return true;
 }
 

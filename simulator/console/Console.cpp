@@ -3,7 +3,6 @@
 #include "Device.h"
 #include "DeviceCommands.h"
 #include "Feed.h"
-#include <algorithm>
 #include <QProcess>
 #include <unistd.h>
 
@@ -47,20 +46,12 @@ void Console::readAvailable()
 
 bool Console::execute(const QString &line)
 {
-    QStringList words = QProcess::splitCommand(line);
-    if (words.isEmpty()) {
+    const QStringList words = QProcess::splitCommand(line);
+    if (words.isEmpty() || carryOut(m_commands, words)) {
         return true;
     }
-    const QString name = words.takeFirst();
-    const auto command = std::find_if(m_commands.cbegin(), m_commands.cend(), [&](const Command &candidate) {
-        return candidate.name == name && candidate.fits(words);
-    });
-    if (command == m_commands.cend()) {
-        showForms(name);
-        return false;
-    }
-    command->run(words);
-    return true;
+    showForms(words.first());
+    return false;
 }
 
 void Console::showHelp()
@@ -70,7 +61,7 @@ void Console::showHelp()
     }
     m_feed.tell(
         QStringLiteral("A NETWORK is told by its number in the last list, by its name, by its identifier or "
-                       "the beginning of it. Put double quotes around words with blanks."));
+                       "a part of it. Put double quotes around words with blanks."));
 }
 
 void Console::showForms(const QString &name)

@@ -36,7 +36,8 @@ QString networkLine(int number, const QString &identifier, const QVariantMap &pr
 } // namespace
 
 /// The form's words are the method's arguments in order. NETWORK is told as NetworkNames understands it,
-/// "on|off" is a boolean, "SERVER..." a list of the rest; all others are strings, empty where left out.
+/// "on|off" is a boolean, "SERVER..." a list of the rest and "none" an empty one; all others are strings,
+/// empty where left out.
 struct DaemonCommands::Call
 {
     QString name;
@@ -59,20 +60,28 @@ const QVector<DaemonCommands::Call> &DaemonCommands::table()
         row("disconnect", "NETWORK", "disconnect", "disconnect it"),
         row("forget", "NETWORK", "forgetWifi", "forget what is known of it"),
         row("register", "NETWORK [PASSPHRASE]", "registerWifi", "connect a new one"),
-        row("register-hidden", "NAME NETWORK [PASSPHRASE]", "registerHiddenWifi", "connect a hidden one"),
+        row("register-hidden", "NAME NETWORK [PASSPHRASE]", "registerHiddenWifi",
+            "connect a hidden one (NETWORK is the nameless one, \"hidden\")"),
         row("register-enterprise", "IDENTITY NETWORK PASSWORD EAP PHASE2", "registerWiFiWpa2Enterprise",
-            "connect a WPA2-Enterprise one"),
+            "connect a WPA2-Enterprise one (EAP is peap and PHASE2 is MSCHAPV2, say)"),
         row("register-wps", "NETWORK", "registerWifiWps", "connect by WPS push button"),
         row("register-wps", "NETWORK PIN", "registerWifiWps", "connect by WPS PIN"),
         row("ip", "NETWORK", "getConfiguration", "show the IPv4 settings"),
-        row("ip", "NETWORK dhcp|off", "configure", "have them from DHCP, or none"),
+        row("ip", "NETWORK METHOD", "configure", "have them from DHCP (METHOD is dhcp), or none (off)"),
         row("ip", "NETWORK METHOD ADDRESS NETMASK GATEWAY", "configure", "set them (METHOD is manual)"),
         row("ipv6", "NETWORK", "getIPv6Configuration", "show the IPv6 settings"),
-        row("ipv6", "NETWORK METHOD", "configureIPv6", "auto or off"),
+        row("ipv6", "NETWORK METHOD", "configureIPv6", "set them (METHOD is auto or off)"),
         row("dns", "NETWORK", "getNameservers", "show the name servers"),
+        row("dns", "NETWORK none", "setNameservers", "go back to those that DHCP tells"),
         row("dns", "NETWORK SERVER...", "setNameservers", "set them"),
         row("address", "NETWORK", "getAddress", "its IPv4 address alone"),
+        row("netmask", "NETWORK", "getNetmask", "its IPv4 netmask alone"),
+        row("gateway", "NETWORK", "getGateway", "its IPv4 gateway alone"),
+        row("ipv6-address", "NETWORK", "getIPv6Address", "its IPv6 address alone"),
+        row("ipv6-prefix", "NETWORK", "getPrefix", "its IPv6 prefix length alone"),
         row("hwaddress", "INTERFACE", "getHwAddress", "the hardware address of eth0, say"),
+        row("has-wifi", "", "checkWifiTechnology", "whether the printer has Wi-Fi"),
+        row("has-bluetooth", "", "checkBluetoothTechnology", "whether it has Bluetooth"),
         row("power", "", "getWifiPower", "whether Wi-Fi is switched on"),
         row("power", "on|off", "setWifiPower", "switch it"),
         row("region", "", "getWifiRegion", "the Wi-Fi region"),
@@ -125,6 +134,8 @@ bool DaemonCommands::convert(const Call &call, const QStringList &words, QVarian
             arguments << network.identifier;
         } else if (form.at(i) == QStringLiteral("on|off")) {
             arguments << (word == QStringLiteral("on"));
+        } else if (form.at(i) == QStringLiteral("none")) {
+            arguments << QVariant(QStringList());
         } else if (form.at(i).endsWith(QStringLiteral("..."))) {
             arguments << QVariant(words.mid(i));
         } else {

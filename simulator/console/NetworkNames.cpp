@@ -3,7 +3,6 @@
 #include "ConnmanTypes.h"
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QRegularExpression>
 #include <utility>
 
 namespace {
@@ -21,12 +20,12 @@ QStringList named(const Services &services, const QString &name)
     return matches;
 }
 
-QStringList startingWith(const Services &services, const QString &text)
+QStringList identified(const Services &services, const QString &text)
 {
     if (services.contains(text)) {
         return {text};
     }
-    return services.keys().filter(QRegularExpression(QLatin1Char('^') + QRegularExpression::escape(text)));
+    return services.keys().filter(text);
 }
 
 } // namespace
@@ -49,8 +48,8 @@ NetworkNames::Result NetworkNames::find(const QString &text) const
     }
     const Services all = services();
     QStringList candidates = named(all, text);
-    if (candidates.isEmpty()) {
-        candidates = startingWith(all, text);
+    if (candidates.isEmpty() && !isNumber) { // every identifier has some number in it
+        candidates = identified(all, text);
     }
     if (candidates.isEmpty()) {
         return {{}, QStringLiteral("There is no network \"%1\"; \"list\" tells which there are.").arg(text)};

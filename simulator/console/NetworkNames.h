@@ -21,7 +21,7 @@ public:
         /// Why there is no identifier; empty if there is.
         QString problem;
     };
-    /// `text` is the number in the last list, the identifier or its beginning, or the network's name; with a
+    /// `text` is the number in the last list, the identifier or a part of it, or the network's name; with a
     /// "=" in front the rest is passed on as it stands, whether there is such a network or not.
     Result find(const QString &text) const;
 

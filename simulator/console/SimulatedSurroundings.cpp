@@ -74,8 +74,11 @@ QVector<Command> SimulatedSurroundings::commands(Feed &feed)
                 }),
         command("add-wps", "SSID [PIN]", "one with WPS",
                 [&](Words words) { addNetwork(feed, words.at(0), options("wps", "pin", words.value(1))); }),
-        command("remove", "SSID", "take a network off the air",
+        command("remove", "SSID", "take a network off the air for good",
                 [&](Words words) { m_simulator.removeNetwork(words.at(0)); }),
+        command(
+            "reach", "SSID in|out", "carry the printer into a network's reach or out of it",
+            [&](Words words) { m_simulator.setInReach(words.at(0), words.at(1) == QStringLiteral("in")); }),
         command("cable", "in|out", "plug the Ethernet cable in or pull it out",
                 [&](Words words) { m_simulator.setCable(words.at(0) == QStringLiteral("in")); }),
         command("connman", "start|stop|restart", "ConnMan comes, goes, or both",

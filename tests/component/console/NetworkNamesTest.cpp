@@ -15,8 +15,8 @@ private slots:
 
     void findsByName();
     void findsByIdentifier();
-    void findsByTheOnlyIdentifierThatBeginsSo();
-    void namesAllThatBeginSo();
+    void findsByAPartThatOnlyOneIdentifierHas();
+    void namesAllThatHaveThatPart();
     void findsByNumberInTheLastList();
     void numberOutsideTheLastListIsNoNetwork();
     void identifierWinsOverLongerOnes();
@@ -54,14 +54,14 @@ void NetworkNamesTest::findsByIdentifier()
              named("ethernet_2_cable"));
 }
 
-void NetworkNamesTest::findsByTheOnlyIdentifierThatBeginsSo()
+void NetworkNamesTest::findsByAPartThatOnlyOneIdentifierHas()
 {
-    QCOMPARE(NetworkNames(m_connection).find(named("wifi_1_a")).identifier, named("wifi_1_a_managed_psk"));
+    QCOMPARE(NetworkNames(m_connection).find(named("1_a")).identifier, named("wifi_1_a_managed_psk"));
 }
 
-void NetworkNamesTest::namesAllThatBeginSo()
+void NetworkNamesTest::namesAllThatHaveThatPart()
 {
-    const NetworkNames::Result result = NetworkNames(m_connection).find(named("wifi_"));
+    const NetworkNames::Result result = NetworkNames(m_connection).find(named("_managed_"));
     QCOMPARE(result.identifier, QString());
     QVERIFY(result.problem.contains(named("wifi_1_a_managed_psk")));
     QVERIFY(result.problem.contains(named("wifi_1_b_managed_none")));

@@ -37,7 +37,10 @@ void ConsoleCommandTest::takesTheWordsOfItsForm_data()
     row("last alternative", "on|off", "off", true);
     row("no alternative", "on|off", "o", false);
     row("alternative in capitals", "on|off", "ON", false);
-    row("alternative behind a word", "NETWORK dhcp|off", "a manual", false);
+    row("alternative behind a word", "SSID in|out", "a in", true);
+    row("no alternative behind a word", "SSID in|out", "a on", false);
+    row("a word that stands for itself", "NETWORK none", "a none", true);
+    row("another word in its place", "NETWORK none", "a 1.1.1.1", false);
 }
 
 void ConsoleCommandTest::takesTheWordsOfItsForm()

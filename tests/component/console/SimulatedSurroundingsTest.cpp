@@ -1,0 +1,86 @@
+// The console's commands that change the world around the printer.
+#include "SimulatedSurroundings.h"
+#include "Feed.h"
+#include "PrivateBus.h"
+#include <memory>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QProcess>
+#include <QtTest>
+
+class SimulatedSurroundingsTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void init();
+
+    void commandsChangeTheNetworks_data();
+    void commandsChangeTheNetworks();
+
+private:
+    bool type(const QString &line);
+    QStringList services() const;
+
+    test_support::PrivateBus m_bus;
+    QDBusConnection m_connection{
+        QDBusConnection::connectToBus(m_bus.address(), QStringLiteral("surroundings test"))};
+    Feed m_feed;
+    std::unique_ptr<SimulatedSurroundings> m_surroundings;
+};
+
+bool SimulatedSurroundingsTest::type(const QString &line)
+{
+    return carryOut(m_surroundings->commands(m_feed), QProcess::splitCommand(line));
+}
+
+QStringList SimulatedSurroundingsTest::services() const
+{
+    const QString simulator = QStringLiteral("com.tactora.Simulator");
+    const QDBusReply<QStringList> reply = m_connection.call(QDBusMessage::createMethodCall(
+        simulator, QStringLiteral("/simulator"), simulator, QStringLiteral("services")));
+    return reply.value();
+}
+
+void SimulatedSurroundingsTest::init()
+{
+    m_surroundings.reset(); // its bus names are taken until then
+    m_surroundings = std::make_unique<SimulatedSurroundings>(m_bus.address());
+    QVERIFY(m_surroundings->isReady());
+}
+
+void SimulatedSurroundingsTest::commandsChangeTheNetworks_data()
+{
+    QTest::addColumn<QString>("lines");
+    QTest::addColumn<QStringList>("networks");
+    const auto row = [](const char *name, const char *lines, const QStringList &networks) {
+        QTest::newRow(name) << QString::fromLatin1(lines) << networks;
+    };
+    const auto wifi = [](const char *rest) {
+        return QStringList{QStringLiteral("wifi_020000000200_") + QLatin1String(rest)};
+    };
+    const QStringList home = wifi("486f6d65_managed_psk");
+    row("open", "add Home", wifi("486f6d65_managed_none"));
+    row("with a passphrase", "add Home secretsecret", home);
+    row("hidden", "add-hidden Home secretsecret", wifi("hidden_managed_psk"));
+    row("enterprise", "add-enterprise Home me secret", wifi("486f6d65_managed_ieee8021x"));
+    row("WPS", "add-wps Home 12345670", home);
+    row("gone", "add Home; remove Home", {});
+    row("out of reach", "add Home secretsecret; reach Home out", {});
+    row("back in reach", "add Home secretsecret; reach Home out; reach Home in", home);
+    row("cable", "cable in", {QStringLiteral("ethernet_020000000100_cable")});
+    row("cable pulled out", "cable in; cable out", {});
+}
+
+void SimulatedSurroundingsTest::commandsChangeTheNetworks()
+{
+    QFETCH(const QString, lines);
+    QFETCH(const QStringList, networks);
+    for (const QString &line : lines.split(QStringLiteral("; "))) {
+        QVERIFY2(type(line), qPrintable(line));
+    }
+    QCOMPARE(services(), networks);
+}
+
+QTEST_GUILESS_MAIN(SimulatedSurroundingsTest)
+#include "SimulatedSurroundingsTest.moc"
