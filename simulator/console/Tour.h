@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TourSteps.h"
 #include <QObject>
 #include <QTimer>
 
@@ -12,7 +13,7 @@ class Tour : public QObject
 {
     Q_OBJECT
 public:
-    Tour(Console &console, Feed &feed, QObject *parent = nullptr);
+    Tour(QVector<TourStep> steps, Console &console, Feed &feed, QObject *parent = nullptr);
 
     void start();
     /// Whether it has come to its end and everything was seen.
@@ -27,6 +28,7 @@ private:
     void giveUp(const QString &reason);
     QStringList unseen() const;
 
+    const QVector<TourStep> m_steps;
     Console &m_console;
     Feed &m_feed;
     QTimer m_patience;

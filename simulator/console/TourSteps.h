@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QString>
 #include <QStringList>
 #include <QVector>
 
@@ -9,9 +10,16 @@ struct TourStep
     QString narration;
     /// Console commands, carried out one after the other.
     QStringList commands;
-    /// The beginnings of the events that have to be seen, in whatever order; what stands behind "..." comes
-    /// somewhere later in the event.
+    /// What isExpected() finds in the events, in whatever order.
     QStringList expected;
 };
 
-const QVector<TourStep> &tourSteps();
+/// The steps of the tour, as tour.txt tells them.
+QVector<TourStep> tourSteps();
+
+/// The steps of any such text; tour.txt explains its form.
+QVector<TourStep> readTourSteps(const QString &text);
+
+/// Whether an event begins with `expected`, which may have gaps ("..."). How blanks and line breaks divide
+/// the words of the event makes no difference.
+bool isExpected(const QString &event, const QString &expected);

@@ -30,7 +30,7 @@ int converse(Console &console, Device &device, Feed &feed)
 
 int showTour(Console &console, Feed &feed)
 {
-    Tour tour(console, feed);
+    Tour tour(tourSteps(), console, feed);
     QObject::connect(&tour, &Tour::finished, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     tour.start();
     QCoreApplication::exec();
