@@ -67,7 +67,7 @@ void ConnmanTechnologyPowerTest::switchedPowerFollowsConnmansSignal()
 {
     QVERIFY(technology().setPowered(false));
     QTRY_VERIFY_WITH_TIMEOUT(
-        log().contains(QStringLiteral("propertyChanged( \"Powered\" , QVariant(bool, false) )")),
+        log().contains(QStringLiteral("propertyChanged( \"Powered\" ,  QVariant(bool, false) )")),
         eventTimeoutMs);
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Powered\", <false>")));
 }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <QDBusConnection>
 #include <QDBusInterface>
+#include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QtTest>
 
@@ -46,8 +47,10 @@ private slots:
     void failedRefreshIsTrueAndKeepsTheCache_data();
     void failedRefreshIsTrueAndKeepsTheCache();
 
-    void changedPropertyReachesTheCacheWithoutAnotherCall();
+    void changeOfConnectedReachesTheCacheWithoutAnotherCall();
     void changedPropertyIsLogged();
+    void changedDictionaryIsReadBeforeItIsLogged();
+    void everyValueOfARefreshIsMadePlain();
     void otherTechnologiesChangesAreIgnored();
 };
 
@@ -236,7 +239,7 @@ void ConnmanTechnologyTest::failedRefreshIsTrueAndKeepsTheCache()
     QCOMPARE(technology().name(), QStringLiteral("WiFi"));
 }
 
-void ConnmanTechnologyTest::changedPropertyReachesTheCacheWithoutAnotherCall()
+void ConnmanTechnologyTest::changeOfConnectedReachesTheCacheWithoutAnotherCall()
 {
     connman().setTechnologyProperty(name(), QStringLiteral("Connected"), false);
 
@@ -250,8 +253,34 @@ void ConnmanTechnologyTest::changedPropertyIsLogged()
     connman().setTechnologyProperty(name(), QStringLiteral("Connected"), false);
 
     QTRY_COMPARE_WITH_TIMEOUT(
-        debugLines(), QStringList(QStringLiteral("propertyChanged( \"Connected\" , QVariant(bool, false) )")),
+        debugLines(),
+        QStringList(QStringLiteral("propertyChanged( \"Connected\" ,  QVariant(bool, false) )")),
         eventTimeoutMs);
+}
+
+void ConnmanTechnologyTest::changedDictionaryIsReadBeforeItIsLogged()
+{
+    const QVariantMap limits{{QStringLiteral("Max"), 7}};
+    connman().setTechnologyProperty(name(), QStringLiteral("Limits"), limits);
+
+    QTRY_COMPARE_WITH_TIMEOUT(
+        debugLines(),
+        QStringList(QStringLiteral("propertyChanged( \"Limits\" ,  QVariant(QVariantMap, "
+                                   "QMap((\"Max\", QVariant(int, 7)))) )")),
+        eventTimeoutMs);
+}
+
+// No getter tells; what cannot be made plain is warned about.
+void ConnmanTechnologyTest::everyValueOfARefreshIsMadePlain()
+{
+    const QVariant path = QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x")));
+    const Fault other =
+        fault("GetProperties",
+              FaultKind::reply({QVariantMap{{QStringLiteral("A"), path}, {QStringLiteral("B"), path}}}));
+
+    QVERIFY(technology().dbusUpdateProperties());
+    const QString line = QStringLiteral("Unknown QVariant::UserType: %1").arg(qMetaTypeId<QDBusObjectPath>());
+    QCOMPARE(log().lines(QStringLiteral("Utils"), QtWarningMsg), QStringList({line, line}));
 }
 
 void ConnmanTechnologyTest::otherTechnologiesChangesAreIgnored()

@@ -17,7 +17,7 @@ const QString technologyInterface = QStringLiteral("net.connman.Technology");
 void TechnologyFixture::initTestCase()
 {
     QVERIFY(m_connman.isReady());
-    QLoggingCategory::setFilterRules(QStringLiteral("ConnmanTechnology.debug=true"));
+    QLoggingCategory::setFilterRules(QStringLiteral("ConnmanTechnology.debug=true\nUtils.warning=true"));
 }
 
 void TechnologyFixture::init()
