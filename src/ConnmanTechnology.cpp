@@ -56,7 +56,7 @@ bool ConnmanTechnology::dbusUpdateProperties()
 void ConnmanTechnology::propertyChanged(const QString &name, const QDBusVariant &value)
 {
     const QVariant converted = Utils::convertDBusArgument(value.variant());
-    qCDebug(logConnmanTechnology) << "propertyChanged(" << name << "," << converted << ")";
+    qCDebug(logConnmanTechnology) << "propertyChanged(" << name << ", " << converted << ")";
     m_properties.insert(name, converted);
 }
 
