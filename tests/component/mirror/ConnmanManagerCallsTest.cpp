@@ -49,6 +49,7 @@ private slots:
     void signalsAndSlotsHaveTheirOrder();
     void interfaceStateHasItsMetaTypeName();
     void constructionLogsOneDebugLine();
+    void constructionLogsBeforeItSubscribes();
     void failedSubscriptionsAreOneLineEach();
 
     void connmanHasItsTechnologies();
@@ -106,6 +107,15 @@ void ConnmanManagerCallsTest::constructionLogsOneDebugLine()
     QCOMPARE(world.debugLines(ManagerLog), {QStringLiteral("ConnmanManager()")});
     QCOMPARE(world.log().messages().size(), 1);
     QCOMPARE(world.simulator().calls(), QStringList());
+}
+
+void ConnmanManagerCallsTest::constructionLogsBeforeItSubscribes()
+{
+    MirrorWorld world;
+    const ConnmanManager manager(MirrorWorld::noConnection(), nullptr);
+    const auto messages = world.log().messages();
+    QCOMPARE(messages.size(), 3);
+    QCOMPARE(messages.constFirst().type, QtDebugMsg);
 }
 
 void ConnmanManagerCallsTest::failedSubscriptionsAreOneLineEach()

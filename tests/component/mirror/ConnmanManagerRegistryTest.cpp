@@ -62,6 +62,7 @@ private slots:
     void addedServiceIsAnnouncedFilledButNotYetRegistered();
     void addingAServiceAnnouncesItsStateFirst();
     void addingAServiceLogsOneDebugLine();
+    void addingAServiceIsLoggedBeforeTheServiceIsMade();
     void addingAKnownServiceDoesNothing();
     void addingAServiceThatConnmanDoesNotHaveRegistersItStateless();
 
@@ -198,6 +199,17 @@ void ConnmanManagerRegistryTest::addingAServiceLogsOneDebugLine()
     ConnmanManager manager(world.connection(), nullptr);
     manager.addService(QDBusObjectPath(path(A)));
     QCOMPARE(world.debugLines(ServicesLog), {QStringLiteral("Adding service \"%1\"").arg(path(A))});
+}
+
+void ConnmanManagerRegistryTest::addingAServiceIsLoggedBeforeTheServiceIsMade()
+{
+    MirrorWorld world;
+    ConnmanManager manager(world.connection(), nullptr);
+    world.log().clear();
+    manager.addService(QDBusObjectPath(path(A)));
+    const auto messages = world.log().messages();
+    QCOMPARE(messages.at(0).category, QString(ServicesLog));
+    QCOMPARE(messages.at(1).category, QStringLiteral("ConnmanService"));
 }
 
 void ConnmanManagerRegistryTest::addingAKnownServiceDoesNothing()

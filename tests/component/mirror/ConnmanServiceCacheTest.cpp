@@ -33,6 +33,7 @@ class ConnmanServiceCacheTest : public QObject
 private slots:
     void constructionReadsNothingAndKnowsNothing();
     void constructionLogsOneDebugLine();
+    void constructionLogsBeforeItSubscribes();
     void signalAndSlotsHaveTheirOrder();
     void callsMayTakeTwoMinutes();
     void identifierIsTheLastElementOfThePath();
@@ -49,7 +50,7 @@ private slots:
     void updateWhileConnmanVanishesIsOneLineAndKeepsTheCache();
     void updateAnsweredWithNothingEmptiesTheCache();
 
-    void changedPropertyIsStoredWithoutACallOrASignal();
+    void changedStrengthIsStoredWithoutACallOrASignal();
     void newPropertyIsStored();
     void changedDictionaryIsStoredAsAMap();
     void changedPropertyLogsOneDebugLine();
@@ -79,6 +80,16 @@ void ConnmanServiceCacheTest::constructionLogsOneDebugLine()
     const ConnmanService service(world.connection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
     QCOMPARE(world.debugLines(QStringLiteral("ConnmanService")),
              {QStringLiteral("ConnmanService( \"net.connman\" , \"/x\" , \"net.connman.Service\"")});
+}
+
+void ConnmanServiceCacheTest::constructionLogsBeforeItSubscribes()
+{
+    MirrorWorld world;
+    const ConnmanService service(MirrorWorld::noConnection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
+    const auto messages = world.log().messages();
+    QCOMPARE(messages.size(), 2);
+    QCOMPARE(messages.constFirst().type, QtDebugMsg);
+    QCOMPARE(messages.constLast().type, QtCriticalMsg);
 }
 
 void ConnmanServiceCacheTest::signalAndSlotsHaveTheirOrder()
@@ -250,7 +261,7 @@ void ConnmanServiceCacheTest::updateAnsweredWithNothingEmptiesTheCache()
     QCOMPARE(world.complaints(), QStringList());
 }
 
-void ConnmanServiceCacheTest::changedPropertyIsStoredWithoutACallOrASignal()
+void ConnmanServiceCacheTest::changedStrengthIsStoredWithoutACallOrASignal()
 {
     MirrorWorld world;
     ConnmanService service(world.connection(), world.addService(Identifier), nullptr);

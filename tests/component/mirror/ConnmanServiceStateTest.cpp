@@ -64,7 +64,7 @@ private slots:
     void stateIsSetBeforeItIsAnnounced();
     void previousStateIsTheOneBeforeTheLatestChange();
 
-    void stateChangeRefreshesAllPropertiesAndIsAnnouncedOnce();
+    void changeFromAssociationToReadyRefreshesAllPropertiesAndIsAnnouncedOnce();
     void listenersOfAStateChangeFindTheAddressesCurrent();
     void sameStateTwiceIsAnnouncedOnce();
     void refreshHasTheLastWordOnTheState();
@@ -81,6 +81,7 @@ private slots:
     void failedRefreshStillFollowsTheAnnouncedState();
     void vanishedServiceStillFollowsTheAnnouncedState();
     void stateChangeLogsOneDebugLine();
+    void stateChangeIsLoggedBeforeItIsAnnounced();
 };
 
 void ConnmanServiceStateTest::statesHaveTheirNumbers()
@@ -158,7 +159,7 @@ void ConnmanServiceStateTest::previousStateIsTheOneBeforeTheLatestChange()
     QCOMPARE(service->previousState(), State::Configuration);
 }
 
-void ConnmanServiceStateTest::stateChangeRefreshesAllPropertiesAndIsAnnouncedOnce()
+void ConnmanServiceStateTest::changeFromAssociationToReadyRefreshesAllPropertiesAndIsAnnouncedOnce()
 {
     MirrorWorld world;
     const auto service = serviceInState(world, QStringLiteral("association"));
@@ -339,6 +340,21 @@ void ConnmanServiceStateTest::stateChangeLogsOneDebugLine()
     service->serviceChanged();
     QCOMPARE(world.debugLines(PropertiesLog),
              {QStringLiteral("State of \"%1\" changed \"idle\" => \"ready\"").arg(service->path())});
+}
+
+void ConnmanServiceStateTest::stateChangeIsLoggedBeforeItIsAnnounced()
+{
+    MirrorWorld world;
+    const auto service = serviceInState(world, QStringLiteral("idle"));
+    world.log().clear();
+    QStringList linesAtSignal;
+    connect(service.get(), &ConnmanService::stateChanged, this,
+            [&] { linesAtSignal = world.debugLines(PropertiesLog); });
+    changeState(world, QStringLiteral("ready"));
+    const QStringList expected{
+        QStringLiteral("propertyChanged( \"State\" ,  QVariant(QString, \"ready\") )"),
+        QStringLiteral("State of \"%1\" changed \"idle\" => \"ready\"").arg(service->path())};
+    QCOMPARE(linesAtSignal, expected);
 }
 
 QTEST_GUILESS_MAIN(ConnmanServiceStateTest)

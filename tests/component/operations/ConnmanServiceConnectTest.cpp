@@ -37,6 +37,7 @@ private slots:
     void connectThatFailsIsLoggedWithoutDisconnecting();
 
     void connectWithoutReplyDisconnectsOnceAndWritesTheAddress();
+    void connectWithoutReplyIsLoggedBeforeTheDisconnecting();
     void connectThatTimesOutDisconnectsOnce();
     void connectThatTimesOutAndCannotDisconnectFails();
     void connectToAConnmanThatCrashesFails();
@@ -187,6 +188,21 @@ void ConnmanServiceConnectTest::connectWithoutReplyDisconnectsOnceAndWritesTheAd
     QCOMPARE(criticalLines(),
              QStringList(failedCallLine("Connect", "org.freedesktop.DBus.Error.NoReply", "Silence")));
     QCOMPARE(debugLines(), QStringList(disconnectingLine));
+}
+
+void ConnmanServiceConnectTest::connectWithoutReplyIsLoggedBeforeTheDisconnecting()
+{
+    const Fault noReply =
+        fault("Connect", FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"),
+                                          QStringLiteral("Silence")));
+    const Fault failing = fault("Disconnect", connmanError("Failed", "Input/output error"));
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(!service().connect());
+    const QStringList lines = log().lines(QStringLiteral("ConnmanService"));
+    QCOMPARE(lines.size(), 3);
+    QCOMPARE(lines.at(1), disconnectingLine);
+    QVERIFY(lines.at(0).startsWith(QStringLiteral("Failed to asynchronously call Connect on ")));
 }
 
 void ConnmanServiceConnectTest::connectThatTimesOutDisconnectsOnce()

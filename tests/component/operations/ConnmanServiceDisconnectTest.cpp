@@ -21,6 +21,7 @@ private slots:
     void disconnectThatFailsIsLoggedAndStillWrites();
     void disconnectSucceedsWhenOnlyTheWriteIsRefused();
     void disconnectWithoutAddressesWritesEmptyOnes();
+    void disconnectOfAServiceThatHasNoAddressYetNamesWhatIsMissing();
     void disconnectWithoutAnswerFailsAfterTheCallTimeout();
     void disconnectProcessesNoEvents();
 
@@ -186,6 +187,18 @@ void ConnmanServiceDisconnectTest::disconnectWithoutAddressesWritesEmptyOnes()
                                                             "\"Method\": <\"manual\">}"),
                           getProperties(), getProperties()}));
     QCOMPARE(criticalLines(), QStringList({missing, empty, missing, empty}));
+}
+
+void ConnmanServiceDisconnectTest::disconnectOfAServiceThatHasNoAddressYetNamesWhatIsMissing()
+{
+    connman().setServiceProperty(identifier(), QStringLiteral("IPv4"),
+                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}}, true);
+    makeProxy();
+    const Fault taken = fault("SetProperty", FaultKind::reply({}));
+
+    QVERIFY(service().disconnect());
+    QCOMPARE(criticalLines(), QStringList({propertiesLine(QStringLiteral("Missing property \"Address\"")),
+                                           propertiesLine(QStringLiteral("Missing property \"Gateway\""))}));
 }
 
 void ConnmanServiceDisconnectTest::disconnectWithoutAnswerFailsAfterTheCallTimeout()

@@ -29,13 +29,14 @@ private slots:
     void initTestCase();
 
     void addressIsSetWhileTheInterfaceIsDown();
-    void serialNumberIsAskedForOnceBetweenTheCommands();
+    void serialNumberIsAskedForOnce();
     void addressBelongsToTheSerialNumber_data();
     void addressBelongsToTheSerialNumber();
     void addressWithoutConfigurationManagerIsThatOfSerialNumberZero();
     void exitCodesAreNotLookedAt();
 
     void failureToSetTheInterfaceDownEndsIt();
+    void serialNumberIsNotAskedForWhileTheInterfaceIsUp();
     void missingProgramEndsIt();
     void failureToSetTheAddressIsLoggedWithItsOutput_data();
     void failureToSetTheAddressIsLoggedWithItsOutput();
@@ -66,7 +67,7 @@ void InterfaceAddressTest::addressIsSetWhileTheInterfaceIsDown()
     QCOMPARE(criticalLines(), QStringList());
 }
 
-void InterfaceAddressTest::serialNumberIsAskedForOnceBetweenTheCommands()
+void InterfaceAddressTest::serialNumberIsAskedForOnce()
 {
     m_device.clearCalls();
     QVERIFY(m_settings.initMacAddress());
@@ -127,6 +128,15 @@ void InterfaceAddressTest::failureToSetTheInterfaceDownEndsIt()
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList(down));
     QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set interface down."))));
+}
+
+void InterfaceAddressTest::serialNumberIsNotAskedForWhileTheInterfaceIsUp()
+{
+    m_device.clearCalls();
+    commands().script(down, {QStringLiteral("crash")});
+
+    QVERIFY(!m_settings.initMacAddress());
+    QCOMPARE(m_device.calls(), QStringList());
 }
 
 void InterfaceAddressTest::missingProgramEndsIt()

@@ -23,6 +23,7 @@ private slots:
 
     void settingTheRegionRunsOneCommandAndStoresIt();
     void settingTheRegionReplacesTheStoredOne();
+    void settingTheRegionRemovesWhatIsBelowItsKey();
     void settingTheRegionEndsWithInitDone();
     void regionIsPassedOnAsGiven_data();
     void regionIsPassedOnAsGiven();
@@ -35,6 +36,7 @@ private slots:
     void storeThatBecameWritableIsWrittenWithoutComplaint();
     void everyReportedEndIsLoggedAndTold_data();
     void everyReportedEndIsLoggedAndTold();
+    void endIsLoggedBeforeItIsTold();
 
     void regionIsUnlockedAtFirst();
     void storedLockIsRead_data();
@@ -78,6 +80,16 @@ void WifiRegionTest::settingTheRegionRunsOneCommandAndStoresIt()
 void WifiRegionTest::settingTheRegionReplacesTheStoredOne()
 {
     setStore(regionStore, "[wifi]\nregion=SE\n");
+    NetworkSettings settings;
+
+    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
+}
+
+// The key is removed before it is set, and with a key QSettings removes the keys below it.
+void WifiRegionTest::settingTheRegionRemovesWhatIsBelowItsKey()
+{
+    setStore(regionStore, "[wifi]\nregion=SE\nregion\\since=2019\n");
     NetworkSettings settings;
 
     QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
@@ -233,6 +245,16 @@ void WifiRegionTest::everyReportedEndIsLoggedAndTold()
     QCOMPARE(initDone.count(), 1);
 }
 
+void WifiRegionTest::endIsLoggedBeforeItIsTold()
+{
+    NetworkSettings settings;
+    QStringList linesWhenTold;
+    connect(&settings, &NetworkSettings::initDone, this, [&] { linesWhenTold = debugLines(); });
+
+    settings.finished(0, QProcess::NormalExit);
+    QCOMPARE(linesWhenTold, QStringList(successLine));
+}
+
 void WifiRegionTest::regionIsUnlockedAtFirst()
 {
     QVERIFY(!NetworkSettings().getLockRegion());
@@ -290,6 +312,7 @@ void WifiRegionTest::settingTheLockStoresIt_data()
     QTest::newRow("off") << QByteArray() << false << off;
     QTest::newRow("off after on") << on << false << off;
     QTest::newRow("on again") << on << true << on;
+    QTest::newRow("off, with a key below") << QByteArray("[wifi]\nregionLocked\\by=us\n") << false << off;
 }
 
 void WifiRegionTest::settingTheLockStoresIt()
