@@ -1,18 +1,10 @@
 #include "NetworkSettings.h"
 #include "PrivateWorld.h"
-#include "SettingsFixture.h"
+#include "RegionFixture.h"
 
 #include <QElapsedTimer>
 
-namespace {
-
-const QString regionStore = QStringLiteral("region");
-const QString successLine = QStringLiteral("The region has been set successfully.");
-const QString failureLine = QStringLiteral("Failed to set the region.");
-
-} // namespace
-
-class WifiRegionTest : public SettingsFixture
+class WifiRegionTest : public RegionFixture
 {
     Q_OBJECT
 

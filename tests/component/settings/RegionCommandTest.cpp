@@ -1,0 +1,224 @@
+#include "Command.h"
+#include "EventWait.h"
+#include "NetworkSettings.h"
+#include "PrivateWorld.h"
+#include "RegionFixture.h"
+
+#include <chrono>
+#include <QElapsedTimer>
+#include <QTimer>
+#include <thread>
+
+using test_support::eventTimeoutMs;
+
+namespace {
+
+// What the start-up allows its command.
+constexpr int startUpTimeoutMs = 5000;
+
+} // namespace
+
+/// How the region's command of a start comes to its end, and what begins before it has.
+class RegionCommandTest : public RegionFixture
+{
+    Q_OBJECT
+
+private slots:
+    void missingCommandEndsTheStartOnceAfterFiveSeconds();
+    void hangingCommandIsKilledAfterFiveSecondsAndOnlyLogsItsEnd();
+    void finishedCommandStopsTheTimer();
+    void timeoutWithoutACommandEndsTheStart();
+    void eachStartEndsOnce();
+    void startFromWithinTheEndOfAnotherHasItsOwnTimer();
+
+    void settingTheRegionWaitsForTheCommandStillRunning();
+    void settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCommand();
+    void startingAgainWhileTheCommandRunsWaitsForIt();
+    void endOfTheObjectEndsTheCommand();
+
+private:
+    /// Releases the commands on hold while this thread is blocked.
+    std::thread releaseLater();
+};
+
+std::thread RegionCommandTest::releaseLater()
+{
+    // Nothing can tell from outside that the main thread has begun to wait; releasing earlier would be
+    // harmless, only less telling.
+    return std::thread([this] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        commands().release();
+    });
+}
+
+void RegionCommandTest::missingCommandEndsTheStartOnceAfterFiveSeconds()
+{
+    storeRegion("SE");
+    commands().removeProgram(QStringLiteral("iw"));
+    NetworkSettings settings;
+    QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+    int early = -1;
+    int late = -1;
+    settings.applyStoredWifiRegion();
+    // The timers of a thread end in the order of their times, however busy the machine is.
+    QTimer::singleShot(startUpTimeoutMs * 9 / 10, Qt::PreciseTimer, this, [&] { early = initDone.count(); });
+    QTimer::singleShot(startUpTimeoutMs * 11 / 10, Qt::PreciseTimer, this, [&] { late = initDone.count(); });
+
+    QTRY_VERIFY_WITH_TIMEOUT(late >= 0, eventTimeoutMs);
+    QCOMPARE(early, 0);
+    QCOMPARE(late, 1);
+    QVERIFY(!initDone.wait(startUpTimeoutMs));
+    QCOMPARE(debugLines(), QStringList());
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void RegionCommandTest::hangingCommandIsKilledAfterFiveSecondsAndOnlyLogsItsEnd()
+{
+    storeRegion("SE");
+    commands().script(QStringLiteral("iw"), {QStringLiteral("hang")});
+    NetworkSettings settings;
+    QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+    QElapsedTimer elapsed;
+    elapsed.start();
+    settings.applyStoredWifiRegion();
+
+    QVERIFY(initDone.wait(eventTimeoutMs));
+    QVERIFY2(elapsed.elapsed() >= startUpTimeoutMs * 95 / 100,
+             qPrintable(QString::number(elapsed.elapsed())));
+    QTRY_COMPARE_WITH_TIMEOUT(debugLines(), QStringList(failureLine), eventTimeoutMs);
+    QCOMPARE(initDone.count(), 1);
+    QCOMPARE(commands().calls(), QStringList(setSe));
+}
+
+void RegionCommandTest::finishedCommandStopsTheTimer()
+{
+    storeRegion("SE");
+    NetworkSettings settings;
+    QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+    settings.applyStoredWifiRegion();
+    QVERIFY(initDone.wait(eventTimeoutMs));
+
+    // Longer than the timer: what must not come cannot be waited for otherwise.
+    QVERIFY(!initDone.wait(startUpTimeoutMs + 1000));
+}
+
+void RegionCommandTest::timeoutWithoutACommandEndsTheStart()
+{
+    NetworkSettings settings;
+    const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+
+    settings.timeout();
+    QCOMPARE(initDone.count(), 1);
+    QVERIFY(log().messages().isEmpty());
+}
+
+void RegionCommandTest::eachStartEndsOnce()
+{
+    storeRegion("SE");
+    NetworkSettings settings;
+    QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+    for (int start = 1; start <= 3; ++start) {
+        settings.applyStoredWifiRegion();
+        QVERIFY(initDone.wait(eventTimeoutMs));
+        QCOMPARE(initDone.count(), start);
+    }
+    QCOMPARE(commands().calls(), QStringList({setSe, setSe, setSe}));
+}
+
+void RegionCommandTest::startFromWithinTheEndOfAnotherHasItsOwnTimer()
+{
+    storeRegion("SE");
+    NetworkSettings settings;
+    int ends = 0;
+    connect(&settings, &NetworkSettings::initDone, this, [&] {
+        if (++ends == 1) {
+            commands().removeProgram(QStringLiteral("iw"));
+            settings.applyStoredWifiRegion();
+        }
+    });
+    settings.applyStoredWifiRegion();
+
+    QTRY_COMPARE_WITH_TIMEOUT(ends, 2, eventTimeoutMs);
+    QCOMPARE(commands().calls(), QStringList(setSe));
+}
+
+void RegionCommandTest::settingTheRegionWaitsForTheCommandStillRunning()
+{
+    storeRegion("SE");
+    commands().script(setSe, {QStringLiteral("hold"), QStringLiteral("print done")});
+    NetworkSettings settings;
+    const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+    settings.applyStoredWifiRegion();
+    QVERIFY(commands().waitForCall(setSe));
+
+    std::thread release = releaseLater();
+    const bool applied = settings.setWifiRegion(QStringLiteral("DE"));
+    release.join();
+    QVERIFY(applied);
+    QCOMPARE(commands().calls(), QStringList({setSe, setDe}));
+    QCOMPARE(debugLines(), QStringList({successLine, successLine}));
+    QCOMPARE(initDone.count(), 2);
+    QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
+}
+
+void RegionCommandTest::settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCommand()
+{
+    storeRegion("SE");
+    commands().script(setSe, {QStringLiteral("hang")});
+    NetworkSettings settings;
+    int ends = 0;
+    bool applied = false;
+    QElapsedTimer waiting;
+    qint64 waitedMs = 0;
+    connect(&settings, &NetworkSettings::initDone, this, [&] {
+        if (++ends == 1) {
+            waiting.start();
+            applied = settings.setWifiRegion(QStringLiteral("DE"));
+            waitedMs = waiting.elapsed();
+        }
+    });
+    settings.applyStoredWifiRegion();
+
+    QTRY_VERIFY_WITH_TIMEOUT(applied, eventTimeoutMs);
+    QCOMPARE(commands().calls(), QStringList({setSe, setDe}));
+    QCOMPARE(debugLines(), QStringList({failureLine, successLine}));
+    QCOMPARE(ends, 2);
+    // It had been killed before the end was told: nothing has to run into the time-out for that.
+    QVERIFY2(waitedMs < Command::Timeout.count() / 2, qPrintable(QString::number(waitedMs)));
+}
+
+void RegionCommandTest::startingAgainWhileTheCommandRunsWaitsForIt()
+{
+    storeRegion("SE");
+    commands().script(QStringLiteral("iw"), {QStringLiteral("once"), QStringLiteral("hold")});
+    NetworkSettings settings;
+    QSignalSpy initDone(&settings, &NetworkSettings::initDone);
+    settings.applyStoredWifiRegion();
+    QVERIFY(commands().waitForCall(setSe));
+
+    std::thread release = releaseLater();
+    settings.applyStoredWifiRegion();
+    release.join();
+    QTRY_COMPARE_WITH_TIMEOUT(initDone.count(), 2, eventTimeoutMs);
+    QCOMPARE(commands().calls(), QStringList({setSe, setSe}));
+}
+
+void RegionCommandTest::endOfTheObjectEndsTheCommand()
+{
+    storeRegion("SE");
+    commands().script(QStringLiteral("iw"), {QStringLiteral("hang")});
+    auto settings = std::make_unique<NetworkSettings>();
+    const QSignalSpy initDone(settings.get(), &NetworkSettings::initDone);
+    settings->applyStoredWifiRegion();
+    QVERIFY(commands().waitForCall(setSe));
+
+    settings.reset();
+    QCOMPARE(initDone.count(), 0);
+    QVERIFY(log().messages().isEmpty());
+}
+
+int main(int argc, char **argv)
+{
+    return private_world::run<RegionCommandTest>(argc, argv);
+}
+#include "RegionCommandTest.moc"
