@@ -30,6 +30,7 @@ class ConnmanAgentTest : public AgentFixture
     Q_OBJECT
 
 private slots:
+    void requestTypesHaveTheirNumbers();
     void agentIsAtItsPath();
     void releaseIsOnlyLogged();
     void cancelIsOnlyLogged();
@@ -51,6 +52,15 @@ private slots:
     void requestInputDoesNothingWhenNotCalledOverDBus_data();
     void requestInputDoesNothingWhenNotCalledOverDBus();
 };
+
+void ConnmanAgentTest::requestTypesHaveTheirNumbers()
+{
+    QCOMPARE(static_cast<int>(RequestType::None), 0);
+    QCOMPARE(static_cast<int>(RequestType::Psk), 1);
+    QCOMPARE(static_cast<int>(RequestType::Hidden), 2);
+    QCOMPARE(static_cast<int>(RequestType::Wpa2Enterprise), 3);
+    QCOMPARE(static_cast<int>(RequestType::Wps), 4);
+}
 
 void ConnmanAgentTest::agentIsAtItsPath()
 {

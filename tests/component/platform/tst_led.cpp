@@ -52,6 +52,7 @@ private slots:
 
     void withoutTimerTriggerTheLibraryBlinks();
     void libraryStartsBlinkingLit();
+    void libraryStartsBlinkingLitEachTime();
     void libraryKeepsItsRhythmWhenAskedAgain();
     void steadyLightEndsTheLibrarysBlinking();
 
@@ -319,6 +320,17 @@ void LedTest::libraryStartsBlinkingLit()
     const MockDevices devices;
     const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
+    led.blink(10000, untilToldOtherwise);
+    QCOMPARE(files.content(brightness), QByteArray("127"));
+}
+
+void LedTest::libraryStartsBlinkingLitEachTime()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    led.blink(10000, untilToldOtherwise);
+    led.off();
     led.blink(10000, untilToldOtherwise);
     QCOMPARE(files.content(brightness), QByteArray("127"));
 }

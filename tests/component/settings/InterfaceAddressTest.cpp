@@ -43,6 +43,7 @@ private slots:
     void failureToStartTheAddressCommandIsLoggedWithoutOutput();
     void failureToSetTheInterfaceUpIsLogged();
     void addressCommandIsFollowedWhileItPrints();
+    void addressCommandIsFollowedThroughItsPauses();
 
 private:
     /// A program in the place of "ip" that ends as usual, but is gone once it has run.
@@ -221,6 +222,19 @@ void InterfaceAddressTest::addressCommandIsFollowedWhileItPrints()
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(criticalLines(),
              QStringList(plainLine(QStringLiteral("Failed to set interface address: \"%1\"").arg(printed))));
+}
+
+void InterfaceAddressTest::addressCommandIsFollowedThroughItsPauses()
+{
+    commands().script(anyAddress,
+                      {QStringLiteral("hold"), QStringLiteral("print late"), QStringLiteral("crash")});
+
+    std::thread release = releaseLater();
+    const bool isSet = m_settings.initMacAddress();
+    release.join();
+    QVERIFY(!isSet);
+    QCOMPARE(criticalLines(),
+             QStringList(plainLine(QStringLiteral("Failed to set interface address: \"late\\n\""))));
 }
 
 int main(int argc, char **argv)

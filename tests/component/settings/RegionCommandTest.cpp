@@ -4,10 +4,8 @@
 #include "PrivateWorld.h"
 #include "RegionFixture.h"
 
-#include <chrono>
 #include <QElapsedTimer>
 #include <QTimer>
-#include <thread>
 
 using test_support::eventTimeoutMs;
 
@@ -35,21 +33,7 @@ private slots:
     void settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCommand();
     void startingAgainWhileTheCommandRunsWaitsForIt();
     void endOfTheObjectEndsTheCommand();
-
-private:
-    /// Releases the commands on hold while this thread is blocked.
-    std::thread releaseLater();
 };
-
-std::thread RegionCommandTest::releaseLater()
-{
-    // Nothing can tell from outside that the main thread has begun to wait; releasing earlier would be
-    // harmless, only less telling.
-    return std::thread([this] {
-        std::this_thread::sleep_for(std::chrono::milliseconds(300));
-        commands().release();
-    });
-}
 
 void RegionCommandTest::missingCommandEndsTheStartOnceAfterFiveSeconds()
 {

@@ -6,6 +6,8 @@
 #include <QLoggingCategory>
 #include <QtTest>
 
+#include <chrono>
+
 namespace {
 
 const QString storesDirectory = QStringLiteral("/etc/xdg/Tactora AB");
@@ -23,8 +25,8 @@ void makeEmpty(const QString &directory)
     QVERIFY(QDir().mkpath(directory));
 }
 
-/// QSettings takes a file of the same size and modification time for the one it has read before, and the clock of
-/// the file system is too coarse to tell two tests apart.
+/// QSettings takes a file of the same size and modification time for the one it has read before, and the
+/// clock of the file system is too coarse to tell two tests apart.
 void setOwnModificationTime(const QString &path)
 {
     static QDateTime time = QDateTime::fromSecsSinceEpoch(0);
@@ -62,6 +64,16 @@ void SettingsFixture::cleanup()
     m_log.reset();
     qputenv("PATH", m_previousPath);
     m_programs.reset();
+}
+
+std::thread SettingsFixture::releaseLater()
+{
+    // Nothing can tell from outside that the main thread has begun to wait; releasing earlier would be
+    // harmless, only less telling.
+    return std::thread([this] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        commands().release();
+    });
 }
 
 QStringList SettingsFixture::debugLines() const

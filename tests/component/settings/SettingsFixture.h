@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QSignalSpy>
 #include <QTemporaryDir>
+#include <thread>
 
 class NetworkSettings;
 
@@ -20,6 +21,8 @@ class SettingsFixture : public QObject
 
 protected:
     test_support::CommandStandIns &commands() { return m_programs->commands; }
+    /// Releases the commands on hold while this thread is blocked.
+    std::thread releaseLater();
     test_support::LogCapture &log() { return *m_log; }
     QStringList debugLines() const;
     /// All critical lines, "category: text".
