@@ -59,7 +59,7 @@ void RegionCommandTest::missingCommandEndsTheStartOnceAfterFiveSeconds()
 void RegionCommandTest::hangingCommandIsKilledAfterFiveSecondsAndOnlyLogsItsEnd()
 {
     storeRegion("SE");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("hang")});
+    commands().script(QStringLiteral("iw"), {QStringLiteral("deaf"), QStringLiteral("hang")});
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     QElapsedTimer elapsed;

@@ -5,6 +5,7 @@
 //   print <text>   one line on standard output
 //   error <text>   one line on standard error
 //   hang           never ends by itself
+//   deaf           from now on does not end when asked to (SIGTERM)
 //   hold           waits while the test has the file "hold" locked
 //   crash          ends by a signal
 //   exit <status>  ends with that status
@@ -97,6 +98,8 @@ void perform(const std::string &instruction, const std::string &script, const st
         std::fprintf(stderr, "%s\n", text.c_str());
     } else if (word == "hang") {
         hangForever();
+    } else if (word == "deaf") {
+        std::signal(SIGTERM, SIG_IGN);
     } else if (word == "hold") {
         flock(open((directory + "/hold").c_str(), O_RDONLY | O_CLOEXEC), LOCK_SH);
     } else if (word == "crash") {
