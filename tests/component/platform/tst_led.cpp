@@ -37,6 +37,7 @@ private slots:
     void ledOfAKernelWithoutTriggersIsSwitchedByBrightnessAlone();
 
     void blinkIsLeftToTheKernel();
+    void blinkOfALedThatBlinksAlreadyIsLeftToTheKernelToo();
     void blinkWithAnotherPeriodChangesOnlyTheDelays();
     void blinkIsSetUpAnewAfterSteadyLight();
     void steadyLightIsWrittenAnewAfterBlinking();
@@ -153,6 +154,18 @@ void LedTest::blinkIsLeftToTheKernel()
 {
     const MockDevices devices;
     MockLed files(devices, ledName);
+    Led(ledName, nullptr).blink(500, untilToldOtherwise);
+    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
+                                              QStringLiteral("delay_off=250")}));
+}
+
+// The trigger in use stands in brackets, as after a restart of the daemon.
+void LedTest::blinkOfALedThatBlinksAlreadyIsLeftToTheKernelToo()
+{
+    const MockDevices devices;
+    MockLed::Files blinking = MockLed::kernelBlinking();
+    blinking.insert(trigger, "none [timer]\n");
+    MockLed files(devices, ledName, blinking);
     Led(ledName, nullptr).blink(500, untilToldOtherwise);
     QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
                                               QStringLiteral("delay_off=250")}));
