@@ -1,6 +1,9 @@
 #include "BusMonitor.h"
 
 #include "EventWait.h"
+#include <QRegularExpression>
+
+namespace test_support {
 
 BusMonitor::BusMonitor(const QString &rule)
 {
@@ -15,5 +18,20 @@ BusMonitor::BusMonitor(const QString &rule)
 
 bool BusMonitor::waitFor(const QString &text, int times)
 {
-    return test_support::waitUntil([&] { return m_seen.count(text) >= times; });
+    return waitUntil([&] { return m_seen.count(text) >= times; });
 }
+
+QStringList BusMonitor::members() const
+{
+    static const QRegularExpression header(
+        QStringLiteral("^(?:method call|signal) time=\\S+ sender=:\\S+ -> "
+                       "destination=(?!org\\.freedesktop\\.DBus ).*member=(\\w+)$"),
+        QRegularExpression::MultilineOption);
+    QStringList members;
+    for (auto match = header.globalMatch(m_seen); match.hasNext();) {
+        members << match.next().captured(1);
+    }
+    return members;
+}
+
+} // namespace test_support
