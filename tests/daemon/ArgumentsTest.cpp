@@ -44,6 +44,10 @@ void ArgumentsTest::badArgumentIsRefusedBeforeConnmanIsAsked_data()
     const QString pskError = "Invalid parameter, psk: ''"_s;
     row("registerWifi, no network", "registerWifi"_s, {none, "secret"_s}, noSsid, ssidError);
     row("registerWifi, no passphrase", "registerWifi"_s, {home, none}, noPsk, pskError);
+    row("registerWifi, open word in capitals", "registerWifi"_s, {"wifi_1_managed_NONE"_s, none}, noPsk,
+        pskError);
+    row("registerWifi, open word not at the end", "registerWifi"_s, {"wifi_none_managed_psk"_s, none}, noPsk,
+        pskError);
     row("registerHiddenWifi, no name", "registerHiddenWifi"_s, {none, none, none},
         "Can't register without a name."_s, "Invalid parameter, hiddenName: ''"_s);
     row("registerHiddenWifi, no network", "registerHiddenWifi"_s, {"Den"_s, none, "secret"_s}, noSsid,

@@ -10,14 +10,19 @@ class ConnectingTest : public QObject
     Q_OBJECT
 private slots:
     void connectedNetworkIsPreferredSpokenAndSignalled();
+    void connectedCableIsSpokenAndSignalledButNotPreferred();
     void failedConnectIsReportedAndAutoConnectIsOnAgain();
     void autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect();
     void disconnectedNetworkIsNoLongerPreferred();
     void refusedDisconnectStillClearsThePreference();
+    void preferenceIsClearedBeforeConnmanIsAskedToDisconnect();
     void disconnectOfANetworkThatIsNotConnectedSucceeds();
     void disconnectKeepsThePreferenceForAnotherNetwork();
     void forgottenNetworkIsRemovedFromConnman();
     void forgettingAnEnterpriseNetworkDeletesItsFileFirst();
+    void fileAndPreferenceAreGoneBeforeConnmanIsAskedToRemove();
+    void fileGoesWithAnIdentifierThatHasTheEnterpriseWord_data();
+    void fileGoesWithAnIdentifierThatHasTheEnterpriseWord();
     void forgettingFindsWifiNetworksOnly();
 };
 
@@ -52,6 +57,21 @@ void ConnectingTest::connectedNetworkIsPreferredSpokenAndSignalled()
     QCOMPARE(spoken(device.simulator), QStringList(sentence(6)));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray("[wifi]\nprefered=Cafe\n"));
     device.tolerateRefusedAutoConnect();
+}
+
+void ConnectingTest::connectedCableIsSpokenAndSignalledButNotPreferred()
+{
+    Operations device;
+    device.simulator.addService(cable, {{"Name"_s, "Wired"_s}});
+    QVERIFY(device.begin());
+    const Fault success = connectFault(device.simulator, FaultKind::reply({}));
+
+    QVERIFY(device.client.call("connect", cable).toBool());
+    QCOMPARE(device.client.record(),
+             (QStringList{"networkConnected(\"%1\")"_s.arg(cable), "connect -> true"_s}));
+    QCOMPARE(device.changes(), QStringList(callOf(cable, "Connect()"_s)));
+    QCOMPARE(spoken(device.simulator), QStringList(sentence(6)));
+    QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
 }
 
 void ConnectingTest::failedConnectIsReportedAndAutoConnectIsOnAgain()
@@ -142,6 +162,25 @@ void ConnectingTest::refusedDisconnectStillClearsThePreference()
     }
 }
 
+void ConnectingTest::preferenceIsClearedBeforeConnmanIsAskedToDisconnect()
+{
+    Operations device;
+    device.simulator.addService(home, {{"Name"_s, "Home"_s}});
+    device.daemon.sandbox().setSettings("main"_s, homePreferred);
+    QVERIFY(device.begin());
+    const Fault slow = device.simulator.injectFault("net.connman.Service"_s, "Disconnect"_s,
+                                                    FaultKind::delay(whileConnmanWaitsMs));
+
+    device.client.send("disconnect", home);
+    QVERIFY(device.simulator.waitForCall(callOf(home, "Disconnect()"_s)));
+    QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
+    QCOMPARE(device.client.record(), QStringList());
+    QVERIFY(device.client.waitFor("disconnect -> true"_s));
+    for (const QString &problem : device.log().problems()) {
+        device.log().tolerate(problem); // it has no address
+    }
+}
+
 void ConnectingTest::disconnectOfANetworkThatIsNotConnectedSucceeds()
 {
     Operations device;
@@ -194,7 +233,6 @@ void ConnectingTest::forgottenNetworkIsRemovedFromConnman()
 
 void ConnectingTest::forgettingAnEnterpriseNetworkDeletesItsFileFirst()
 {
-    const QString corp = "wifi_020000000200_436f7270_managed_ieee8021x"_s;
     Operations device;
     device.simulator.addService(corp, {{"Name"_s, "Corp"_s}});
     device.daemon.sandbox().setConnmanFile(corp + ".config"_s, "[service_peap]");
@@ -209,6 +247,48 @@ void ConnectingTest::forgettingAnEnterpriseNetworkDeletesItsFileFirst()
                           "forgetWifi -> false"_s}));
     QCOMPARE(device.daemon.sandbox().connmanFiles(), QStringList());
     QVERIFY(device.log().takeProblem(failedCall("Remove"_s, corp, inputOutputError)));
+}
+
+void ConnectingTest::fileAndPreferenceAreGoneBeforeConnmanIsAskedToRemove()
+{
+    Operations device;
+    device.simulator.addService(corp, {{"Name"_s, "Corp"_s}, {"Favorite"_s, true}});
+    device.daemon.sandbox().setConnmanFile(corp + ".config"_s, "[service_peap]");
+    device.daemon.sandbox().setSettings("main"_s, "[wifi]\nprefered=Corp\n");
+    QVERIFY(device.begin());
+    const Fault slow = device.simulator.injectFault("net.connman.Service"_s, "Remove"_s,
+                                                    FaultKind::delay(whileConnmanWaitsMs));
+
+    device.client.send("forgetWifi", corp);
+    QVERIFY(device.simulator.waitForCall(callOf(corp, "Remove()"_s)));
+    QCOMPARE(device.daemon.sandbox().connmanFiles(), QStringList());
+    QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
+    QCOMPARE(device.client.record(), QStringList());
+    QVERIFY(device.client.waitFor("forgetWifi -> true"_s));
+}
+
+void ConnectingTest::fileGoesWithAnIdentifierThatHasTheEnterpriseWord_data()
+{
+    QTest::addColumn<QString>("identifier");
+    QTest::addColumn<bool>("goes");
+    QTest::newRow("at its end") << corp << true;
+    QTest::newRow("inside") << "wifi_020000000200_436f7270_ieee8021x_psk" << true;
+    QTest::newRow("in capitals") << "wifi_020000000200_436f7270_managed_IEEE8021X" << false;
+    QTest::newRow("not at all") << home << false;
+}
+
+void ConnectingTest::fileGoesWithAnIdentifierThatHasTheEnterpriseWord()
+{
+    QFETCH(QString, identifier);
+    QFETCH(bool, goes);
+    const QString file = identifier + ".config"_s;
+    Operations device;
+    device.simulator.addService(identifier, {{"Favorite"_s, true}});
+    device.daemon.sandbox().setConnmanFile(file, "[service_peap]");
+    QVERIFY(device.begin());
+
+    QVERIFY(device.client.call("forgetWifi", identifier).toBool());
+    QCOMPARE(device.daemon.sandbox().connmanFiles(), goes ? QStringList() : QStringList(file));
 }
 
 void ConnectingTest::forgettingFindsWifiNetworksOnly()

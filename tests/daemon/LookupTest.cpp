@@ -15,6 +15,7 @@ private slots:
     void identifierIsComparedExactly_data();
     void identifierIsComparedExactly();
     void nameOnTheAirIsNoIdentifier();
+    void wifiOperationSeesOnlyWifi_data();
     void wifiOperationSeesOnlyWifi();
     void generalOperationSeesEveryType();
     void networkThatConnmanRemovedIsNotFound();
@@ -110,15 +111,36 @@ void LookupTest::nameOnTheAirIsNoIdentifier()
     QVERIFY(device.log().takeProblem(unknownLine("Home"_s)));
 }
 
+void LookupTest::wifiOperationSeesOnlyWifi_data()
+{
+    QTest::addColumn<QString>("method");
+    QTest::addColumn<QVariantList>("arguments");
+    QTest::addColumn<int>("scanCount");
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("signal");
+    QTest::newRow("forget") << "forgetWifi" << QVariantList{scene::cable} << 1 << unknownLine(scene::cable)
+                            << unknownSignal(scene::cable);
+    QTest::newRow("register") << "registerWifi" << QVariantList{scene::cable, "secret"_s} << 3
+                              << unknownLine(scene::cable) << unknownSignal(scene::cable);
+    QTest::newRow("WPS") << "registerWifiWps" << QVariantList{scene::cable} << 2
+                         << "NetworkManager|critical|Unknown network."
+                         << "error(\"Unknown network.\")";
+}
+
 void LookupTest::wifiOperationSeesOnlyWifi()
 {
+    QFETCH(QString, method);
+    QFETCH(QVariantList, arguments);
+    QFETCH(int, scanCount);
+    QFETCH(QString, line);
+    QFETCH(QString, signal);
     TestDevice device;
     device.simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
     QVERIFY(device.startWithoutRadio());
-    QCOMPARE(device.client.call("forgetWifi", scene::cable).toBool(), false);
-    QCOMPARE(scans(device), 1);
-    QCOMPARE(device.client.record(), (QStringList{unknownSignal(scene::cable), "forgetWifi -> false"_s}));
-    QVERIFY(device.log().takeProblem(unknownLine(scene::cable)));
+    device.client.callForReply(method, arguments);
+    QCOMPARE(scans(device), scanCount);
+    QCOMPARE(device.client.record(), (QStringList{signal, method + " -> false"_s}));
+    QVERIFY(device.log().takeProblem(line));
 }
 
 void LookupTest::generalOperationSeesEveryType()

@@ -8,6 +8,12 @@ namespace scene {
 
 using test_support::TestDevice;
 
+const QString den = "wifi_020000000200_44656e_managed_psk"_s;
+const QString corp = "wifi_020000000200_436f7270_managed_ieee8021x"_s;
+
+/// Long enough to look at what the daemon did before the call that waits.
+constexpr int whileConnmanWaitsMs = 2000;
+
 /// A daemon attached to ConnMan on a board without Wi-Fi hardware of its own, so that nothing but the
 /// operation under test happens; ConnMan has a Wi-Fi technology all the same.
 struct Operations : TestDevice

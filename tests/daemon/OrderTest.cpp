@@ -20,8 +20,6 @@ private slots:
 };
 
 namespace {
-const QString den = "wifi_020000000200_44656e_managed_psk"_s;
-
 /// What the daemon sends to others, reading left out.
 class Sent
 {
