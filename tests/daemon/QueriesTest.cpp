@@ -11,11 +11,17 @@ class QueriesTest : public QObject
     Q_OBJECT
 private slots:
     void networksAreListedByIdentifierAfterOneScan();
+    void networkWithoutIpv6IsSetToAutoOnEveryListing();
+    void listedNetworksGetIpv6AutoConfiguration_data();
     void listedNetworksGetIpv6AutoConfiguration();
+    void listedPropertiesAreThoseAfterTheAutoConfiguration();
+    void refusedAutoConfigurationIsReportedAndTheNetworkListed();
     void networksWithIpv6AutoAreLeftAlone();
     void failedScanStillListsWhatIsKnown();
     void networkThatTheScanFoundIsListedAtOnce();
     void wpsNetworksAreListedByNameAfterOneScan();
+    void wpsNetworksOfOneNameAreListedEach();
+    void failedScanStillListsWhatOffersWps();
     void activeNetworksAreListedByNameWithoutScan_data();
     void activeNetworksAreListedByNameWithoutScan();
     void wifiPowerIsWhatConnmanSays_data();
@@ -29,6 +35,17 @@ private slots:
 
 namespace {
 const QString identifier = "wifi_020000000200_486f6d65_managed_psk"_s;
+
+const QString toAuto = write(home, "IPv6.Configuration"_s, "{\"Method\": <\"auto\">}"_s);
+
+/// A scan that finds nothing.
+Fault failingScan(SimulatorClient &simulator)
+{
+    return simulator.injectFault("net.connman.Technology"_s, "Scan"_s,
+                                 FaultKind::error("net.connman.Error.NoCarrier"_s, "No carrier"_s));
+}
+const QString scanFailed = "ConnmanTechnology|critical|Failed to asynchronously call Scan on "
+                           "\"/net/connman/technology/wifi\" : \"No carrier\""_s;
 
 /// The reply of networks(), plain at every depth.
 QVariantMap networks(DaemonClient &client)
@@ -101,19 +118,65 @@ void QueriesTest::networksAreListedByIdentifierAfterOneScan()
     QCOMPARE(device.changes().constFirst(), scan);
 }
 
+void QueriesTest::networkWithoutIpv6IsSetToAutoOnEveryListing()
+{
+    Operations device;
+    device.simulator.addService(home);
+    device.simulator.removeServiceProperty(home, "IPv6"_s);
+    QVERIFY(device.begin());
+
+    networks(device.client);
+    networks(device.client);
+    QCOMPARE(device.changes(), (QStringList{scan, toAuto, scan, toAuto}));
+}
+
+void QueriesTest::listedNetworksGetIpv6AutoConfiguration_data()
+{
+    QTest::addColumn<QVariant>("ipv6");
+    QTest::newRow("without a method") << QVariant(QVariantMap{});
+    QTest::newRow("manual") << QVariant(QVariantMap{{"Method"_s, "manual"_s}});
+    QTest::newRow("off") << QVariant(QVariantMap{{"Method"_s, "off"_s}});
+    QTest::newRow("in capitals") << QVariant(QVariantMap{{"Method"_s, "AUTO"_s}});
+    QTest::newRow("no dictionary") << QVariant("auto"_s);
+}
+
 void QueriesTest::listedNetworksGetIpv6AutoConfiguration()
+{
+    QFETCH(QVariant, ipv6);
+    Operations device;
+    device.simulator.addService(home, {{"IPv6"_s, ipv6}});
+    QVERIFY(device.begin());
+
+    networks(device.client);
+    QCOMPARE(device.changes(), (QStringList{scan, toAuto}));
+}
+
+void QueriesTest::listedPropertiesAreThoseAfterTheAutoConfiguration()
+{
+    Operations device;
+    device.simulator.addService(
+        home, {{"IPv6"_s, QVariantMap{}}, {"IPv6.Configuration"_s, QVariantMap{{"Method"_s, "off"_s}}}});
+    QVERIFY(device.begin());
+
+    const QVariantMap listed = networks(device.client).value(home).toMap();
+    QCOMPARE(listed.value("IPv6.Configuration"_s).toMap().value("Method"_s).toString(), "auto"_s);
+}
+
+void QueriesTest::refusedAutoConfigurationIsReportedAndTheNetworkListed()
 {
     Operations device;
     device.simulator.addService(home, {{"IPv6"_s, QVariantMap{}}});
+    device.simulator.addService(cable);
     QVERIFY(device.begin());
+    const Fault refused = device.simulator.injectFault("net.connman.Service"_s, "SetProperty"_s,
+                                                       FaultKind::error("net.connman.Error.Failed"_s, "No"_s),
+                                                       servicePath(home));
 
-    const QString toAuto = write(home, "IPv6.Configuration"_s, "{\"Method\": <\"auto\">}"_s);
-    networks(device.client);
-    QCOMPARE(device.changes(), (QStringList{scan, toAuto}));
-    device.simulator.clearCalls();
-    device.simulator.removeServiceProperty(home, "IPv6"_s);
-    networks(device.client);
-    QCOMPARE(device.changes(), (QStringList{scan, toAuto}));
+    QCOMPARE(networks(device.client).keys(), (QStringList{cable, home}));
+    QCOMPARE(device.client.record().filter("error"_s),
+             QStringList(errorSignal("Unable to configure network '%1' with method 'auto'."_s.arg(home))));
+    QVERIFY(device.log().takeProblem(
+        "ConnmanService.properties|critical|Setting property \"IPv6.Configuration\" failed: \"No\""_s));
 }
 
 void QueriesTest::networksWithIpv6AutoAreLeftAlone()
@@ -131,13 +194,10 @@ void QueriesTest::failedScanStillListsWhatIsKnown()
     Operations device;
     device.simulator.addService(home);
     QVERIFY(device.begin());
-    const Fault failing =
-        device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s,
-                                     FaultKind::error("net.connman.Error.NoCarrier"_s, "No carrier"_s));
+    const Fault failing = failingScan(device.simulator);
 
     QCOMPARE(networks(device.client).keys(), QStringList(home));
-    QVERIFY(device.log().takeProblem("ConnmanTechnology|critical|Failed to asynchronously call Scan on "
-                                     "\"/net/connman/technology/wifi\" : \"No carrier\""_s));
+    QVERIFY(device.log().takeProblem(scanFailed));
 }
 
 void QueriesTest::networkThatTheScanFoundIsListedAtOnce()
@@ -160,6 +220,28 @@ void QueriesTest::wpsNetworksAreListedByNameAfterOneScan()
 
     QCOMPARE(device.client.call("wpsNetworks").toStringList(), QStringList("Home"_s));
     QCOMPARE(device.changes(), QStringList(scan));
+}
+
+void QueriesTest::wpsNetworksOfOneNameAreListedEach()
+{
+    Operations device;
+    const QVariantMap properties{{"Name"_s, "Home"_s}, {"Security"_s, QStringList{"psk"_s, "wps"_s}}};
+    device.simulator.addService(home, properties);
+    device.simulator.addService("wifi_020000000201_486f6d65_managed_psk"_s, properties);
+    QVERIFY(device.begin());
+
+    QCOMPARE(device.client.call("wpsNetworks").toStringList(), (QStringList{"Home"_s, "Home"_s}));
+}
+
+void QueriesTest::failedScanStillListsWhatOffersWps()
+{
+    Operations device;
+    device.simulator.addService(home, {{"Name"_s, "Home"_s}, {"Security"_s, QStringList{"wps"_s}}});
+    QVERIFY(device.begin());
+    const Fault failing = failingScan(device.simulator);
+
+    QCOMPARE(device.client.call("wpsNetworks").toStringList(), QStringList("Home"_s));
+    QVERIFY(device.log().takeProblem(scanFailed));
 }
 
 void QueriesTest::activeNetworksAreListedByNameWithoutScan_data()
