@@ -15,7 +15,9 @@ private slots:
     void ipv6AddressIsSpokenWhereThereIsNoIpv4_data();
     void ipv6AddressIsSpokenWhereThereIsNoIpv4();
     void addressThatComesLateIsSpokenThen();
+    void emptyPartsOfAnIpv4AddressAreSpokenToo();
     void addressIsSpokenOnce();
+    void serviceThatVanishedBeforeTheTickIsStillAsked();
     void secondReadyReportSpeaksAgainButOnce();
     void firstServiceOnTheInterfaceIsAsked();
     void readyReportOfAnotherInterfaceStartsNothing();
@@ -84,9 +86,30 @@ void EthernetAddressTest::addressIsSpokenOnce()
     QVERIFY(device.startWithoutRadio());
     device.ready();
     QVERIFY(device.waitForSpeech({ipv4Sentence()}));
-    const int ticks = device.ticks();
+    // IPv6 was looked at beside it, for the last time.
+    QVERIFY(device.waitForTicks(1));
     QVERIFY(device.staysSilent());
-    QCOMPARE(device.ticks(), ticks);
+    QCOMPARE(device.ticks(), 1);
+}
+
+void EthernetAddressTest::emptyPartsOfAnIpv4AddressAreSpokenToo()
+{
+    Wired device;
+    device.setIpv4("10..0.5"_s);
+    QVERIFY(device.startWithoutRadio());
+    device.ready();
+    QVERIFY(device.waitForSpeech({sentence(0, {"10"_s, QString(), "0"_s, "5"_s})}));
+}
+
+void EthernetAddressTest::serviceThatVanishedBeforeTheTickIsStillAsked()
+{
+    Wired device;
+    device.setIpv4("192.168.1.7"_s);
+    QVERIFY(device.startWithoutRadio());
+    device.ready();
+    device.simulator.removeService(cable);
+    QVERIFY(device.waitForSpeech({ipv4Sentence()}));
+    QVERIFY(device.devices().waitForLed(ethernetLed, LedPattern::on()));
 }
 
 void EthernetAddressTest::secondReadyReportSpeaksAgainButOnce()

@@ -19,6 +19,9 @@ private slots:
     void announcementWithoutPreferredNetworkHasNoName();
     void switchingOffDoesNotTakeTheAnnouncementBack();
     void explicitConnectTakesTheAnnouncementBack();
+    void registrationTakesTheAnnouncementBack();
+    void wpsRegistrationLeavesTheAnnouncementToTheLink();
+    void failedConnectLeavesTheAnnouncementToTheLink();
     void changedStateReachesTheLedTwoSecondsLater();
     void autoConnectIsOffOnlyWhileConnecting();
     void autoConnectComesBackAfterAFailure();
@@ -132,6 +135,46 @@ void LinkStateTest::explicitConnectTakesTheAnnouncementBack()
     QCOMPARE(device.client.record().filter("networkConnected"_s),
              QStringList("networkConnected(\"%1\")"_s.arg(scene::home)));
     QVERIFY(device.said({scene::sentence(6)}));
+}
+
+void LinkStateTest::registrationTakesTheAnnouncementBack()
+{
+    Device device;
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.setPower(true));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
+    QVERIFY(device.client.call("registerWifi", scene::home, "secret"_s).toBool());
+    device.reportState(scene::home, "ready"_s);
+    QCOMPARE(device.devices().led("led8"_s), LedPattern::on());
+    QCOMPARE(device.client.record().filter("networkConnected"_s), QStringList());
+    QVERIFY(device.said({scene::sentence(6)}));
+}
+
+void LinkStateTest::wpsRegistrationLeavesTheAnnouncementToTheLink()
+{
+    const QString den = "wifi_020000000200_44656e_managed_psk"_s;
+    Device device;
+    device.simulator.addService(den, {{"Name"_s, "Den"_s}});
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.setPower(true));
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
+    QVERIFY(device.client.call("registerWifiWps", den).toBool());
+    device.reportState(den, "ready"_s);
+    QCOMPARE(device.client.record().constLast(), "networkConnected(\"Den\")"_s);
+    QVERIFY(device.said({scene::sentence(7)}));
+    device.log().tolerate(scene::autoConnectRefused);
+}
+
+void LinkStateTest::failedConnectLeavesTheAnnouncementToTheLink()
+{
+    Device device;
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.setPower(true));
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
+    QVERIFY(!device.client.call("connect", scene::home).toBool());
+    device.reportState(scene::home, "ready"_s);
+    QCOMPARE(device.client.record().constLast(), announcement);
+    QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
 }
 
 void LinkStateTest::changedStateReachesTheLedTwoSecondsLater()

@@ -1,6 +1,7 @@
 #include "EventWait.h"
 #include "Scene.h"
 #include <algorithm>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace test_support;
@@ -14,6 +15,7 @@ private slots:
     void categoryIsSwitchedOnByItsName_data();
     void categoryIsSwitchedOnByItsName();
     void criticalLineCarriesItsCategory();
+    void lineCarriesWhereItComesFrom();
 };
 
 namespace {
@@ -102,6 +104,20 @@ void LoggingTest::criticalLineCarriesItsCategory()
     QCOMPARE(session.client.call("checkWifiTechnology").toBool(), false);
     QVERIFY(session.log().takeProblem(
         "ConnmanManager.technology|critical|Call to GetTechnologies failed: \"Not today\""_s));
+}
+
+void LoggingTest::lineCarriesWhereItComesFrom()
+{
+    LonelyDaemon device;
+    device.daemon.setVariable("QT_MESSAGE_PATTERN"_s, "%{category}|%{type}|%{file}:%{line} %{function}"_s);
+    QVERIFY(device.start());
+    QVERIFY(!device.client.call("getHwAddress", "x"_s).isNull());
+    QVERIFY(waitUntil([&] { return !device.daemon.log().lines().isEmpty(); }));
+    const QString line = device.daemon.log().lines().constFirst();
+    const QRegularExpression place(
+        "^NetworkManager\\|critical\\|.*src/NetworkManager\\.cpp:[1-9][0-9]* NetworkManager::getHwAddress$"_s);
+    QVERIFY2(place.match(line).hasMatch(), qPrintable(line));
+    QVERIFY(device.daemon.log().takeProblem(line));
 }
 
 QTEST_GUILESS_MAIN(LoggingTest)

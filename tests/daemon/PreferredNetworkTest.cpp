@@ -23,6 +23,7 @@ private slots:
     void secondNetworkOfThatNameIsTriedWhenTheFirstFails();
     void noOtherNetworkOfThatNameIsTriedAfterASuccess();
     void failureLeavesEverythingAsItIs();
+    void returnAfterAFailedAttemptIsStillAnnounced();
     void busyPreferredNetworkEndsTheAttempt();
 };
 
@@ -280,6 +281,18 @@ void PreferredNetworkTest::failureLeavesEverythingAsItIs()
     QCOMPARE(scene::spoken(device.simulator), QStringList());
     QVERIFY(device.daemon.sandbox().settings("main"_s).contains("Home"));
     QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
+}
+
+void PreferredNetworkTest::returnAfterAFailedAttemptIsStillAnnounced()
+{
+    Device device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
+    device.reportState(scene::home, "ready"_s);
+    QCOMPARE(device.client.record().count(announcement), 1);
 }
 
 void PreferredNetworkTest::busyPreferredNetworkEndsTheAttempt()

@@ -19,6 +19,7 @@ private slots:
     void failedMacAddressIsTriedOnceMore_data();
     void failedMacAddressIsTriedOnceMore();
     void macAddressThatFailsTwiceIsGivenUp();
+    void boardWithoutRegionIsPowerCycledOnceToo();
     void wifiThatIsOffIsNotPowerCycled();
     void powerCycleLeavesWifiOffForHalfASecond();
     void regionCommandThatHangsIsKilledAfterFiveSeconds();
@@ -171,6 +172,20 @@ void WifiSetUpTest::macAddressThatFailsTwiceIsGivenUp()
     QCOMPARE(board.log().lines(), (QStringList{downFailed, macRetry, downFailed}));
     board.log().tolerate(downFailed);
     QVERIFY(board.log().takeProblem(macRetry));
+}
+
+void WifiSetUpTest::boardWithoutRegionIsPowerCycledOnceToo()
+{
+    Board board;
+    board.daemon.sandbox().setSettings("region"_s, "");
+    QVERIFY(board.start());
+    QVERIFY(board.client.waitFor(on));
+    board.client.settle();
+    // The default region is set, then applied; only the second is what the power cycle waits for.
+    const QString setDefault = "iw reg set US"_s;
+    QCOMPARE(board.commands().calls(),
+             (QStringList{list, down, address, up, setDefault, setDefault, disable, enable}));
+    QCOMPARE(board.client.record(), (QStringList{off, on}));
 }
 
 void WifiSetUpTest::wifiThatIsOffIsNotPowerCycled()
