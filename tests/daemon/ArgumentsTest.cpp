@@ -98,6 +98,12 @@ void ArgumentsTest::unknownNetworkIsReportedAfterOneScan_data()
     QTest::newRow("configure") << "configure"_s << QVariantList{home, "off"_s} << "false"_s;
     QTest::newRow("configureIPv6") << "configureIPv6"_s << QVariantList{home, "off"_s} << "false"_s;
     QTest::newRow("setNameservers") << "setNameservers"_s << QVariantList{home, QStringList()} << "false"_s;
+    // The network comes first, whatever else is wrong.
+    QTest::newRow("configure, bad method too") << "configure"_s << QVariantList{home, "x"_s} << "false"_s;
+    QTest::newRow("configureIPv6, bad method too")
+        << "configureIPv6"_s << QVariantList{home, "x"_s} << "false"_s;
+    QTest::newRow("setNameservers, bad server too")
+        << "setNameservers"_s << QVariantList{home, QStringList("x"_s)} << "false"_s;
     QTest::newRow("getAddress") << "getAddress"_s << QVariantList{home} << "\"\""_s;
     QTest::newRow("getAddress, empty") << "getAddress"_s << QVariantList{QString()} << "\"\""_s;
     QTest::newRow("getNetmask") << "getNetmask"_s << QVariantList{home} << "\"\""_s;

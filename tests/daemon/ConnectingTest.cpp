@@ -15,6 +15,8 @@ private slots:
     void autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect();
     void disconnectedNetworkIsNoLongerPreferred();
     void refusedDisconnectStillClearsThePreference();
+    void refusedDisconnectLeavesTheLedOn();
+    void disconnectedCableLeavesThePreference();
     void preferenceIsClearedBeforeConnmanIsAskedToDisconnect();
     void disconnectOfANetworkThatIsNotConnectedSucceeds();
     void disconnectKeepsThePreferenceForAnotherNetwork();
@@ -159,6 +161,38 @@ void ConnectingTest::refusedDisconnectStillClearsThePreference()
         QVERIFY2(problem.startsWith("ConnmanService.properties|"_s),
                  qPrintable(problem)); // it has no address
         device.log().tolerate(problem);
+    }
+}
+
+void ConnectingTest::refusedDisconnectLeavesTheLedOn()
+{
+    Operations device;
+    device.simulator.addService(home, {{"Name"_s, "Home"_s}});
+    QVERIFY(device.begin());
+    device.reportState(home, "ready"_s);
+    const Fault refused =
+        device.simulator.injectFault("net.connman.Service"_s, "Disconnect"_s, connectRefusal());
+
+    QVERIFY(!device.client.call("disconnect", home).toBool());
+    QCOMPARE(device.devices().led("led8"_s), LedPattern::on());
+    for (const QString &problem : device.log().problems()) {
+        device.log().tolerate(problem); // refusedDisconnectStillClearsThePreference() looks at them
+    }
+}
+
+void ConnectingTest::disconnectedCableLeavesThePreference()
+{
+    Operations device;
+    device.simulator.addService(cable, {{"Name"_s, "Home"_s}});
+    device.daemon.sandbox().setSettings("main"_s, homePreferred);
+    QVERIFY(device.begin());
+
+    QVERIFY(device.client.call("disconnect", cable).toBool());
+    QCOMPARE(device.client.record(),
+             (QStringList{"networkDisconnected(\"%1\")"_s.arg(cable), "disconnect -> true"_s}));
+    QCOMPARE(device.daemon.sandbox().settings("main"_s), homePreferred);
+    for (const QString &problem : device.log().problems()) {
+        device.log().tolerate(problem); // it has no address
     }
 }
 

@@ -18,6 +18,7 @@ private slots:
     void introspectionListsTheMembersInOrder();
     void introspectionIsTheCheckedInFile();
     void argumentsHaveNoNames();
+    void objectHasNoOtherInterfaceOfItsOwn();
     void objectIsAtTheRootOnly();
     void secondDaemonSaysTheNameIsInUseAndKeepsRunning();
     void secondDaemonTakesNoNameWhenTheFirstEnds();
@@ -142,6 +143,16 @@ void DBusInterfaceTest::argumentsHaveNoNames()
     QVERIFY(device.start());
     QCOMPARE(introspectedArgumentNames(introspect(device.client, daemonName, "/"_s), daemonName),
              QStringList());
+}
+
+void DBusInterfaceTest::objectHasNoOtherInterfaceOfItsOwn()
+{
+    LonelyDaemon device;
+    QVERIFY(device.start());
+    const QString freedesktop = "org.freedesktop.DBus."_s;
+    QCOMPARE(introspectedInterfaces(introspect(device.client, daemonName, "/"_s)),
+             (QStringList{daemonName, freedesktop + "Properties"_s, freedesktop + "Introspectable"_s,
+                          freedesktop + "Peer"_s}));
 }
 
 void DBusInterfaceTest::objectIsAtTheRootOnly()

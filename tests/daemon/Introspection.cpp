@@ -54,6 +54,20 @@ QString memberText(QXmlStreamReader &reader)
 
 } // namespace
 
+QStringList introspectedInterfaces(const QString &xml)
+{
+    QStringList names;
+    QXmlStreamReader reader(xml);
+    reader.readNextStartElement();
+    forEachChild(reader, [&](QXmlStreamReader &node) {
+        if (node.name() == QLatin1String("interface")) {
+            names << attribute(node, "name");
+        }
+        node.skipCurrentElement();
+    });
+    return names;
+}
+
 QStringList introspectedMembers(const QString &xml, const QString &interface)
 {
     QStringList members;

@@ -109,6 +109,12 @@ void IpConfigurationTest::badValueIsRefusedBeforeAnythingIsWritten_data()
         "Invalid address specified: \"10.0.0x\""_s, "Invalid parameter, address: '10.0.0x'"_s);
     row("empty netmask", "configure"_s, {"manual"_s, ip, QString(), ip}, "Invalid netmask specified: \"\""_s,
         "Invalid parameter, netmask: ''"_s);
+    row("bad netmask and gateway", "configure"_s, {"manual"_s, ip, "x"_s, "y"_s},
+        "Invalid netmask specified: \"x\""_s, "Invalid parameter, netmask: 'x'"_s);
+    row("method with a capital", "configure"_s, {"Off"_s}, "Invalid configuration method: \"Off\""_s,
+        "Invalid parameter, method: 'Off'"_s);
+    row("IPv6 method with a capital", "configureIPv6"_s, {"Auto"_s},
+        "Invalid configuration method for IPv6: \"Auto\""_s, "Invalid parameter, method: 'Auto"_s);
     row("bad gateway", "configure"_s, {"manual"_s, ip, ip, "none"_s}, "Invalid gateway specified: \"none\""_s,
         "Invalid parameter, gateway: 'none'"_s);
     row("IPv6 manual", "configureIPv6"_s, {"manual"_s}, "Invalid configuration method for IPv6: \"manual\""_s,

@@ -26,6 +26,7 @@ private slots:
     void activeNetworksAreListedByNameWithoutScan();
     void wifiPowerIsWhatConnmanSays_data();
     void wifiPowerIsWhatConnmanSays();
+    void wifiPowerThatConnmanDoesNotTellIsOff();
     void technologiesAreThoseOfConnman();
     void networksAnswersTwiceWhateverAPropertyHolds_data();
     void networksAnswersTwiceWhateverAPropertyHolds();
@@ -214,8 +215,9 @@ void QueriesTest::wpsNetworksAreListedByNameAfterOneScan()
 {
     Operations device;
     device.simulator.addService(home, {{"Name"_s, "Home"_s}, {"Security"_s, QStringList{"psk"_s, "wps"_s}}});
-    device.simulator.addService("wifi_020000000200_41_managed_psk"_s,
-                                {{"Name"_s, "Other"_s}, {"Security"_s, QStringList{"psk"_s, "WPS"_s}}});
+    device.simulator.addService(
+        "wifi_020000000200_41_managed_psk"_s,
+        {{"Name"_s, "Other"_s}, {"Security"_s, QStringList{"psk"_s, "WPS"_s, "wps_advertising"_s}}});
     QVERIFY(device.begin());
 
     QCOMPARE(device.client.call("wpsNetworks").toStringList(), QStringList("Home"_s));
@@ -286,6 +288,17 @@ void QueriesTest::wifiPowerIsWhatConnmanSays()
     device.simulator.setTechnologyProperty("wifi"_s, "Powered"_s, isPowered, silently);
 
     QCOMPARE(device.client.call("getWifiPower").toBool(), isPowered);
+}
+
+void QueriesTest::wifiPowerThatConnmanDoesNotTellIsOff()
+{
+    Operations device;
+    QVERIFY(device.begin());
+    device.simulator.removeTechnologyProperty("wifi"_s, "Powered"_s);
+
+    QCOMPARE(device.client.call("getWifiPower").toBool(), false);
+    QVERIFY(device.log().takeProblem("ConnmanTechnology|critical|Missing property \"Powered\" of service "
+                                     "\"/net/connman/technology/wifi\""_s));
 }
 
 void QueriesTest::technologiesAreThoseOfConnman()

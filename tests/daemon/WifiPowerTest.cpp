@@ -33,6 +33,17 @@ const QString enable = "connmanctl enable wifi"_s;
 const QString disable = "connmanctl disable wifi"_s;
 const QString resetFailed = "NetworkManager|critical|Wifi reset failed!"_s;
 
+/// The upper limit is generous: machines that run tests are busy.
+bool isBetween(const QElapsedTimer &clock, qint64 leastMs, qint64 mostMs)
+{
+    const qint64 elapsed = clock.elapsed();
+    if (leastMs < elapsed && elapsed < mostMs) {
+        return true;
+    }
+    qWarning() << elapsed << "ms is not between" << leastMs << "and" << mostMs;
+    return false;
+}
+
 void chord(TestDevice &device, int key)
 {
     keys::pressChord(device.daemon.sandbox().keyboard(), key);
@@ -138,7 +149,7 @@ void WifiPowerTest::connmanctlThatHangsIsReportedAfterFiveSeconds()
     QElapsedTimer clock;
     clock.start();
     QVERIFY(device.log().takeProblem(resetFailed));
-    QVERIFY2(clock.elapsed() > 4500, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(isBetween(clock, 4500, 9000));
     device.client.settle();
     QCOMPARE(device.client.record(), QStringList());
     QCOMPARE(scene::spoken(device.simulator), (QStringList{scene::sentence(3), scene::sentence(4)}));
@@ -170,7 +181,7 @@ void WifiPowerTest::enablingScansAndJoinsThePreferredNetworkFiveSecondsLater()
     clock.start();
     QVERIFY(device.simulator.waitForCall(scene::scan));
     // A coarse timer may be five percent early.
-    QVERIFY2(clock.elapsed() > 4600, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(isBetween(clock, 4600, 9000));
     clock.restart();
     QVERIFY(device.simulator.waitForCall(connectHome));
     QVERIFY2(clock.elapsed() > 400, qPrintable(QString::number(clock.elapsed())));
@@ -245,7 +256,7 @@ void WifiPowerTest::switchingOnScansTwoSecondsLater()
     QElapsedTimer clock;
     clock.start();
     QVERIFY(device.simulator.waitForCall(scene::scan));
-    QVERIFY2(clock.elapsed() > 1800, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(isBetween(clock, 1800, 3800));
 }
 
 QTEST_GUILESS_MAIN(WifiPowerTest)

@@ -22,6 +22,7 @@ private slots:
     void boardWithoutRegionIsPowerCycledOnceToo();
     void wifiThatIsOffIsNotPowerCycled();
     void powerCycleLeavesWifiOffForHalfASecond();
+    void powerCycleThatFailsIsReportedTwice();
     void regionCommandThatHangsIsKilledAfterFiveSeconds();
     void eachReturnOfConnmanAddsOnePowerCycle();
     void settingTheRegionPowerCyclesWifi();
@@ -210,6 +211,20 @@ void WifiSetUpTest::powerCycleLeavesWifiOffForHalfASecond()
     QVERIFY(board.commands().waitForCall(enable));
     // What this test hears of the start of the pause may come late.
     QVERIFY2(clock.elapsed() > 400, qPrintable(QString::number(clock.elapsed())));
+}
+
+void WifiSetUpTest::powerCycleThatFailsIsReportedTwice()
+{
+    Board board;
+    board.commands().removeProgram("connmanctl"_s);
+    QVERIFY(board.start());
+    const QString failed = "NetworkManager|critical|Wifi reset failed!"_s;
+    QVERIFY(board.log().takeProblem(failed));
+    QVERIFY(board.log().takeProblem(failed));
+    QVERIFY(waitUntil([&] {
+        return scene::spoken(board.simulator) == QStringList{scene::sentence(4), scene::sentence(4)};
+    }));
+    QCOMPARE(board.client.record(), QStringList());
 }
 
 void WifiSetUpTest::regionCommandThatHangsIsKilledAfterFiveSeconds()
