@@ -49,6 +49,9 @@ void EthernetAddressTest::ipv6AddressIsSpokenWhereThereIsNoIpv4_data()
     QTest::newRow("link-local IPv4") << "169.254.10.20"
                                      << "2001:db8::7"
                                      << "2001:db8double colon7";
+    QTest::newRow("separator twice") << "169.254.1.1"
+                                     << "1::2::3"
+                                     << "1double colon2double colon3";
     QTest::newRow("nothing left out") << "169.254.1.1"
                                       << "1:2:3:4:5:6:7:8"
                                       << "1:2:3:4:5:6:7:8";

@@ -18,6 +18,7 @@ private slots:
     void onlyAnIdleOrUnknownLinkIsTouched_data();
     void onlyAnIdleOrUnknownLinkIsTouched();
     void idleLinkIsTouched();
+    void linkThatWasNeverReportedIsTouched();
     void otherNetworksAreSkippedWithALine();
     void namesAreComparedExactly();
     void secondNetworkOfThatNameIsTriedWhenTheFirstFails();
@@ -195,6 +196,17 @@ void PreferredNetworkTest::idleLinkIsTouched()
     QVERIFY(device.powerOn());
     QVERIFY(device.client.waitFor(announcement));
     QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(scene::home)));
+}
+
+void PreferredNetworkTest::linkThatWasNeverReportedIsTouched()
+{
+    Device device;
+    // Nothing of "wlan0" is there to be reported.
+    device.simulator.addService(scene::home, onInterface("wlan1"_s));
+    QVERIFY(device.startWithoutRadio());
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
+    QVERIFY(device.powerOn());
+    QVERIFY(device.client.waitFor(announcement));
 }
 
 void PreferredNetworkTest::otherNetworksAreSkippedWithALine()
