@@ -161,7 +161,7 @@ void FeedbackTest::failureBlinksForTwoSeconds()
     QElapsedTimer clock;
     clock.start();
     QVERIFY(device.devices().waitForLed(led, LedPattern::off()));
-    QVERIFY2(clock.elapsed() > 1700, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY(scene::isBetween(clock, 1700, 3800));
 }
 
 void FeedbackTest::progressBlinksEndlessly_data()

@@ -2,6 +2,8 @@
 
 #include "TestDevice.h"
 #include "Text.h"
+#include <QDebug>
+#include <QElapsedTimer>
 
 /// What the tests of the daemon have in common: the device's two links and how speech looks.
 namespace scene {
@@ -13,6 +15,17 @@ const QString home = "wifi_020000000200_486f6d65_managed_psk"_s;
 /// Makes "Home" the preferred network.
 const QByteArray homePreferred = "[wifi]\nprefered=Home\n";
 const QByteArray regionSweden = "[wifi]\nregion=SE\n";
+
+/// The upper limit is generous: machines that run tests are busy.
+inline bool isBetween(const QElapsedTimer &clock, qint64 leastMs, qint64 mostMs)
+{
+    const qint64 elapsed = clock.elapsed();
+    if (leastMs < elapsed && elapsed < mostMs) {
+        return true;
+    }
+    qWarning() << elapsed << "ms is not between" << leastMs << "and" << mostMs;
+    return false;
+}
 
 /// Calls as the simulator lists them.
 const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;

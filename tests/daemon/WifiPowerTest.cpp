@@ -1,7 +1,6 @@
 #include "EventWait.h"
 #include "KeyChord.h"
 #include "Scene.h"
-#include <QElapsedTimer>
 #include <QTest>
 
 using namespace test_support;
@@ -32,17 +31,6 @@ namespace {
 const QString enable = "connmanctl enable wifi"_s;
 const QString disable = "connmanctl disable wifi"_s;
 const QString resetFailed = "NetworkManager|critical|Wifi reset failed!"_s;
-
-/// The upper limit is generous: machines that run tests are busy.
-bool isBetween(const QElapsedTimer &clock, qint64 leastMs, qint64 mostMs)
-{
-    const qint64 elapsed = clock.elapsed();
-    if (leastMs < elapsed && elapsed < mostMs) {
-        return true;
-    }
-    qWarning() << elapsed << "ms is not between" << leastMs << "and" << mostMs;
-    return false;
-}
 
 void chord(TestDevice &device, int key)
 {
@@ -149,7 +137,7 @@ void WifiPowerTest::connmanctlThatHangsIsReportedAfterFiveSeconds()
     QElapsedTimer clock;
     clock.start();
     QVERIFY(device.log().takeProblem(resetFailed));
-    QVERIFY(isBetween(clock, 4500, 9000));
+    QVERIFY(scene::isBetween(clock, 4500, 9000));
     device.client.settle();
     QCOMPARE(device.client.record(), QStringList());
     QCOMPARE(scene::spoken(device.simulator), (QStringList{scene::sentence(3), scene::sentence(4)}));
@@ -181,7 +169,7 @@ void WifiPowerTest::enablingScansAndJoinsThePreferredNetworkFiveSecondsLater()
     clock.start();
     QVERIFY(device.simulator.waitForCall(scene::scan));
     // A coarse timer may be five percent early.
-    QVERIFY(isBetween(clock, 4600, 9000));
+    QVERIFY(scene::isBetween(clock, 4600, 9000));
     clock.restart();
     QVERIFY(device.simulator.waitForCall(connectHome));
     QVERIFY2(clock.elapsed() > 400, qPrintable(QString::number(clock.elapsed())));
@@ -257,7 +245,7 @@ void WifiPowerTest::switchingOnScansTwoSecondsLater()
     QElapsedTimer clock;
     clock.start();
     QVERIFY(device.simulator.waitForCall(scene::scan));
-    QVERIFY(isBetween(clock, 1800, 3800));
+    QVERIFY(scene::isBetween(clock, 1800, 3800));
 }
 
 QTEST_GUILESS_MAIN(WifiPowerTest)
