@@ -31,7 +31,7 @@ private slots:
 namespace {
 const QString list = "iw list"_s;
 const QString down = "ip link set dev wlan0 down"_s;
-const QString address = "ip link set dev wlan0 address 02:a7:c4:03:0d:a4"_s;
+const QString setAddress = "ip link set dev wlan0 address 02:a7:c4:03:0d:a4"_s;
 const QString up = "ip link set dev wlan0 up"_s;
 const QString setSweden = "iw reg set SE"_s;
 const QString disable = "connmanctl disable wifi"_s;
@@ -59,7 +59,7 @@ void WifiSetUpTest::runsItsCommandsInOrder()
     Board board;
     QVERIFY(board.start());
     QVERIFY(board.client.waitFor(on));
-    QCOMPARE(board.commands().calls(), (QStringList{list, down, address, up, setSweden, disable, enable}));
+    QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden, disable, enable}));
     QCOMPARE(board.client.record(), (QStringList{off, on}));
 }
 
@@ -109,7 +109,7 @@ void WifiSetUpTest::waitsUntilThePowerStateIsKnown()
 
     board.simulator.setTechnologyProperty("wifi"_s, "Powered"_s, false, true);
     QVERIFY(board.commands().waitForCall(setSweden));
-    QCOMPARE(board.commands().calls(), (QStringList{list, down, address, up, setSweden}));
+    QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden}));
     board.log().tolerate(missing);
 }
 
@@ -136,12 +136,12 @@ void WifiSetUpTest::failedMacAddressIsTriedOnceMore_data()
     QTest::addColumn<QStringList>("calls");
     QTest::addColumn<QString>("complaint");
     const QStringList crash{"once"_s, "crash"_s};
-    QTest::newRow("down") << down << crash << QStringList{down, down, address, up} << downFailed;
-    QTest::newRow("address") << address
+    QTest::newRow("down") << down << crash << QStringList{down, down, setAddress, up} << downFailed;
+    QTest::newRow("address") << setAddress
                              << QStringList{"once"_s, "print no such"_s, "error device"_s, "crash"_s}
-                             << QStringList{down, address, down, address, up}
+                             << QStringList{down, setAddress, down, setAddress, up}
                              << "default|critical|Failed to set interface address: \"no such\\ndevice\\n\"";
-    QTest::newRow("up") << up << crash << QStringList{down, address, up, down, address, up}
+    QTest::newRow("up") << up << crash << QStringList{down, setAddress, up, down, setAddress, up}
                         << "default|critical|Failed to set interface up.";
 }
 
@@ -185,7 +185,7 @@ void WifiSetUpTest::boardWithoutRegionIsPowerCycledOnceToo()
     // The default region is set, then applied; only the second is what the power cycle waits for.
     const QString setDefault = "iw reg set US"_s;
     QCOMPARE(board.commands().calls(),
-             (QStringList{list, down, address, up, setDefault, setDefault, disable, enable}));
+             (QStringList{list, down, setAddress, up, setDefault, setDefault, disable, enable}));
     QCOMPARE(board.client.record(), (QStringList{off, on}));
 }
 
@@ -197,7 +197,7 @@ void WifiSetUpTest::wifiThatIsOffIsNotPowerCycled()
     QVERIFY(board.start());
     QVERIFY(board.log().waitFor(regionDone));
     board.client.settle();
-    QCOMPARE(board.commands().calls(), (QStringList{list, down, address, up, setSweden}));
+    QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden}));
     QCOMPARE(board.client.record(), QStringList());
 }
 
@@ -251,7 +251,7 @@ void WifiSetUpTest::eachReturnOfConnmanAddsOnePowerCycle()
     QVERIFY(board.client.waitFor(on, 3));
     board.client.settle();
     QCOMPARE(board.commands().calls(),
-             (QStringList{list, down, address, up, setSweden, disable, enable, disable, enable}));
+             (QStringList{list, down, setAddress, up, setSweden, disable, enable, disable, enable}));
 }
 
 void WifiSetUpTest::settingTheRegionPowerCyclesWifi()

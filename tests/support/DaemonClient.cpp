@@ -123,7 +123,7 @@ QDBusPendingCallWatcher *DaemonClient::sendCall(const QString &method, const QVa
 QDBusMessage DaemonClient::waitForReply(const QDBusPendingCallWatcher *watcher)
 {
     // The call's only watcher: a second one is told nothing if the reply comes before it is made.
-    const QDBusPendingCall call = *watcher;
+    const QDBusPendingCall call(static_cast<const QDBusPendingCall &>(*watcher));
     const QObject thisWait;
     bool finished = false;
     connect(watcher, &QDBusPendingCallWatcher::finished, &thisWait, [&finished] { finished = true; });

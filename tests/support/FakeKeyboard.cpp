@@ -27,7 +27,7 @@ template <typename T>
 Bytes bytesOf(const T &value)
 {
     const auto *begin = reinterpret_cast<const unsigned char *>(&value);
-    return Bytes(begin, begin + sizeof(value));
+    return {begin, begin + sizeof(value)};
 }
 
 bool isBitmapOf(unsigned number, unsigned eventType)

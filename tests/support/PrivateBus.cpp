@@ -38,7 +38,7 @@ void setOrUnset(const char *variable, const QByteArray &value)
 }
 } // namespace
 
-PrivateBus::PrivateBus(BusLimits limits)
+PrivateBus::PrivateBus(const BusLimits &limits)
     : m_daemon(std::make_unique<ChildProcess>())
     , m_previousSystemAddress(qgetenv(systemVariable))
     , m_previousSessionAddress(qgetenv(sessionVariable))

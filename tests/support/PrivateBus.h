@@ -28,7 +28,7 @@ struct BusLimits
 class PrivateBus
 {
 public:
-    explicit PrivateBus(BusLimits limits = {});
+    explicit PrivateBus(const BusLimits &limits = {});
     ~PrivateBus();
     PrivateBus(const PrivateBus &) = delete;
     PrivateBus &operator=(const PrivateBus &) = delete;

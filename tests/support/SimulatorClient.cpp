@@ -204,7 +204,7 @@ Fault SimulatorClient::injectFault(const QString &interface, const QString &memb
 {
     const QDBusReply<uint> id =
         call(QStringLiteral("injectFault"), {interface, member, path, count, kind.toMap()});
-    return Fault(*this, id, interface + QLatin1Char('.') + member + QLatin1Char(' ') + path);
+    return {*this, id, interface + QLatin1Char('.') + member + QLatin1Char(' ') + path};
 }
 
 uint SimulatorClient::faultFired(uint id)

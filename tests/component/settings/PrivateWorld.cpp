@@ -56,15 +56,16 @@ void enter(char **arguments)
         words.push_back(word.toLocal8Bit());
     }
     // Where the program is one for another machine's processor, its emulator comes first.
-    for (const QString &word : QStringLiteral(EMULATOR).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
+    for (const QString &word : QString::fromLatin1(EMULATOR).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         words.push_back(word.toLocal8Bit());
     }
     words.push_back(QDir(QStringLiteral("/proc/self/exe")).canonicalPath().toLocal8Bit());
     for (char **argument = arguments + 1; *argument != nullptr; ++argument) {
-        words.push_back(*argument);
+        words.emplace_back(*argument);
     }
 
     std::vector<char *> pointers;
+    pointers.reserve(words.size() + 1);
     for (QByteArray &word : words) {
         pointers.push_back(word.data());
     }

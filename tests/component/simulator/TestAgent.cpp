@@ -3,10 +3,12 @@
 #include "EventWait.h"
 #include "GVariantText.h"
 
+#include <utility>
+
 namespace simulator_test {
 
-TestAgent::TestAgent(const QDBusConnection &connection)
-    : m_connection(connection)
+TestAgent::TestAgent(QDBusConnection connection)
+    : m_connection(std::move(connection))
 {
     m_connection.registerVirtualObject(QLatin1String(path), this);
 }

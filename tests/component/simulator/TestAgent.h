@@ -15,7 +15,7 @@ class TestAgent : public QDBusVirtualObject
 {
     Q_OBJECT
 public:
-    explicit TestAgent(const QDBusConnection &connection);
+    explicit TestAgent(QDBusConnection connection);
     ~TestAgent() override;
 
     static constexpr char path[] = "/test/agent";

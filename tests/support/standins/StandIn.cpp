@@ -57,7 +57,8 @@ bool record(const std::string &directory, const std::string &line)
 std::string scriptFor(const std::string &directory, std::string line)
 {
     while (!line.empty()) {
-        const std::string path = directory + "/scripts/" + line;
+        std::string path = directory + "/scripts/";
+        path += line;
         if (access(path.c_str(), R_OK) == 0) {
             return path;
         }
