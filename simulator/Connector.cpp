@@ -7,7 +7,6 @@
 #include "ServiceStates.h"
 #include "Surroundings.h"
 #include "Timings.h"
-#include <QTimer>
 
 namespace simulator {
 
@@ -26,6 +25,8 @@ Connector::Connector(Parts parts, QObject *parent)
     : QObject(parent)
     , m_parts(parts)
 {
+    m_autoConnect.setSingleShot(true);
+    QObject::connect(&m_autoConnect, &QTimer::timeout, this, &Connector::runAutoConnect);
 }
 
 void Connector::connectService(const ServicePtr &service, const Call &call)
@@ -65,6 +66,12 @@ std::optional<ErrorReply> Connector::removeService(const ServicePtr &service)
     if (!isRemovable) {
         return error::notSupported();
     }
+    forget(service);
+    return std::nullopt;
+}
+
+void Connector::forget(const ServicePtr &service)
+{
     disconnectService(service);
     service->passphrase.clear();
     service->identity.clear();
@@ -72,14 +79,38 @@ std::optional<ErrorReply> Connector::removeService(const ServicePtr &service)
     service->properties.insert(QStringLiteral("AutoConnect"), false);
     m_parts.services.change(*service, QStringLiteral("Favorite"), false);
     m_parts.services.sort();
-    return std::nullopt;
+}
+
+void Connector::provision(const ServicePtr &service)
+{
+    m_parts.services.change(*service, QStringLiteral("Favorite"), true);
+    m_parts.services.change(*service, QStringLiteral("Immutable"), true);
+    service->properties.insert(QStringLiteral("AutoConnect"), true); // ConnMan does not tell this one
+    m_parts.services.sort();
+}
+
+void Connector::unprovision(const ServicePtr &service)
+{
+    m_parts.services.change(*service, QStringLiteral("Immutable"), false);
+    forget(service);
+}
+
+void Connector::retryAddresses()
+{
+    for (const ServicePtr &service : m_parts.services.all()) {
+        const bool waits = service->state() == QLatin1String("configuration") &&
+                           service->method(ipv4Configuration) == QLatin1String("dhcp");
+        if (waits) {
+            ++service->attempt;
+            obtainAddresses(service);
+        }
+    }
 }
 
 void Connector::autoConnect()
 {
-    if (!m_autoConnectPending && m_parts.timings.autoConnect >= 0) {
-        m_autoConnectPending = true;
-        QTimer::singleShot(m_parts.timings.autoConnect, this, &Connector::runAutoConnect);
+    if (!m_autoConnect.isActive() && m_parts.timings.autoConnect >= 0) {
+        m_autoConnect.start(m_parts.timings.autoConnect);
     }
 }
 
@@ -93,8 +124,18 @@ void Connector::reconfigure(const ServicePtr &service)
     }
 }
 
+void Connector::reconfigureIpv6(const ServicePtr &service)
+{
+    if (service->isConnected()) {
+        m_parts.states.tellIpv6(*service);
+    } else if (service->state() == QLatin1String("configuration") && hasIpv6(*service)) {
+        becomeReady(service);
+    }
+}
+
 void Connector::abandon()
 {
+    m_autoConnect.stop();
     for (const ServicePtr &service : m_parts.services.all()) {
         ++service->attempt;
         service->pendingConnect.reset();
@@ -156,11 +197,13 @@ void Connector::associate(const ServicePtr &service)
     case Verdict::Accepted:
         later(service, m_parts.timings.association, [this, service] { configure(service); });
         break;
+    case Verdict::Refused:
+        later(service, m_parts.timings.wrongPassphrase,
+              [this, service] { failToAssociate(service, connman::connectFailed); });
+        break;
     case Verdict::WrongPassphrase:
         later(service, m_parts.timings.wrongPassphrase * tries,
               [this, service] { failToAssociate(service, connman::invalidKey); });
-        break;
-    case Verdict::NoAnswer:
         break;
     }
     later(service, m_parts.timings.connect, [this, service] { giveUp(service); });
@@ -179,6 +222,10 @@ void Connector::configure(const ServicePtr &service)
 void Connector::obtainAddresses(const ServicePtr &service)
 {
     const bool hasDhcp = m_parts.surroundings.lease(*service).has_value();
+    if (!hasDhcp && hasIpv6(*service)) { // an IPv6 address is enough, and no other is looked for any more
+        later(service, m_parts.timings.configuration, [this, service] { becomeReady(service); });
+        return;
+    }
     const int wait = hasDhcp ? m_parts.timings.configuration : m_parts.timings.linkLocal;
     later(service, wait, [this, service, hasDhcp] {
         if (!hasDhcp) {
@@ -187,6 +234,13 @@ void Connector::obtainAddresses(const ServicePtr &service)
         }
         becomeReady(service);
     });
+}
+
+bool Connector::hasIpv6(const Service &service) const
+{
+    const QString method = service.method(ipv6Configuration);
+    return method == QLatin1String("manual") ||
+           (method == QLatin1String("auto") && !m_parts.surroundings.ipv6Address(service).isEmpty());
 }
 
 void Connector::becomeReady(const ServicePtr &service)
@@ -255,7 +309,6 @@ void Connector::complete(const ServicePtr &service)
 // In ConnMan's order of services: the first favourite that may, and none while something is connected.
 void Connector::runAutoConnect()
 {
-    m_autoConnectPending = false;
     if (m_openRequests > 0) {
         return;
     }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 #include <QObject>
+#include <QTimer>
 
 namespace simulator {
 
@@ -41,15 +42,24 @@ public:
     void autoConnect();
     /// Gets a service its addresses once more, after a change of its configuration.
     void reconfigure(const ServicePtr &service);
+    /// The same for IPv6: an address of that kind connects a service that waits for one.
+    void reconfigureIpv6(const ServicePtr &service);
+    /// DHCP servers answer again: whoever waits for an address gets one.
+    void retryAddresses();
+    /// A provisioning file came, which makes the network known, or went, which forgets it.
+    void provision(const ServicePtr &service);
+    void unprovision(const ServicePtr &service);
     /// Ends all attempts without a word, as a crash does.
     void abandon();
 
 private:
     std::optional<ErrorReply> start(const ServicePtr &service, ConnectReason reason);
+    void forget(const ServicePtr &service);
     void freeInterface(const ServicePtr &service);
     void associate(const ServicePtr &service);
     void configure(const ServicePtr &service);
     void obtainAddresses(const ServicePtr &service);
+    bool hasIpv6(const Service &service) const;
     void becomeReady(const ServicePtr &service);
     void checkOnline(const ServicePtr &service);
     bool isDefault(const ServicePtr &service) const;
@@ -76,7 +86,7 @@ private:
 
     Parts m_parts;
     int m_openRequests = 0;
-    bool m_autoConnectPending = false;
+    QTimer m_autoConnect;
 };
 
 } // namespace simulator

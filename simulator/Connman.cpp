@@ -20,6 +20,7 @@ Connman::Connman(const QString &address, Instruments instruments, const Timings 
 {
     connect(this, &BusService::joined, this, &Connman::announceEverything);
     connect(this, &BusService::left, this, &Connman::forgetClients);
+    connect(&m_provisioning, &Provisioning::changed, this, &Connman::applyProvisioning);
     for (const QString &type : {QStringLiteral("ethernet"), QStringLiteral("wifi")}) {
         QVariantMap properties = newTechnologyProperties(type);
         properties[QStringLiteral("Powered")] = true;
@@ -33,7 +34,7 @@ QString Connman::addNetwork(const QVariantMap &options, bool atOnce)
     if (atOnce && m_technologies.isPowered(QStringLiteral("wifi"))) {
         m_radio.lookAround();
     }
-    return accessPoint.scannedIdentifier();
+    return accessPoint.scannedIdentifier(m_discovery.cardAddress());
 }
 
 bool Connman::removeNetwork(const QString &ssid)
@@ -50,8 +51,8 @@ bool Connman::setInReach(const QString &ssid, bool isInReach)
         return false;
     }
     if (!isInReach) {
-        m_radio.loseNetwork(accessPoint->namedIdentifier());
-        m_radio.loseNetwork(accessPoint->scannedIdentifier());
+        m_radio.loseNetwork(accessPoint->namedIdentifier(m_discovery.cardAddress()));
+        m_radio.loseNetwork(accessPoint->scannedIdentifier(m_discovery.cardAddress()));
     }
     m_radio.lookAround(); // another hidden network may go by the same identifier
     return true;
@@ -63,17 +64,64 @@ void Connman::setCable(const Cable &cable)
     m_radio.cableChanged();
 }
 
-bool Connman::restart()
+void Connman::setAddressesServed(bool served)
 {
+    m_surroundings.servesAddresses = served;
+    if (served) {
+        m_connector.retryAddresses();
+    }
+}
+
+void Connman::stop()
+{
+    if (isPresent()) {
+        sayGoodbye();
+        leave();
+        forgetStates();
+    }
+}
+
+// Everything is disconnected, switched off and gone before ConnMan itself is; agents are told nearly last.
+void Connman::sayGoodbye()
+{
+    m_poweredAtStart.clear();
+    for (const QString &type : m_technologies.types()) {
+        if (m_technologies.isPowered(type)) {
+            m_poweredAtStart.append(type);
+        }
+    }
+    const QVector<ServicePtr> services = m_services.all();
+    for (const ServicePtr &service : services) {
+        service->ignored = true;
+        m_connector.disconnectService(service);
+    }
+    m_technologies.announceAllAsGone();
     m_agents.release();
-    leave();
-    forgetStates();
+    m_services.announceAllAsGone();
+}
+
+bool Connman::start()
+{
+    if (!m_hardwareAddress.isEmpty()) {
+        m_discovery.setCardAddress(m_hardwareAddress);
+    }
     if (!join()) {
         return false;
     }
-    m_radio.cableChanged();
-    m_radio.lookAround();
+    for (const QString &type : qAsConst(m_poweredAtStart)) {
+        m_radio.switchOnAtStart(m_technologies.find(type));
+    }
     return true;
+}
+
+void Connman::erase()
+{
+    const QVector<ServicePtr> services = m_services.all();
+    for (const ServicePtr &service : services) {
+        m_services.remove(service);
+    }
+    m_discovery.erase();
+    m_poweredAtStart = QStringList{QStringLiteral("ethernet")};
 }
 
 void Connman::announceEverything()
@@ -110,6 +158,25 @@ void Connman::forgetStates()
     m_state.update();
 }
 
+// An enterprise network is known while a file names it.
+void Connman::applyProvisioning()
+{
+    if (!m_provisioning.hasDirectory()) {
+        return;
+    }
+    for (AccessPoint &accessPoint : m_surroundings.accessPoints()) {
+        if (accessPoint.security != QLatin1String("ieee8021x")) {
+            continue;
+        }
+        accessPoint.isProvisioned = m_provisioning.names(accessPoint.ssid);
+        const ServicePtr service = m_services.find(accessPoint.namedIdentifier(m_discovery.cardAddress()));
+        if (service == nullptr || service->isImmutable() == accessPoint.isProvisioned) {
+            continue;
+        }
+        accessPoint.isProvisioned ? m_connector.provision(service) : m_connector.unprovision(service);
+    }
+}
+
 void Connman::refuseUnknown(const Call &call) const
 {
     static const QStringList branches{QStringLiteral("/net"), QStringLiteral("/net/connman"),
@@ -120,6 +187,7 @@ void Connman::refuseUnknown(const Call &call) const
 
 void Connman::handleCall(const Call &call)
 {
+    applyProvisioning(); // a file that was written before the call was sent counts
     const QString path = call.path();
     if (path == connman::managerPath) {
         handleManagerCall(call);

@@ -5,6 +5,7 @@
 #include "Connector.h"
 #include "Discovery.h"
 #include "ManagerState.h"
+#include "Provisioning.h"
 #include "Radio.h"
 #include "ServiceList.h"
 #include "ServiceSettings.h"
@@ -38,9 +39,18 @@ public:
     /// Takes its access point out of reach or back, which ConnMan notices at once. False when there is none.
     bool setInReach(const QString &ssid, bool isInReach);
     void setCable(const Cable &cable);
+    void setAddressesServed(bool served);
+    /// What the Wi-Fi card's address is from now on; ConnMan sees it when it starts the next time.
+    void setHardwareAddress(const QString &address) { m_hardwareAddress = address; }
+    /// Where it finds provisioning files.
+    void setDirectory(const QString &path) { m_provisioning.setDirectory(path); }
 
-    /// Ends in good order and starts again with what ConnMan keeps on disk.
-    bool restart();
+    /// Ends in good order; agents are told so.
+    void stop();
+    /// Starts with what ConnMan keeps on disk.
+    bool start();
+    /// Takes what it keeps on disk away: not while it runs.
+    void erase();
 
     QString introspect(const QString &path) const override;
 
@@ -82,7 +92,9 @@ private:
     void refuseUnknown(const Call &call) const;
     void announceEverything();
     void forgetClients();
+    void sayGoodbye();
     void forgetStates();
+    void applyProvisioning();
 
     Timings m_timings;
     Surroundings m_surroundings;
@@ -96,6 +108,9 @@ private:
     ServiceSettings m_settings;
     Radio m_radio;
     QSet<QString> m_counters; // "<client><path>"
+    Provisioning m_provisioning;
+    QString m_hardwareAddress;
+    QStringList m_poweredAtStart; // technologies
     int m_networkCount = 0;
 };
 

@@ -21,6 +21,9 @@ inline const QString servicePrefix = QStringLiteral("/net/connman/service/");
 inline const QString technologyPrefix = QStringLiteral("/net/connman/technology/");
 /// A service's "Error" when its credentials are wrong.
 inline const QString invalidKey = QStringLiteral("invalid-key");
+/// When it was refused otherwise; what ConnMan says of wrong enterprise credentials and of a wrong WPS PIN
+/// too.
+inline const QString connectFailed = QStringLiteral("connect-failed");
 } // namespace connman
 
 /// A property dictionary (a{sv}) in the order in which it goes onto the bus.

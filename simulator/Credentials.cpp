@@ -166,7 +166,9 @@ bool needsCredentials(const Service &service)
     if (service.error() == connman::invalidKey) {
         return true;
     }
-    if (service.isFavorite()) { // was connected before, with credentials that ConnMan keeps
+    // A favourite was connected before, with credentials that ConnMan keeps; not so one that a file has made
+    // known.
+    if (service.isFavorite() && !service.isImmutable()) {
         return false;
     }
     if (service.hasSecurity(enterprise)) {

@@ -34,8 +34,8 @@ ServicePtr Discovery::scanned(const AccessPoint &accessPoint)
     if (!accessPoint.isHidden) {
         return named(accessPoint);
     }
-    const QString identifier = accessPoint.scannedIdentifier();
-    QVariantMap properties = newServiceProperties(identifier);
+    const QString identifier = accessPoint.scannedIdentifier(m_cardAddress);
+    QVariantMap properties = newServiceProperties(identifier, m_cardAddress);
     properties.remove(QStringLiteral("Name"));
     properties[QStringLiteral("Security")] = accessPoint.securityWords();
     properties[QStringLiteral("Strength")] = QVariant::fromValue(accessPoint.strength);
@@ -44,8 +44,8 @@ ServicePtr Discovery::scanned(const AccessPoint &accessPoint)
 
 ServicePtr Discovery::named(const AccessPoint &accessPoint)
 {
-    const QString identifier = accessPoint.namedIdentifier();
-    QVariantMap properties = newServiceProperties(identifier);
+    const QString identifier = accessPoint.namedIdentifier(m_cardAddress);
+    QVariantMap properties = newServiceProperties(identifier, m_cardAddress);
     properties[QStringLiteral("Name")] = accessPoint.ssid;
     properties[QStringLiteral("Security")] = accessPoint.securityWords();
     properties[QStringLiteral("Strength")] = QVariant::fromValue(accessPoint.strength);

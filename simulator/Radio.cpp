@@ -63,6 +63,16 @@ void Radio::setPowered(const TechnologyPtr &technology, bool on, const Call &cal
     });
 }
 
+void Radio::switchOnAtStart(const TechnologyPtr &technology)
+{
+    const int wait = technology->type == ethernet ? 0 : m_parts.timings.power;
+    QTimer::singleShot(wait, this, [this, technology, life = m_life] {
+        if (life == m_life && !technology->isPowered()) {
+            switchOn(technology);
+        }
+    });
+}
+
 void Radio::lookAround()
 {
     QSet<QString> present;

@@ -43,6 +43,8 @@ public:
     void loseNetwork(const QString &identifier);
     /// The cable was plugged or unplugged.
     void cableChanged();
+    /// As at ConnMan's start: Ethernet is there at once, Wi-Fi takes its time.
+    void switchOnAtStart(const TechnologyPtr &technology);
     /// Ends scans and power changes without a word, as a crash does.
     void abandon();
 

@@ -168,6 +168,27 @@ void ScriptService::setCable(bool plugged, const QVariantMap &options)
     m_device.connman.setCable(Cable::fromOptions(plugged, options));
 }
 
+void ScriptService::setAddressesServed(bool served)
+{
+    m_device.connman.setAddressesServed(served);
+}
+
+void ScriptService::setHardwareAddress(const QString &address)
+{
+    m_device.connman.setHardwareAddress(address);
+}
+
+void ScriptService::setConnmanDirectory(const QString &path)
+{
+    m_device.connman.setDirectory(path);
+}
+
+QString ScriptService::storedPassphrase(const QString &identifier)
+{
+    const ServicePtr service = knownService(identifier);
+    return service != nullptr && service->isFavorite() ? service->passphrase : QString();
+}
+
 ServicePtr ScriptService::knownService(const QString &identifier)
 {
     ServicePtr service = m_device.connman.services().find(identifier);

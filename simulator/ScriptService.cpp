@@ -67,8 +67,28 @@ void ScriptService::setPresent(const QString &name, bool present)
 
 void ScriptService::restartConnman()
 {
-    if (!m_device.connman.restart()) {
+    m_device.connman.stop();
+    startConnman();
+}
+
+void ScriptService::stopConnman()
+{
+    m_device.connman.stop();
+}
+
+void ScriptService::startConnman()
+{
+    if (!m_device.connman.isPresent() && !m_device.connman.start()) {
         refuse(QStringLiteral("ConnMan did not come back"));
+    }
+}
+
+void ScriptService::eraseConnman()
+{
+    if (m_device.connman.isPresent()) {
+        refuse(QStringLiteral("ConnMan is running"));
+    } else {
+        m_device.connman.erase();
     }
 }
 

@@ -53,11 +53,18 @@ public slots: // ConnMan's objects
     void removeNetwork(const QString &ssid);
     void setInReach(const QString &ssid, bool inReach);
     void setCable(bool plugged, const QVariantMap &options);
+    void setAddressesServed(bool served);
+    void setHardwareAddress(const QString &address);
+    void setConnmanDirectory(const QString &path);
     void setTiming(const QString &name, int milliseconds);
 
     // Presence
     void setPresent(const QString &name, bool present);
     void restartConnman();
+    void stopConnman();
+    void startConnman();
+    void eraseConnman();
+    QString storedPassphrase(const QString &identifier);
     void setConfigurationReply(const QVariantMap &reply);
     void setSerialNumber(int serialNumber);
 

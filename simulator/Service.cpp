@@ -97,7 +97,7 @@ QString Service::method(const QString &configuration) const
     return dictionary.value(QStringLiteral("Method")).toString();
 }
 
-QVariantMap newServiceProperties(const QString &identifier)
+QVariantMap newServiceProperties(const QString &identifier, const QString &cardAddress)
 {
     QVariantMap properties = commonProperties();
     const bool isEthernet = identifier.startsWith(QLatin1String("ethernet_"));
@@ -115,7 +115,7 @@ QVariantMap newServiceProperties(const QString &identifier)
         properties[QStringLiteral("Security")] = QStringList{securityOf(identifier)};
         properties[QStringLiteral("Strength")] = QVariant::fromValue<uchar>(60);
         properties[QStringLiteral("Ethernet")] =
-            ethernetDictionary(QStringLiteral("wlan0"), QStringLiteral("02:00:00:00:02:00"));
+            ethernetDictionary(QStringLiteral("wlan0"), cardAddress.toUpper());
     }
     return properties;
 }

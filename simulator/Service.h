@@ -60,6 +60,7 @@ struct Service
 using ServicePtr = std::shared_ptr<Service>;
 
 /// The properties ConnMan 1.41 gives a new service; the type is told from the identifier's prefix.
-QVariantMap newServiceProperties(const QString &identifier);
+QVariantMap newServiceProperties(const QString &identifier,
+                                 const QString &cardAddress = QStringLiteral("02:00:00:00:02:00"));
 
 } // namespace simulator

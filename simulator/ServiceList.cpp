@@ -151,6 +151,22 @@ void ServiceList::announceAllAsNew()
     }
 }
 
+void ServiceList::announceAllAsGone()
+{
+    m_announcement.stop();
+    ObjectPathList gone;
+    for (const ServicePtr &service : qAsConst(m_services)) {
+        gone.append(QDBusObjectPath(service->path()));
+    }
+    emitServicesChanged({}, gone);
+}
+
+void ServiceList::emitServicesChanged(const ObjectRecordList &changed, const ObjectPathList &removed) const
+{
+    m_bus.emitSignal(connman::managerPath, connman::managerInterface, QStringLiteral("ServicesChanged"),
+                     {QVariant::fromValue(changed), QVariant::fromValue(removed)});
+}
+
 void ServiceList::announce()
 {
     ObjectRecordList changed;
@@ -166,8 +182,7 @@ void ServiceList::announce()
     }
     m_added.clear();
     m_removed.clear();
-    m_bus.emitSignal(connman::managerPath, connman::managerInterface, QStringLiteral("ServicesChanged"),
-                     {QVariant::fromValue(changed), QVariant::fromValue(removed)});
+    emitServicesChanged(changed, removed);
 }
 
 } // namespace simulator

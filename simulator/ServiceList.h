@@ -51,9 +51,12 @@ public:
     void announceNow();
     /// As a ConnMan that has just started: all services are new, none has gone.
     void announceAllAsNew();
+    /// As a ConnMan that is about to end: they are all gone. The list stays as it is.
+    void announceAllAsGone();
 
 private:
     void announce();
+    void emitServicesChanged(const ObjectRecordList &changed, const ObjectPathList &removed) const;
 
     const BusService &m_bus;
     const Timings &m_timings;

@@ -168,9 +168,7 @@ std::optional<ErrorReply> ServiceSettings::setIpv6(const ServicePtr &service, co
     }
     m_services.set(*service, QStringLiteral("IPv6"), QVariantMap());
     m_services.set(*service, ipv6Configuration, configuration.shown);
-    if (service->isConnected()) {
-        m_states.tellIpv6(*service);
-    }
+    m_connector.reconfigureIpv6(service);
     return std::nullopt;
 }
 

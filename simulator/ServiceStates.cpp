@@ -153,6 +153,9 @@ QVariantMap ServiceStates::ipv4(const Service &service) const
         return configuration;
     }
     const std::optional<Lease> lease = m_surroundings.lease(service);
+    if (!lease && configured != QLatin1String("auto")) {
+        return {}; // connected by IPv6 alone
+    }
     if (!lease) {
         return {{method, QStringLiteral("auto")},
                 {addressKey, linkLocalAddress},

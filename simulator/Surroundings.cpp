@@ -5,12 +5,12 @@
 namespace simulator {
 
 namespace {
-const QString wifiAddress = QStringLiteral("020000000200");
 const QString ethernetAddress = QStringLiteral("020000000100");
 
-QString managed(const QString &network, const QString &security)
+QString managed(const QString &cardAddress, const QString &network, const QString &security)
 {
-    return QStringLiteral("wifi_%1_%2_managed_%3").arg(wifiAddress, network, security);
+    const QString digits = QString(cardAddress).remove(QLatin1Char(':')).toLower();
+    return QStringLiteral("wifi_%1_%2_managed_%3").arg(digits, network, security);
 }
 
 Lease leaseOfSubnet(int subnet)
@@ -53,17 +53,20 @@ AccessPoint AccessPoint::fromOptions(const QVariantMap &options, int number)
         options.value(QStringLiteral("strength"), QVariant::fromValue<uchar>(60)).value<uchar>();
     accessPoint.lease = leaseOfSubnet(firstSubnet + number);
     accessPoint.lease.address = text(options, "address", accessPoint.lease.address);
+    accessPoint.lease.gateway = text(options, "gateway", accessPoint.lease.gateway);
+    accessPoint.lease.nameservers = QStringList{accessPoint.lease.gateway};
+    accessPoint.lease.ipv6Address = text(options, "ipv6");
     return accessPoint;
 }
 
-QString AccessPoint::namedIdentifier() const
+QString AccessPoint::namedIdentifier(const QString &cardAddress) const
 {
-    return managed(QString::fromLatin1(ssid.toUtf8().toHex()), security);
+    return managed(cardAddress, QString::fromLatin1(ssid.toUtf8().toHex()), security);
 }
 
-QString AccessPoint::scannedIdentifier() const
+QString AccessPoint::scannedIdentifier(const QString &cardAddress) const
 {
-    return isHidden ? managed(QStringLiteral("hidden"), security) : namedIdentifier();
+    return isHidden ? managed(cardAddress, QStringLiteral("hidden"), security) : namedIdentifier(cardAddress);
 }
 
 QStringList AccessPoint::securityWords() const
@@ -137,13 +140,14 @@ Verdict Surroundings::verdict(const Service &service) const
         return Verdict::Accepted;
     }
     if (service.useWps) {
-        // The supplicant goes on trying a wrong PIN until somebody stops it.
-        return isRight(accessPoint->pin, service.pin) ? Verdict::Accepted : Verdict::NoAnswer;
+        return isRight(accessPoint->pin, service.pin) ? Verdict::Accepted : Verdict::Refused;
     }
-    const bool isAccepted = isRight(accessPoint->passphrase, service.passphrase) &&
-                            (accessPoint->security != QLatin1String("ieee8021x") ||
-                             isRight(accessPoint->identity, service.identity));
-    return isAccepted ? Verdict::Accepted : Verdict::WrongPassphrase;
+    const bool isKnownPassphrase = isRight(accessPoint->passphrase, service.passphrase);
+    if (accessPoint->security == QLatin1String("ieee8021x")) {
+        const bool isAccepted = isKnownPassphrase && isRight(accessPoint->identity, service.identity);
+        return isAccepted ? Verdict::Accepted : Verdict::Refused;
+    }
+    return isKnownPassphrase ? Verdict::Accepted : Verdict::WrongPassphrase;
 }
 
 std::optional<Lease> Surroundings::lease(const Service &service) const
@@ -151,13 +155,20 @@ std::optional<Lease> Surroundings::lease(const Service &service) const
     if (service.identifier == cableIdentifier()) {
         return cable.hasDhcp ? std::make_optional(cable.lease) : std::nullopt;
     }
+    if (!servesAddresses) {
+        return std::nullopt;
+    }
     const AccessPoint *accessPoint = find(service.ssid);
     return accessPoint != nullptr ? accessPoint->lease : leaseOfSubnet(1);
 }
 
 QString Surroundings::ipv6Address(const Service &service) const
 {
-    return service.identifier == cableIdentifier() ? cable.lease.ipv6Address : QString();
+    if (service.identifier == cableIdentifier()) {
+        return cable.lease.ipv6Address;
+    }
+    const AccessPoint *accessPoint = servesAddresses ? find(service.ssid) : nullptr;
+    return accessPoint != nullptr ? accessPoint->lease.ipv6Address : QString();
 }
 
 QString cableIdentifier()

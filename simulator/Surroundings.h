@@ -37,9 +37,9 @@ struct AccessPoint
     /// From the script interface's options; `number` makes the default addresses differ.
     static AccessPoint fromOptions(const QVariantMap &options, int number);
     /// Of the service it is while ConnMan knows its name.
-    QString namedIdentifier() const;
+    QString namedIdentifier(const QString &cardAddress) const;
     /// Of the service it is in a scan.
-    QString scannedIdentifier() const;
+    QString scannedIdentifier(const QString &cardAddress) const;
     QStringList securityWords() const;
 };
 
@@ -54,7 +54,7 @@ struct Cable
 };
 
 /// What becomes of an attempt to join a network with the credentials ConnMan has.
-enum class Verdict { Accepted, WrongPassphrase, NoAnswer };
+enum class Verdict { Accepted, WrongPassphrase, Refused };
 
 /// What is around the device: access points and the cable.
 class Surroundings
@@ -68,8 +68,11 @@ public:
     /// The access point of that name that is in reach.
     const AccessPoint *find(const QString &ssid) const;
     const QVector<AccessPoint> &accessPoints() const { return m_accessPoints; }
+    QVector<AccessPoint> &accessPoints() { return m_accessPoints; }
 
     Cable cable;
+    /// Whether access points hand out addresses.
+    bool servesAddresses = true;
 
     /// Whether the service is there because of an access point or the cable.
     bool isBehind(const Service &service) const;

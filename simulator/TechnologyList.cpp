@@ -27,8 +27,24 @@ void TechnologyList::remove(const QString &type)
 {
     const TechnologyPtr technology = find(type);
     m_technologies.erase(type);
+    announceRemoval(*technology);
+}
+
+void TechnologyList::announceAllAsGone() const
+{
+    for (auto each = m_technologies.crbegin(); each != m_technologies.crend(); ++each) {
+        Technology &technology = *each->second;
+        if (technology.isPowered()) {
+            set(technology, QStringLiteral("Powered"), false);
+        }
+        announceRemoval(technology);
+    }
+}
+
+void TechnologyList::announceRemoval(const Technology &technology) const
+{
     m_bus.emitSignal(connman::managerPath, connman::managerInterface, QStringLiteral("TechnologyRemoved"),
-                     {QVariant::fromValue(QDBusObjectPath(technology->path()))});
+                     {QVariant::fromValue(QDBusObjectPath(technology.path()))});
 }
 
 void TechnologyList::announceAll() const

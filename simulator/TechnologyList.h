@@ -39,6 +39,8 @@ public:
     void remove(const QString &type);
     /// As a ConnMan that has just started.
     void announceAll() const;
+    /// As a ConnMan that is about to end: switched off and gone, Wi-Fi first. The list stays as it is.
+    void announceAllAsGone() const;
 
     /// Null when there is none.
     TechnologyPtr find(const QString &type) const;
@@ -52,6 +54,7 @@ public:
 
 private:
     void announce(const Technology &technology) const;
+    void announceRemoval(const Technology &technology) const;
 
     const BusService &m_bus;
     std::map<QString, TechnologyPtr> m_technologies;

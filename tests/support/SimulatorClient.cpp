@@ -174,6 +174,21 @@ void SimulatorClient::setCable(bool plugged, const QVariantMap &options)
     call(QStringLiteral("setCable"), {plugged, options});
 }
 
+void SimulatorClient::setAddressesServed(bool served)
+{
+    call(QStringLiteral("setAddressesServed"), {served});
+}
+
+void SimulatorClient::setHardwareAddress(const QString &address)
+{
+    call(QStringLiteral("setHardwareAddress"), {address});
+}
+
+void SimulatorClient::setConnmanDirectory(const QString &path)
+{
+    call(QStringLiteral("setConnmanDirectory"), {path});
+}
+
 void SimulatorClient::setTiming(const QString &name, int milliseconds)
 {
     call(QStringLiteral("setTiming"), {name, milliseconds});
@@ -187,6 +202,26 @@ void SimulatorClient::setPresent(const QString &name, bool present)
 void SimulatorClient::restartConnman()
 {
     call(QStringLiteral("restartConnman"));
+}
+
+void SimulatorClient::stopConnman()
+{
+    call(QStringLiteral("stopConnman"));
+}
+
+void SimulatorClient::startConnman()
+{
+    call(QStringLiteral("startConnman"));
+}
+
+void SimulatorClient::eraseConnman()
+{
+    call(QStringLiteral("eraseConnman"));
+}
+
+QString SimulatorClient::storedPassphrase(const QString &identifier)
+{
+    return QDBusReply<QString>(call(QStringLiteral("storedPassphrase"), {identifier}));
 }
 
 void SimulatorClient::setConfigurationReply(const QVariantMap &reply)

@@ -54,10 +54,17 @@ public:
     void removeNetwork(const QString &ssid);
     void setInReach(const QString &ssid, bool inReach);
     void setCable(bool plugged, const QVariantMap &options = {});
+    void setAddressesServed(bool served);
+    void setHardwareAddress(const QString &address);
+    void setConnmanDirectory(const QString &path);
     void setTiming(const QString &name, int milliseconds);
 
     void setPresent(const QString &name, bool present);
     void restartConnman();
+    void stopConnman();
+    void startConnman();
+    void eraseConnman();
+    QString storedPassphrase(const QString &identifier);
     void setConfigurationReply(const QVariantMap &reply);
     void setSerialNumber(int serialNumber);
 

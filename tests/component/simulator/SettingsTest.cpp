@@ -294,7 +294,7 @@ void SettingsTest::settingsOutliveARestart()
     QCOMPARE(set(ipv4Configuration, manualIpv4()), accepted);
     QCOMPARE(set(QStringLiteral("AutoConnect"), false), accepted);
     m_simulator->restartConnman();
-    QVERIFY(m_client->property(id, ipv4Configuration).contains(QStringLiteral("10.0.0.9")));
+    QTRY_VERIFY(m_client->property(id, ipv4Configuration).contains(QStringLiteral("10.0.0.9")));
     QCOMPARE(m_client->property(id, QStringLiteral("AutoConnect")), QStringLiteral("false"));
 }
 

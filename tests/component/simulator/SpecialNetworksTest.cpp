@@ -10,6 +10,13 @@ namespace {
 const QString enterpriseId = QStringLiteral("wifi_020000000200_486f6d65_managed_ieee8021x");
 const QString hiddenId = QStringLiteral("wifi_020000000200_hidden_managed_psk");
 const QString pin = QStringLiteral("12345670");
+const QString provisioningFile = QStringLiteral("office.config");
+
+bool provision(const QTemporaryDir &directory)
+{
+    QFile file(directory.filePath(provisioningFile));
+    return file.open(QIODevice::WriteOnly) && file.write("[service_x]\nType=wifi\nName=Home\nEAP=peap") > 0;
+}
 } // namespace
 
 class SpecialNetworksTest : public NetworkFixture
@@ -21,7 +28,7 @@ private slots:
     void wpsByPinConnects();
     void wpsByButtonConnects();
     void unusablePinFails();
-    void wrongPinTriesUntilTheTimeIsUp();
+    void wrongPinFailsToConnect();
     void hiddenNetworkHasNoName();
     void hiddenNetworkAppearsUnderItsName();
     void hiddenNetworkByBytesOfItsName();
@@ -33,6 +40,9 @@ private slots:
     void enterpriseAsksForIdentityAndPassphrase();
     void wrongIdentityFails();
     void unprovisionedEnterpriseIsRefused();
+    void provisioningFileMakesTheNetworkKnown();
+    void provisionedNetworkStillAsks();
+    void removedProvisioningFileForgetsTheNetwork();
 };
 
 void SpecialNetworksTest::wpsOffersBothWays()
@@ -70,16 +80,13 @@ void SpecialNetworksTest::unusablePinFails()
     QVERIFY(m_agent->waitForLine(QStringLiteral("invalid-key")));
 }
 
-void SpecialNetworksTest::wrongPinTriesUntilTheTimeIsUp()
+void SpecialNetworksTest::wrongPinFailsToConnect()
 {
-    m_simulator->setTiming(QStringLiteral("connect"), 200);
     addNetwork({{QStringLiteral("security"), QStringLiteral("wps")}, {QStringLiteral("pin"), pin}});
     m_agent->planInput(with(QStringLiteral("WPS"), QStringLiteral("00000000")));
-    QCOMPARE(connectService(pskId).text(), aborted);
-    QVERIFY(m_client->waitForState(pskId, QStringLiteral("failure")));
-    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')),
-             QStringLiteral("association disconnect idle failure"));
-    QCOMPARE(m_agent->lines().filter(QStringLiteral("ReportError")), QStringList());
+    QCOMPARE(connectService(pskId).text(), failed);
+    QVERIFY(m_agent->waitForLine(QStringLiteral("\"connect-failed\"")));
+    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')), QStringLiteral("association failure idle"));
 }
 
 void SpecialNetworksTest::hiddenNetworkHasNoName()
@@ -171,6 +178,7 @@ void SpecialNetworksTest::wrongIdentityFails()
                 {QStringLiteral("identity"), QStringLiteral("me")}});
     m_agent->planInput({{QStringLiteral("Identity"), QStringLiteral("you")}, {passphrase, rightPassphrase}});
     QCOMPARE(connectService(enterpriseId).text(), failed);
+    QVERIFY(m_agent->waitForLine(QStringLiteral("\"connect-failed\"")));
 }
 
 void SpecialNetworksTest::unprovisionedEnterpriseIsRefused()
@@ -179,6 +187,51 @@ void SpecialNetworksTest::unprovisionedEnterpriseIsRefused()
         {{QStringLiteral("security"), QStringLiteral("ieee8021x")}, {QStringLiteral("provisioned"), false}});
     QCOMPARE(connectService(enterpriseId).text(), invalidArguments);
     QCOMPARE(m_agent->lines(), QStringList());
+}
+
+void SpecialNetworksTest::provisioningFileMakesTheNetworkKnown()
+{
+    const QTemporaryDir directory;
+    m_simulator->setConnmanDirectory(directory.path());
+    addNetwork(with(QStringLiteral("security"), QStringLiteral("ieee8021x")));
+    QCOMPARE(connectService(enterpriseId).text(), invalidArguments);
+
+    QVERIFY(provision(directory));
+
+    QVERIFY(m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Immutable\", <true>)")));
+    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("AutoConnect")), QStringLiteral("true"));
+}
+
+void SpecialNetworksTest::provisionedNetworkStillAsks()
+{
+    const QTemporaryDir directory;
+    m_simulator->setConnmanDirectory(directory.path());
+    addNetwork(with(QStringLiteral("security"), QStringLiteral("ieee8021x")));
+    QVERIFY(provision(directory));
+    m_agent->planInput({{QStringLiteral("Identity"), QStringLiteral("me")}, {passphrase, rightPassphrase}});
+
+    QCOMPARE(connectService(enterpriseId).text(), QString());
+
+    QCOMPARE(m_agent->lines().filter(QStringLiteral("RequestInput")).size(), 1);
+}
+
+void SpecialNetworksTest::removedProvisioningFileForgetsTheNetwork()
+{
+    const QTemporaryDir directory;
+    m_simulator->setConnmanDirectory(directory.path());
+    addNetwork(with(QStringLiteral("security"), QStringLiteral("ieee8021x")));
+    QVERIFY(provision(directory));
+    m_agent->planInput({{QStringLiteral("Identity"), QStringLiteral("me")}, {passphrase, rightPassphrase}});
+    QCOMPARE(connectService(enterpriseId).text(), QString());
+    QCOMPARE(m_simulator->storedPassphrase(enterpriseId), rightPassphrase);
+
+    QVERIFY(QFile::remove(directory.filePath(provisioningFile)));
+
+    QVERIFY(m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Favorite\", <false>)")));
+    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("Immutable")), QStringLiteral("false"));
+    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("State")), QStringLiteral("\"idle\""));
+    QCOMPARE(m_simulator->storedPassphrase(enterpriseId), QString());
 }
 
 QTEST_GUILESS_MAIN(SpecialNetworksTest)
