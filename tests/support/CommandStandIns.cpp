@@ -2,6 +2,7 @@
 
 #include "EventWait.h"
 #include <QDebug>
+#include <QStandardPaths>
 #include <sys/file.h>
 
 namespace test_support {
@@ -42,6 +43,12 @@ void CommandStandIns::script(const QString &command, const QStringList &instruct
 {
     const QString text = instructions.join(QLatin1Char('\n'));
     writeFile(m_directory.filePath(QStringLiteral("scripts/") + command), text.toUtf8());
+}
+
+void CommandStandIns::useOwn(const QString &program)
+{
+    removeProgram(program);
+    QFile::link(QStandardPaths::findExecutable(program), path() + QLatin1Char('/') + program);
 }
 
 void CommandStandIns::removeProgram(const QString &program)

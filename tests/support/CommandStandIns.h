@@ -22,6 +22,8 @@ public:
     /// What happens when a command line begins with `command` (whole words; the longest match counts).
     /// The instructions are explained in standins/StandIn.cpp.
     void script(const QString &command, const QStringList &instructions);
+    /// Puts the machine's own program in the place of the stand-in.
+    void useOwn(const QString &program);
     /// Takes the program off the PATH.
     void removeProgram(const QString &program);
     /// Lets the programs that wait in "hold", now or later, go on.

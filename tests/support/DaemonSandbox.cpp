@@ -63,23 +63,23 @@ DaemonSandbox::DaemonSandbox()
 
 QByteArray DaemonSandbox::hostName() const
 {
-    return read(hostPath(QStringLiteral("etc/hostname")));
+    return read(hostPath(QStringLiteral("/etc/hostname")));
 }
 
 void DaemonSandbox::setHostName(const QByteArray &content)
 {
-    write(hostPath(QStringLiteral("etc/hostname")), content);
+    write(hostPath(QStringLiteral("/etc/hostname")), content);
 }
 
 void DaemonSandbox::makeHostNameUnusable()
 {
-    QFile::remove(hostPath(QStringLiteral("etc/hostname")));
+    QFile::remove(hostPath(QStringLiteral("/etc/hostname")));
     QDir(m_directory.path()).mkdir(QStringLiteral("etc/hostname"));
 }
 
 QString DaemonSandbox::settingsFile(const QString &store) const
 {
-    return hostPath(QStringLiteral("etc/xdg/Tactora AB/%1.conf").arg(store));
+    return hostPath(QStringLiteral("/etc/xdg/Tactora AB/%1.conf").arg(store));
 }
 
 QByteArray DaemonSandbox::settings(const QString &store) const
@@ -94,22 +94,22 @@ void DaemonSandbox::setSettings(const QString &store, const QByteArray &content)
 
 QByteArray DaemonSandbox::connmanFile(const QString &name) const
 {
-    return read(hostPath(QStringLiteral("var/lib/connman/") + name));
+    return read(hostPath(QStringLiteral("/var/lib/connman/") + name));
 }
 
 void DaemonSandbox::setConnmanFile(const QString &name, const QByteArray &content)
 {
-    write(hostPath(QStringLiteral("var/lib/connman/") + name), content);
+    write(hostPath(QStringLiteral("/var/lib/connman/") + name), content);
 }
 
 QStringList DaemonSandbox::connmanFiles() const
 {
-    return QDir(hostPath(QStringLiteral("var/lib/connman"))).entryList(QDir::Files);
+    return QDir(hostPath(QStringLiteral("/var/lib/connman"))).entryList(QDir::Files);
 }
 
 void DaemonSandbox::removeConnmanDirectory()
 {
-    QDir(hostPath(QStringLiteral("var/lib/connman"))).removeRecursively();
+    QDir(hostPath(QStringLiteral("/var/lib/connman"))).removeRecursively();
 }
 
 QStringList DaemonSandbox::environment() const
@@ -136,8 +136,8 @@ QStringList DaemonSandbox::namespaceArguments(const QStringList &environment) co
     arguments << programDirectoryArguments();
     arguments << QStringLiteral("--bind") << QStringLiteral("/proc") << QStringLiteral("/proc");
     arguments << QStringLiteral("--dev-bind") << QStringLiteral("/dev") << QStringLiteral("/dev");
-    arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("etc")) << QStringLiteral("/etc");
-    arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("var")) << QStringLiteral("/var");
+    arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/etc")) << QStringLiteral("/etc");
+    arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/var")) << QStringLiteral("/var");
     arguments << QStringLiteral("--ro-bind-try") << QStringLiteral("/etc/ld.so.cache")
               << QStringLiteral("/etc/ld.so.cache");
     // Where the bus, the fakes and the stand-ins have their files, and where the daemon itself was built.

@@ -40,6 +40,9 @@ public:
     /// Takes away the directory, so that nothing can be written there.
     void removeConnmanDirectory();
 
+    /// Where the file that the daemon sees at `path` (absolute, below /etc or /var) is for everybody else.
+    QString hostPath(const QString &path) const { return m_directory.path() + path; }
+
     /// The whole environment of the daemon, "NAME=value" each, but for what belongs to one start (bus,
     /// logging).
     QStringList environment() const;
@@ -47,7 +50,6 @@ public:
     QStringList namespaceArguments(const QStringList &environment) const;
 
 private:
-    QString hostPath(const QString &path) const { return m_directory.filePath(path); }
     QString settingsFile(const QString &store) const;
 
     QTemporaryDir m_directory;
