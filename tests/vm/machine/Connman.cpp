@@ -1,7 +1,7 @@
 #include "Connman.h"
 
 #include "BusCall.h"
-#include "Command.h"
+#include "Eventually.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -29,19 +29,15 @@ QVariantMap propertiesOf(const QString &path, const QString &interface)
 
 } // namespace
 
-Connman::Connman()
-    : Service(QStringLiteral("/usr/sbin/connmand"), {QStringLiteral("--nodaemon")})
-{
-}
-
 bool Connman::startAndWait()
 {
-    return start() && eventually([] { return !propertiesOf(wifiPath, technologyInterface).isEmpty(); });
+    return m_program->start() &&
+           eventually([] { return !propertiesOf(wifiPath, technologyInterface).isEmpty(); });
 }
 
 bool Connman::stopAndWait()
 {
-    return stop() && eventually([] { return !isOnBus(connmanName); });
+    return m_program->stop() && eventually([] { return !isOnBus(connmanName); });
 }
 
 QMap<QString, QVariantMap> Connman::services() const

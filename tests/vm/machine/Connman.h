@@ -1,19 +1,21 @@
 #pragma once
 
-#include "Service.h"
+#include "Program.h"
 
 #include <QMap>
 #include <QVariantMap>
 
-/// Debian's ConnMan: its process, and the network as ConnMan itself tells it.
-class Connman : public Service
+/// ConnMan: its process, and the network as ConnMan itself tells it.
+class Connman
 {
 public:
-    Connman();
-
     /// Starts it and waits until it has found the Wi-Fi card.
     bool startAndWait();
     bool stopAndWait();
+    bool isRunning() const { return m_program->isRunning(); }
+    /// What it has written since the mark.
+    QString log() const { return m_program->log(); }
+    void markLog() { m_program->markLog(); }
 
     /// All services it lists, by identifier (the last element of the object path).
     QMap<QString, QVariantMap> services() const;
@@ -33,6 +35,13 @@ public:
     bool setWifiPowered(bool on) const;
     /// Sets a service's property behind the daemon's back.
     bool setProperty(const QString &identifier, const QString &name, const QVariant &value) const;
+
+    /// Whether what it has stored about the network has the passphrase in it. Forgetting rewrites what is
+    /// stored.
+    static bool hasStored(const QString &identifier, const QString &passphrase);
+
+private:
+    std::unique_ptr<Program> m_program = makeConnman();
 };
 
 /// Turns a value as QtDBus delivers it into plain maps and lists, all the way down.

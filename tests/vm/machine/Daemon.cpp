@@ -1,8 +1,8 @@
 #include "Daemon.h"
 
 #include "BusCall.h"
-#include "Command.h"
 #include "Connman.h"
+#include "Eventually.h"
 
 #include <QDBusConnection>
 #include <QDebug>
@@ -17,11 +17,9 @@ constexpr int callTimeoutMs = 180000;
 
 } // namespace
 
-Daemon::Daemon(const QString &program, const QString &keyboardDevice)
-    : Service(program, {QStringLiteral("--device"), keyboardDevice})
+Daemon::Daemon(const QString &keyboardDevice)
+    : m_program(makeDaemon(keyboardDevice))
 {
-    // World::waitUntilStarted() reads this category's debug lines.
-    setVariable(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("NetworkSettings.debug=true"));
     const QStringList names{QStringLiteral("error"),
                             QStringLiteral("powerChanged"),
                             QStringLiteral("regionChanged"),
@@ -37,12 +35,12 @@ Daemon::Daemon(const QString &program, const QString &keyboardDevice)
 
 bool Daemon::startAndWait()
 {
-    return start() && eventually([] { return isOnBus(daemonName); });
+    return m_program->start() && eventually([] { return isOnBus(daemonName); });
 }
 
 bool Daemon::stopAndWait()
 {
-    return stop() && eventually([] { return !isOnBus(daemonName); });
+    return m_program->stop() && eventually([] { return !isOnBus(daemonName); });
 }
 
 QVariant Daemon::call(const QString &method, const QVariantList &arguments)

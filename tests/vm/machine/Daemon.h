@@ -1,21 +1,25 @@
 #pragma once
 
-#include "Service.h"
+#include "Program.h"
 
 #include <QDBusMessage>
 #include <QObject>
 #include <QVariant>
 
 /// The built daemon: its process, its interface on the bus, and the signals it has sent.
-class Daemon : public QObject, public Service
+class Daemon : public QObject
 {
     Q_OBJECT
 public:
-    Daemon(const QString &program, const QString &keyboardDevice);
+    explicit Daemon(const QString &keyboardDevice);
 
     /// Starts it and waits until it owns its bus name.
     bool startAndWait();
     bool stopAndWait();
+    bool isRunning() const { return m_program->isRunning(); }
+    /// What it has logged since the mark.
+    QString log() const { return m_program->log(); }
+    void markLog() { m_program->markLog(); }
 
     /// The reply's value as plain maps and lists; invalid when no reply came or it was a D-Bus error.
     QVariant call(const QString &method, const QVariantList &arguments = {});
@@ -31,5 +35,6 @@ private slots:
     void record(const QDBusMessage &signal);
 
 private:
+    std::unique_ptr<Program> m_program;
     QStringList m_received;
 };

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QDBusAbstractAdaptor>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
@@ -12,9 +11,10 @@ class DevicePeers : public QObject
     Q_OBJECT
 public:
     static constexpr int serialNumber = 4711;
+    /// What the daemon makes of it: 4711 + 200000 is 31fa7 in hexadecimal.
+    static QString addressOfSerialNumber() { return QStringLiteral("02:a7:c4:03:1f:a7"); }
 
-    DevicePeers();
-    /// Takes both names on the system bus.
+    /// Puts both on the system bus.
     bool appear();
 
     /// The sentences since the last `forgetSentences()`, in order, as "number" or "number: argument
@@ -27,34 +27,4 @@ public:
 
 private:
     QStringList m_spoken;
-};
-
-class SpeechAdaptor : public QDBusAbstractAdaptor
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "com.tactora.Speech")
-public:
-    explicit SpeechAdaptor(DevicePeers *peers)
-        : QDBusAbstractAdaptor(peers)
-        , m_peers(peers)
-    {
-    }
-public slots:
-    void speakFromId(const QString &id, const QVariantMap &request);
-
-private:
-    DevicePeers *m_peers;
-};
-
-class ConfigurationAdaptor : public QDBusAbstractAdaptor
-{
-    Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "com.tactora.ConfigurationManager")
-public:
-    explicit ConfigurationAdaptor(QObject *parent)
-        : QDBusAbstractAdaptor(parent)
-    {
-    }
-public slots:
-    QVariantMap process(const QVariantMap &request);
 };

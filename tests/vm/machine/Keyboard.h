@@ -1,10 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <QString>
-#include <unistd.h>
 
-/// A keyboard that exists as far as the kernel is concerned: an evdev node, and two real LEDs, which appear
-/// as /sys/class/leds/led8 and led10. It lives as long as this object.
+/// The keyboard, an evdev node, with the two LEDs that appear as /sys/class/leds/led8 and led10. It lives as
+/// long as this object.
 class Keyboard
 {
 public:
@@ -15,20 +15,17 @@ public:
 
     bool plugIn();
     /// Such as /dev/input/event0; empty before `plugIn()`.
-    QString device() const { return m_device; }
+    QString device() const;
 
-    void press(int key) const { send(key, 1); }
-    void release(int key) const { send(key, 0); }
+    void press(int key);
+    void release(int key);
     /// Presses and releases `key` while `modifier` is held.
-    void chord(int modifier, int key) const;
+    void chord(int modifier, int key);
 
 private:
-    void send(int key, int value) const;
-    bool findNodes();
-
-    int m_uinput = -1;
-    QString m_device;
+    class Node;
+    std::unique_ptr<Node> m_node;
 };
 
-/// What an LED of the kernel does: "off", "on" or "blink <period in ms>".
+/// What an LED does: "off", "on" or "blink <period in ms>".
 QString ledState(const QString &name);

@@ -3,7 +3,7 @@
 #include <QString>
 #include <QStringList>
 
-/// The access points around the device (guest/air sets them up and names them).
+/// The access points around the device (the table in guest/air names them).
 class Air
 {
 public:
@@ -15,8 +15,6 @@ public:
     bool serveAddresses(bool on);
     /// Lets one station that knows the PIN in, as the button on the access point would.
     bool expectPin(const QString &accessPoint, const QString &pin);
-    /// The hardware addresses of the stations that an access point has let in.
-    QStringList stations(const QString &accessPoint);
     /// True when the address answers to somebody at the access points' side.
     bool reaches(const QString &address);
 
@@ -36,24 +34,20 @@ public:
     bool unplug();
 
 private:
-    bool stopServer();
-
     bool m_plugged = false;
-    bool m_serving = false;
 };
 
-/// What the kernel says about the device's own interfaces.
+/// The state of the device's own interfaces, whoever says what about it.
 namespace Kernel {
 
 /// The name of the network that wlan0 is joined to, empty when it is not.
 QString joinedNetwork();
-/// The access point that wlan0 is joined to, as a hardware address.
-QString joinedAccessPoint();
 /// Addresses of an interface without prefix length; link-local ones are left out.
 QStringList addresses(const QString &interface);
 QString hardwareAddress(const QString &interface);
-bool isUp(const QString &interface);
-/// The country in `iw reg get`.
+/// The country whose rules the radio keeps to.
 QString region();
+/// Sets it behind the daemon's back.
+bool setRegion(const QString &country);
 
 } // namespace Kernel

@@ -1,51 +1,39 @@
 #include "World.h"
 
-#include "Command.h"
+#include "Device.h"
+#include "Eventually.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 
 namespace {
 
-const QString settingsDirectory = QStringLiteral("/etc/xdg/Tactora AB");
-const QString connmanDirectory = QStringLiteral("/var/lib/connman");
 /// A region without any channel above 2.4 GHz, so that a scan takes half a second instead of ten.
 const QByteArray regionStore = "[wifi]\nregion=YE\n";
 const QString regionIsSet = QStringLiteral("The region has been set successfully.");
 
+QString settingsFile(const QString &name)
+{
+    return Device::file(QStringLiteral("/etc/xdg/Tactora AB/") + name);
+}
+
 bool storeRegion()
 {
-    QFile file(settingsDirectory + QStringLiteral("/region.conf"));
-    return QDir().mkpath(settingsDirectory) && file.open(QIODevice::WriteOnly) &&
+    QFile file(settingsFile(QStringLiteral("region.conf")));
+    return QFileInfo(file).dir().mkpath(QStringLiteral(".")) && file.open(QIODevice::WriteOnly) &&
            file.write(regionStore) == regionStore.size();
 }
 
-/// The card has its own address again and is down, as after power-on; the daemon gave it another one.
-bool powerOnCard()
-{
-    const auto link = [](const QStringList &what) {
-        return run(QStringLiteral("ip"), QStringList{QStringLiteral("link"), QStringLiteral("set"),
-                                                     QStringLiteral("dev"), QStringLiteral("wlan0")} +
-                                             what);
-    };
-    return link({QStringLiteral("down")}) &&
-           link({QStringLiteral("address"), QStringLiteral("02:00:00:00:00:00")});
-}
-
 } // namespace
-
-World::World(const QString &daemonProgram)
-    : m_daemonProgram(daemonProgram)
-{
-}
 
 bool World::powerOn()
 {
     if (!m_peers.appear() || !m_keyboard.plugIn()) {
         return false;
     }
-    m_daemon = std::make_unique<Daemon>(m_daemonProgram, m_keyboard.device());
+    m_daemon = std::make_unique<Daemon>(m_keyboard.device());
     return true;
 }
 
@@ -66,13 +54,11 @@ bool World::beginUnused()
 {
     m_spoilt = true;
     const bool stopped = m_daemon->stopAndWait() && m_connman.stopAndWait();
-    QDir(connmanDirectory).removeRecursively();
-    QDir(settingsDirectory).removeRecursively();
     m_daemon->forgetSignals();
     m_peers.forgetSentences();
     m_daemon->markLog();
     m_connman.markLog();
-    return stopped && m_lan.unplug() && m_air.restore() && QDir().mkpath(connmanDirectory) && powerOnCard();
+    return stopped && m_lan.unplug() && m_air.restore() && Device::reset();
 }
 
 bool World::restartConnman()
@@ -123,6 +109,6 @@ bool World::settle()
 
 QString World::preferredNetwork()
 {
-    const QSettings store(settingsDirectory + QStringLiteral("/main.conf"), QSettings::IniFormat);
+    const QSettings store(settingsFile(QStringLiteral("main.conf")), QSettings::IniFormat);
     return store.value(QStringLiteral("wifi/prefered")).toString();
 }

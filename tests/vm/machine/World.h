@@ -12,8 +12,6 @@
 class World
 {
 public:
-    explicit World(const QString &daemonProgram);
-
     /// Once per machine: the keyboard and the device's other programs.
     bool powerOn();
 
@@ -49,7 +47,6 @@ private:
     bool forgetNetworks();
     bool settle();
 
-    QString m_daemonProgram;
     bool m_spoilt = true;
     DevicePeers m_peers;
     Keyboard m_keyboard;

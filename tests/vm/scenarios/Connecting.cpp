@@ -1,20 +1,7 @@
-#include "Command.h"
+#include "Eventually.h"
 #include "Scenarios.h"
 
-#include <QFile>
 #include <QTest>
-
-namespace {
-
-/// What ConnMan has written down about a network, its passphrase included. Forgetting rewrites the file, it
-/// stays.
-QString stored(const QString &identifier)
-{
-    QFile file(QStringLiteral("/var/lib/connman/%1/settings").arg(identifier));
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-} // namespace
 
 void Scenarios::connectKnownNetworkAsksForNothing()
 {
@@ -85,13 +72,13 @@ void Scenarios::forgetDropsTheStoredCredentials()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    QVERIFY(stored(identifier).contains(Secret::atelier));
+    QVERIFY(Connman::hasStored(identifier, Secret::atelier));
     daemon().forgetSignals();
 
     QVERIFY(does(QStringLiteral("forgetWifi"), {identifier}));
 
     QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkForgot(%1)").arg(identifier)});
-    QVERIFY(!stored(identifier).contains(Secret::atelier));
+    QVERIFY(!Connman::hasStored(identifier, Secret::atelier));
     QVERIFY(eventually([] { return Kernel::joinedNetwork().isEmpty(); }));
     QCOMPARE(World::preferredNetwork(), QString());
     QVERIFY(!connman().isFavorite(identifier));

@@ -1,39 +1,23 @@
-#include "Command.h"
+#include "Device.h"
+#include "Eventually.h"
 #include "Scenarios.h"
 
 #include <QFile>
 #include <QTest>
 
-namespace {
-
-const QString addressOfSerialNumber =
-    QStringLiteral("02:a7:c4:03:1f:a7"); // 4711 + 200000 is 31fa7 in hexadecimal
-
-} // namespace
-
 void Scenarios::firstStartSetsRegionAndHardwareAddress()
 {
     QVERIFY(m_world.beginUnused());
-    QVERIFY(run(QStringLiteral("iw"), {QStringLiteral("reg"), QStringLiteral("set"), QStringLiteral("JP")}));
-    QVERIFY(eventually([] { return Kernel::region() == QStringLiteral("JP"); }));
+    QVERIFY(Kernel::setRegion(QStringLiteral("JP")));
     QVERIFY(daemon().startAndWait());
 
     QVERIFY(connman().startAndWait());
 
     QVERIFY(eventually([] { return Kernel::region() == QStringLiteral("US"); }));
-    QCOMPARE(Kernel::hardwareAddress(QStringLiteral("wlan0")), addressOfSerialNumber);
+    QCOMPARE(Kernel::hardwareAddress(QStringLiteral("wlan0")), DevicePeers::addressOfSerialNumber());
     QCOMPARE(daemon().call(QStringLiteral("getWifiRegion")).toString(), QStringLiteral("US"));
     QVERIFY(!does(QStringLiteral("getWifiPower")));
     QVERIFY(does(QStringLiteral("checkWifiTechnology")));
-}
-
-void Scenarios::wlanUsesTheAddressOfTheSerialNumberOnTheAir()
-{
-    QVERIFY(!joinAtelier().isEmpty());
-
-    QCOMPARE(air().stations(QStringLiteral("home")), QStringList{addressOfSerialNumber});
-    QCOMPARE(daemon().call(QStringLiteral("getHwAddress"), {QStringLiteral("wlan0")}).toString(),
-             addressOfSerialNumber.toUpper());
 }
 
 void Scenarios::regionReachesTheKernelAndSurvivesARestart()
@@ -45,7 +29,7 @@ void Scenarios::regionReachesTheKernelAndSurvivesARestart()
 
     m_world.spoil();
     QVERIFY(daemon().stopAndWait());
-    QVERIFY(run(QStringLiteral("iw"), {QStringLiteral("reg"), QStringLiteral("set"), QStringLiteral("US")}));
+    QVERIFY(Kernel::setRegion(QStringLiteral("US")));
     QVERIFY(daemon().startAndWait());
     QVERIFY(eventually([] { return Kernel::region() == QStringLiteral("SE"); }));
     QCOMPARE(daemon().call(QStringLiteral("getWifiRegion")).toString(), QStringLiteral("SE"));
@@ -70,7 +54,7 @@ void Scenarios::hostNameIsWrittenToItsFile()
 {
     QVERIFY(does(QStringLiteral("setHostName"), {QStringLiteral("printer-7")}));
 
-    QFile file(QStringLiteral("/etc/hostname"));
+    QFile file(Device::file(QStringLiteral("/etc/hostname")));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("printer-7"));
     QCOMPARE(daemon().call(QStringLiteral("getHostName")).toString(), QStringLiteral("printer-7"));
@@ -86,6 +70,5 @@ void Scenarios::technologiesAreReported()
 
     QVERIFY(!does(QStringLiteral("getWifiPower")));
     QVERIFY(!connman().isWifiPowered());
-    QVERIFY(eventually([] { return !Kernel::isUp(QStringLiteral("wlan0")); }));
     QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("powerChanged(false)")});
 }

@@ -1,4 +1,4 @@
-#include "Command.h"
+#include "Device.h"
 #include "Scenarios.h"
 
 #include <QFile>
@@ -11,7 +11,7 @@ const QString ttls = QStringLiteral("ttls");
 
 QString provisioningFile(const QString &identifier)
 {
-    return QStringLiteral("/var/lib/connman/%1.config").arg(identifier);
+    return Device::file(QStringLiteral("/var/lib/connman/%1.config").arg(identifier));
 }
 
 } // namespace

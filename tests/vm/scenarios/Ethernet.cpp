@@ -1,4 +1,4 @@
-#include "Command.h"
+#include "Eventually.h"
 #include "Scenarios.h"
 
 #include <QTest>

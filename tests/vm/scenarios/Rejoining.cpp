@@ -1,4 +1,4 @@
-#include "Command.h"
+#include "Eventually.h"
 #include "Scenarios.h"
 
 #include <QTest>
@@ -147,24 +147,6 @@ void Scenarios::accessPointOffAndOnRejoins()
     QVERIFY(joins(atelier));
     QVERIFY(isJoined(network(atelier)));
     QVERIFY(eventually([] { return ledState(QStringLiteral("led8")) == QStringLiteral("on"); }));
-}
-
-void Scenarios::secondAccessPointOfTheSameNameTakesOver()
-{
-    m_world.spoil(); // the supplicant goes on believing in the second access point for a while
-    const QString identifier = joinAtelier();
-    QVERIFY(!identifier.isEmpty());
-    const QString first = Kernel::joinedAccessPoint();
-    QVERIFY(air().switchOn(QStringLiteral("garden")));
-
-    QVERIFY(air().switchOff(QStringLiteral("home")));
-
-    QVERIFY(eventually([&] {
-        const QString now = Kernel::joinedAccessPoint();
-        return !now.isEmpty() && now != first;
-    }));
-    QVERIFY(joins(atelier));
-    QVERIFY(isJoined(identifier));
 }
 
 void Scenarios::preferredNetworkWinsOverAnotherKnownOne()

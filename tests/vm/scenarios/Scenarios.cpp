@@ -1,6 +1,6 @@
 #include "Scenarios.h"
 
-#include "Command.h"
+#include "Eventually.h"
 
 #include <QFile>
 #include <QTest>

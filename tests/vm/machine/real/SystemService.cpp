@@ -1,6 +1,6 @@
-#include "Service.h"
+#include "SystemService.h"
 
-#include "Command.h"
+#include "Eventually.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -13,7 +13,7 @@ constexpr int stopTimeoutMs = 20000;
 
 } // namespace
 
-Service::Service(const QString &program, const QStringList &arguments)
+SystemService::SystemService(const QString &program, const QStringList &arguments)
     : m_logFile(QStringLiteral("/run/results/log/%1.log").arg(QFileInfo(program).fileName()))
 {
     m_process.setProgram(program);
@@ -23,18 +23,23 @@ Service::Service(const QString &program, const QStringList &arguments)
     m_process.setStandardInputFile(QProcess::nullDevice());
 }
 
-Service::~Service()
+SystemService::~SystemService()
 {
-    stop();
+    end(); // stop() is virtual
 }
 
-bool Service::start()
+bool SystemService::start()
 {
     m_process.start();
     return m_process.waitForStarted(startTimeoutMs);
 }
 
-bool Service::stop()
+bool SystemService::stop()
+{
+    return end();
+}
+
+bool SystemService::end()
 {
     if (!isRunning()) {
         return true;
@@ -48,7 +53,7 @@ bool Service::stop()
     return false;
 }
 
-QString Service::log() const
+QString SystemService::log() const
 {
     QFile file(m_logFile);
     if (!file.open(QIODevice::ReadOnly) || !file.seek(m_mark)) {
@@ -57,12 +62,12 @@ QString Service::log() const
     return QString::fromUtf8(file.readAll());
 }
 
-void Service::markLog()
+void SystemService::markLog()
 {
     m_mark = QFileInfo(m_logFile).size();
 }
 
-void Service::setVariable(const QString &name, const QString &value)
+void SystemService::setVariable(const QString &name, const QString &value)
 {
     QProcessEnvironment environment = m_process.processEnvironment();
     if (environment.isEmpty()) {
@@ -70,4 +75,19 @@ void Service::setVariable(const QString &name, const QString &value)
     }
     environment.insert(name, value);
     m_process.setProcessEnvironment(environment);
+}
+
+std::unique_ptr<Program> makeConnman()
+{
+    return std::make_unique<SystemService>(QStringLiteral("/usr/sbin/connmand"),
+                                           QStringList{QStringLiteral("--nodaemon")});
+}
+
+std::unique_ptr<Program> makeDaemon(const QString &keyboardDevice)
+{
+    auto daemon = std::make_unique<SystemService>(QStringLiteral(DAEMON_PROGRAM),
+                                                  QStringList{QStringLiteral("--device"), keyboardDevice});
+    // World::waitUntilStarted() reads this category's debug lines.
+    daemon->setVariable(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("NetworkSettings.debug=true"));
+    return daemon;
 }

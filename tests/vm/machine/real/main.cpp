@@ -1,4 +1,4 @@
-#include "Scenarios.h"
+#include "OnTheAirScenarios.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -23,6 +23,6 @@ int main(int argc, char **argv)
         qCritical("These scenarios run inside the test machine only: use tests/vm/run.");
         return 2;
     }
-    Scenarios scenarios;
+    OnTheAirScenarios scenarios;
     return QTest::qExec(&scenarios, argc, argv);
 }

@@ -1,6 +1,8 @@
 #include "Surroundings.h"
 
 #include "Command.h"
+#include "Eventually.h"
+#include "OnTheAir.h"
 
 #include <QFile>
 #include <QNetworkInterface>
@@ -9,6 +11,7 @@
 namespace {
 
 const QString airDirectory = QStringLiteral("/run/vm/air/");
+const QString lanServer = QStringLiteral("/run/vm/lan.pid");
 
 bool runIn(const QString &space, const QString &program, const QStringList &arguments)
 {
@@ -46,6 +49,11 @@ bool killServer(const QString &pidFile)
     return run(QStringLiteral("kill"), {pid}) &&
            eventually([&] { return !QFile::exists(QStringLiteral("/proc/") + pid); }) &&
            (QFile::remove(pidFile) || !QFile::exists(pidFile));
+}
+
+bool stopLanServer()
+{
+    return !QFile::exists(lanServer) || killServer(lanServer);
 }
 
 QString fieldOf(const QString &text, const QString &pattern)
@@ -112,7 +120,7 @@ bool Air::expectPin(const QString &accessPoint, const QString &pin)
     return control(accessPoint, {QStringLiteral("wps_pin"), QStringLiteral("any"), pin});
 }
 
-QStringList Air::stations(const QString &accessPoint)
+QStringList OnTheAir::stations(const QString &accessPoint)
 {
     const QString answer =
         outputOf(QStringLiteral("hostapd_cli"), controlArguments(accessPoint, {QStringLiteral("list_sta")}));
@@ -128,7 +136,7 @@ bool Air::reaches(const QString &address)
 
 bool Lan::plugIn(Server server)
 {
-    if (!stopServer()) {
+    if (!stopLanServer()) {
         return false;
     }
     const QStringList common{QStringLiteral("--conf-file=/dev/null"),
@@ -137,7 +145,7 @@ bool Lan::plugIn(Server server)
                              QStringLiteral("--leasefile-ro"),
                              QStringLiteral("--dhcp-authoritative"),
                              QStringLiteral("--interface=lan0"),
-                             QStringLiteral("--pid-file=/run/vm/lan.pid"),
+                             QStringLiteral("--pid-file=%1").arg(lanServer),
                              QStringLiteral("--log-facility=/run/results/log/lan.log")};
     QStringList special;
     switch (server) {
@@ -154,11 +162,8 @@ bool Lan::plugIn(Server server)
                               QStringLiteral("--dhcp-range=fd00:20::,ra-only,64,1h")};
         break;
     }
-    if (!special.isEmpty()) {
-        m_serving = runIn(QStringLiteral("lan"), QStringLiteral("dnsmasq"), common + special);
-        if (!m_serving) {
-            return false;
-        }
+    if (!special.isEmpty() && !runIn(QStringLiteral("lan"), QStringLiteral("dnsmasq"), common + special)) {
+        return false;
     }
     m_plugged =
         run(QStringLiteral("ip"), {QStringLiteral("-n"), QStringLiteral("lan"), QStringLiteral("link"),
@@ -173,15 +178,7 @@ bool Lan::unplug()
                          {QStringLiteral("-n"), QStringLiteral("lan"), QStringLiteral("link"),
                           QStringLiteral("set"), QStringLiteral("lan0"), QStringLiteral("down")});
     }
-    return stopServer() && !m_plugged;
-}
-
-bool Lan::stopServer()
-{
-    if (m_serving) {
-        m_serving = !killServer(QStringLiteral("/run/vm/lan.pid"));
-    }
-    return !m_serving;
+    return stopLanServer() && !m_plugged;
 }
 
 QString Kernel::joinedNetwork()
@@ -189,7 +186,7 @@ QString Kernel::joinedNetwork()
     return fieldOf(linkOfWlan(), QStringLiteral("^\\s*SSID: (.*)$"));
 }
 
-QString Kernel::joinedAccessPoint()
+QString OnTheAir::joinedAccessPoint()
 {
     return fieldOf(linkOfWlan(), QStringLiteral("^Connected to ([0-9a-f:]{17})"));
 }
@@ -213,13 +210,14 @@ QString Kernel::hardwareAddress(const QString &interface)
     return QNetworkInterface::interfaceFromName(interface).hardwareAddress().toLower();
 }
 
-bool Kernel::isUp(const QString &interface)
-{
-    return QNetworkInterface::interfaceFromName(interface).flags().testFlag(QNetworkInterface::IsUp);
-}
-
 QString Kernel::region()
 {
     return fieldOf(outputOf(QStringLiteral("iw"), {QStringLiteral("reg"), QStringLiteral("get")}),
                    QStringLiteral("^country ([A-Z0-9]{2})"));
+}
+
+bool Kernel::setRegion(const QString &country)
+{
+    return run(QStringLiteral("iw"), {QStringLiteral("reg"), QStringLiteral("set"), country}) &&
+           eventually([&] { return region() == country; });
 }

@@ -1,10 +1,8 @@
 #include "Command.h"
 
 #include <QDebug>
-#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QProcess>
-#include <QTest>
 #include <QTimer>
 
 namespace {
@@ -49,17 +47,4 @@ bool run(const QString &program, const QStringList &arguments)
     }
     qWarning().noquote() << program << arguments.join(QLatin1Char(' ')) << "failed:" << process.readAll();
     return false;
-}
-
-bool eventually(const std::function<bool()> &condition, int timeoutMs, int intervalMs)
-{
-    QElapsedTimer elapsed;
-    elapsed.start();
-    while (!condition()) {
-        if (elapsed.hasExpired(timeoutMs)) {
-            return false;
-        }
-        QTest::qWait(intervalMs);
-    }
-    return true;
 }

@@ -1,0 +1,45 @@
+#include "Keyboard.h"
+
+#include "Bench.h"
+
+/// The fake that the sandbox has at the daemon's default path.
+class Keyboard::Node
+{
+};
+
+Keyboard::Keyboard() = default;
+Keyboard::~Keyboard() = default;
+
+bool Keyboard::plugIn()
+{
+    return true;
+}
+
+QString Keyboard::device() const
+{
+    return QStringLiteral("/dev/input/event0");
+}
+
+void Keyboard::press(int key)
+{
+    Bench::instance().daemon.sandbox().keyboard().press(key);
+}
+
+void Keyboard::release(int key)
+{
+    Bench::instance().daemon.sandbox().keyboard().release(key);
+}
+
+QString ledState(const QString &name)
+{
+    const test_support::LedPattern pattern = Bench::instance().devices().led(name);
+    switch (pattern.kind) {
+    case test_support::LedPattern::Kind::Off:
+        return QStringLiteral("off");
+    case test_support::LedPattern::Kind::On:
+        return QStringLiteral("on");
+    case test_support::LedPattern::Kind::Blink:
+        return QStringLiteral("blink %1").arg(pattern.periodMs);
+    }
+    return {};
+}
