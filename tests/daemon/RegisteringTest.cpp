@@ -77,11 +77,14 @@ void RegisteringTest::refusedRegistrationReportsConnmansReason_data()
     QTest::addColumn<QString>("method");
     QTest::addColumn<QVariantList>("before");
     QTest::addColumn<QVariantList>("after");
+    QTest::addColumn<QString>("reason");
     QTest::newRow("passphrase") << "psk"_s
-                                << "registerWifi"_s << QVariantList{} << QVariantList{"wrong secret"_s};
+                                << "registerWifi"_s << QVariantList{} << QVariantList{"wrong secret"_s}
+                                << "invalid-key"_s;
     QTest::newRow("enterprise") << "ieee8021x"_s
                                 << "registerWiFiWpa2Enterprise"_s << QVariantList{"me"_s}
-                                << QVariantList{"wrong secret"_s, "peap"_s, "MSCHAPV2"_s};
+                                << QVariantList{"wrong secret"_s, "peap"_s, "MSCHAPV2"_s}
+                                << "connect-failed"_s;
 }
 
 void RegisteringTest::refusedRegistrationReportsConnmansReason()
@@ -90,21 +93,22 @@ void RegisteringTest::refusedRegistrationReportsConnmansReason()
     QFETCH(QString, method);
     QFETCH(QVariantList, before);
     QFETCH(QVariantList, after);
+    QFETCH(QString, reason);
+    const QString failure = "NetworkManager|critical|Failed to register network: \"%1\""_s.arg(reason);
     Operations device;
     const QString identifier = device.simulator.addNetwork(network("Den"_s, security));
     QVERIFY(device.begin());
 
     device.client.callForReply(method, before + QVariantList{identifier} + after);
-    QVERIFY(device.log().waitFor("NetworkManager|critical|Failed to register network: \"invalid-key\""_s));
-    QCOMPARE(device.client.record(), (QStringList{errorSignal("invalid-key"_s), method + " -> false"_s}));
+    QVERIFY(device.log().waitFor(failure));
+    QCOMPARE(device.client.record(), (QStringList{errorSignal(reason), method + " -> false"_s}));
     QCOMPARE(spoken(device.simulator), QStringList(sentence(5)));
     QCOMPARE(device.changes().filter("Connect()"_s), QStringList(callOf(identifier, "Connect()"_s)));
     QVERIFY(device.simulator.calls().contains(autoConnect(identifier, true)));
     QCOMPARE(device.daemon.sandbox().settings("main"_s), QByteArray());
-    QVERIFY(
-        device.log().takeProblem("NetworkManager|critical|Failed to register network: \"invalid-key\""_s));
+    QVERIFY(device.log().takeProblem(failure));
     QVERIFY(device.log().takeProblem(
-        "ConnmanAgent|critical|Error: \"invalid-key\" on service \"%1\""_s.arg(servicePath(identifier))));
+        "ConnmanAgent|critical|Error: \"%1\" on service \"%2\""_s.arg(reason, servicePath(identifier))));
     QVERIFY(device.log().takeProblem(
         "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
         "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(servicePath(identifier))));
