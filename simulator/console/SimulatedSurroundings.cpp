@@ -1,5 +1,6 @@
 #include "SimulatedSurroundings.h"
 
+#include "DaemonSandbox.h"
 #include "Feed.h"
 
 namespace {
@@ -22,6 +23,12 @@ SimulatedSurroundings::SimulatedSurroundings(const QString &busAddress)
 {
     connect(&m_simulator, &test_support::SimulatorClient::spoke, this,
             [this](const QString &, const QVariantMap &request) { emit spoke(request); });
+}
+
+void SimulatedSurroundings::prepare(test_support::DaemonSandbox &sandbox)
+{
+    // ConnMan learns of an enterprise network's file there, and forgets the network with it.
+    m_simulator.setConnmanDirectory(sandbox.hostPath(QStringLiteral("/var/lib/connman")));
 }
 
 QStringList SimulatedSurroundings::scenery() const

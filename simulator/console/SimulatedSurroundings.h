@@ -11,7 +11,7 @@ public:
     explicit SimulatedSurroundings(const QString &busAddress);
 
     bool isReady() const override { return m_simulator.isReady(); }
-    void prepare(test_support::DaemonSandbox &) override {}
+    void prepare(test_support::DaemonSandbox &sandbox) override;
     QVector<Command> commands(Feed &feed) override;
     QStringList scenery() const override;
     QString greeting() const override;

@@ -56,6 +56,20 @@ void Scenarios::registerEnterpriseWithWrongPasswordLeavesNoFile()
     QCOMPARE(World::preferredNetwork(), QString());
 }
 
+void Scenarios::registerEnterpriseAfterAWrongPasswordStillSucceeds()
+{
+    const QString identifier = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    QVERIFY(!does(
+        QStringLiteral("registerWiFiWpa2Enterprise"),
+        {Secret::officeUser, identifier, QStringLiteral("five dots"), peap, QStringLiteral("MSCHAPV2")}));
+
+    QVERIFY(does(QStringLiteral("registerWiFiWpa2Enterprise"),
+                 {Secret::officeUser, identifier, Secret::officePassword, peap, QStringLiteral("MSCHAPV2")}));
+
+    QVERIFY(isJoined(identifier));
+    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Office"));
+}
+
 void Scenarios::forgetEnterpriseRemovesItsFile()
 {
     const QString identifier = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));

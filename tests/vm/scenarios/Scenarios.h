@@ -43,6 +43,7 @@ private slots:
     void registerEnterpriseWithPeap();
     void registerEnterpriseWithTtls();
     void registerEnterpriseWithWrongPasswordLeavesNoFile();
+    void registerEnterpriseAfterAWrongPasswordStillSucceeds();
     void forgetEnterpriseRemovesItsFile();
 
     // Wps.cpp
