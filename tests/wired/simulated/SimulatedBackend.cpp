@@ -113,7 +113,7 @@ QStringList SimulatedBackend::nameservers() const
 
 bool SimulatedBackend::ipv6Enabled() const
 {
-    const QVariantMap configuration =
+    const auto configuration =
         qdbus_cast<QVariantMap>(connmanProperties().value(QStringLiteral("IPv6.Configuration")));
     return configuration.value(QStringLiteral("Method")) != QLatin1String("off");
 }
