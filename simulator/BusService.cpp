@@ -53,7 +53,7 @@ void BusService::leave()
     if (!isPresent()) {
         return;
     }
-    // The bus may take a while to notice that a connection is closed, and who joins again must find the name free.
+    // The bus may notice a closed connection late; who joins again must find the name free.
     connection().unregisterService(m_name);
     QDBusConnection::disconnectFromBus(m_connectionName);
     m_connectionName.clear();
