@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 namespace simulator {
 
@@ -21,7 +22,8 @@ bool fileNames(const QString &path, const QString &ssid)
 Provisioning::Provisioning(QObject *parent)
     : QObject(parent)
 {
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &Provisioning::changed);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &Provisioning::look);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &Provisioning::changed);
 }
 
 void Provisioning::setDirectory(const QString &path)
@@ -31,16 +33,34 @@ void Provisioning::setDirectory(const QString &path)
     }
     m_directory = path;
     m_watcher.addPath(path);
+    look();
+}
+
+// A file is there before anything is in it: it is watched first and read then, so that no writing is missed.
+void Provisioning::look()
+{
+    const QStringList present = files();
+    if (!present.isEmpty()) {
+        m_watcher.addPaths(present);
+    }
     emit changed();
 }
 
 bool Provisioning::names(const QString &ssid) const
 {
-    const QDir directory(m_directory);
-    const QStringList files = directory.entryList({QStringLiteral("*.config")}, QDir::Files);
-    return std::any_of(files.cbegin(), files.cend(), [&directory, &ssid](const QString &file) {
-        return fileNames(directory.filePath(file), ssid);
-    });
+    const QStringList present = files();
+    return std::any_of(present.cbegin(), present.cend(),
+                       [&ssid](const QString &path) { return fileNames(path, ssid); });
+}
+
+QStringList Provisioning::files() const
+{
+    QStringList paths;
+    const QFileInfoList present = QDir(m_directory).entryInfoList({QStringLiteral("*.config")}, QDir::Files);
+    for (const QFileInfo &file : present) {
+        paths.append(file.filePath());
+    }
+    return paths;
 }
 
 } // namespace simulator

@@ -3,6 +3,7 @@
 #include <QFileSystemWatcher>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 
 namespace simulator {
 
@@ -20,10 +21,13 @@ public:
     bool names(const QString &ssid) const;
 
 signals:
-    /// A file came or went.
+    /// A file came, went, or has something else in it.
     void changed();
 
 private:
+    void look();
+    QStringList files() const;
+
     QString m_directory;
     QFileSystemWatcher m_watcher;
 };
