@@ -18,6 +18,11 @@ const QString disconnectingLine = QStringLiteral("Disconnecting service due to t
 // Far above what a reply takes to arrive, far below any timer that could end a wait by chance.
 constexpr int atOnceMs = 5000;
 
+FaultKind silence()
+{
+    return FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"), QStringLiteral("Silence"));
+}
+
 } // namespace
 
 class ConnmanServiceConnectTest : public ServiceFixture
@@ -178,9 +183,7 @@ void ConnmanServiceConnectTest::connectThatFailsIsLoggedWithoutDisconnecting()
 
 void ConnmanServiceConnectTest::connectWithoutReplyDisconnectsOnceAndWritesTheAddress()
 {
-    const Fault noReply =
-        fault("Connect", FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"),
-                                          QStringLiteral("Silence")));
+    const Fault noReply = fault("Connect", silence());
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
     QVERIFY(!service().connect());
@@ -192,9 +195,7 @@ void ConnmanServiceConnectTest::connectWithoutReplyDisconnectsOnceAndWritesTheAd
 
 void ConnmanServiceConnectTest::connectWithoutReplyIsLoggedBeforeTheDisconnecting()
 {
-    const Fault noReply =
-        fault("Connect", FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"),
-                                          QStringLiteral("Silence")));
+    const Fault noReply = fault("Connect", silence());
     const Fault failing = fault("Disconnect", connmanError("Failed", "Input/output error"));
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
@@ -227,9 +228,7 @@ void ConnmanServiceConnectTest::connectThatTimesOutDisconnectsOnce()
 
 void ConnmanServiceConnectTest::connectThatTimesOutAndCannotDisconnectFails()
 {
-    const Fault noReply =
-        fault("Connect", FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"),
-                                          QStringLiteral("Silence")));
+    const Fault noReply = fault("Connect", silence());
     const Fault failing = fault("Disconnect", connmanError("Failed", "Input/output error"));
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
