@@ -33,7 +33,7 @@ qint64 residentKiB()
 QDBusMessage call(const QString &path, const QString &interface, const QString &method)
 {
     return QDBusConnection::systemBus().call(
-        QDBusMessage::createMethodCall(ConnmanNames::service(), path, interface, method));
+        QDBusMessage::createMethodCall(ConnmanNames::Service, path, interface, method));
 }
 
 /// The properties of every service and a subscription to its changes, and nothing else.
@@ -45,7 +45,7 @@ public:
     void mirror()
     {
         const QDBusReply<ConnmanServiceInfoList> reply = call(
-            ConnmanNames::managerObject(), ConnmanNames::managerInterface(), QStringLiteral("GetServices"));
+            ConnmanNames::ManagerObject, ConnmanNames::ManagerInterface, QStringLiteral("GetServices"));
         const ConnmanServiceInfoList listed = reply.value();
         for (const ConnmanServiceInfo &info : listed) {
             mirrorService(info.path.path());
@@ -58,11 +58,11 @@ private slots:
 private:
     void mirrorService(const QString &path)
     {
-        QDBusConnection::systemBus().connect(ConnmanNames::service(), path, ConnmanNames::serviceInterface(),
+        QDBusConnection::systemBus().connect(ConnmanNames::Service, path, ConnmanNames::ServiceInterface,
                                              QStringLiteral("PropertyChanged"), this,
                                              SLOT(propertyChanged()));
         const QDBusReply<QVariantMap> properties =
-            call(path, ConnmanNames::serviceInterface(), QStringLiteral("GetProperties"));
+            call(path, ConnmanNames::ServiceInterface, QStringLiteral("GetProperties"));
         m_services.insert(path, properties.value());
     }
 
@@ -86,7 +86,7 @@ int main(int argc, char *argv[])
     QCoreApplication application(argc, argv);
     registerConnmanTypes();
     // As in the daemon: without one, every subscription would ask the bus for the name's owner.
-    const QDBusServiceWatcher watcher(ConnmanNames::service(), QDBusConnection::systemBus());
+    const QDBusServiceWatcher watcher(ConnmanNames::Service, QDBusConnection::systemBus());
 
     if (QCoreApplication::arguments().contains(QLatin1String("bare"))) {
         BareClient client;

@@ -1,5 +1,6 @@
 #include "ConnmanAgent.h"
 
+#include "ConnmanNames.h"
 #include "Utils.h"
 
 #include <QDBusObjectPath>
@@ -11,7 +12,33 @@ Q_LOGGING_CATEGORY(logConnmanAgent, "ConnmanAgent", QtCriticalMsg)
 
 namespace {
 
-const QLatin1String Type("Type");
+constexpr QLatin1String Type("Type");
+
+constexpr QLatin1String Passphrase("Passphrase");
+constexpr QLatin1String PassphraseOfPsk("psk");
+constexpr QLatin1String PlainText("string");
+
+constexpr QLatin1String WrongType("Invalid value of type key ");
+/// Spelt so on purpose.
+constexpr QLatin1String WrongTypeOfWps("Invalid value of type-key ");
+
+/// The request without what must not be logged: after a failed attempt ConnMan shows the passphrase it tried.
+QVariantMap withoutSecrets(const QVariantMap &fields)
+{
+    const QString value = QStringLiteral("Value");
+    QVariantMap shown = fields;
+    for (QVariant &field : shown) {
+        if (field.type() != QVariant::Map) {
+            continue;
+        }
+        QVariantMap attributes = field.toMap();
+        if (attributes.contains(value)) {
+            attributes.insert(value, QStringLiteral("***"));
+            field = attributes;
+        }
+    }
+    return shown;
+}
 
 QVariantMap logged(const QVariantMap &reply)
 {
@@ -42,27 +69,27 @@ struct ConnmanAgent::Request
 };
 
 const ConnmanAgent::Request ConnmanAgent::PskRequest{
-    {QLatin1String("Passphrase"), QLatin1String("psk"), &ConnmanAgent::m_secondValue},
+    {Passphrase, PassphraseOfPsk, &ConnmanAgent::m_secondValue},
     {QLatin1String(), QLatin1String(), nullptr},
-    QLatin1String("Invalid value of type key "),
+    WrongType,
 };
 
 const ConnmanAgent::Request ConnmanAgent::HiddenRequest{
-    {QLatin1String("Name"), QLatin1String("string"), &ConnmanAgent::m_firstValue},
-    {QLatin1String("Passphrase"), QLatin1String("psk"), &ConnmanAgent::m_secondValue},
-    QLatin1String("Invalid value of type key "),
+    {QLatin1String("Name"), PlainText, &ConnmanAgent::m_firstValue},
+    {Passphrase, PassphraseOfPsk, &ConnmanAgent::m_secondValue},
+    WrongType,
 };
 
 const ConnmanAgent::Request ConnmanAgent::Wpa2EnterpriseRequest{
-    {QLatin1String("Identity"), QLatin1String("string"), &ConnmanAgent::m_firstValue},
-    {QLatin1String("Passphrase"), QLatin1String("passphrase"), &ConnmanAgent::m_secondValue},
-    QLatin1String("Invalid value of type key "),
+    {QLatin1String("Identity"), PlainText, &ConnmanAgent::m_firstValue},
+    {Passphrase, QLatin1String("passphrase"), &ConnmanAgent::m_secondValue},
+    WrongType,
 };
 
 const ConnmanAgent::Request ConnmanAgent::WpsRequest{
     {QLatin1String("WPS"), QLatin1String("wpspin"), &ConnmanAgent::m_secondValue},
     {QLatin1String(), QLatin1String(), nullptr},
-    QLatin1String("Invalid value of type-key "),
+    WrongTypeOfWps,
 };
 
 ConnmanAgent::ConnmanAgent(QObject *parent)
@@ -99,7 +126,7 @@ void ConnmanAgent::reportError(const QDBusObjectPath &service, const QString &er
     if (!calledFromDBus()) {
         return;
     }
-    if (error == QLatin1String("connect-failed")) {
+    if (error == ConnmanNames::ConnectFailed) {
         emit connectFailed();
     }
     qCCritical(logConnmanAgent) << "Error:" << error << "on service" << service.path();
@@ -189,7 +216,7 @@ QVariantMap ConnmanAgent::requestInputWps(const QVariantMap &fields)
 QVariantMap ConnmanAgent::answer(const Request &request, const QVariantMap &fields)
 {
     if (!fields.contains(request.required.name)) {
-        qCCritical(logConnmanAgent) << "Unexpected request-type receieved:" << fields;
+        qCCritical(logConnmanAgent) << "Unexpected request-type receieved:" << withoutSecrets(fields);
         refuse(QStringLiteral("Unexpected request-type."));
         return {};
     }

@@ -33,7 +33,8 @@ public:
     /// hidden network's name or the enterprise identity. Empty texts and RequestType::None clear it.
     void setRequest(const QString &networkIdentifier, const QString &secret, RequestType type,
                     const QString &extraName);
-    /// ConnMan's word for what went wrong, from the last ReportError.
+    /// ConnMan's word for what went wrong, from the last ReportError: "invalid-key", "connect-failed",
+    /// "out-of-range", "pin-missing", "dhcp-failed", "login-failed", "auth-failed" and the like.
     QString lastError() const { return m_lastError; }
 
     void release();

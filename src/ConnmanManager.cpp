@@ -1,20 +1,19 @@
 #include "ConnmanManager.h"
 
-#include "AllServicesSubscription.h"
+#include "ConnmanAnnouncements.h"
 #include "ConnmanNames.h"
+#include "ConnmanServiceSignals.h"
 
 #include <QCoreApplication>
 #include <QDBusError>
-#include <QDBusInterface>
 #include <QDBusReply>
 #include <QDBusVariant>
-#include <QDeadlineTimer>
 #include <QLoggingCategory>
 #include <QSet>
-#include <QThread>
 #include <QTimer>
 
 #include <algorithm>
+#include <utility>
 
 Q_LOGGING_CATEGORY(logConnmanManager, "ConnmanManager", QtCriticalMsg)
 Q_LOGGING_CATEGORY(logConnmanManagerServices, "ConnmanManager.services", QtCriticalMsg)
@@ -25,31 +24,26 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr const char *GetServices = "GetServices";
-constexpr const char *GetTechnologies = "GetTechnologies";
-constexpr const char *RegisterAgent = "RegisterAgent";
-constexpr const char *ServicesChanged = "ServicesChanged";
-const QLatin1String ServicesChangedSignature("a(oa{sv})ao");
+constexpr QLatin1String GetServices("GetServices");
+constexpr QLatin1String GetTechnologies("GetTechnologies");
+constexpr QLatin1String RegisterAgent("RegisterAgent");
 
 /// How long a service's new state must settle before the interfaces' states follow it.
 constexpr auto StateSettleTime = 2000ms;
-/// How often the announcement of a scan is looked for.
-constexpr unsigned long AnnouncementPollMs = 5;
 
 } // namespace
 
 ConnmanManager::ConnmanManager(const QDBusConnection &connection, QObject *parent)
     : QObject(parent)
-    , m_interface(new QDBusInterface(serviceName(), serviceObject(), interfaceName(), connection, this))
+    , m_remote(connection, ConnmanNames::ManagerObject, ConnmanNames::ManagerInterface)
     , m_connection(connection)
+    , m_announcements(new ConnmanAnnouncements(connection, this))
+    , m_serviceSignals(ConnmanServiceSignals::of(connection))
+    , m_interfaceStatesAreDue(std::make_shared<bool>(false))
 {
     qRegisterMetaType<InterfaceState>("InterfaceState");
     qCDebug(logConnmanManager) << "ConnmanManager()";
-    new AllServicesSubscription(connection, this);
-    subscribe(ConnmanNames::PropertyChanged, ConnmanNames::PropertyChangedSignature,
-              SLOT(propertyChanged(QString, QDBusVariant)));
-    subscribe(ServicesChanged, ServicesChangedSignature,
-              SLOT(servicesChanged(ConnmanServiceInfoList, QList<QDBusObjectPath>)));
+    subscribe();
     QTimer::singleShot(0, Qt::PreciseTimer, this, &ConnmanManager::updateServices);
 }
 
@@ -57,35 +51,45 @@ ConnmanManager::~ConnmanManager() = default;
 
 QString ConnmanManager::serviceName() const
 {
-    return ConnmanNames::service();
+    return ConnmanNames::Service;
 }
 
 QString ConnmanManager::serviceObject() const
 {
-    return ConnmanNames::managerObject();
+    return ConnmanNames::ManagerObject;
 }
 
 QString ConnmanManager::interfaceName() const
 {
-    return ConnmanNames::managerInterface();
+    return ConnmanNames::ManagerInterface;
 }
 
-void ConnmanManager::subscribe(const char *signalName, QLatin1String signature, const char *slot)
+void ConnmanManager::subscribe()
 {
-    if (!m_connection.connect(serviceName(), serviceObject(), interfaceName(), QLatin1String(signalName),
-                              signature, this, slot)) {
-        qCCritical(logConnmanManager) << "Unable to connect" << signalName << "signal for" << serviceName()
-                                      << serviceObject() << interfaceName();
+    if (!m_remote.subscribe(ConnmanNames::PropertyChanged, ConnmanNames::PropertyChangedSignature, this,
+                            SLOT(propertyChanged(QString, QDBusVariant)))) {
+        logFailedSubscription(ConnmanNames::PropertyChanged);
     }
+    connect(m_announcements, &ConnmanAnnouncements::connmanGone, this, &ConnmanManager::forgetServices);
+    connect(m_announcements, &ConnmanAnnouncements::servicesChanged, this, &ConnmanManager::servicesChanged);
+    if (!m_announcements->subscribe()) {
+        logFailedSubscription(ConnmanNames::ServicesChanged);
+    }
+}
+
+void ConnmanManager::logFailedSubscription(QLatin1String signalName) const
+{
+    qCCritical(logConnmanManager) << "Unable to connect" << signalName.data() << "signal for" << serviceName()
+                                  << serviceObject() << interfaceName();
 }
 
 bool ConnmanManager::updateServices()
 {
     registerConnmanTypes();
-    const QDBusReply<ConnmanServiceInfoList> reply = m_interface->call(QLatin1String(GetServices));
+    const QDBusReply<ConnmanServiceInfoList> reply = m_remote.call(GetServices);
     if (!reply.isValid()) {
         qCCritical(logConnmanManagerServices)
-            << "Call to" << GetServices << "failed:" << reply.error().message();
+            << "Call to" << GetServices.data() << "failed:" << reply.error().message();
         return false;
     }
     const ConnmanServiceInfoList listed = reply.value();
@@ -104,16 +108,25 @@ bool ConnmanManager::addService(const QDBusObjectPath &path)
     qCDebug(logConnmanManagerServices) << "Adding service" << path.path();
 
     const auto service = std::make_shared<ConnmanService>(m_connection, path, nullptr);
+    service->setInterfaceListener([areDue = m_interfaceStatesAreDue] { *areDue = true; });
+    // A weak reference: with a strong one a service that ConnMan has removed would live, and follow its path,
+    // for ever.
     connect(service.get(), &ConnmanService::stateChanged, this,
-            [this, service] { serviceStateReported(service); });
+            [this, reporter = std::weak_ptr<ConnmanService>(service)] {
+                if (const Service alive = reporter.lock()) {
+                    serviceStateReported(alive);
+                }
+            });
     service->serviceChanged();
     emit serviceChanged(service);
     m_services.insert(path.path(), service);
+    *m_interfaceStatesAreDue = true;
     return true;
 }
 
-void ConnmanManager::serviceStateReported(const std::shared_ptr<ConnmanService> &service)
+void ConnmanManager::serviceStateReported(const Service &service)
 {
+    *m_interfaceStatesAreDue = true;
     // Deliberately the state being left, not the new one: leaving online schedules nothing.
     if (service->previousState() != ConnmanService::State::Online) {
         QTimer::singleShot(StateSettleTime, Qt::CoarseTimer, this,
@@ -131,6 +144,16 @@ void ConnmanManager::remService(const QDBusObjectPath &path)
     }
     qCDebug(logConnmanManagerServices) << "Removing service" << path.path();
     m_services.erase(found);
+    *m_interfaceStatesAreDue = true;
+}
+
+void ConnmanManager::forgetServices()
+{
+    const QStringList paths = m_services.keys();
+    for (const QString &path : paths) {
+        remService(QDBusObjectPath(path));
+    }
+    updateInterfaceStates();
 }
 
 QList<std::shared_ptr<ConnmanService>> ConnmanManager::services() const
@@ -143,7 +166,7 @@ void ConnmanManager::servicesChanged(const ConnmanServiceInfoList &changed,
 {
     for (const ConnmanServiceInfo &info : changed) {
         // A copy: what the refresh emits may change the registry.
-        const std::shared_ptr<ConnmanService> known = m_services.value(info.path.path());
+        const Service known = m_services.value(info.path.path());
         if (known) {
             known->serviceChanged();
         } else {
@@ -154,26 +177,25 @@ void ConnmanManager::servicesChanged(const ConnmanServiceInfoList &changed,
         remService(path);
     }
     updateInterfaceStates();
-    m_servicesAnnounced = true;
 }
 
-void ConnmanManager::awaitServicesChanged(std::chrono::milliseconds limit)
+void ConnmanManager::deliverAnnouncements()
 {
-    m_servicesAnnounced = false;
-    const QDeadlineTimer deadline(limit);
     QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    while (!m_servicesAnnounced && !deadline.hasExpired()) {
-        QThread::msleep(AnnouncementPollMs);
-        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
-    }
+    m_announcements->deliver();
+}
+
+void ConnmanManager::awaitAnnouncements(const QDeadlineTimer &deadline, const std::function<bool()> &isEnough)
+{
+    m_announcements->await(deadline, isEnough);
 }
 
 bool ConnmanManager::hasTechnology(const QString &name)
 {
-    const QDBusReply<ConnmanServiceInfoList> reply = m_interface->call(QLatin1String(GetTechnologies));
+    const QDBusReply<ConnmanServiceInfoList> reply = m_remote.call(GetTechnologies);
     if (!reply.isValid()) {
         qCCritical(logConnmanManagerTechnology)
-            << "Call to" << GetTechnologies << "failed:" << reply.error().message();
+            << "Call to" << GetTechnologies.data() << "failed:" << reply.error().message();
         return false;
     }
     const ConnmanServiceInfoList technologies = reply.value();
@@ -184,12 +206,12 @@ bool ConnmanManager::hasTechnology(const QString &name)
 
 bool ConnmanManager::registerAgent(const QDBusObjectPath &path)
 {
-    const QDBusReply<void> reply = m_interface->call(QLatin1String(RegisterAgent), QVariant::fromValue(path));
+    const QDBusReply<void> reply = m_remote.call(RegisterAgent, {QVariant::fromValue(path)});
     if (reply.isValid()) {
         return true;
     }
     qCCritical(logConnmanManager).nospace().noquote()
-        << "Unable to call " << RegisterAgent << "(\"" << path.path() << "\") on \"" << serviceName()
+        << "Unable to call " << RegisterAgent.data() << "(\"" << path.path() << "\") on \"" << serviceName()
         << "\": " << reply.error().message();
     return false;
 }
@@ -197,7 +219,7 @@ bool ConnmanManager::registerAgent(const QDBusObjectPath &path)
 QHash<QString, ConnmanManager::InterfaceState> ConnmanManager::currentInterfaceStates() const
 {
     QHash<QString, InterfaceState> highest;
-    for (const auto &service : m_services) {
+    for (const Service &service : m_services) {
         const QString interface = service->interface();
         if (interface.isEmpty()) {
             continue;
@@ -210,6 +232,9 @@ QHash<QString, ConnmanManager::InterfaceState> ConnmanManager::currentInterfaceS
 
 void ConnmanManager::updateInterfaceStates()
 {
+    if (!std::exchange(*m_interfaceStatesAreDue, false)) {
+        return;
+    }
     const QHash<QString, InterfaceState> before = m_interfaceStates;
     const QHash<QString, InterfaceState> now = currentInterfaceStates();
     m_interfaceStates = now;

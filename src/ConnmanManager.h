@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ConnmanRemote.h"
 #include "ConnmanService.h"
 #include "ConnmanTypes.h"
 
@@ -8,15 +9,18 @@
 #include <QList>
 #include <QObject>
 
-#include <chrono>
+#include <functional>
 #include <memory>
 
-class QDBusInterface;
+class ConnmanAnnouncements;
+class ConnmanServiceSignals;
 class QDBusObjectPath;
+class QDeadlineTimer;
 class QDBusVariant;
 
 /// Proxy of ConnMan's manager (net.connman.Manager): the registry of all services, kept in step with
-/// "ServicesChanged", and one state per network interface derived from the services on it.
+/// "ServicesChanged", and one state per network interface: the highest of the services on it. When ConnMan
+/// leaves the bus, the registry is empty until ConnMan announces its services anew.
 ///
 /// Every call blocks; a failure is one critical line and a false result.
 class ConnmanManager : public QObject
@@ -31,6 +35,7 @@ public:
     ConnmanManager(const QDBusConnection &connection, QObject *parent);
     ~ConnmanManager() override;
 
+    /// ConnMan's bus name, and the manager's object and interface.
     QString serviceName() const;
     QString serviceObject() const;
     QString interfaceName() const;
@@ -48,9 +53,12 @@ public:
     /// Makes the object at `path` of this process ConnMan's agent.
     bool registerAgent(const QDBusObjectPath &path);
 
-    /// ConnMan announces what a scan found some 100 ms after the scan's reply. Delivers the signals queued
-    /// for this object, and nothing else, until a "ServicesChanged" has been handled or `limit` has passed.
-    void awaitServicesChanged(std::chrono::milliseconds limit);
+    /// Handles what ConnMan has announced by now, and the first fill if that is still due; no other events.
+    void deliverAnnouncements();
+    /// Handles what ConnMan has announced by now and then each further announcement, and no other events, until
+    /// `isEnough`, asked after each look, or the deadline ends it. (What a scan found is announced some 100 ms
+    /// after the scan's reply.)
+    void awaitAnnouncements(const QDeadlineTimer &deadline, const std::function<bool()> &isEnough);
 
 signals:
     /// A service was added; it is not yet among services().
@@ -63,14 +71,23 @@ private slots:
     void servicesChanged(const ConnmanServiceInfoList &changed, const QList<QDBusObjectPath> &removed);
 
 private:
-    void subscribe(const char *signalName, QLatin1String signature, const char *slot);
-    void serviceStateReported(const std::shared_ptr<ConnmanService> &service);
+    using Service = std::shared_ptr<ConnmanService>;
+
+    void subscribe();
+    void logFailedSubscription(QLatin1String signalName) const;
+    void forgetServices();
+    void serviceStateReported(const Service &service);
     QHash<QString, InterfaceState> currentInterfaceStates() const;
     void updateInterfaceStates();
 
-    QDBusInterface *m_interface;
+    ConnmanRemote m_remote;
     QDBusConnection m_connection;
+    ConnmanAnnouncements *m_announcements;
+    /// Held, so that there is one subscription for the manager's whole life and not one for each burst of services.
+    std::shared_ptr<ConnmanServiceSignals> m_serviceSignals;
     QHash<QString, InterfaceState> m_interfaceStates;
-    QHash<QString, std::shared_ptr<ConnmanService>> m_services;
-    bool m_servicesAnnounced = false;
+    /// Whether a service, its state or its interface has changed since the last update; services that outlive
+    /// the manager still set it.
+    std::shared_ptr<bool> m_interfaceStatesAreDue;
+    QHash<QString, Service> m_services;
 };

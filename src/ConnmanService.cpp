@@ -2,13 +2,11 @@
 
 #include "ConnmanNames.h"
 #include "ConnmanServiceLog.h"
-#include "Utils.h"
+#include "ConnmanServiceSignals.h"
 
-#include <QDBusInterface>
+#include <QDBusConnection>
 #include <QDBusObjectPath>
-#include <QDBusReply>
 #include <QDBusVariant>
-#include <QFileInfo>
 
 #include <algorithm>
 #include <array>
@@ -20,7 +18,7 @@ namespace {
 
 using State = ConnmanService::State;
 
-constexpr const char *StateProperty = "State";
+constexpr QLatin1String StateProperty("State");
 
 struct StateWord
 {
@@ -54,44 +52,38 @@ QLatin1String wordFromState(State state)
 
 } // namespace
 
-ConnmanService::ConnmanService(QDBusConnection connection, const QDBusObjectPath &path, QObject *parent,
-                               std::chrono::milliseconds callTimeout)
+ConnmanService::ConnmanService(const QDBusConnection &connection, const QDBusObjectPath &path, QObject *parent)
     : QObject(parent)
-    , m_path(path.path())
-    , m_interface(new QDBusInterface(ConnmanNames::service(), m_path, ConnmanNames::serviceInterface(),
-                                     connection, this))
+    , m_remote(connection, path.path(), ConnmanNames::ServiceInterface, CallTimeout)
+    , m_properties(m_remote, logConnmanServiceProperties)
+    , m_signals(ConnmanServiceSignals::of(connection))
 {
-    qCDebug(logConnmanService) << "ConnmanService(" << ConnmanNames::service() << "," << m_path << ","
-                               << ConnmanNames::serviceInterface();
-    if (!connection.connect(ConnmanNames::service(), m_path, ConnmanNames::serviceInterface(),
-                            QLatin1String(ConnmanNames::PropertyChanged),
-                            ConnmanNames::PropertyChangedSignature, this,
-                            SLOT(propertyChanged(QString, QDBusVariant)))) {
-        qCCritical(logConnmanService)
-            << "Unable to connect" << ConnmanNames::PropertyChanged << "signal for service" << m_path;
+    qCDebug(logConnmanService) << "ConnmanService(" << ConnmanNames::Service << "," << this->path() << ","
+                               << ConnmanNames::ServiceInterface;
+    if (!m_signals->add(this)) {
+        qCCritical(logConnmanService) << "Unable to connect" << ConnmanNames::PropertyChanged.data()
+                                      << "signal for service" << this->path();
     }
-    m_interface->setTimeout(static_cast<int>(callTimeout.count()));
 }
 
-ConnmanService::~ConnmanService() = default;
+ConnmanService::~ConnmanService()
+{
+    m_signals->remove(this);
+}
 
 QString ConnmanService::identifier() const
 {
-    return QFileInfo(m_path).baseName();
+    const QString lastElement = path().mid(path().lastIndexOf(QLatin1Char('/')) + 1);
+    return lastElement.left(lastElement.indexOf(QLatin1Char('.')));
 }
 
 bool ConnmanService::dbusUpdateProperties()
 {
-    const QDBusReply<QVariantMap> reply = m_interface->call(QLatin1String(ConnmanNames::GetProperties));
-    if (reply.isValid()) {
-        QVariantMap properties = reply.value();
-        for (QVariant &value : properties) {
-            value = Utils::convertDBusArgument(value);
-        }
-        m_properties = properties;
-    } else if (reply.error().type() != QDBusError::UnknownObject) {
-        qCCritical(logConnmanServiceProperties)
-            << "Call to" << ConnmanNames::GetProperties << "failed:" << reply.error().message();
+    const QVariant formerEthernet = m_properties.all().value(ConnmanNames::Ethernet);
+    const QDBusError error = m_properties.fetch();
+    tellInterfaceListener(formerEthernet);
+    if (error.isValid() && error.type() != QDBusError::UnknownObject) {
+        m_properties.logFailedFetch(error);
     }
     return true;
 }
@@ -107,10 +99,10 @@ void ConnmanService::serviceChanged()
 
 void ConnmanService::propertyChanged(const QString &name, const QDBusVariant &value)
 {
-    const QVariant converted = Utils::convertDBusArgument(value.variant());
-    qCDebug(logConnmanServiceProperties) << "propertyChanged(" << name << ", " << converted << ")";
-    m_properties.insert(name, converted);
-    if (name != QLatin1String(StateProperty)) {
+    const QVariant formerEthernet = m_properties.all().value(ConnmanNames::Ethernet);
+    m_properties.patch(name, value);
+    tellInterfaceListener(formerEthernet);
+    if (name != StateProperty) {
         return;
     }
 
@@ -122,17 +114,25 @@ void ConnmanService::propertyChanged(const QString &name, const QDBusVariant &va
     }
 }
 
+void ConnmanService::tellInterfaceListener(const QVariant &formerEthernet) const
+{
+    if (m_interfaceListener && m_properties.all().value(ConnmanNames::Ethernet) != formerEthernet) {
+        m_interfaceListener();
+    }
+}
+
 bool ConnmanService::updateState()
 {
-    const auto cached = m_properties.constFind(QLatin1String(StateProperty));
-    if (cached == m_properties.cend()) {
+    const QVariantMap &properties = m_properties.all();
+    const auto cached = properties.constFind(StateProperty);
+    if (cached == properties.cend()) {
         qCCritical(logConnmanServiceProperties)
-            << "Service-properties doesn't contain a value for" << StateProperty;
+            << "Service-properties doesn't contain a value for" << StateProperty.data();
         return false;
     }
     if (!cached->canConvert<QString>()) {
         qCCritical(logConnmanServiceProperties)
-            << "Invalid value of" << StateProperty << "for service" << m_path;
+            << "Invalid value of" << StateProperty.data() << "for service" << path();
         return false;
     }
     const QString word = cached->toString();
@@ -146,7 +146,7 @@ bool ConnmanService::updateState()
     }
 
     qCDebug(logConnmanServiceProperties)
-        << "State of" << m_path << "changed" << wordFromState(m_state) << "=>" << wordFromState(newState);
+        << "State of" << path() << "changed" << wordFromState(m_state) << "=>" << wordFromState(newState);
     m_previousState = m_state;
     m_state = newState;
     emit stateChanged(newState);

@@ -1,18 +1,22 @@
 #pragma once
 
-#include <QDBusConnection>
-#include <QDBusError>
+#include "ConnmanProperties.h"
+#include "ConnmanRemote.h"
+
 #include <QHostAddress>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
 
 #include <chrono>
-#include <optional>
+#include <functional>
+#include <memory>
+#include <utility>
 
-class QDBusInterface;
+class ConnmanServiceSignals;
+class QDBusConnection;
+class QDBusError;
 class QDBusObjectPath;
-class QDBusPendingCall;
 class QDBusVariant;
 
 /// Proxy of one ConnMan service (net.connman.Service): a cache of its properties, its state as a number,
@@ -49,18 +53,18 @@ public:
     /// How long ConnMan may take to answer a call; connecting takes it longest.
     static constexpr std::chrono::milliseconds CallTimeout{120000};
 
-    ConnmanService(QDBusConnection connection, const QDBusObjectPath &path, QObject *parent,
-                   std::chrono::milliseconds callTimeout = CallTimeout);
+    ConnmanService(const QDBusConnection &connection, const QDBusObjectPath &path, QObject *parent);
     ~ConnmanService() override;
 
-    QString path() const { return m_path; }
+    QString path() const { return m_remote.path(); }
     /// The network identifier: the last element of the object path, up to its first ".".
     QString identifier() const;
     State state() const { return m_state; }
     State previousState() const { return m_previousState; }
     /// All cached properties, by ConnMan's names.
-    QVariantMap properties() const { return m_properties; }
+    QVariantMap properties() const { return m_properties.all(); }
 
+    /// The signal's strength in per cent, 0 to 100; -1 when ConnMan does not tell one.
     int strength() const;
     bool isFavorite() const;
     bool getAutoConnect() const;
@@ -71,14 +75,22 @@ public:
     QString type() const;
     /// The network interface the service is bound to, such as "wlan0".
     QString interface() const;
-    /// The IPv4 settings in force, or those configured where the method is "manual".
+    /// The IPv4 settings in force, or those configured where the method is "manual". Keys "Method", "Address",
+    /// "Netmask" and "Gateway", each a string and each only where ConnMan has one; empty when the method is not
+    /// known.
     QVariantMap getIpv4Configuration() const;
+    /// One of them, such as ConnmanNames::Address; empty when it is not there.
     QString getIpv4ConfigurationValue(const QString &key) const;
-    /// The configured IPv6 settings; "PrefixLength" is an int.
+    /// The configured IPv6 settings, which are not the address in use. Keys "Method", "Address", "Gateway" and
+    /// "Privacy", strings, and "PrefixLength", an int; each only where ConnMan has one.
     QVariantMap getIpv6Configuration() const;
     QString getIpv6ConfigurationValue(const QString &key) const;
     /// getIpv6Configuration() after a refresh of the cache.
     QVariantMap getUpdatedIpv6Configuration();
+
+    /// `listener` is called whenever interface() may have changed; a signal would be one more for each of
+    /// thousands of services, with a single receiver.
+    void setInterfaceListener(std::function<void()> listener) { m_interfaceListener = std::move(listener); }
 
     /// Replaces the cache by what "GetProperties" reports. Always true: a failed call keeps the old cache,
     /// so that callers go on with what is known.
@@ -96,10 +108,11 @@ public:
     bool configureIpv6(bool enable);
     bool setNameservers(const QList<QHostAddress> &servers);
     bool setAutoConnect(bool enable);
-    /// Connects and waits for ConnMan's answer while the event loop goes on turning: agent requests, property
-    /// changes and other clients' calls are served meanwhile. The caller must hold a reference to the
-    /// service.
+    /// Connects and waits for ConnMan's answer, CallTimeout at most, while the event loop goes on turning: agent
+    /// requests, property changes and other clients' calls are served meanwhile. The end of the application
+    /// ends it at once, as failed and without a word. The caller must hold a reference to the service.
     bool connect();
+    /// A service that is not connected (net.connman.Error.NotConnected) or has gone counts as disconnected.
     bool disconnect();
     /// Makes ConnMan forget the service's credentials and settings.
     bool remove();
@@ -115,17 +128,18 @@ public slots:
     void serviceChanged();
 
 private:
-    std::optional<QVariant> property(const QString &key, int requiredType) const;
-    std::optional<QVariant> existingProperty(const QString &key, int requiredType) const;
-    QVariantMap dictionary(const QString &key) const;
-    QVariantMap optionalDictionary(const QString &key) const;
+    QStringList stringList(const QString &key) const;
+    QString string(const QString &key) const;
+    bool flag(const QString &key) const;
 
+    void tellInterfaceListener(const QVariant &formerEthernet) const;
     bool configureDhcp();
-    void logFailedCall(const char *method, const QDBusError &error) const;
+    void logFailedCall(QLatin1String method, const QDBusError &error) const;
 
     State m_state = State::Unknown;
     State m_previousState = State::Unknown;
-    QVariantMap m_properties;
-    QString m_path;
-    QDBusInterface *m_interface;
+    ConnmanRemote m_remote;
+    ConnmanProperties m_properties;
+    std::shared_ptr<ConnmanServiceSignals> m_signals;
+    std::function<void()> m_interfaceListener;
 };

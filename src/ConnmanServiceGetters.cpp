@@ -38,39 +38,25 @@ QString ipv4Method(const QVariantMap &active, const QVariantMap &configured)
 
 } // namespace
 
-std::optional<QVariant> ConnmanService::property(const QString &key, int requiredType) const
+QStringList ConnmanService::stringList(const QString &key) const
 {
-    if (m_properties.contains(key)) {
-        return existingProperty(key, requiredType);
-    }
-    qCCritical(logConnmanServiceProperties) << "Missing property" << key << "of service" << m_path;
-    return std::nullopt;
+    return m_properties.find(key, QMetaType::QStringList).value_or(QVariant()).toStringList();
 }
 
-std::optional<QVariant> ConnmanService::existingProperty(const QString &key, int requiredType) const
+QString ConnmanService::string(const QString &key) const
 {
-    const QVariant value = m_properties.value(key);
-    if (value.canConvert(requiredType)) {
-        return value;
-    }
-    qCCritical(logConnmanServiceProperties) << "Invalid type of property" << key << "of service" << m_path;
-    return std::nullopt;
+    return m_properties.find(key, QMetaType::QString).value_or(QVariant()).toString();
 }
 
-QVariantMap ConnmanService::dictionary(const QString &key) const
+bool ConnmanService::flag(const QString &key) const
 {
-    return property(key, QMetaType::QVariantMap).value_or(QVariant()).toMap();
-}
-
-QVariantMap ConnmanService::optionalDictionary(const QString &key) const
-{
-    return m_properties.contains(key) ? dictionary(key) : QVariantMap();
+    return m_properties.find(key, QMetaType::Bool).value_or(false).toBool();
 }
 
 int ConnmanService::strength() const
 {
     constexpr int UnknownStrength = -1;
-    const auto value = property(QStringLiteral("Strength"), QMetaType::Int);
+    const auto value = m_properties.find(QStringLiteral("Strength"), QMetaType::Int);
     if (!value) {
         return UnknownStrength;
     }
@@ -81,29 +67,28 @@ int ConnmanService::strength() const
     }
     qCCritical(logConnmanServiceProperties) << "Unable to convert value for"
                                             << "Strength"
-                                            << "to integer for service" << m_path;
+                                            << "to integer for service" << path();
     return UnknownStrength;
 }
 
 bool ConnmanService::isFavorite() const
 {
-    return property(QStringLiteral("Favorite"), QMetaType::Bool).value_or(false).toBool();
+    return flag(QStringLiteral("Favorite"));
 }
 
 bool ConnmanService::getAutoConnect() const
 {
-    return property(QStringLiteral("AutoConnect"), QMetaType::Bool).value_or(false).toBool();
+    return flag(QStringLiteral("AutoConnect"));
 }
 
 QStringList ConnmanService::security() const
 {
-    return property(QStringLiteral("Security"), QMetaType::QStringList).value_or(QVariant()).toStringList();
+    return stringList(QStringLiteral("Security"));
 }
 
 QList<QHostAddress> ConnmanService::getNameservers() const
 {
-    const QStringList texts =
-        property(QStringLiteral("Nameservers"), QMetaType::QStringList).value_or(QVariant()).toStringList();
+    const QStringList texts = stringList(QStringLiteral("Nameservers"));
     QList<QHostAddress> servers;
     std::transform(texts.cbegin(), texts.cend(), std::back_inserter(servers),
                    [](const QString &text) { return QHostAddress(text); });
@@ -112,59 +97,48 @@ QList<QHostAddress> ConnmanService::getNameservers() const
 
 QString ConnmanService::name() const
 {
-    const QString key = QStringLiteral("Name");
-    if (!m_properties.contains(key)) {
-        return {};
-    }
-    return existingProperty(key, QMetaType::QString).value_or(QVariant()).toString();
+    return m_properties.findOptional(QStringLiteral("Name"), QMetaType::QString).value_or(QVariant()).toString();
 }
 
 QString ConnmanService::type() const
 {
-    return property(QStringLiteral("Type"), QMetaType::QString).value_or(QVariant()).toString();
+    return string(QStringLiteral("Type"));
 }
 
 QString ConnmanService::interface() const
 {
-    const auto ethernet = property(QStringLiteral("Ethernet"), QMetaType::QVariantMap);
+    const auto ethernet = m_properties.find(ConnmanNames::Ethernet, QMetaType::QVariantMap);
     if (!ethernet) {
         return {};
     }
     const QVariantMap entries = ethernet->toMap();
     const auto entry = entries.constFind(QStringLiteral("Interface"));
-    if (entry == entries.cend()) {
-        qCCritical(logConnmanServiceProperties) << "Missing sub-property"
-                                                << "Interface"
-                                                << "in property"
-                                                << "Ethernet"
-                                                << "of service" << m_path;
-        return {};
+    if (entry != entries.cend() && entry->canConvert<QString>()) {
+        return entry->toString();
     }
-    if (!entry->canConvert<QString>()) {
-        qCCritical(logConnmanServiceProperties) << "Invalid type of sub-property"
-                                                << "Interface"
-                                                << "in property"
-                                                << "Ethernet"
-                                                << "of service" << m_path;
-        return {};
-    }
-    return entry->toString();
+    qCCritical(logConnmanServiceProperties)
+        << (entry == entries.cend() ? "Missing sub-property" : "Invalid type of sub-property") << "Interface"
+        << "in property" << ConnmanNames::Ethernet.data() << "of service" << path();
+    return {};
 }
 
 QVariantMap ConnmanService::getIpv4Configuration() const
 {
-    const auto inUse = property(ConnmanNames::Ipv4, QMetaType::QVariantMap);
+    const auto inUse = m_properties.find(ConnmanNames::Ipv4, QMetaType::QVariantMap);
     if (!inUse) {
         return {};
     }
     const QVariantMap active = inUse->toMap();
-    const QVariantMap configured = optionalDictionary(ConnmanNames::Ipv4Configuration);
+    const QVariantMap configured =
+        m_properties.findOptional(ConnmanNames::Ipv4Configuration, QMetaType::QVariantMap)
+            .value_or(QVariant())
+            .toMap();
     const QString method = ipv4Method(active, configured);
-    if (method == QLatin1String("dhcp") || method == QLatin1String("auto")) {
+    if (method == ConnmanNames::Dhcp || method == ConnmanNames::Auto) {
         return active.isEmpty() ? configured : active;
     }
     // What the user set, even while ConnMan still reports other values.
-    if (method == QLatin1String("manual")) {
+    if (method == ConnmanNames::Manual) {
         return configured;
     }
     qCCritical(logConnmanServiceProperties) << "Value of"
@@ -180,7 +154,9 @@ QString ConnmanService::getIpv4ConfigurationValue(const QString &key) const
 
 QVariantMap ConnmanService::getIpv6Configuration() const
 {
-    QVariantMap configuration = dictionary(ConnmanNames::Ipv6Configuration);
+    QVariantMap configuration = m_properties.find(ConnmanNames::Ipv6Configuration, QMetaType::QVariantMap)
+                                    .value_or(QVariant())
+                                    .toMap();
     const auto prefixLength = configuration.find(ConnmanNames::PrefixLength);
     // A byte on the bus, which Qt would turn into a character instead of a number's text.
     if (prefixLength != configuration.end()) {

@@ -5,11 +5,9 @@
 #include "ConnmanNames.h"
 #include "ConnmanServiceLog.h"
 
-#include <QCoreApplication>
-#include <QDBusInterface>
+#include <QDBusError>
 #include <QDBusPendingCall>
 #include <QDBusPendingCallWatcher>
-#include <QDBusVariant>
 #include <QEventLoop>
 
 #include <algorithm>
@@ -24,14 +22,12 @@ using ConnmanNames::Ipv6Configuration;
 using ConnmanNames::Method;
 using ConnmanNames::Netmask;
 
-constexpr const char *Connect = "Connect";
-constexpr const char *Disconnect = "Disconnect";
-constexpr const char *Remove = "Remove";
+constexpr QLatin1String Connect("Connect");
+constexpr QLatin1String Disconnect("Disconnect");
+constexpr QLatin1String Remove("Remove");
 
-const QLatin1String NameserversConfiguration("Nameservers.Configuration");
-const QLatin1String AutoConnect("AutoConnect");
-
-const QLatin1String NotConnectedError("net.connman.Error.NotConnected");
+constexpr QLatin1String NameserversConfiguration("Nameservers.Configuration");
+constexpr QLatin1String AutoConnect("AutoConnect");
 
 QVariantMap onlyMethod(QLatin1String word)
 {
@@ -41,20 +37,14 @@ QVariantMap onlyMethod(QLatin1String word)
 /// Whether a failed "Disconnect" nevertheless leaves the service disconnected: it was, or it is gone.
 bool isDisconnectedAnyway(const QDBusError &error)
 {
-    return error.name() == NotConnectedError || error.type() == QDBusError::UnknownObject;
+    return error.name() == ConnmanNames::NotConnectedError || error.type() == QDBusError::UnknownObject;
 }
 
 } // namespace
 
 bool ConnmanService::dbusSetProperty(const QString &name, const QVariant &value)
 {
-    qCDebug(logConnmanServiceProperties) << name << "->" << value;
-    const QDBusMessage reply = m_interface->call(QLatin1String(ConnmanNames::SetProperty), name,
-                                                 QVariant::fromValue(QDBusVariant(value)));
-    const QDBusError error(reply);
-    if (error.isValid() && error.type() != QDBusError::UnknownObject) {
-        qCCritical(logConnmanServiceProperties) << "Setting property" << name << "failed:" << error.message();
-    }
+    const QDBusError error = m_properties.set(name, value);
     dbusUpdateProperties();
     return !error.isValid();
 }
@@ -64,7 +54,7 @@ bool ConnmanService::configure(Configuration configuration, const QHostAddress &
 {
     switch (configuration) {
     case Configuration::Off:
-        return dbusSetProperty(Ipv4Configuration, onlyMethod(QLatin1String("off")));
+        return dbusSetProperty(Ipv4Configuration, onlyMethod(ConnmanNames::Off));
     case Configuration::Manual:
         return configureManual(address, netmask, gateway);
     case Configuration::Dhcp:
@@ -76,7 +66,7 @@ bool ConnmanService::configure(Configuration configuration, const QHostAddress &
 
 bool ConnmanService::configureDhcp()
 {
-    const bool methodSet = dbusSetProperty(Ipv4Configuration, onlyMethod(QLatin1String("dhcp")));
+    const bool methodSet = dbusSetProperty(Ipv4Configuration, onlyMethod(ConnmanNames::Dhcp));
     const bool nameserversCleared = dbusSetProperty(NameserversConfiguration, QStringList());
     return methodSet && nameserversCleared;
 }
@@ -94,7 +84,7 @@ bool ConnmanService::configureManual(const QHostAddress &address, const QHostAdd
         qCCritical(logConnmanService) << "Unsupported protocol:" << address.protocol();
         return false;
     }
-    return dbusSetProperty(Ipv4Configuration, QVariantMap{{Method, QStringLiteral("manual")},
+    return dbusSetProperty(Ipv4Configuration, QVariantMap{{Method, QString(ConnmanNames::Manual)},
                                                           {Address, address.toString()},
                                                           {Netmask, netmask.toString()},
                                                           {Gateway, gateway.toString()}});
@@ -102,7 +92,7 @@ bool ConnmanService::configureManual(const QHostAddress &address, const QHostAdd
 
 bool ConnmanService::configureIpv6(bool enable)
 {
-    return dbusSetProperty(Ipv6Configuration, onlyMethod(QLatin1String(enable ? "auto" : "off")));
+    return dbusSetProperty(Ipv6Configuration, onlyMethod(enable ? ConnmanNames::Auto : ConnmanNames::Off));
 }
 
 bool ConnmanService::setNameservers(const QList<QHostAddress> &servers)
@@ -120,17 +110,17 @@ bool ConnmanService::setAutoConnect(bool enable)
 
 bool ConnmanService::connect()
 {
-    const QDBusPendingCall call = m_interface->asyncCall(QLatin1String(Connect));
-    // Replies arrive on Qt's own bus thread: only a watcher wakes this thread's event loop for one. Its
-    // signal queues up behind what ConnMan sent before the answer, such as the agent's ReportError, which
-    // must have been handled.
+    const QDBusPendingCall call = m_remote.asyncCall(Connect);
+    // The watcher's signal queues up behind what ConnMan sent before the answer, such as the agent's ReportError,
+    // which must have been handled.
     const QDBusPendingCallWatcher watcher(call);
-    bool answered = false;
-    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, this, [&answered] { answered = true; });
-    while (!answered) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    }
+    QEventLoop untilAnswered;
+    QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &untilAnswered, &QEventLoop::quit);
+    untilAnswered.exec();
 
+    if (!watcher.isFinished()) {
+        return false; // the application ends
+    }
     if (!call.isError()) {
         return true;
     }
@@ -151,12 +141,12 @@ bool ConnmanService::disconnect()
     const QString address = getIpv4ConfigurationValue(Address);
     const QString gateway = getIpv4ConfigurationValue(Gateway);
 
-    QDBusPendingCall call = m_interface->asyncCall(QLatin1String(Disconnect));
+    QDBusPendingCall call = m_remote.asyncCall(Disconnect);
     call.waitForFinished();
 
     // The address that was in use stays with the service, whether it could be disconnected or not.
     dbusSetProperty(Ipv4Configuration,
-                    QVariantMap{{Method, QStringLiteral("manual")}, {Address, address}, {Gateway, gateway}});
+                    QVariantMap{{Method, QString(ConnmanNames::Manual)}, {Address, address}, {Gateway, gateway}});
     if (!dbusUpdateProperties()) {
         return false;
     }
@@ -171,7 +161,7 @@ bool ConnmanService::remove()
 {
     configureDhcp();
 
-    QDBusPendingCall call = m_interface->asyncCall(QLatin1String(Remove));
+    QDBusPendingCall call = m_remote.asyncCall(Remove);
     call.waitForFinished();
     dbusUpdateProperties();
     if (!call.isError()) {
@@ -181,8 +171,8 @@ bool ConnmanService::remove()
     return false;
 }
 
-void ConnmanService::logFailedCall(const char *method, const QDBusError &error) const
+void ConnmanService::logFailedCall(QLatin1String method, const QDBusError &error) const
 {
-    qCCritical(logConnmanService) << "Failed to asynchronously call" << method << "on" << m_path << ":"
+    qCCritical(logConnmanService) << "Failed to asynchronously call" << method.data() << "on" << path() << ":"
                                   << error;
 }

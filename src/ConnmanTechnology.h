@@ -1,12 +1,12 @@
 #pragma once
 
-#include <QDBusConnection>
+#include "ConnmanProperties.h"
+#include "ConnmanRemote.h"
+
 #include <QObject>
-#include <QVariantMap>
+#include <QVariant>
 
-#include <optional>
-
-class QDBusInterface;
+class QDBusConnection;
 class QDBusVariant;
 
 /// Proxy of one ConnMan technology (net.connman.Technology), such as "wifi": its power, and scans.
@@ -17,14 +17,14 @@ class ConnmanTechnology : public QObject
 
 public:
     /// `name` is the last element of the technology's object path.
-    ConnmanTechnology(QDBusConnection connection, const QString &name, QObject *parent);
-    ~ConnmanTechnology() override;
+    ConnmanTechnology(const QDBusConnection &connection, const QString &name, QObject *parent);
 
     QString name() const;
     QString type() const;
     bool isConnected() const;
     bool isTethering() const;
-    /// Refreshes the cache, then: 1 powered, 0 not powered, -1 unknown.
+    /// Refreshes the cache, then: 1 powered, 0 not powered, -1 unknown. A number other than 0 counts as powered,
+    /// a value that is neither boolean nor number as unknown.
     int isPowered();
 
     /// Replaces the cache by what "GetProperties" reports. False only when ConnMan no longer has the
@@ -33,7 +33,8 @@ public:
     /// Writes one property; the cache follows with ConnMan's "PropertyChanged".
     bool setProperty(const QString &name, const QVariant &value);
     bool setPowered(bool on);
-    /// Scans for networks and blocks until ConnMan reports the scan complete, which takes seconds.
+    /// Scans for networks and blocks until ConnMan reports the scan complete: usually 1 to 4 s, more with many
+    /// channels, and no longer than a call's time-out (25 s), which counts as failed.
     bool scan() const;
 
 public slots:
@@ -41,9 +42,6 @@ public slots:
     void propertyChanged(const QString &name, const QDBusVariant &value);
 
 private:
-    std::optional<QVariant> property(const QString &key, int requiredType) const;
-
-    QVariantMap m_properties;
-    QString m_path;
-    QDBusInterface *m_interface;
+    ConnmanRemote m_remote;
+    ConnmanProperties m_properties;
 };

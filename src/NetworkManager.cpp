@@ -1,81 +1,47 @@
-// NetworkManager's construction, its keyboard, attaching to ConnMan, and Wi-Fi power.
+// NetworkManager's construction, attaching to ConnMan, keyboard, interface states, and the device's own settings.
 
 #include "NetworkManager.h"
 
-#include "Command.h"
 #include "ConnmanAgentDBus.h"
 #include "ConnmanNames.h"
 #include "ConnmanTechnology.h"
 #include "ConnmanTypes.h"
-#include "NetworkManagerConstants.h"
+#include "NetworkInterfaces.h"
+#include "NetworkManagerLog.h"
 #include "NetworkSettings.h"
 
-#include <libspeech/Speech.h>
 #include <libtactora/DBusService.h>
-#include <libtactora/Singleton.h>
 
 #include <QDBusConnection>
 #include <QNetworkInterface>
-#include <QThread>
 
 Q_LOGGING_CATEGORY(logNetworkManager, "NetworkManager", QtCriticalMsg)
 
-namespace {
-
-using namespace std::chrono_literals;
-using namespace NetworkManagerConstants;
-
-/// How long "connmanctl" may take.
-constexpr auto ConnmanctlTimeout = 5000ms;
-/// How often the Wi-Fi technology is asked until it knows its power state.
-constexpr unsigned long PowerStatePollMs = 250;
-/// How long Wi-Fi stays off when it is switched off and on for a new region.
-constexpr unsigned long PowerCyclePauseMs = 500;
-
-// Between switching Wi-Fi on and the scan, and between the scan and joining the preferred network.
-constexpr auto ScanDelayAfterConnmanctl = 5000ms;
-constexpr auto PauseAfterConnmanctlScan = 500ms;
-constexpr auto ScanDelayAfterPowerOn = 2000ms;
-constexpr auto PauseAfterPowerOnScan = 250ms;
-
-} // namespace
-
 NetworkManager::NetworkManager(QObject *parent)
     : QObject(parent)
-    , m_ethernetLed(EthernetLed, nullptr)
-    , m_wifiLed(WifiLed, nullptr)
     , m_connmanWatcher(std::make_unique<libtactora::DBusService>(QDBusConnection::systemBus(),
-                                                                 ConnmanNames::service(), this))
+                                                                 ConnmanNames::Service, this))
     , m_settings(new NetworkSettings(this))
-    , m_speech(libtactora::Singleton<libspeech::detail::Speech>::instance())
+    , m_preferred(*m_settings, m_lookup, m_feedback, nullptr)
+    , m_wifiSwitch(m_lookup, m_preferred, m_feedback, nullptr)
+    , m_ethernetAnnouncement(m_feedback, nullptr)
     , m_keyboard(QString())
 {
     registerConnmanTypes();
     qRegisterMetaType<ConnmanManager::InterfaceState>("ConnmanManager::InterfaceState");
     QObject::connect(m_connmanWatcher.get(), &libtactora::DBusService::connected, this,
                      &NetworkManager::connmanServiceConnected);
-    QObject::connect(
-        this, &NetworkManager::powerChanged, this,
-        [this](bool on) {
-            if (on) {
-                m_poweredOn = true;
-            }
-        },
-        Qt::DirectConnection);
-    initLed(m_ethernetLed, "Eth-led is invalid.");
-    initLed(m_wifiLed, "Wlan-led is invalid.");
+    QObject::connect(this, &NetworkManager::powerChanged, &m_preferred, [this](bool on) {
+        if (on) {
+            m_preferred.wifiWasSwitchedOn();
+        }
+    });
+    QObject::connect(&m_wifiSwitch, &WifiSwitch::powerChanged, this, &NetworkManager::powerChanged);
+    QObject::connect(&m_preferred, &PreferredNetwork::returned, this, &NetworkManager::networkConnected);
+    m_feedback.start();
 }
 
 NetworkManager::~NetworkManager() = default;
-
-void NetworkManager::initLed(Led &led, const char *complaint)
-{
-    if (led.isValid()) {
-        led.off();
-    } else {
-        qCCritical(logNetworkManager) << complaint;
-    }
-}
 
 void NetworkManager::initKeyboard(const QString &device)
 {
@@ -94,25 +60,34 @@ void NetworkManager::initKeyboard(const QString &device)
     });
 }
 
-void NetworkManager::connmanServiceConnected()
+void NetworkManager::keyDown(libkeyboard::Keyboard::Key key)
 {
-    createConnmanManager();
-    registerAgent();
-    if (!m_wifi) {
-        m_wifi = new ConnmanTechnology(QDBusConnection::systemBus(), WifiTechnology, this);
-    }
-    if (!m_settings->getWlanSupported()) {
-        return;
-    }
-    waitForWifiPowerState();
-    initMacAddress();
-    m_settings->applyStoredWifiRegion();
-    // Deliberately one more connection for each return of ConnMan.
-    QObject::connect(m_settings, &NetworkSettings::initDone, this, &NetworkManager::powerCycleWifi,
-                     Qt::DirectConnection);
+    m_chord.press(key);
 }
 
-void NetworkManager::createConnmanManager()
+void NetworkManager::keyUp(libkeyboard::Keyboard::Key key)
+{
+    const std::optional<bool> switchOn = m_chord.release(key);
+    if (!switchOn) {
+        return;
+    }
+    m_feedback.speak(*switchOn ? Sentence::WifiSwitchingOn : Sentence::WifiSwitchingOff);
+    resetWiFi(*switchOn, false);
+}
+
+void NetworkManager::connmanServiceConnected()
+{
+    createManager();
+    registerAgent();
+    createWifiTechnology();
+    if (m_settings->getWlanSupported()) {
+        setUpWifi();
+    }
+    // A client's call may be queued already, and must find the services.
+    m_manager->deliverAnnouncements();
+}
+
+void NetworkManager::createManager()
 {
     if (m_manager) {
         return;
@@ -134,14 +109,29 @@ void NetworkManager::registerAgent()
     }
 }
 
-void NetworkManager::waitForWifiPowerState() const
+void NetworkManager::createWifiTechnology()
 {
-    while (m_wifi->isPowered() < 0) {
-        QThread::msleep(PowerStatePollMs);
+    if (m_wifi) {
+        return;
     }
+    m_wifi = new ConnmanTechnology(QDBusConnection::systemBus(), ConnmanNames::Wifi, this);
+    m_lookup.attach(m_manager, m_wifi);
+    m_wifiSwitch.attach(m_wifi);
 }
 
-void NetworkManager::initMacAddress() const
+void NetworkManager::setUpWifi()
+{
+    if (!m_wifiSwitch.waitForPowerState()) {
+        return;
+    }
+    initMacAddress();
+    m_settings->applyStoredWifiRegion();
+    // Deliberately one more connection for each return of ConnMan.
+    QObject::connect(m_settings, &NetworkSettings::initDone, &m_wifiSwitch, &WifiSwitch::powerCycle,
+                     Qt::DirectConnection);
+}
+
+void NetworkManager::initMacAddress()
 {
     if (m_settings->initMacAddress()) {
         return;
@@ -150,52 +140,55 @@ void NetworkManager::initMacAddress() const
     m_settings->initMacAddress();
 }
 
-void NetworkManager::powerCycleWifi()
+void NetworkManager::interfaceStateChanged(const QString &interface, ConnmanManager::InterfaceState state)
 {
-    if (m_wifi->isPowered() <= 0) {
+    if (interface == NetworkInterfaces::Wifi) {
+        wifiStateChanged(state);
+    } else if (interface == NetworkInterfaces::Ethernet) {
+        ethernetStateChanged(state);
+    } else {
+        qCWarning(logNetworkManager) << "Unknown interface changed state:" << interface << state;
+    }
+}
+
+void NetworkManager::wifiStateChanged(ConnmanManager::InterfaceState state)
+{
+    m_preferred.setLinkState(state);
+    m_feedback.showWifi(state);
+    if (state >= ConnmanManager::InterfaceState::Ready) {
+        m_preferred.linkIsUp();
+    }
+}
+
+void NetworkManager::ethernetStateChanged(ConnmanManager::InterfaceState state)
+{
+    m_feedback.showEthernet(state);
+    if (state != ConnmanManager::InterfaceState::Ready) {
         return;
     }
-    resetWiFi(false, false);
-    QThread::msleep(PowerCyclePauseMs);
-    resetWiFi(true, false);
+    if (const Service service = m_lookup.byInterface(NetworkInterfaces::Ethernet, IfMissing::GiveUp)) {
+        m_ethernetAnnouncement.start(service);
+    }
+}
+
+void NetworkManager::tryConnectToPreferred()
+{
+    m_preferred.tryToJoin();
 }
 
 void NetworkManager::resetWiFi(bool enable, bool quiet)
 {
-    const QLatin1String word(enable ? "enable" : "disable");
-    QProcess connmanctl;
-    connmanctl.start(QStringLiteral("connmanctl"), {QStringLiteral("%1").arg(word), WifiTechnology},
-                     QIODevice::ReadWrite);
-    if (Command::waitForEnd(connmanctl, ConnmanctlTimeout)) {
-        emit powerChanged(enable);
-        if (enable) {
-            tryPreferredAfter(ScanDelayAfterConnmanctl, PauseAfterConnmanctlScan);
-        }
-    } else if (!quiet) {
-        speak(Sentence::WifiSwitchFailed);
-        qCCritical(logNetworkManager) << "Wifi reset failed!";
-    }
+    m_wifiSwitch.reset(enable, quiet);
 }
 
 bool NetworkManager::setWifiPower(bool on)
 {
-    if (!m_wifi || !m_wifi->setPowered(on)) {
-        return false;
-    }
-    emit powerChanged(on);
-    if (on) {
-        tryPreferredAfter(ScanDelayAfterPowerOn, PauseAfterPowerOnScan);
-    }
-    return true;
+    return m_wifiSwitch.setPower(on);
 }
 
-void NetworkManager::tryPreferredAfter(std::chrono::milliseconds delay,
-                                       std::chrono::milliseconds pauseAfterScan)
+bool NetworkManager::getWifiPower()
 {
-    QTimer::singleShot(delay, Qt::CoarseTimer, this, [this, pauseAfterScan] {
-        scanWifi(pauseAfterScan);
-        tryConnectToPreferred();
-    });
+    return m_wifiSwitch.isOn();
 }
 
 QString NetworkManager::getHwAddress(const QString &name) const

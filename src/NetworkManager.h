@@ -1,47 +1,44 @@
 #pragma once
 
-#include "ConnmanAgent.h"
 #include "ConnmanManager.h"
-#include "ConnmanService.h"
+#include "EthernetAnnouncement.h"
+#include "Feedback.h"
+#include "KeyChord.h"
+#include "OperationScopes.h"
+#include "PreferredNetwork.h"
+#include "ServiceLookup.h"
+#include "WifiSwitch.h"
 
 #include <libkeyboard/Keyboard.h>
-#include <libled/Led.h>
-#include <libtranslation/Sid.h>
 
 #include <QHostAddress>
 #include <QObject>
 #include <QStringList>
-#include <QTimer>
 #include <QVariantMap>
 
-#include <chrono>
 #include <functional>
 #include <memory>
 
+class ConnmanAgent;
 class ConnmanAgentDBus;
 class ConnmanTechnology;
 class NetworkSettings;
 
-namespace libspeech::detail {
-class Speech;
-}
 namespace libtactora {
 class DBusService;
 }
 
-/// The daemon's centre and the only place of its policy: it owns all other objects, joins the preferred
-/// network, performs the clients' operations and tells the user what happens.
+/// The daemon's centre: it owns all other objects, attaches to ConnMan, and performs the clients' operations. What it
+/// decides of its own accord is in rooms of their own: PreferredNetwork, WifiSwitch, EthernetAnnouncement, Feedback.
 ///
 /// A "name" or "ssid" argument of an operation is a network identifier (ConnmanService::identifier()).
 /// Operations return false or an empty value on failure; the reason is logged and sent as error(). Until
-/// ConnMan has been seen for the first time there are no networks: lookups find nothing, lists are empty,
-/// power is off.
+/// ConnMan has been seen for the first time there are no networks: look-ups find nothing, lists are empty,
+/// power is off. An operation that looks a network up scans once, for seconds, when it is not there.
 ///
 /// The implementation is split by concern:
-///   NetworkManager.cpp                  construction, keyboard, attaching to ConnMan, Wi-Fi power
-///   NetworkManagerLookup.cpp            finding services
-///   NetworkManagerPreferred.cpp         preferred network, auto-connect, key chord
-///   NetworkManagerInterfaces.cpp        interface states on LEDs and in speech
+///   NetworkManager.cpp                  construction, attaching to ConnMan, keyboard, interface states, the device
+///   NetworkManagerErrors.cpp            how operations find their network, and say why they fail
 ///   NetworkManagerQueries.cpp           the read-only operations
 ///   NetworkManagerConnecting.cpp        connect, disconnect, forget
 ///   NetworkManagerRegistering.cpp       registering networks
@@ -62,7 +59,7 @@ public:
 
 signals:
     /// Why the operation that is about to return has failed.
-    void error(const QString &message) const;
+    void error(const QString &message);
     void powerChanged(bool on);
     void regionChanged(const QString &region, bool locked);
     void networkRegistered(const QString &name);
@@ -79,17 +76,19 @@ public slots:
     bool configure(const QString &name, const QString &method, const QString &address, const QString &netmask,
                    const QString &gateway);
     /// Sets IPv6 "off" or "auto".
-    bool configureIPv6(const QString &name, const QString &method) const;
-    QVariantMap getConfiguration(const QString &name) const;
-    QVariantMap getIPv6Configuration(const QString &name) const;
+    bool configureIPv6(const QString &name, const QString &method);
+    /// ConnmanService::getIpv4Configuration(), as it was last told.
+    QVariantMap getConfiguration(const QString &name);
+    /// ConnmanService::getUpdatedIpv6Configuration().
+    QVariantMap getIPv6Configuration(const QString &name);
     /// The hardware address of a network interface such as "wlan0".
     QString getHwAddress(const QString &name) const;
-    QString getAddress(const QString &name) const;
-    QString getNetmask(const QString &name) const;
-    QString getGateway(const QString &name) const;
-    QString getIPv6Address(const QString &name) const;
-    QString getPrefix(const QString &name) const;
-    QStringList getNameservers(const QString &name) const;
+    QString getAddress(const QString &name);
+    QString getNetmask(const QString &name);
+    QString getGateway(const QString &name);
+    QString getIPv6Address(const QString &name);
+    QString getPrefix(const QString &name);
+    QStringList getNameservers(const QString &name);
     /// Sets the name servers in the given order; an empty list clears them.
     bool setNameservers(const QString &name, const QStringList &servers);
     /// Every network's properties by identifier, after a scan. IPv6 of every network is set to "auto" on the
@@ -100,7 +99,7 @@ public slots:
     /// The names of the networks that are connecting or connected.
     QStringList activeNetworks();
     bool setWifiPower(bool on);
-    bool getWifiPower() const;
+    bool getWifiPower();
     /// Makes ConnMan forget a Wi-Fi network's credentials.
     bool forgetWifi(const QString &ssid);
     bool registerWifi(const QString &ssid, const QString &psk);
@@ -108,8 +107,8 @@ public slots:
     bool registerWiFiWpa2Enterprise(const QString &identityName, const QString &ssid, const QString &psk,
                                     const QString &eap, const QString &authPhase);
     bool registerWifiWps(const QString &ssid, const QString &secret);
-    bool checkWifiTechnology() const;
-    bool checkBluetoothTechnology() const;
+    bool checkWifiTechnology();
+    bool checkBluetoothTechnology();
     QString getWifiRegion() const;
     bool setWifiRegion(const QString &region);
     bool getLockRegion() const;
@@ -126,15 +125,9 @@ public slots:
     void keyDown(libkeyboard::Keyboard::Key key);
 
 private:
-    using Service = std::shared_ptr<ConnmanService>;
-    using Sentence = libtranslation::Sid::NetworkManager;
-
-    struct Credentials
-    {
-        QString secret;
-        ConnmanAgent::RequestType type = ConnmanAgent::RequestType::None;
-        QString extraName;
-    };
+    using Service = ServiceLookup::Service;
+    using IfMissing = ServiceLookup::IfMissing;
+    using Sentence = Feedback::Sentence;
 
     struct ManualAddresses
     {
@@ -144,72 +137,53 @@ private:
     };
 
     // Attaching to ConnMan
-    void createConnmanManager();
+    void createManager();
     void registerAgent();
-    void waitForWifiPowerState() const;
-    void initMacAddress() const;
-    void powerCycleWifi();
-    void tryPreferredAfter(std::chrono::milliseconds delay, std::chrono::milliseconds pauseAfterScan);
-    static void initLed(Led &led, const char *complaint);
-
-    // Lookup
-    QList<Service> services() const;
-    bool scanWifi(std::chrono::milliseconds pause = {}) const;
-    Service findService(const std::function<bool(const ConnmanService &)> &matches, bool scanIfMissing) const;
-    Service findServiceByName(const QString &name, bool scanIfMissing) const;
-    Service findWifiServiceByName(const QString &name, bool scanIfMissing) const;
-    Service findServiceByInterface(const QString &interface, bool scanIfMissing) const;
-    Service findOrReport(const QString &name) const;
-    Service reportIfMissing(const Service &service, const QString &name) const;
-    bool refuse(const char *logText, const QString &errorText) const;
-
-    // Preferred network and feedback
-    void setAutoConnect(bool on) const;
-    bool isWifiIdle() const;
-    void announceReconnection(const QString &name);
-    void announceConnected(const Service &service);
+    void createWifiTechnology();
+    void setUpWifi();
+    void initMacAddress();
     void wifiStateChanged(ConnmanManager::InterfaceState state);
     void ethernetStateChanged(ConnmanManager::InterfaceState state);
-    void pollEthernetAddress();
-    void announceEthernetAddress(const ConnmanService &service);
-    void ethernetAddressSpoken();
-    void speak(const Sentence &sentence, const QStringList &arguments = {}) const;
+
+    Service findOrReport(const QString &name);
+    Service reportIfMissing(const Service &service, const QString &name);
+    bool refuse(const char *logText, const QString &errorText);
+    bool refuseValue(const char *logText, const QString &value, const QString &errorTemplate);
+    void announceConnected(const Service &service);
 
     // Queries
-    QString ipv4Value(const QString &name, const QString &key) const;
-    QString ipv6Value(const QString &name, const QString &key) const;
-    bool hasTechnology(const QString &name) const;
+    QString ipv4Value(const QString &name, const QString &key);
+    QString ipv6Value(const QString &name, const QString &key);
+    bool hasTechnology(const QString &name);
 
     // Registering
-    bool validateService(const Service &service, const QString &name) const;
-    bool validateCredentials(const QString &ssid, const QString &psk) const;
-    Service serviceToRegister(const QString &ssid) const;
-    void setCredentials(const QString &ssid, const Credentials &credentials);
+    bool validateService(const Service &service, const QString &name);
+    bool validateCredentials(const QString &ssid, const QString &psk);
+    Service serviceToRegister(const QString &ssid);
     bool registerWithCredentials(const Service &service, const QString &ssid, const Credentials &credentials,
                                  const std::function<void()> &onFailure = {});
     bool registerWifiWPSNamed(const QString &ssid);
-    bool registerWifiWPSAny();
+    bool registerWifiWPSAny() const;
 
     // IP configuration
-    Service serviceToConfigure(const QString &name) const;
-    bool configureManual(ConnmanService &service, const QString &name, const ManualAddresses &texts) const;
-    bool reportRefusedConfiguration(bool configured, const QString &name, const QString &method) const;
-    bool refuseValue(const char *logText, const QString &value, const QString &errorTemplate) const;
+    Service serviceToConfigure(const QString &name);
+    bool configureManual(ConnmanService &service, const QString &name, const ManualAddresses &texts);
+    bool reportRefusedConfiguration(bool configured, const QString &name, const QString &method);
 
-    bool m_poweredOn = false;
-    Led m_ethernetLed;
-    Led m_wifiLed;
+    Feedback m_feedback;
     std::unique_ptr<libtactora::DBusService> m_connmanWatcher;
-    ConnmanAgent *m_agent = nullptr;
+
+    // ConnMan's objects, made when it is first seen
     ConnmanManager *m_manager = nullptr;
+    ConnmanAgent *m_agent = nullptr;
     ConnmanAgentDBus *m_agentAdaptor = nullptr;
     ConnmanTechnology *m_wifi = nullptr;
-    ConnmanManager::InterfaceState m_wifiState = ConnmanManager::InterfaceState::Unknown;
+
     NetworkSettings *m_settings;
-    QTimer m_ethernetTimer;
-    libspeech::detail::Speech *m_speech;
+    ServiceLookup m_lookup;
+    PreferredNetwork m_preferred;
+    WifiSwitch m_wifiSwitch;
+    EthernetAnnouncement m_ethernetAnnouncement;
     libkeyboard::Keyboard m_keyboard;
-    bool m_modifierHeld = false;
-    bool m_ethernetAnnounced = false;
-    int m_ethernetPolls = 0;
+    KeyChord m_chord;
 };

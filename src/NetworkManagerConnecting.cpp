@@ -2,7 +2,8 @@
 
 #include "NetworkManager.h"
 
-#include "NetworkManagerConstants.h"
+#include "ConnmanNames.h"
+#include "NetworkManagerLog.h"
 #include "NetworkSettings.h"
 
 bool NetworkManager::connect(const QString &name)
@@ -16,24 +17,21 @@ bool NetworkManager::connect(const QString &name)
         return false;
     }
 
-    setAutoConnect(false);
-    const bool connected = service->connect();
-    if (connected) {
-        announceConnected(service);
-        emit networkConnected(name);
-    } else {
+    const ConnectingScope scope(m_lookup, m_preferred);
+    if (!service->connect()) {
         emit error(QStringLiteral("Unable to connect network '%1'.").arg(name));
-        speak(Sentence::ConnectionFailed);
+        m_feedback.speak(Sentence::ConnectionFailed);
+        return false;
     }
-    setAutoConnect(true);
-    return connected;
+    announceConnected(service);
+    emit networkConnected(name);
+    return true;
 }
 
 void NetworkManager::announceConnected(const Service &service)
 {
-    m_poweredOn = false;
-    m_settings->setPreferedWifi(service);
-    speak(Sentence::Connected);
+    m_preferred.choose(service);
+    m_feedback.speak(Sentence::Connected);
 }
 
 bool NetworkManager::disconnect(const QString &name)
@@ -53,7 +51,7 @@ bool NetworkManager::disconnect(const QString &name)
         emit error(QStringLiteral("Unable to disconnect network '%1'.").arg(name));
         return false;
     }
-    m_wifiLed.off();
+    m_feedback.showDisconnected();
     emit networkDisconnected(name);
     return true;
 }
@@ -65,12 +63,12 @@ bool NetworkManager::forgetWifi(const QString &ssid)
         emit error(QStringLiteral("Invalid parameter, ssid: '%1'").arg(ssid));
         return false;
     }
-    const Service service = reportIfMissing(findWifiServiceByName(ssid, true), ssid);
+    const Service service = reportIfMissing(m_lookup.wifiByName(ssid, IfMissing::ScanOnce), ssid);
     if (!service) {
         return false;
     }
 
-    if (ssid.contains(NetworkManagerConstants::EnterpriseSecurity)) {
+    if (ssid.contains(ConnmanNames::EnterpriseSecurity)) {
         m_settings->removeWpaConfFile(ssid);
     }
     m_settings->removePreferedWifi(service);

@@ -2,11 +2,15 @@
 
 #include "NetworkManager.h"
 
-#include "NetworkManagerConstants.h"
+#include "ConnmanNames.h"
+#include "NetworkManagerLog.h"
 
-using namespace NetworkManagerConstants;
+using ConnmanNames::Auto;
+using ConnmanNames::Dhcp;
+using ConnmanNames::Manual;
+using ConnmanNames::Off;
 
-NetworkManager::Service NetworkManager::serviceToConfigure(const QString &name) const
+NetworkManager::Service NetworkManager::serviceToConfigure(const QString &name)
 {
     if (name.isEmpty()) {
         // The complaint of connect(), on purpose.
@@ -42,7 +46,7 @@ bool NetworkManager::configure(const QString &name, const QString &method, const
 }
 
 bool NetworkManager::configureManual(ConnmanService &service, const QString &name,
-                                     const ManualAddresses &texts) const
+                                     const ManualAddresses &texts)
 {
     const QHostAddress address(texts.address);
     if (address.isNull()) {
@@ -64,7 +68,7 @@ bool NetworkManager::configureManual(ConnmanService &service, const QString &nam
     return reportRefusedConfiguration(configured, name, Manual);
 }
 
-bool NetworkManager::configureIPv6(const QString &name, const QString &method) const
+bool NetworkManager::configureIPv6(const QString &name, const QString &method)
 {
     const Service service = serviceToConfigure(name);
     if (!service) {
@@ -97,18 +101,10 @@ bool NetworkManager::setNameservers(const QString &name, const QStringList &serv
 }
 
 bool NetworkManager::reportRefusedConfiguration(bool configured, const QString &name,
-                                                const QString &method) const
+                                                const QString &method)
 {
     if (!configured) {
         emit error(QStringLiteral("Unable to configure network '%1' with method '%2'.").arg(name, method));
     }
     return configured;
-}
-
-bool NetworkManager::refuseValue(const char *logText, const QString &value,
-                                 const QString &errorTemplate) const
-{
-    qCCritical(logNetworkManager) << logText << value;
-    emit error(errorTemplate.arg(value));
-    return false;
 }

@@ -3,37 +3,35 @@
 #include "NetworkManager.h"
 
 #include "ConnmanNames.h"
-#include "ConnmanTechnology.h"
-#include "NetworkManagerConstants.h"
+#include "ReplyValues.h"
 
 #include <algorithm>
 #include <iterator>
 
-using namespace NetworkManagerConstants;
-
 QVariantMap NetworkManager::networks()
 {
-    scanWifi();
+    m_lookup.scan();
     QVariantMap networks;
-    const QList<Service> all = services();
+    const QList<Service> all = m_lookup.services();
     for (const Service &service : all) {
         const QVariantMap ipv6 = service->properties().value(ConnmanNames::Ipv6).toMap();
         // A deliberate side effect: every listed network gets IPv6 auto-configuration.
-        if (ipv6.value(ConnmanNames::Method).toString() != Auto) {
-            configureIPv6(service->identifier(), Auto);
+        if (ipv6.value(ConnmanNames::Method).toString() != ConnmanNames::Auto) {
+            configureIPv6(service->identifier(), ConnmanNames::Auto);
         }
-        networks.insert(service->identifier(), service->properties());
+        networks.insert(service->identifier(), ReplyValues::sendable(service->properties(),
+                                                                     ReplyValues::Place::InDictionaryOfReply));
     }
     return networks;
 }
 
 QStringList NetworkManager::wpsNetworks()
 {
-    scanWifi();
+    m_lookup.scan();
     QStringList names;
-    const QList<Service> all = services();
+    const QList<Service> all = m_lookup.services();
     for (const Service &service : all) {
-        if (service->security().contains(WpsSecurity)) {
+        if (service->security().contains(ConnmanNames::WpsSecurity)) {
             names.append(service->name());
         }
     }
@@ -43,7 +41,7 @@ QStringList NetworkManager::wpsNetworks()
 QStringList NetworkManager::activeNetworks()
 {
     QStringList names;
-    const QList<Service> all = services();
+    const QList<Service> all = m_lookup.services();
     for (const Service &service : all) {
         if (service->state() >= ConnmanService::State::Association) {
             names.append(service->name());
@@ -52,56 +50,62 @@ QStringList NetworkManager::activeNetworks()
     return names;
 }
 
-QVariantMap NetworkManager::getConfiguration(const QString &name) const
+QVariantMap NetworkManager::getConfiguration(const QString &name)
 {
     const Service service = findOrReport(name);
-    return service ? service->getIpv4Configuration() : QVariantMap();
+    if (!service) {
+        return {};
+    }
+    return ReplyValues::sendable(service->getIpv4Configuration(), ReplyValues::Place::InReply);
 }
 
-QVariantMap NetworkManager::getIPv6Configuration(const QString &name) const
+QVariantMap NetworkManager::getIPv6Configuration(const QString &name)
 {
     const Service service = findOrReport(name);
-    return service ? service->getUpdatedIpv6Configuration() : QVariantMap();
+    if (!service) {
+        return {};
+    }
+    return ReplyValues::sendable(service->getUpdatedIpv6Configuration(), ReplyValues::Place::InReply);
 }
 
-QString NetworkManager::getAddress(const QString &name) const
+QString NetworkManager::getAddress(const QString &name)
 {
     return ipv4Value(name, ConnmanNames::Address);
 }
 
-QString NetworkManager::getNetmask(const QString &name) const
+QString NetworkManager::getNetmask(const QString &name)
 {
     return ipv4Value(name, ConnmanNames::Netmask);
 }
 
-QString NetworkManager::getGateway(const QString &name) const
+QString NetworkManager::getGateway(const QString &name)
 {
     return ipv4Value(name, ConnmanNames::Gateway);
 }
 
-QString NetworkManager::getIPv6Address(const QString &name) const
+QString NetworkManager::getIPv6Address(const QString &name)
 {
     return ipv6Value(name, ConnmanNames::Address);
 }
 
-QString NetworkManager::getPrefix(const QString &name) const
+QString NetworkManager::getPrefix(const QString &name)
 {
     return ipv6Value(name, ConnmanNames::PrefixLength);
 }
 
-QString NetworkManager::ipv4Value(const QString &name, const QString &key) const
+QString NetworkManager::ipv4Value(const QString &name, const QString &key)
 {
     const Service service = findOrReport(name);
     return service ? service->getIpv4ConfigurationValue(key) : QString();
 }
 
-QString NetworkManager::ipv6Value(const QString &name, const QString &key) const
+QString NetworkManager::ipv6Value(const QString &name, const QString &key)
 {
     const Service service = findOrReport(name);
     return service ? service->getIpv6ConfigurationValue(key) : QString();
 }
 
-QStringList NetworkManager::getNameservers(const QString &name) const
+QStringList NetworkManager::getNameservers(const QString &name)
 {
     const Service service = findOrReport(name);
     if (!service) {
@@ -114,22 +118,17 @@ QStringList NetworkManager::getNameservers(const QString &name) const
     return texts;
 }
 
-bool NetworkManager::getWifiPower() const
+bool NetworkManager::checkWifiTechnology()
 {
-    return m_wifi != nullptr && m_wifi->isPowered() > 0;
+    return hasTechnology(ConnmanNames::Wifi);
 }
 
-bool NetworkManager::checkWifiTechnology() const
+bool NetworkManager::checkBluetoothTechnology()
 {
-    return hasTechnology(WifiTechnology);
+    return hasTechnology(ConnmanNames::Bluetooth);
 }
 
-bool NetworkManager::checkBluetoothTechnology() const
-{
-    return hasTechnology(BluetoothTechnology);
-}
-
-bool NetworkManager::hasTechnology(const QString &name) const
+bool NetworkManager::hasTechnology(const QString &name)
 {
     return m_manager != nullptr && m_manager->hasTechnology(name);
 }

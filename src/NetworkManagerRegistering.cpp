@@ -3,18 +3,18 @@
 
 #include "NetworkManager.h"
 
-#include "NetworkManagerConstants.h"
+#include "ConnmanAgent.h"
+#include "ConnmanNames.h"
+#include "NetworkManagerLog.h"
 #include "NetworkSettings.h"
 
-using namespace NetworkManagerConstants;
-
-bool NetworkManager::validateCredentials(const QString &ssid, const QString &psk) const
+bool NetworkManager::validateCredentials(const QString &ssid, const QString &psk)
 {
     if (ssid.isEmpty()) {
         return refuse("Can't register without an SSID.",
                       QStringLiteral("Invalid parameter, ssid: '%1'").arg(ssid));
     }
-    if (ssid.endsWith(OpenSecurity)) {
+    if (ssid.endsWith(ConnmanNames::OpenSecurity)) {
         return true;
     }
     if (psk.isEmpty()) {
@@ -24,13 +24,13 @@ bool NetworkManager::validateCredentials(const QString &ssid, const QString &psk
     return true;
 }
 
-bool NetworkManager::validateService(const Service &service, const QString &name) const
+bool NetworkManager::validateService(const Service &service, const QString &name)
 {
     if (service) {
         return true;
     }
-    scanWifi();
-    const Service found = reportIfMissing(findWifiServiceByName(name, true), name);
+    m_lookup.scan();
+    const Service found = reportIfMissing(m_lookup.wifiByName(name, IfMissing::ScanOnce), name);
     if (!found) {
         return false;
     }
@@ -41,44 +41,34 @@ bool NetworkManager::validateService(const Service &service, const QString &name
     return true;
 }
 
-NetworkManager::Service NetworkManager::serviceToRegister(const QString &ssid) const
+NetworkManager::Service NetworkManager::serviceToRegister(const QString &ssid)
 {
-    const Service service = findWifiServiceByName(ssid, true);
+    const Service service = m_lookup.wifiByName(ssid, IfMissing::ScanOnce);
     if (!validateService(service, ssid)) {
         return {};
     }
-    return service ? service : reportIfMissing(findWifiServiceByName(ssid, false), ssid);
-}
-
-void NetworkManager::setCredentials(const QString &ssid, const Credentials &credentials)
-{
-    if (m_agent) {
-        m_agent->setRequest(ssid, credentials.secret, credentials.type, credentials.extraName);
-    }
+    return service ? service : reportIfMissing(m_lookup.wifiByName(ssid, IfMissing::GiveUp), ssid);
 }
 
 bool NetworkManager::registerWithCredentials(const Service &service, const QString &ssid,
                                              const Credentials &credentials,
                                              const std::function<void()> &onFailure)
 {
-    setCredentials(ssid, credentials);
-    setAutoConnect(false);
-    const bool connected = service->connect();
-    if (connected) {
+    const ConnectingScope connectingScope(m_lookup, m_preferred);
+    const CredentialsScope credentialsScope(m_agent, ssid, credentials);
+    if (service->connect()) {
         announceConnected(service);
         emit networkRegistered(ssid);
-    } else {
-        const QString reason = m_agent->lastError();
-        qCCritical(logNetworkManager) << "Failed to register network:" << reason;
-        emit error(reason);
-        speak(Sentence::ConnectionFailed);
-        if (onFailure) {
-            onFailure();
-        }
+        return true;
     }
-    setCredentials({}, {});
-    setAutoConnect(true);
-    return connected;
+    const QString reason = m_agent->lastError();
+    qCCritical(logNetworkManager) << "Failed to register network:" << reason;
+    emit error(reason);
+    m_feedback.speak(Sentence::ConnectionFailed);
+    if (onFailure) {
+        onFailure();
+    }
+    return false;
 }
 
 bool NetworkManager::registerWifi(const QString &ssid, const QString &psk)
@@ -134,18 +124,15 @@ bool NetworkManager::registerWiFiWpa2Enterprise(const QString &identityName, con
 
 bool NetworkManager::registerWifiWps(const QString &ssid, const QString &secret)
 {
-    setCredentials(ssid, {secret, ConnmanAgent::RequestType::Wps, {}});
-    const bool registered = ssid.isEmpty() ? registerWifiWPSAny() : registerWifiWPSNamed(ssid);
-    setCredentials({}, {});
-    return registered;
+    const CredentialsScope scope(m_agent, ssid, {secret, ConnmanAgent::RequestType::Wps, {}});
+    return ssid.isEmpty() ? registerWifiWPSAny() : registerWifiWPSNamed(ssid);
 }
 
 bool NetworkManager::registerWifiWPSNamed(const QString &ssid)
 {
-    Service service = findWifiServiceByName(ssid, true);
+    Service service = m_lookup.wifiByName(ssid, IfMissing::ScanOnce);
     if (!service) {
-        scanWifi();
-        service = findWifiServiceByName(ssid, false);
+        service = m_lookup.wifiByName(ssid, IfMissing::ScanOnce);
     }
     if (!service) {
         return refuse("Unknown network.", QStringLiteral("Unknown network."));
@@ -154,20 +141,18 @@ bool NetworkManager::registerWifiWPSNamed(const QString &ssid)
         return refuse("Network already registered.", QStringLiteral("Network already registered."));
     }
 
-    setAutoConnect(false);
-    const bool connected = service->connect();
-    if (connected) {
-        m_settings->setPreferedWifi(service);
-        emit networkRegistered(ssid);
-    } else {
+    const ConnectingScope scope(m_lookup, m_preferred);
+    if (!service->connect()) {
         qCCritical(logNetworkManager) << "Unable to register to network" << service->name() << "using WPS.";
         emit error(QStringLiteral("Unable to register network '%1' using WPS.").arg(service->name()));
+        return false;
     }
-    setAutoConnect(true);
-    return connected;
+    m_settings->setPreferedWifi(service);
+    emit networkRegistered(ssid);
+    return true;
 }
 
-bool NetworkManager::registerWifiWPSAny()
+bool NetworkManager::registerWifiWPSAny() const
 {
     qCCritical(logNetworkManager) << "Connect to any WPS network isn't supported.";
     return false;

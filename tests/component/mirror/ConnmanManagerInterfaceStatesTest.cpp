@@ -94,7 +94,7 @@ private slots:
     void leavingOnlineSchedulesNoReport();
     void stateThatDoesNotSettleIsNeverReported();
     void severalChangesWithinTheSettlingTimeAreOneReport();
-    void removedServiceStillSchedulesAReport();
+    void removedServiceThatIsHeldStillSchedulesAReport();
 };
 
 void ConnmanManagerInterfaceStatesTest::highestStateOfTheServicesCounts_data()
@@ -380,11 +380,12 @@ void ConnmanManagerInterfaceStatesTest::severalChangesWithinTheSettlingTimeAreOn
     QCOMPARE(recorded->interfaceLines(), {interfaceIs(Wlan, State::Ready)});
 }
 
-void ConnmanManagerInterfaceStatesTest::removedServiceStillSchedulesAReport()
+void ConnmanManagerInterfaceStatesTest::removedServiceThatIsHeldStillSchedulesAReport()
 {
     MirrorWorld world;
     const auto recorded = settledManager(world, QStringLiteral("ready"));
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
+    const std::shared_ptr<ConnmanService> held = recorded->manager.services().constFirst();
     recorded->manager.remService(QDBusObjectPath(MirrorWorld::pathOf(Service)));
     moveTo(world, QStringLiteral("disconnect"));
     QVERIFY(reports.wait(LatestMs));

@@ -69,7 +69,7 @@ private slots:
     void removingAServiceOnlyForgetsIt();
     void removingAServiceLogsOneDebugLine();
     void removingAnUnknownServiceIsAWarningAndNothingElse();
-    void removedServiceStillReportsItsState();
+    void removedServiceThatIsHeldStillReportsItsState();
     void removedServiceOutlivesTheRegistryAndTheManager();
 };
 
@@ -272,11 +272,12 @@ void ConnmanManagerRegistryTest::removingAnUnknownServiceIsAWarningAndNothingEls
     QCOMPARE(world.simulator().calls(), QStringList());
 }
 
-void ConnmanManagerRegistryTest::removedServiceStillReportsItsState()
+void ConnmanManagerRegistryTest::removedServiceThatIsHeldStillReportsItsState()
 {
     MirrorWorld world;
     world.addService(A, idle());
     FilledManager filled(world);
+    const std::shared_ptr<ConnmanService> held = filled.manager.services().constFirst();
     filled.manager.remService(QDBusObjectPath(path(A)));
     world.simulator().setServiceProperty(A, QStringLiteral("State"), QStringLiteral("association"));
     world.deliver();

@@ -3,7 +3,6 @@
 #include "ConnmanService.h"
 #include "MirrorWorld.h"
 
-#include <QDBusInterface>
 #include <QSignalSpy>
 #include <QtTest>
 
@@ -35,7 +34,6 @@ private slots:
     void constructionLogsOneDebugLine();
     void constructionLogsBeforeItSubscribes();
     void signalAndSlotsHaveTheirOrder();
-    void callsMayTakeTwoMinutes();
     void identifierIsTheLastElementOfThePath();
     void failedSubscriptionIsOneLineAndTheServiceIsUsable();
 
@@ -46,7 +44,6 @@ private slots:
     void updateAnsweredWithUnknownObjectIsSilentAndKeepsTheCache();
     void updateAnsweredWithAnErrorIsOneLineAndKeepsTheCache_data();
     void updateAnsweredWithAnErrorIsOneLineAndKeepsTheCache();
-    void updateThatIsNeverAnsweredIsOneLineAndKeepsTheCache();
     void updateWhileConnmanVanishesIsOneLineAndKeepsTheCache();
     void updateAnsweredWithNothingEmptiesTheCache();
 
@@ -98,18 +95,6 @@ void ConnmanServiceCacheTest::signalAndSlotsHaveTheirOrder()
                                QStringLiteral("propertyChanged(QString,QDBusVariant)"),
                                QStringLiteral("serviceChanged()")};
     QCOMPARE(ownMethods(ConnmanService::staticMetaObject), expected);
-}
-
-void ConnmanServiceCacheTest::callsMayTakeTwoMinutes()
-{
-    MirrorWorld world;
-    const ConnmanService service(world.connection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
-    const auto *interface = service.findChild<QDBusInterface *>();
-    QVERIFY(interface);
-    QCOMPARE(interface->timeout(), 120000);
-    QCOMPARE(interface->service(), QStringLiteral("net.connman"));
-    QCOMPARE(interface->path(), QStringLiteral("/x"));
-    QCOMPARE(interface->interface(), QStringLiteral("net.connman.Service"));
 }
 
 void ConnmanServiceCacheTest::identifierIsTheLastElementOfThePath()
@@ -219,20 +204,6 @@ void ConnmanServiceCacheTest::updateAnsweredWithAnErrorIsOneLineAndKeepsTheCache
     QCOMPARE(service.properties(), before);
     QCOMPARE(world.complaints(),
              {critical(PropertiesLog, QStringLiteral("Call to GetProperties failed: \"Not today\""))});
-}
-
-void ConnmanServiceCacheTest::updateThatIsNeverAnsweredIsOneLineAndKeepsTheCache()
-{
-    using namespace std::chrono_literals;
-    MirrorWorld world;
-    ConnmanService service(world.connection(), world.addService(Identifier), nullptr, 200ms);
-    const Fault fault = world.simulator().injectFault(QStringLiteral("net.connman.Service"),
-                                                      QStringLiteral("GetProperties"), FaultKind::never());
-    QVERIFY(service.dbusUpdateProperties());
-    QVERIFY(service.properties().isEmpty());
-    QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(
-        critical(PropertiesLog, QStringLiteral("Call to GetProperties failed: \"Did not receive a reply."))));
 }
 
 void ConnmanServiceCacheTest::updateWhileConnmanVanishesIsOneLineAndKeepsTheCache()

@@ -105,7 +105,7 @@ void MirrorWorld::emitServicesChanged(const QStringList &changed, const QStringL
                            {QVariant::fromValue(records), QVariant::fromValue(gone)});
 }
 
-void MirrorWorld::deliver()
+void MirrorWorld::receive()
 {
     // The bus keeps the order of one sender's messages: what was sent before this answer is here with it.
     const QDBusMessage ping =
@@ -115,6 +115,11 @@ void MirrorWorld::deliver()
     if (answer.type() != QDBusMessage::ReplyMessage) {
         qCritical() << "ConnMan does not answer:" << answer.errorMessage();
     }
+}
+
+void MirrorWorld::deliver()
+{
+    receive();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::MetaCall);
 }
 

@@ -36,6 +36,8 @@ public:
     void emitPropertyChanged(const QString &path, const QString &name, const QVariant &value);
     /// Announces exactly these, without the properties that the changed ones have.
     void emitServicesChanged(const QStringList &changed, const QStringList &removed);
+    /// Returns when all that ConnMan has sent by now has arrived; it is not handled yet.
+    void receive();
     /// Returns when all that ConnMan has sent by now has been handled. Runs no timers.
     void deliver();
 

@@ -18,11 +18,6 @@ const QString disconnectingLine = QStringLiteral("Disconnecting service due to t
 // Far above what a reply takes to arrive, far below any timer that could end a wait by chance.
 constexpr int atOnceMs = 5000;
 
-FaultKind silence()
-{
-    return FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"), QStringLiteral("Silence"));
-}
-
 } // namespace
 
 class ConnmanServiceConnectTest : public ServiceFixture
@@ -43,7 +38,6 @@ private slots:
 
     void connectWithoutReplyDisconnectsOnceAndWritesTheAddress();
     void connectWithoutReplyIsLoggedBeforeTheDisconnecting();
-    void connectThatTimesOutDisconnectsOnce();
     void connectThatTimesOutAndCannotDisconnectFails();
     void connectToAConnmanThatCrashesFails();
     void connectWithoutConnmanFailsAtOnce();
@@ -204,26 +198,6 @@ void ConnmanServiceConnectTest::connectWithoutReplyIsLoggedBeforeTheDisconnectin
     QCOMPARE(lines.size(), 3);
     QCOMPARE(lines.at(1), disconnectingLine);
     QVERIFY(lines.at(0).startsWith(QStringLiteral("Failed to asynchronously call Connect on ")));
-}
-
-void ConnmanServiceConnectTest::connectThatTimesOutDisconnectsOnce()
-{
-    makeProxy(std::chrono::seconds(1));
-    log().clear();
-    const Fault unanswered = fault("Connect", FaultKind::never());
-    const Fault taken = fault("SetProperty", FaultKind::reply({}));
-    QElapsedTimer elapsed;
-    elapsed.start();
-
-    QVERIFY(!service().connect());
-    QVERIFY2(elapsed.elapsed() >= 900, qPrintable(QString::number(elapsed.elapsed())));
-    QCOMPARE(calls(), callsAfterNoReply());
-    QCOMPARE(criticalLines().size(), 1);
-    QVERIFY(criticalLines().constFirst().startsWith(
-        serviceLine(QStringLiteral("Failed to asynchronously call Connect on \"%1\" : "
-                                   "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", ")
-                        .arg(path()))));
-    QCOMPARE(debugLines(), QStringList(disconnectingLine));
 }
 
 void ConnmanServiceConnectTest::connectThatTimesOutAndCannotDisconnectFails()

@@ -3,7 +3,6 @@
 
 #include <functional>
 #include <QDBusConnection>
-#include <QDBusInterface>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QtTest>
@@ -28,7 +27,6 @@ private slots:
     void constructionReadsThePropertiesOnce();
     void constructionWithoutConnmanIsLogged();
     void unusableBusIsLoggedAndEverythingFails();
-    void callTimeoutIsQtsOwn();
 
     void gettersReadTheCache();
     void missingPropertyIsLogged_data();
@@ -84,11 +82,6 @@ void ConnmanTechnologyTest::unusableBusIsLoggedAndEverythingFails()
     QCOMPARE(unreachable.isPowered(), -1);
     QVERIFY(!unreachable.setPowered(true));
     QVERIFY(!unreachable.scan());
-}
-
-void ConnmanTechnologyTest::callTimeoutIsQtsOwn()
-{
-    QCOMPARE(technology().findChild<QDBusInterface *>()->timeout(), -1);
 }
 
 void ConnmanTechnologyTest::gettersReadTheCache()

@@ -63,10 +63,10 @@ QString ServiceFixture::path()
     return QStringLiteral("/net/connman/service/") + identifier();
 }
 
-void ServiceFixture::makeProxy(std::chrono::milliseconds callTimeout)
+void ServiceFixture::makeProxy()
 {
-    m_service = std::make_unique<ConnmanService>(QDBusConnection::systemBus(), QDBusObjectPath(path()),
-                                                 nullptr, callTimeout);
+    m_service =
+        std::make_unique<ConnmanService>(QDBusConnection::systemBus(), QDBusObjectPath(path()), nullptr);
     m_service->serviceChanged();
     m_connman.clearCalls();
 }
@@ -96,6 +96,11 @@ FaultKind ServiceFixture::unknownObject()
 {
     return FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.UnknownObject"),
                             QStringLiteral("Method \"x\" doesn't exist"));
+}
+
+FaultKind ServiceFixture::silence()
+{
+    return FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"), QStringLiteral("Silence"));
 }
 
 FaultKind ServiceFixture::connmanError(const char *name, const char *message)

@@ -24,7 +24,7 @@ protected:
     static QString path();
 
     /// Replaces the proxy, and fills its cache.
-    void makeProxy(std::chrono::milliseconds callTimeout = ConnmanService::CallTimeout);
+    void makeProxy();
     /// Takes the service away from ConnMan without telling anybody; the proxy finds out by itself.
     void removeServiceUnnoticed();
 
@@ -37,6 +37,8 @@ protected:
     /// A fault for calls of the service's interface.
     test_support::Fault fault(const char *member, const test_support::FaultKind &kind, uint count = 1);
     static test_support::FaultKind unknownObject();
+    /// What a call that nobody has answered in time ends with.
+    static test_support::FaultKind silence();
     static test_support::FaultKind connmanError(const char *name, const char *message);
 
     /// The debug lines of the operations.
