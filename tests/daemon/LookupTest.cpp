@@ -10,6 +10,8 @@ class LookupTest : public QObject
 private slots:
     void knownNetworkIsFoundWithoutScan();
     void missingNetworkIsLookedForAgainAfterOneScan();
+    void networkAnnouncedAfterOthersIsStillFound_data();
+    void networkAnnouncedAfterOthersIsStillFound();
     void networkMissingTwiceIsReportedAfterOneScan();
     void failedScanDoesNotHideAKnownNetwork();
     void identifierIsComparedExactly_data();
@@ -56,6 +58,33 @@ void LookupTest::missingNetworkIsLookedForAgainAfterOneScan()
     QVERIFY(!device.client.call("getConfiguration", found).toMap().isEmpty());
     QCOMPARE(scans(device), 1);
     QCOMPARE(device.client.record().filter("error"_s), QStringList());
+}
+
+void LookupTest::networkAnnouncedAfterOthersIsStillFound_data()
+{
+    QTest::addColumn<int>("announcedAfterMs");
+    QTest::newRow("soon") << 40;
+    QTest::newRow("as ConnMan does") << 100;
+    QTest::newRow("late") << 150;
+}
+
+// Announcements about something else, queued before the scan's reply or coming before the one that matters, are not
+// taken for it.
+void LookupTest::networkAnnouncedAfterOthersIsStillFound()
+{
+    QFETCH(int, announcedAfterMs);
+    TestDevice device;
+    QVERIFY(device.startWithoutRadio());
+    device.simulator.setTiming("scan"_s, 200);
+    device.simulator.setTiming("announce"_s, announcedAfterMs);
+    const QString found = device.simulator.addNetwork(
+        {{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}, {"atOnce"_s, false}});
+    device.client.send("connect", found);
+    QVERIFY(device.simulator.waitForCall(scene::scan));
+    for (int announcement = 0; announcement < 3; ++announcement) {
+        device.announceNothing();
+    }
+    QVERIFY(device.client.waitFor("connect -> true"_s));
 }
 
 void LookupTest::networkMissingTwiceIsReportedAfterOneScan()

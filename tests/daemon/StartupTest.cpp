@@ -20,8 +20,6 @@ private slots:
     void secondSignalEndsADaemonThatConnmanKeepsWaiting_data();
     void secondSignalEndsADaemonThatConnmanKeepsWaiting();
     void firstSignalIsObeyedOnceConnmanAnswers();
-    void signalDuringConnectIsObeyedOnceConnmanAnswers();
-    void secondSignalEndsADaemonThatWaitsForConnect();
     void criticalLineIsPrintedByDefault();
     void warningIsPrintedOnlyWhenRulesAskForIt_data();
     void warningIsPrintedOnlyWhenRulesAskForIt();
@@ -138,35 +136,6 @@ void StartupTest::firstSignalIsObeyedOnceConnmanAnswers()
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QCOMPARE(device.daemon.waitForExit(), 0);
     QVERIFY(device.client.waitFor("wpsNetworks -> []"_s));
-}
-
-void StartupTest::signalDuringConnectIsObeyedOnceConnmanAnswers()
-{
-    TestDevice device;
-    const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(device.startWithoutRadio());
-    const Fault slow = scene::connectFault(device.simulator, FaultKind::delay(500));
-    device.client.send("connect", home);
-    QVERIFY(device.simulator.waitForCall(scene::connectCall(home)));
-    QVERIFY(device.daemon.sendSignal(SIGTERM));
-    QCOMPARE(device.daemon.waitForExit(), 0);
-    QVERIFY(device.client.waitFor("connect -> true"_s));
-    QVERIFY(device.log().takeProblem(scene::autoConnectRefused));
-}
-
-void StartupTest::secondSignalEndsADaemonThatWaitsForConnect()
-{
-    TestDevice device;
-    const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(device.startWithoutRadio());
-    const Fault hanging = scene::connectFault(device.simulator, FaultKind::never());
-    device.client.send("connect", home);
-    QVERIFY(device.simulator.waitForCall(scene::connectCall(home)));
-    QVERIFY(device.daemon.sendSignal(SIGTERM));
-    QTRY_VERIFY(!device.daemon.catches(SIGTERM));
-    QVERIFY(device.daemon.sendSignal(SIGTERM));
-    QCOMPARE(device.daemon.waitForExit(), 128 + SIGTERM);
-    QVERIFY(device.log().takeProblem(scene::autoConnectRefused));
 }
 
 void StartupTest::criticalLineIsPrintedByDefault()

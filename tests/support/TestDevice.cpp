@@ -37,6 +37,15 @@ namespace test_support {
 namespace {
 const QString loadingServices = QStringLiteral("/ net.connman.Manager.GetServices()");
 const QString noRadioComplaint = QStringLiteral("default|critical|WLAN not supported on this board.");
+
+void announceChanged(SimulatorClient &simulator, const QList<ServiceEntry> &changed)
+{
+    qDBusRegisterMetaType<ServiceEntry>();
+    qDBusRegisterMetaType<QList<ServiceEntry>>();
+    simulator.emitSignal(QStringLiteral("/"), QStringLiteral("net.connman.Manager"),
+                         QStringLiteral("ServicesChanged"),
+                         {QVariant::fromValue(changed), QVariant::fromValue(QList<QDBusObjectPath>())});
+}
 } // namespace
 
 bool LonelyDaemon::start(const QStringList &arguments)
@@ -60,16 +69,16 @@ bool TestDevice::startAndAttach()
 
 void TestDevice::reportState(const QString &identifier, const QString &state)
 {
-    qDBusRegisterMetaType<ServiceEntry>();
-    qDBusRegisterMetaType<QList<ServiceEntry>>();
     constexpr bool silently = true;
     simulator.setServiceProperty(identifier, QStringLiteral("State"), state, silently);
     const QDBusObjectPath path(QStringLiteral("/net/connman/service/") + identifier);
-    const QList<ServiceEntry> changed{{path, {}}};
-    simulator.emitSignal(QStringLiteral("/"), QStringLiteral("net.connman.Manager"),
-                         QStringLiteral("ServicesChanged"),
-                         {QVariant::fromValue(changed), QVariant::fromValue(QList<QDBusObjectPath>())});
+    announceChanged(simulator, {{path, {}}});
     client.settle();
+}
+
+void TestDevice::announceNothing()
+{
+    announceChanged(simulator, {});
 }
 
 void TestDevice::removeRadio()

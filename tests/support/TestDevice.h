@@ -38,6 +38,8 @@ struct TestDevice
     /// Makes ConnMan report that a service is in a state, at once: the service and its interface's state
     /// follow together, where a change of "State" alone reaches the interface only two seconds later.
     void reportState(const QString &identifier, const QString &state);
+    /// Makes ConnMan announce that nothing has changed, as it does at times.
+    void announceNothing();
     /// Makes the board one without Wi-Fi hardware, which the daemon complains about once when it attaches. It
     /// then leaves radio, region and MAC address alone; a Wi-Fi technology that ConnMan has all the same
     /// works as ever.

@@ -1,0 +1,134 @@
+#include "OperationsScene.h"
+#include <QTest>
+
+using namespace scene;
+using namespace test_support;
+
+/// ConnMan is killed, without a word to anybody, and comes back.
+class ConnmanLossTest : public QObject
+{
+    Q_OBJECT
+private slots:
+    void networksOfAConnmanThatWasKilledAreGone();
+    void ledsGoOffWithConnman();
+    void nothingIsAskedOfAConnmanThatIsGone();
+    void preferredNetworkIsJoinedWhenItIsBack();
+    void operationOnANetworkOfTheFormerConnmanIsRefused();
+    void connectEndsWithConnman();
+};
+
+namespace {
+const QString connman = "net.connman"_s;
+const QString reconnected = "networkConnected(\"Home\")"_s;
+
+QVariantMap homeIs(const QString &state)
+{
+    return {{"Name"_s, "Home"_s}, {"State"_s, state}};
+}
+} // namespace
+
+void ConnmanLossTest::networksOfAConnmanThatWasKilledAreGone()
+{
+    Operations device;
+    device.simulator.addService(home, homeIs("ready"_s));
+    QVERIFY(device.begin());
+    QCOMPARE(device.client.call("activeNetworks").toStringList(), {"Home"_s});
+    device.simulator.setPresent(connman, false);
+    device.client.settle();
+    QCOMPARE(device.client.call("activeNetworks").toStringList(), QStringList());
+}
+
+void ConnmanLossTest::ledsGoOffWithConnman()
+{
+    Operations device;
+    device.simulator.addService(home, homeIs("ready"_s));
+    device.simulator.addService(cable, {{"State"_s, "online"_s}});
+    QVERIFY(device.begin());
+    QVERIFY(device.devices().waitForLed("led8"_s, LedPattern::on()));
+    QVERIFY(device.devices().waitForLed("led10"_s, LedPattern::on()));
+    device.simulator.setPresent(connman, false);
+    QVERIFY(device.devices().waitForLed("led8"_s, LedPattern::off()));
+    QVERIFY(device.devices().waitForLed("led10"_s, LedPattern::off()));
+}
+
+void ConnmanLossTest::nothingIsAskedOfAConnmanThatIsGone()
+{
+    Operations device;
+    device.daemon.setLoggingRules("ConnmanManager.services=true"_s);
+    device.simulator.addService(home, homeIs("ready"_s));
+    QVERIFY(device.begin());
+    device.simulator.setPresent(connman, false);
+    QVERIFY(device.log().waitFor("ConnmanManager.services|debug|Removing service \"%1\""_s.arg(servicePath(home))));
+    device.client.settle();
+    QCOMPARE(device.log().problems(), QStringList());
+    QCOMPARE(device.simulator.calls(), QStringList());
+}
+
+void ConnmanLossTest::preferredNetworkIsJoinedWhenItIsBack()
+{
+    TestDevice device;
+    device.daemon.sandbox().setSettings("main"_s, homePreferred);
+    device.daemon.sandbox().setSettings("region"_s, regionSweden);
+    device.simulator.addService(home, homeIs("ready"_s));
+    QVERIFY(device.startAndAttach());
+    QVERIFY(device.client.waitFor("powerChanged(true)"_s));
+    device.simulator.setPresent(connman, false);
+    // A ConnMan that starts anew knows the network, but has not joined it.
+    device.simulator.setServiceProperty(home, "State"_s, "idle"_s, true);
+    const Fault success = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}),
+                                                       servicePath(home), 0);
+    device.simulator.clearCalls();
+    device.simulator.setPresent(connman, true);
+    device.reportState(home, "idle"_s);
+    QVERIFY(device.simulator.waitForCall(connectCall(home)));
+    QVERIFY(device.client.waitFor(reconnected));
+}
+
+void ConnmanLossTest::operationOnANetworkOfTheFormerConnmanIsRefused()
+{
+    Operations device;
+    device.simulator.addService(home, homeIs("idle"_s));
+    QVERIFY(device.begin());
+    device.simulator.setPresent(connman, false);
+    device.simulator.removeService(home);
+    device.simulator.setPresent(connman, true);
+    QVERIFY(device.log().takeProblem("default|critical|WLAN not supported on this board."_s));
+    QCOMPARE(device.client.call("connect", home).toBool(), false);
+    QCOMPARE(device.client.record().last(), "connect -> false"_s);
+    QVERIFY(device.client.record().contains(errorSignal("Unknown network: '%1'"_s.arg(home))));
+    QVERIFY(device.log().takeProblem(noSuchNetwork(home)));
+    QVERIFY(!device.simulator.calls().contains(connectCall(home)));
+}
+
+// The wait for ConnMan ends with it, and the daemon goes on.
+void ConnmanLossTest::connectEndsWithConnman()
+{
+    Operations device;
+    device.simulator.addService(home, homeIs("idle"_s));
+    QVERIFY(device.begin());
+    Fault unanswered = connectFault(device.simulator, FaultKind::never());
+    device.client.send("connect", home);
+    QVERIFY(device.simulator.waitForCall(connectCall(home)));
+    device.simulator.setPresent(connman, false);
+    QVERIFY(device.client.waitFor("connect -> false"_s));
+    QCOMPARE(device.client.call("activeNetworks").toStringList(), QStringList());
+    device.tolerateRefusedAutoConnect();
+    // What the operation still asked of the ConnMan that is gone.
+    const QString absent = "The name net.connman was not provided by any .service files"_s;
+    device.log().tolerate("ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
+                          "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", \"Message recipient disconnected from "
+                          "message bus without replying\")"_s.arg(servicePath(home)));
+    device.log().tolerate("ConnmanService|critical|Failed to asynchronously call Disconnect on \"%1\" : "
+                          "QDBusError(\"org.freedesktop.DBus.Error.ServiceUnknown\", \"%2\")"_s.arg(servicePath(home),
+                                                                                                     absent));
+    device.log().tolerate("ConnmanService.properties|critical|Call to GetProperties failed: \"%1\""_s.arg(absent));
+    for (const QString &property : {"IPv4.Configuration"_s, "AutoConnect"_s}) {
+        device.log().tolerate("ConnmanService.properties|critical|Setting property \"%1\" failed: \"%2\""_s.arg(
+            property, absent));
+    }
+    device.log().tolerate("ConnmanService.properties|critical|Missing property \"Address\""_s);
+    device.log().tolerate("ConnmanService.properties|critical|Missing property \"Gateway\""_s);
+}
+
+QTEST_GUILESS_MAIN(ConnmanLossTest)
+#include "ConnmanLossTest.moc"
