@@ -19,6 +19,7 @@ private slots:
 
 namespace {
 const QString connman = "net.connman"_s;
+const QString homeOfTheNewConnman = "wifi_02a7c4030da4_486f6d65_managed_psk"_s;
 const QString reconnected = "networkConnected(\"Home\")"_s;
 
 QVariantMap homeIs(const QString &state)
@@ -73,14 +74,14 @@ void ConnmanLossTest::preferredNetworkIsJoinedWhenItIsBack()
     QVERIFY(device.startAndAttach());
     QVERIFY(device.client.waitFor("powerChanged(true)"_s));
     device.simulator.setPresent(connman, false);
-    // A ConnMan that starts anew knows the network, but has not joined it.
-    device.simulator.setServiceProperty(home, "State"_s, "idle"_s, true);
+    // The new ConnMan has another identifier for it (the card's address is part of it), and has not joined it.
+    device.simulator.removeService(home);
+    device.simulator.addService(homeOfTheNewConnman, homeIs("idle"_s));
     const Fault success = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}),
-                                                       servicePath(home), 0);
-    device.simulator.clearCalls();
+                                                       servicePath(homeOfTheNewConnman), 0);
     device.simulator.setPresent(connman, true);
-    device.reportState(home, "idle"_s);
-    QVERIFY(device.simulator.waitForCall(connectCall(home)));
+    device.reportState(homeOfTheNewConnman, "idle"_s);
+    QVERIFY(device.simulator.waitForCall(connectCall(homeOfTheNewConnman)));
     QVERIFY(device.client.waitFor(reconnected));
 }
 
