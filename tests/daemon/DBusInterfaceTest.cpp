@@ -18,6 +18,8 @@ private slots:
     void introspectionListsTheMembersInOrder();
     void introspectionIsTheCheckedInFile();
     void argumentsHaveNoNames();
+    void argumentsHaveNamesInTheCheckedInFile();
+    void everyMemberIsExplainedInTheCheckedInFile();
     void objectHasNoOtherInterfaceOfItsOwn();
     void objectIsAtTheRootOnly();
     void secondDaemonSaysTheNameIsInUseAndKeepsRunning();
@@ -76,6 +78,12 @@ const QStringList relayedSignals = {
     "signal networkDisconnected(s)"_s,
 };
 
+QString checkedInFile()
+{
+    QFile file(QStringLiteral(INTERFACE_FILE));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
 QString introspect(const DaemonClient &client, const QString &service, const QString &path)
 {
     const QDBusMessage call = QDBusMessage::createMethodCall(
@@ -126,15 +134,12 @@ void DBusInterfaceTest::introspectionListsTheMembersInOrder()
 
 void DBusInterfaceTest::introspectionIsTheCheckedInFile()
 {
-    QFile file(QStringLiteral(INTERFACE_FILE));
-    QVERIFY2(file.open(QIODevice::ReadOnly), qPrintable(file.errorString()));
-    const QString checkedIn = QString::fromUtf8(file.readAll());
+    const QString checkedIn = checkedInFile();
     LonelyDaemon device;
     QVERIFY(device.start());
     const QString live = introspect(device.client, daemonName, "/"_s);
     QCOMPARE(withoutSignals(ownMembers(checkedIn)), withoutSignals(ownMembers(live)));
     QCOMPARE(onlySignals(ownMembers(checkedIn)), onlySignals(ownMembers(live)));
-    QCOMPARE(introspectedArgumentNames(checkedIn, daemonName), QStringList());
 }
 
 void DBusInterfaceTest::argumentsHaveNoNames()
@@ -143,6 +148,21 @@ void DBusInterfaceTest::argumentsHaveNoNames()
     QVERIFY(device.start());
     QCOMPARE(introspectedArgumentNames(introspect(device.client, daemonName, "/"_s), daemonName),
              QStringList());
+}
+
+void DBusInterfaceTest::argumentsHaveNamesInTheCheckedInFile()
+{
+    const QString xml = checkedInFile();
+    QCOMPARE(introspectedArgumentNames(xml, daemonName).size(), xml.count("<arg "_s));
+}
+
+void DBusInterfaceTest::everyMemberIsExplainedInTheCheckedInFile()
+{
+    // The reference takes the comment that stands before a member and begins with its name.
+    const QRegularExpression explained(
+        "<!-- (\\w+):(?:(?!-->).)+-->\\s+<(?:method|signal) name=\"\\1\">"_s,
+        QRegularExpression::DotMatchesEverythingOption);
+    QCOMPARE(checkedInFile().count(explained), members.size() + relayedSignals.size());
 }
 
 void DBusInterfaceTest::objectHasNoOtherInterfaceOfItsOwn()
