@@ -159,9 +159,8 @@ void DBusInterfaceTest::argumentsHaveNamesInTheCheckedInFile()
 void DBusInterfaceTest::everyMemberIsExplainedInTheCheckedInFile()
 {
     // The reference takes the comment that stands before a member and begins with its name.
-    const QRegularExpression explained(
-        "<!-- (\\w+):(?:(?!-->).)+-->\\s+<(?:method|signal) name=\"\\1\">"_s,
-        QRegularExpression::DotMatchesEverythingOption);
+    const QRegularExpression explained("<!-- (\\w+):(?:(?!-->).)+-->\\s+<(?:method|signal) name=\"\\1\">"_s,
+                                       QRegularExpression::DotMatchesEverythingOption);
     QCOMPARE(checkedInFile().count(explained), members.size() + relayedSignals.size());
 }
 
