@@ -1,6 +1,41 @@
 #include "Command.h"
 
+#include <csignal>
+
+#include <sys/prctl.h>
+
 namespace Command {
+
+namespace {
+
+/// How long a killed process may take to end.
+constexpr int KillTimeoutMs = 1000;
+
+} // namespace
+
+void Process::setupChildProcess()
+{
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
+}
+
+void Release::operator()(Process *process) const
+{
+    if (process->state() == QProcess::NotRunning) {
+        delete process;
+        return;
+    }
+    QObject::connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), process,
+                     &QObject::deleteLater);
+}
+
+ProcessPointer start(const QString &program, const QStringList &arguments,
+                     QProcess::ProcessChannelMode channels)
+{
+    ProcessPointer process(new Process);
+    process->setProcessChannelMode(channels);
+    process->start(program, arguments);
+    return process;
+}
 
 bool waitForEnd(QProcess &process, std::chrono::milliseconds timeout)
 {
@@ -13,7 +48,7 @@ bool waitForEnd(QProcess &process, std::chrono::milliseconds timeout)
     }
     if (process.state() != QProcess::NotRunning) {
         process.kill();
-        process.waitForFinished();
+        process.waitForFinished(KillTimeoutMs);
     }
     return false;
 }
@@ -25,9 +60,7 @@ bool endsNormally(QProcess &process, std::chrono::milliseconds timeout)
 
 bool run(const QString &program, const QStringList &arguments)
 {
-    QProcess process;
-    process.start(program, arguments);
-    return endsNormally(process);
+    return endsNormally(*start(program, arguments));
 }
 
 } // namespace Command

@@ -2,7 +2,6 @@
 
 #include "NetworkSettings.h"
 
-#include "Command.h"
 #include "ConnmanService.h"
 #include "NetworkSettingsLog.h"
 
@@ -76,8 +75,7 @@ NetworkSettings::NetworkSettings(QObject *parent)
 NetworkSettings::~NetworkSettings()
 {
     m_regionProcess.disconnect(this);
-    m_regionProcess.kill();
-    m_regionProcess.waitForFinished();
+    Command::waitForEnd(m_regionProcess, 0ms);
 }
 
 QString NetworkSettings::getPreferedWifi() const
@@ -129,8 +127,7 @@ bool NetworkSettings::setWifiRegion(const QString &region)
         qCCritical(logNetworkSettings) << "Lock active. Unable to set region to" << region;
         return false;
     }
-    startRegionCommand(region);
-    if (!Command::endsNormally(m_regionProcess)) {
+    if (!startRegionCommand(region) || !Command::endsNormally(m_regionProcess)) {
         qCritical() << "Failed to set region.";
         return false;
     }
@@ -159,14 +156,20 @@ void NetworkSettings::applyStoredWifiRegion()
     m_regionTimer.start();
 }
 
-void NetworkSettings::startRegionCommand(const QString &region)
+// A command that is still running has what is left of its own time first.
+bool NetworkSettings::startRegionCommand(const QString &region)
 {
     if (m_regionProcess.state() != QProcess::NotRunning) {
-        Command::waitForEnd(m_regionProcess, Command::Timeout);
+        Command::waitForEnd(m_regionProcess, std::chrono::milliseconds(m_regionDeadline.remainingTime()));
+    }
+    if (m_regionProcess.state() != QProcess::NotRunning) {
+        return false;
     }
     m_regionGivenUp = false;
+    m_regionDeadline.setRemainingTime(Command::Timeout);
     m_regionProcess.start(QStringLiteral("iw"),
                           {QStringLiteral("reg"), QStringLiteral("set"), QStringLiteral("%1").arg(region)});
+    return true;
 }
 
 void NetworkSettings::timeout()

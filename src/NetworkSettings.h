@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Command.h"
+
+#include <QDeadlineTimer>
 #include <QObject>
-#include <QProcess>
 #include <QSettings>
 #include <QTimer>
 
@@ -66,12 +68,13 @@ public slots:
     void finished(int exitCode, QProcess::ExitStatus status);
 
 private:
-    void startRegionCommand(const QString &region);
+    bool startRegionCommand(const QString &region);
     void storeRegion(const QString &region);
     bool setInterfaceAddress(const QString &address);
 
     QTimer m_regionTimer;
-    QProcess m_regionProcess;
+    Command::Process m_regionProcess;
+    QDeadlineTimer m_regionDeadline;
     QSettings m_mainSettings;
     QSettings m_regionSettings;
     bool m_regionGivenUp = false;

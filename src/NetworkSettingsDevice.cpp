@@ -54,10 +54,9 @@ bool isOneLine(const char *field, const QString &value)
 
 bool NetworkSettings::getWlanSupported()
 {
-    QProcess iw;
-    iw.setProcessChannelMode(QProcess::MergedChannels);
-    iw.start(QStringLiteral("iw"), {QStringLiteral("list")});
-    if (Command::endsNormally(iw) && !iw.readAll().isEmpty()) {
+    const Command::ProcessPointer iw =
+        Command::start(QStringLiteral("iw"), {QStringLiteral("list")}, QProcess::MergedChannels);
+    if (Command::endsNormally(*iw) && !iw->readAll().isEmpty()) {
         return true;
     }
     qCritical() << "WLAN not supported on this board.";
@@ -84,15 +83,14 @@ bool NetworkSettings::initMacAddress()
 bool NetworkSettings::setInterfaceAddress(const QString &address)
 {
     constexpr int WithoutLimit = -1;
-    QProcess ip;
-    ip.setProcessChannelMode(QProcess::MergedChannels);
-    ip.start(Ip, setLink({QStringLiteral("address"), address}));
-    ip.waitForStarted(WithoutLimit);
+    const Command::ProcessPointer ip =
+        Command::start(Ip, setLink({QStringLiteral("address"), address}), QProcess::MergedChannels);
+    ip->waitForStarted(WithoutLimit);
     QString output;
-    while (ip.waitForReadyRead(WithoutLimit)) {
-        output += QString::fromUtf8(ip.readAll());
+    while (ip->waitForReadyRead(WithoutLimit)) {
+        output += QString::fromUtf8(ip->readAll());
     }
-    if (Command::endsNormally(ip)) {
+    if (Command::endsNormally(*ip)) {
         return true;
     }
     qCritical() << "Failed to set interface address:" << output;

@@ -5,6 +5,7 @@
 #include <array>
 #include <cerrno>
 #include <csignal>
+#include <cstdlib>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -12,6 +13,9 @@
 namespace {
 
 constexpr std::array<int, 2> Signals{SIGTERM, SIGINT};
+
+/// How long the event loop has to come to its end.
+constexpr unsigned GraceSeconds = 3;
 
 /// A pipe, because little but write() is allowed inside a signal handler.
 struct WakePipe
@@ -37,9 +41,15 @@ extern "C" void requestQuit(int /*signal*/)
     for (const int signal : Signals) {
         std::signal(signal, SIG_DFL);
     }
+    alarm(GraceSeconds);
     const char wake = 0;
     [[maybe_unused]] const ssize_t written = write(wakePipe.writeEnd, &wake, sizeof wake);
     errno = interruptedErrno;
+}
+
+extern "C" void endNow(int /*signal*/)
+{
+    _exit(EXIT_SUCCESS);
 }
 
 } // namespace
@@ -51,6 +61,7 @@ QuitSignals::QuitSignals()
         m_notifier.setEnabled(false);
         QCoreApplication::quit();
     });
+    std::signal(SIGALRM, endNow);
     for (const int signal : Signals) {
         std::signal(signal, requestQuit);
     }

@@ -11,14 +11,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(logKeyboard, "libkeyboard", QtCriticalMsg)
 
-// The signal's two overloads end in a type that only QSocketNotifier can name.
-template <typename PrivateSignal>
-constexpr auto withDescriptor(void (QSocketNotifier::*signal)(QSocketDescriptor, QSocketNotifier::Type,
-                                                              PrivateSignal))
-{
-    return signal;
-}
-
 } // namespace
 
 Keyboard::Keyboard(QString device, QObject *parent)
@@ -48,7 +40,7 @@ bool Keyboard::open()
     m_device = std::move(device);
     m_openPath = m_path;
     m_notifier = new QSocketNotifier(m_device->fileDescriptor(), QSocketNotifier::Read, this);
-    QObject::connect(m_notifier, withDescriptor(&QSocketNotifier::activated), this, &Keyboard::readKeys);
+    QObject::connect(m_notifier, &QSocketNotifier::activated, this, &Keyboard::readKeys);
     return true;
 }
 
