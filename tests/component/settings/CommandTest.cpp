@@ -4,9 +4,18 @@
 
 #include <csignal>
 
+#include <QElapsedTimer>
+#include <QPointer>
+
+#include <dlfcn.h>
+
 using namespace std::chrono_literals;
 
 namespace {
+
+/// Whether killing a process has no effect, as on one that waits for a driver.
+bool killIsIdle = false;
+
 constexpr auto longEnough = 30s;
 constexpr auto shortTime = 200ms;
 
@@ -15,6 +24,17 @@ QString iw()
     return QStringLiteral("iw");
 }
 } // namespace
+
+/// In the place of the C library's, for this program and the libraries it uses.
+extern "C" int kill(pid_t process, int signal) noexcept
+{
+    if (killIsIdle) {
+        return 0;
+    }
+    using Kill = int (*)(pid_t, int);
+    static const auto kill = reinterpret_cast<Kill>(dlsym(RTLD_NEXT, "kill"));
+    return kill(process, signal);
+}
 
 class CommandTest : public SettingsFixture
 {
@@ -28,6 +48,7 @@ private slots:
     void missingProgramDoesNotEnd();
     void commandThatHasEndedBeforeTheWaitHasEnded();
     void commandThatHangsIsKilled();
+    void commandThatCannotBeKilledIsGivenUp();
     void argumentsArePassedWithoutAShell();
 };
 
@@ -84,6 +105,27 @@ void CommandTest::commandThatHangsIsKilled()
     QVERIFY(!Command::endsNormally(process, shortTime));
     QCOMPARE(process.state(), QProcess::NotRunning);
     QCOMPARE(process.exitCode(), int(SIGKILL));
+}
+
+void CommandTest::commandThatCannotBeKilledIsGivenUp()
+{
+    commands().script(iw(), {QStringLiteral("hold")});
+    Command::ProcessPointer process = Command::start(iw(), {});
+    const QPointer<QProcess> observed = process.get();
+    QVERIFY(process->waitForStarted());
+
+    QElapsedTimer elapsed;
+    elapsed.start();
+    killIsIdle = true;
+    const bool ended = Command::endsNormally(*process, shortTime);
+    process.reset();
+    killIsIdle = false;
+    QVERIFY(!ended);
+    QVERIFY2(elapsed.elapsed() < qint64(10000), qPrintable(QString::number(elapsed.elapsed())));
+    QVERIFY(observed);
+
+    commands().release();
+    QTRY_VERIFY(!observed);
 }
 
 void CommandTest::argumentsArePassedWithoutAShell()

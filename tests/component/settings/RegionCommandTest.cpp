@@ -30,6 +30,7 @@ private slots:
     void startFromWithinTheEndOfAnotherHasItsOwnTimer();
 
     void settingTheRegionWaitsForTheCommandStillRunning();
+    void settingTheRegionWaitsForNoMoreThanTheRunningCommandsTime();
     void settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCommand();
     void startingAgainWhileTheCommandRunsWaitsForIt();
     void endOfTheObjectEndsTheCommand();
@@ -143,6 +144,27 @@ void RegionCommandTest::settingTheRegionWaitsForTheCommandStillRunning()
     QCOMPARE(debugLines(), QStringList({successLine, successLine}));
     QCOMPARE(initDone.count(), 2);
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
+}
+
+void RegionCommandTest::settingTheRegionWaitsForNoMoreThanTheRunningCommandsTime()
+{
+    constexpr auto busyTime = std::chrono::seconds(20);
+    storeRegion("SE");
+    commands().script(setSe, {QStringLiteral("hang")});
+    NetworkSettings settings;
+    QElapsedTimer sinceStart;
+    sinceStart.start();
+    settings.applyStoredWifiRegion();
+    QVERIFY(commands().waitForCall(setSe));
+    // Something else keeps the daemon busy, so that the start is not given up yet.
+    std::this_thread::sleep_for(busyTime);
+
+    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    const std::chrono::milliseconds waited(sinceStart.elapsed());
+    QVERIFY2(waited >= Command::Timeout, qPrintable(QString::number(waited.count())));
+    QVERIFY2(waited < Command::Timeout + busyTime / 2, qPrintable(QString::number(waited.count())));
+    QCOMPARE(commands().calls(), QStringList({setSe, setDe}));
+    QCOMPARE(debugLines(), QStringList({failureLine, successLine}));
 }
 
 void RegionCommandTest::settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCommand()
