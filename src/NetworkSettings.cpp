@@ -5,8 +5,6 @@
 #include "ConnmanService.h"
 #include "NetworkSettingsLog.h"
 
-#include <QCoreApplication>
-
 Q_LOGGING_CATEGORY(logNetworkSettings, "NetworkSettings", QtCriticalMsg)
 
 namespace {
@@ -31,17 +29,6 @@ QString &currentRegion()
     return region;
 }
 
-/// Writes pending changes to the store's file. QSettings keeps its first error for ever, so that a fresh
-/// instance, which shares the pending changes, has to tell whether it worked this time.
-void flush(const QSettings &store)
-{
-    QSettings writer(store.format(), store.scope(), store.organizationName(), store.applicationName());
-    writer.sync();
-    if (writer.status() != QSettings::NoError) {
-        qCCritical(logNetworkSettings) << "Unable to write settings file" << writer.fileName();
-    }
-}
-
 /// The name under which a Wi-Fi service is preferred; empty for any other service, and (logged) without a
 /// name.
 QString preferableName(const ConnmanService &service)
@@ -60,10 +47,8 @@ QString preferableName(const ConnmanService &service)
 
 NetworkSettings::NetworkSettings(QObject *parent)
     : QObject(parent)
-    , m_mainSettings(QSettings::NativeFormat, QSettings::SystemScope, QCoreApplication::organizationName(),
-                     QStringLiteral("main"))
-    , m_regionSettings(QSettings::NativeFormat, QSettings::SystemScope, QCoreApplication::organizationName(),
-                       QStringLiteral("region"))
+    , m_mainSettings(QStringLiteral("main"))
+    , m_regionSettings(QStringLiteral("region"))
 {
     m_regionTimer.setInterval(RegionStartUpTimeout);
     m_regionTimer.setSingleShot(true);
@@ -90,7 +75,6 @@ void NetworkSettings::setPreferedWifi(const std::shared_ptr<ConnmanService> &ser
         return;
     }
     m_mainSettings.setValue(PreferedKey, name);
-    flush(m_mainSettings);
 }
 
 void NetworkSettings::removePreferedWifi(const std::shared_ptr<ConnmanService> &service)
@@ -100,7 +84,6 @@ void NetworkSettings::removePreferedWifi(const std::shared_ptr<ConnmanService> &
         return;
     }
     m_mainSettings.remove(PreferedKey);
-    flush(m_mainSettings);
 }
 
 QString NetworkSettings::getWifiRegion() const
@@ -115,9 +98,7 @@ bool NetworkSettings::getLockRegion() const
 
 bool NetworkSettings::setLockRegion(bool locked)
 {
-    m_regionSettings.remove(RegionLockedKey);
     m_regionSettings.setValue(RegionLockedKey, locked);
-    flush(m_regionSettings);
     return true;
 }
 
@@ -131,16 +112,9 @@ bool NetworkSettings::setWifiRegion(const QString &region)
         qCritical() << "Failed to set region.";
         return false;
     }
-    storeRegion(region);
+    m_regionSettings.setValue(RegionKey, region);
     currentRegion() = region;
     return true;
-}
-
-void NetworkSettings::storeRegion(const QString &region)
-{
-    m_regionSettings.remove(RegionKey);
-    m_regionSettings.setValue(RegionKey, region);
-    flush(m_regionSettings);
 }
 
 void NetworkSettings::applyStoredWifiRegion()

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "Command.h"
+#include "SettingsStore.h"
 
 #include <QDeadlineTimer>
 #include <QObject>
-#include <QSettings>
 #include <QTimer>
 
 #include <memory>
@@ -54,7 +54,7 @@ public:
     bool setHostName(const QString &name);
 
     /// Writes the provisioning file that lets ConnMan connect an enterprise network. A value that would break
-    /// the file's line structure is refused before the file is touched.
+    /// the file's line structure is refused. When it fails, what was there before still is.
     bool createWpaConfFile(const QString &fileName, const QString &name, const QString &eap,
                            const QString &phase2);
     void removeWpaConfFile(const QString &fileName);
@@ -69,13 +69,12 @@ public slots:
 
 private:
     bool startRegionCommand(const QString &region);
-    void storeRegion(const QString &region);
     bool setInterfaceAddress(const QString &address);
 
     QTimer m_regionTimer;
     Command::Process m_regionProcess;
     QDeadlineTimer m_regionDeadline;
-    QSettings m_mainSettings;
-    QSettings m_regionSettings;
+    SettingsStore m_mainSettings;
+    SettingsStore m_regionSettings;
     bool m_regionGivenUp = false;
 };

@@ -5,6 +5,7 @@
 
 #include "Command.h"
 #include "dbus/SystemInfo.h"
+#include "FileReplacement.h"
 #include "NetworkSettingsLog.h"
 
 #include <libtactora/Singleton.h>
@@ -29,9 +30,34 @@ QStringList setLink(const QStringList &change)
            change;
 }
 
+/// Empty for a name that would lead out of ConnMan's directory.
 QString provisioningFile(const QString &fileName)
 {
+    if (fileName.contains(QLatin1Char('/'))) {
+        return {};
+    }
     return QStringLiteral("/var/lib/connman/%1.config").arg(fileName);
+}
+
+/// A value as GLib's key files have it: ConnMan would skip leading blanks, and take a backslash for the
+/// beginning of something else.
+QString keyFileValue(QString value)
+{
+    int blanks = 0;
+    while (value.startsWith(QLatin1Char(' '))) {
+        value.remove(0, 1);
+        ++blanks;
+    }
+    value.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    return QStringLiteral("\\s").repeated(blanks) + value;
+}
+
+QByteArray provisioningText(const QString &name, const QString &eap, const QString &phase2)
+{
+    // The section's name is the same for every method, and the last line deliberately has no end.
+    return QStringLiteral("[service_peap]\nType=wifi\nName=%1\nEAP=%2\nPhase2=%3")
+        .arg(keyFileValue(name), keyFileValue(eap), keyFileValue(phase2))
+        .toUtf8();
 }
 
 bool hasControlCharacter(const QString &text)
@@ -47,6 +73,16 @@ bool isOneLine(const char *field, const QString &value)
         return true;
     }
     qCCritical(logNetworkSettings) << "Control character in" << field << "of configuration file!";
+    return false;
+}
+
+/// Whether writing worked, that is, there is no reason for a failure; else the reason is logged.
+bool isWritten(const QString &path, const QString &failure)
+{
+    if (failure.isNull()) {
+        return true;
+    }
+    qCCritical(logNetworkSettings) << "Unable to write file" << path << failure;
     return false;
 }
 
@@ -124,13 +160,18 @@ QString NetworkSettings::getHostName()
 
 bool NetworkSettings::setHostName(const QString &name)
 {
+    const QByteArray content = name.toUtf8();
+    FileReplacement replacement(HostNameFile);
+    if (replacement.prepare() && replacement.write(content) && replacement.commit()) {
+        return true;
+    }
+    // It may be a mount point, or the only writable file of its directory.
     QFile file(HostNameFile);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
         qCCritical(logNetworkSettings) << "Failed to open hostname file for writing!";
         return false;
     }
-    file.write(name.toUtf8());
-    return true;
+    return isWritten(file.fileName(), overwrite(file, content));
 }
 
 bool NetworkSettings::createWpaConfFile(const QString &fileName, const QString &name, const QString &eap,
@@ -139,16 +180,14 @@ bool NetworkSettings::createWpaConfFile(const QString &fileName, const QString &
     if (!isOneLine("Name", name) || !isOneLine("EAP", eap) || !isOneLine("Phase2", phase2)) {
         return false;
     }
-    QFile file(provisioningFile(fileName));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) {
+    const QString path = provisioningFile(fileName);
+    FileReplacement file(path);
+    if (path.isEmpty() || !file.prepare()) {
         qCCritical(logNetworkSettings) << "Failed to open configuration file for writing!";
         return false;
     }
-    // The section's name is the same for every method, and the last line deliberately has no end.
-    file.write(QStringLiteral("[service_peap]\nType=wifi\nName=%1\nEAP=%2\nPhase2=%3")
-                   .arg(name, eap, phase2)
-                   .toUtf8());
-    return true;
+    const bool isReplaced = file.write(provisioningText(name, eap, phase2)) && file.commit();
+    return isWritten(path, isReplaced ? QString() : file.errorString());
 }
 
 void NetworkSettings::removeWpaConfFile(const QString &fileName)

@@ -10,8 +10,12 @@
 #include <QTextCodec>
 
 #include <mcheck.h>
+#include <sys/stat.h>
 
 namespace {
+
+/// No file of the daemon's is to be writable by others, whatever its starter left it.
+constexpr mode_t WritableByOwnerOnly = S_IWGRP | S_IWOTH;
 
 void setIdentity()
 {
@@ -36,6 +40,7 @@ QCommandLineOption deviceOption()
 int main(int argc, char *argv[])
 {
     mtrace();
+    umask(WritableByOwnerOnly);
     QCoreApplication application(argc, argv);
     setIdentity();
     libtactora::Settings::init();

@@ -51,7 +51,6 @@ const QString service = "net.connman.Service"_s;
 const QString technology = "net.connman.Technology"_s;
 const QString configurationManager = "com.tactora.ConfigurationManager"_s;
 
-
 Moment commandHangsAtStart(const QString &command)
 {
     return [command](HangingDevice &device) {
@@ -128,18 +127,16 @@ void EndTest::firstSignalEndsABlockedDaemonWithStatusZero_data()
     QTest::newRow("configuration manager") << peerIsSilentAtStart(configurationManager, "process"_s);
     QTest::newRow("GetServices") << peerIsSilentAtStart(manager, "GetServices"_s);
     QTest::newRow("RegisterAgent") << peerIsSilentAtStart(manager, "RegisterAgent"_s);
-    QTest::newRow("Scan") << connmanIsSilent(
-        technology, "Scan"_s, [](DaemonClient &client) { client.send("networks"); });
-    QTest::newRow("Disconnect") << connmanIsSilent(service, "Disconnect"_s, [](DaemonClient &client) {
-        client.send("disconnect", scene::home);
-    });
+    QTest::newRow("Scan") << connmanIsSilent(technology, "Scan"_s,
+                                             [](DaemonClient &client) { client.send("networks"); });
+    QTest::newRow("Disconnect") << connmanIsSilent(
+        service, "Disconnect"_s, [](DaemonClient &client) { client.send("disconnect", scene::home); });
     QTest::newRow("SetProperty of a service")
         << connmanIsSilent(service, "SetProperty"_s, [](DaemonClient &client) {
                client.send("setNameservers", scene::home, QStringList("192.0.2.1"_s));
            });
-    QTest::newRow("SetProperty of the technology")
-        << connmanIsSilent(technology, "SetProperty"_s,
-                             [](DaemonClient &client) { client.send("setWifiPower", false); });
+    QTest::newRow("SetProperty of the technology") << connmanIsSilent(
+        technology, "SetProperty"_s, [](DaemonClient &client) { client.send("setWifiPower", false); });
 }
 
 void EndTest::firstSignalEndsABlockedDaemonWithStatusZero()

@@ -13,6 +13,9 @@ namespace private_world {
 
 namespace {
 
+/// Bytes; little, so that a test can fill it.
+constexpr int DirectorySize = 1024 * 1024;
+
 constexpr char InsideVariable[] = "IN_PRIVATE_WORLD";
 
 // What dbus-daemon and the dynamic linker look for in /etc.
@@ -29,6 +32,7 @@ QStringList namespaceCommand()
     QStringList command = {QStringLiteral("bwrap"), QStringLiteral("--die-with-parent")};
     command << bind(QStringLiteral("--dev-bind"), QStringLiteral("/"));
     for (const QString &directory : {QStringLiteral("/etc"), QStringLiteral("/var")}) {
+        command << QStringLiteral("--size") << QString::number(DirectorySize);
         command << QStringLiteral("--tmpfs") << directory;
     }
     for (const QString &file : neededFiles) {

@@ -6,10 +6,18 @@
 /// Runs tests of code with fixed paths where those paths are the tests' own.
 namespace private_world {
 
-/// Returns only in a mount namespace whose /etc and /var are empty: outside one it replaces the process by
-/// bubblewrap, which starts the same program with the same arguments again. There are no capabilities inside,
-/// so that file permissions hold for root too. Ends the process when no such namespace can be had.
+/// Returns only in a mount namespace whose /etc and /var are empty and small: outside one it replaces the
+/// process by bubblewrap, which starts the same program with the same arguments again. There are no
+/// capabilities inside, so that file permissions hold for root too. Ends the process when no such namespace
+/// can be had.
 void enter(char **arguments);
+
+/// Makes the settings stores those of the daemon.
+inline void setIdentity()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("Tactora AB"));
+    QCoreApplication::setApplicationName(QStringLiteral("network-manager"));
+}
 
 /// A test program's main().
 template <typename Test>
@@ -17,8 +25,7 @@ int run(int argc, char **argv)
 {
     enter(argv);
     QCoreApplication application(argc, argv);
-    QCoreApplication::setOrganizationName(QStringLiteral("Tactora AB"));
-    QCoreApplication::setApplicationName(QStringLiteral("network-manager"));
+    setIdentity();
     Test test;
     return QTest::qExec(&test, argc, argv);
 }

@@ -2,6 +2,10 @@
 #include "PrivateWorld.h"
 #include "SettingsFixture.h"
 
+#include <glib.h>
+
+#include <memory>
+
 #include <QDir>
 #include <QFile>
 
@@ -21,8 +25,11 @@ class ProvisioningFileTest : public SettingsFixture
 private slots:
     void fileHasFiveLinesAndNoFinalLineFeed();
     void sectionIsTheSameForEveryMethod();
-    void textsAreWrittenAsGiven_data();
-    void textsAreWrittenAsGiven();
+    void textsAreWrittenAsKeyFilesHaveThem_data();
+    void textsAreWrittenAsKeyFilesHaveThem();
+    void connmanReadsTheTextsThatWereMeant_data();
+    void connmanReadsTheTextsThatWereMeant();
+    void fileNameCannotLeadOutOfTheDirectory();
     void earlierContentIsReplaced();
     void fileThatCannotBeOpenedIsAFailure();
     void readOnlyFileIsAFailureAndStays();
@@ -58,7 +65,7 @@ void ProvisioningFileTest::sectionIsTheSameForEveryMethod()
              QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=ttls\nPhase2=PAP"));
 }
 
-void ProvisioningFileTest::textsAreWrittenAsGiven_data()
+void ProvisioningFileTest::textsAreWrittenAsKeyFilesHaveThem_data()
 {
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("line");
@@ -66,12 +73,12 @@ void ProvisioningFileTest::textsAreWrittenAsGiven_data()
     QTest::newRow("outside ASCII") << QStringLiteral("K\u00f6k \u2615")
                                    << QByteArray("K\xc3\xb6k \xe2\x98\x95");
     QTest::newRow("place holders") << QStringLiteral("50%2 off %1") << QByteArray("50%2 off %1");
-    QTest::newRow("blanks") << QStringLiteral("  two  words ") << QByteArray("  two  words ");
-    QTest::newRow("key file syntax") << QStringLiteral("[a]=#;\\") << QByteArray("[a]=#;\\");
+    QTest::newRow("blanks") << QStringLiteral("  two  words ") << QByteArray("\\s\\stwo  words ");
+    QTest::newRow("key file syntax") << QStringLiteral("[a]=#;\\") << QByteArray("[a]=#;\\\\");
     QTest::newRow("empty") << QString() << QByteArray("");
 }
 
-void ProvisioningFileTest::textsAreWrittenAsGiven()
+void ProvisioningFileTest::textsAreWrittenAsKeyFilesHaveThem()
 {
     QFETCH(QString, name);
     QFETCH(QByteArray, line);
@@ -79,6 +86,48 @@ void ProvisioningFileTest::textsAreWrittenAsGiven()
     QVERIFY(m_settings.createWpaConfFile(corp, name, peap, mschapv2));
     QCOMPARE(fileContent(corpFile),
              "[service_peap]\nType=wifi\nName=" + line + "\nEAP=peap\nPhase2=MSCHAPV2");
+}
+
+void ProvisioningFileTest::connmanReadsTheTextsThatWereMeant_data()
+{
+    QTest::addColumn<QString>("text");
+
+    QTest::newRow("plain") << corpNet;
+    QTest::newRow("leading blanks") << QStringLiteral("  corp");
+    QTest::newRow("only blanks") << QStringLiteral("   ");
+    QTest::newRow("backslash") << QStringLiteral("\\\\corp\\net\\");
+    QTest::newRow("looks escaped") << QStringLiteral("\\scorp\\n\\x");
+    QTest::newRow("blank and backslash") << QStringLiteral(" \\s ");
+    QTest::newRow("key file syntax") << QStringLiteral("[a]=#;,\"'");
+    QTest::newRow("comment") << QStringLiteral("# corp");
+    QTest::newRow("outside ASCII") << QStringLiteral("K\u00f6k \u2615");
+}
+
+// ConnMan reads the file with GLib.
+void ProvisioningFileTest::connmanReadsTheTextsThatWereMeant()
+{
+    QFETCH(QString, text);
+    QVERIFY(m_settings.createWpaConfFile(corp, text, text, text));
+
+    const std::unique_ptr<GKeyFile, decltype(&g_key_file_unref)> keyFile(g_key_file_new(), g_key_file_unref);
+    QVERIFY(g_key_file_load_from_file(keyFile.get(), qPrintable(corpFile), G_KEY_FILE_NONE, nullptr));
+    for (const char *key : {"Name", "EAP", "Phase2"}) {
+        const std::unique_ptr<gchar, decltype(&g_free)> value(
+            g_key_file_get_string(keyFile.get(), "service_peap", key, nullptr), g_free);
+        QCOMPARE(QString::fromUtf8(value.get()), text);
+    }
+}
+
+void ProvisioningFileTest::fileNameCannotLeadOutOfTheDirectory()
+{
+    const QString outside = QStringLiteral("/var/lib/corp.config");
+    writeFile(outside, "other");
+
+    QVERIFY(!m_settings.createWpaConfFile(QStringLiteral("../corp"), corpNet, peap, mschapv2));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  QStringLiteral("Failed to open configuration file for writing!"))));
+    m_settings.removeWpaConfFile(QStringLiteral("../corp"));
+    QCOMPARE(fileContent(outside), QByteArray("other"));
 }
 
 void ProvisioningFileTest::earlierContentIsReplaced()

@@ -1,0 +1,342 @@
+#include "NetworkSettings.h"
+#include "PrivateWorld.h"
+#include "SettingsFixture.h"
+
+#include <csignal>
+
+#include <QDir>
+#include <QFileInfo>
+#include <QProcess>
+#include <QRandomGenerator>
+
+#include <sys/stat.h>
+
+namespace {
+
+const QString hostNameFile = QStringLiteral("/etc/hostname");
+const QString connmanDirectory = QStringLiteral("/var/lib/connman");
+const QString corpFile = connmanDirectory + QStringLiteral("/corp.config");
+const QString storesDirectory = QStringLiteral("/etc/xdg/Tactora AB");
+const QString regionFile = storesDirectory + QStringLiteral("/region.conf");
+const QString regionStore = QStringLiteral("region");
+const QString corp = QStringLiteral("corp");
+const QString workDirectory = QStringLiteral(".network-manager.new");
+const QString writeForEver = QStringLiteral("--write-for-ever");
+
+/// Long enough for half of it to be seen.
+QString longName(bool odd)
+{
+    return QString(odd ? 60 : 50, QLatin1Char(odd ? 'o' : 'e'));
+}
+
+QByteArray provisioningText(bool odd)
+{
+    return QStringLiteral("[service_peap]\nType=wifi\nName=%1\nEAP=peap\nPhase2=MSCHAPV2")
+        .arg(longName(odd))
+        .toUtf8();
+}
+
+QByteArray lockText(bool odd)
+{
+    return QStringLiteral("[wifi]\nregionLocked=%1\n").arg(QVariant(odd).toString()).toUtf8();
+}
+
+bool writeEverything(NetworkSettings &settings, bool odd)
+{
+    settings.setLockRegion(odd);
+    return settings.createWpaConfFile(corp, longName(odd), QStringLiteral("peap"),
+                                      QStringLiteral("MSCHAPV2")) &&
+           settings.setHostName(longName(odd));
+}
+
+void writeUntilKilled()
+{
+    NetworkSettings settings;
+    for (bool odd = true;; odd = !odd) {
+        writeEverything(settings, odd);
+        putchar('.');
+        fflush(stdout);
+    }
+}
+
+QStringList entries(const QString &directory)
+{
+    return QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+}
+
+int permissions(const QString &path)
+{
+    struct stat status = {};
+    return stat(qPrintable(path), &status) == 0 ? static_cast<int>(status.st_mode & 07777U) : -1;
+}
+
+/// Takes all room of a file system until it ends.
+class FullDisk
+{
+public:
+    explicit FullDisk(const QString &directory)
+        : m_filler(directory + QStringLiteral("/filler"))
+    {
+        if (m_filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+            while (m_filler.write(QByteArray(4096, 'x')) > 0) {
+            }
+        }
+    }
+    ~FullDisk() { m_filler.remove(); }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    QFile m_filler;
+};
+
+} // namespace
+
+/// How files are written: whole, whatever happens, and leaving nothing else behind.
+class FilesTest : public SettingsFixture
+{
+    Q_OBJECT
+
+private slots:
+    void killLeavesEveryFileWholeOrAbsent();
+    void leftOversOfAPowerCutGoWithTheNextWrite();
+    void leftOverLockOfAStoreDelaysNothing_data();
+    void leftOverLockOfAStoreDelaysNothing();
+    void nothingButTheFilesIsLeftInTheirDirectories();
+
+    void fullDiskLeavesNoProvisioningFile();
+    void fullDiskLeavesTheEarlierProvisioningFile();
+    void fullDiskLeavesTheEarlierSettings();
+    void fullDiskLetsTheHostNameBeWrittenOverTheOldOne();
+    void fullDiskIsNamedWhereTheHostNameCannotBeWritten();
+
+    void malformedLineInAStoreIsNoFailure();
+    void malformedLineHidesNoFailure();
+    void linkIsFollowed_data();
+    void linkIsFollowed();
+    void newFilesAreWritableByTheirOwnerOnly();
+    void earlierFilesBecomeWritableByTheirOwnerOnly();
+};
+
+void FilesTest::killLeavesEveryFileWholeOrAbsent()
+{
+    constexpr int kills = 40;
+    constexpr int aFewWritesUs = 3000;
+    for (int i = 0; i < kills; ++i) {
+        QProcess writer;
+        writer.start(QCoreApplication::applicationFilePath(), {writeForEver});
+        QVERIFY(writer.waitForReadyRead());
+        // Any instant will do.
+        QTest::qSleep(1);
+        std::this_thread::sleep_for(
+            std::chrono::microseconds(QRandomGenerator::global()->bounded(aFewWritesUs)));
+        writer.kill();
+        QVERIFY(writer.waitForFinished());
+        QCOMPARE(writer.exitStatus(), QProcess::CrashExit);
+
+        const QByteArrayList wholeProvisioningFiles{provisioningText(false), provisioningText(true)};
+        QVERIFY2(wholeProvisioningFiles.contains(fileContent(corpFile)), fileContent(corpFile).constData());
+        const QByteArrayList wholeHostNames{{}, longName(false).toUtf8(), longName(true).toUtf8()};
+        QVERIFY2(wholeHostNames.contains(fileContent(hostNameFile)), fileContent(hostNameFile).constData());
+        const QByteArrayList wholeStores{lockText(false), lockText(true)};
+        QVERIFY2(wholeStores.contains(store(regionStore)), store(regionStore).constData());
+    }
+    NetworkSettings settings;
+    QVERIFY(writeEverything(settings, true));
+    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
+    QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
+    QVERIFY(!entries(QStringLiteral("/etc")).contains(workDirectory));
+}
+
+void FilesTest::leftOversOfAPowerCutGoWithTheNextWrite()
+{
+    for (const QString &directory : {connmanDirectory, storesDirectory, QStringLiteral("/etc")}) {
+        const QString left = directory + QLatin1Char('/') + workDirectory;
+        QVERIFY(QDir().mkpath(left + QStringLiteral("/deeper")));
+        for (const QString &name :
+             {QStringLiteral("corp.config"), QStringLiteral("region.conf"), QStringLiteral("hostname")}) {
+            writeFile(left + QLatin1Char('/') + name, "ha");
+        }
+    }
+    NetworkSettings settings;
+    QVERIFY(writeEverything(settings, true));
+    QCOMPARE(fileContent(corpFile), provisioningText(true));
+    QCOMPARE(fileContent(hostNameFile), longName(true).toUtf8());
+    QCOMPARE(store(regionStore), lockText(true));
+    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
+    QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
+    QVERIFY(!entries(QStringLiteral("/etc")).contains(workDirectory));
+}
+
+void FilesTest::leftOverLockOfAStoreDelaysNothing_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("empty") << QByteArray();
+    QTest::newRow("of this very process") << QByteArray::number(QCoreApplication::applicationPid()) +
+                                                 "\nFilesTest\n" + QSysInfo::machineHostName().toUtf8() + '\n';
+}
+
+void FilesTest::leftOverLockOfAStoreDelaysNothing()
+{
+    constexpr qint64 muchLessThanALockIsWaitedForMs = 15000;
+    QFETCH(QByteArray, content);
+    writeFile(regionFile + QStringLiteral(".lock"), content);
+    QElapsedTimer elapsed;
+    elapsed.start();
+
+    NetworkSettings().setLockRegion(true);
+    QCOMPARE(store(regionStore), lockText(true));
+    QVERIFY2(elapsed.elapsed() < muchLessThanALockIsWaitedForMs,
+             qPrintable(QString::number(elapsed.elapsed())));
+}
+
+void FilesTest::nothingButTheFilesIsLeftInTheirDirectories()
+{
+    NetworkSettings settings;
+    QVERIFY(writeEverything(settings, true));
+    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
+    QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
+    QVERIFY(!entries(QStringLiteral("/etc")).contains(workDirectory));
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void FilesTest::fullDiskLeavesNoProvisioningFile()
+{
+    NetworkSettings settings;
+    const FullDisk full(QStringLiteral("/var"));
+
+    QVERIFY(!settings.createWpaConfFile(corp, corp, corp, corp));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine(QStringLiteral(
+                 "Unable to write file \"/var/lib/connman/corp.config\" \"No space left on device\""))));
+    QCOMPARE(entries(connmanDirectory), QStringList());
+}
+
+void FilesTest::fullDiskLeavesTheEarlierProvisioningFile()
+{
+    NetworkSettings settings;
+    QVERIFY(writeEverything(settings, true));
+    const FullDisk full(QStringLiteral("/var"));
+
+    QVERIFY(!settings.createWpaConfFile(corp, corp, corp, corp));
+    QCOMPARE(fileContent(corpFile), provisioningText(true));
+    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
+}
+
+void FilesTest::fullDiskLeavesTheEarlierSettings()
+{
+    NetworkSettings settings;
+    settings.setLockRegion(true);
+    {
+        const FullDisk full(QStringLiteral("/etc"));
+        QVERIFY(settings.setLockRegion(false));
+        QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
+                                      "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""))));
+        QCOMPARE(store(regionStore), lockText(true));
+        QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
+        QVERIFY(!settings.getLockRegion());
+    }
+    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\nregionLocked=false\n"));
+}
+
+void FilesTest::fullDiskLetsTheHostNameBeWrittenOverTheOldOne()
+{
+    writeFile(hostNameFile, "a-long-old-name\n");
+    NetworkSettings settings;
+    const FullDisk full(QStringLiteral("/etc"));
+
+    QVERIFY(settings.setHostName(QStringLiteral("box")));
+    QCOMPARE(fileContent(hostNameFile), QByteArray("box"));
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void FilesTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
+{
+    writeFile(hostNameFile, {});
+    NetworkSettings settings;
+    const FullDisk full(QStringLiteral("/etc"));
+
+    QVERIFY(!settings.setHostName(QStringLiteral("box")));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
+                                  "Unable to write file \"/etc/hostname\" \"No space left on device\""))));
+}
+
+void FilesTest::malformedLineInAStoreIsNoFailure()
+{
+    setStore(regionStore, "[wifi]\nregion=SE\nno equals sign\n");
+    NetworkSettings settings;
+
+    QVERIFY(settings.setLockRegion(true));
+    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\nregionLocked=true\n"));
+}
+
+void FilesTest::malformedLineHidesNoFailure()
+{
+    setStore(regionStore, "[wifi]\nregion=SE\nno equals sign\n");
+    NetworkSettings settings;
+    setStoresWritable(false);
+
+    QVERIFY(settings.setLockRegion(true));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
+                                  "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""))));
+}
+
+void FilesTest::linkIsFollowed_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("settings") << regionFile;
+    QTest::newRow("host name") << hostNameFile;
+    QTest::newRow("provisioning file") << corpFile;
+}
+
+void FilesTest::linkIsFollowed()
+{
+    QFETCH(QString, path);
+    const QString target = QStringLiteral("/var/lib/") + QFileInfo(path).fileName();
+    writeFile(target, {});
+    QVERIFY(QFile::link(target, path));
+    NetworkSettings settings;
+    QVERIFY(writeEverything(settings, true));
+    QCOMPARE(QFile::symLinkTarget(path), target);
+    QVERIFY(!fileContent(target).isEmpty());
+    QVERIFY(QFile::remove(target));
+}
+
+void FilesTest::newFilesAreWritableByTheirOwnerOnly()
+{
+    const mode_t previous = umask(0);
+    NetworkSettings settings;
+    const bool written = writeEverything(settings, true);
+    umask(previous);
+    QVERIFY(written);
+    QCOMPARE(permissions(corpFile), 0644);
+    QCOMPARE(permissions(hostNameFile), 0644);
+    QCOMPARE(permissions(regionFile), 0644);
+}
+
+void FilesTest::earlierFilesBecomeWritableByTheirOwnerOnly()
+{
+    for (const QString &path : {corpFile, hostNameFile, regionFile}) {
+        writeFile(path, {});
+        QCOMPARE(chmod(qPrintable(path), 0666), 0);
+    }
+    QCOMPARE(chmod(qPrintable(hostNameFile), 0600), 0);
+    NetworkSettings settings;
+    QVERIFY(writeEverything(settings, true));
+    QCOMPARE(permissions(corpFile), 0644);
+    QCOMPARE(permissions(hostNameFile), 0600);
+    QCOMPARE(permissions(regionFile), 0644);
+}
+
+int main(int argc, char **argv)
+{
+    if (argc > 1 && writeForEver == QLatin1String(argv[1])) {
+        const QCoreApplication application(argc, argv);
+        private_world::setIdentity();
+        writeUntilKilled();
+    }
+    return private_world::run<FilesTest>(argc, argv);
+}
+#include "FilesTest.moc"
