@@ -71,6 +71,12 @@ void DaemonSandbox::setHostName(const QByteArray &content)
     write(hostPath(QStringLiteral("/etc/hostname")), content);
 }
 
+void DaemonSandbox::mountHostName(const QByteArray &content)
+{
+    setHostName(content);
+    m_isHostNameMounted = true;
+}
+
 void DaemonSandbox::makeHostNameUnusable()
 {
     QFile::remove(hostPath(QStringLiteral("/etc/hostname")));
@@ -138,6 +144,10 @@ QStringList DaemonSandbox::namespaceArguments(const QStringList &environment) co
     arguments << QStringLiteral("--dev-bind") << QStringLiteral("/dev") << QStringLiteral("/dev");
     arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/etc")) << QStringLiteral("/etc");
     arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/var")) << QStringLiteral("/var");
+    if (m_isHostNameMounted) {
+        arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/etc/hostname"))
+                  << QStringLiteral("/etc/hostname");
+    }
     arguments << QStringLiteral("--ro-bind-try") << QStringLiteral("/etc/ld.so.cache")
               << QStringLiteral("/etc/ld.so.cache");
     // Where the bus, the fakes and the stand-ins have their files, and where the daemon itself was built.

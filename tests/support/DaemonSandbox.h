@@ -26,6 +26,8 @@ public:
     /// The content of /etc/hostname; empty when it is not there.
     QByteArray hostName() const;
     void setHostName(const QByteArray &content);
+    /// Makes /etc/hostname a mount point, which can be written but not replaced. Before the daemon starts.
+    void mountHostName(const QByteArray &content);
     /// Replaces /etc/hostname by a directory, which no one can open as a file, not even root.
     void makeHostNameUnusable();
 
@@ -56,6 +58,7 @@ private:
     CommandStandIns m_commands;
     FakeDevices m_devices;
     FakeKeyboard &m_keyboard;
+    bool m_isHostNameMounted = false;
 };
 
 } // namespace test_support
