@@ -5,33 +5,44 @@
 #include <libtactora/DBusArgument.h>
 
 #include <QDBusConnection>
+#include <QDBusConnectionInterface>
 #include <QDBusError>
-#include <QDBusInterface>
+#include <QDBusMessage>
 #include <QDBusReply>
 #include <QDebug>
 
 namespace detail {
 
+namespace {
+
+/// Asked of the bus: the manager itself may hang.
+bool isManagerThere()
+{
+    const QDBusConnection bus = QDBusConnection::systemBus();
+    return bus.isConnected() && bus.interface()->isServiceRegistered(ConfigurationManager::ServiceName);
+}
+
+} // namespace
+
 SystemInfo::SystemInfo(QObject *parent)
     : QObject(parent)
-    , m_interface(std::make_unique<QDBusInterface>(
-          ConfigurationManager::ServiceName, ConfigurationManager::ObjectPath,
-          ConfigurationManager::ServiceName, QDBusConnection::systemBus()))
 {
-    if (!m_interface->isValid()) {
+    if (!isManagerThere()) {
         qCritical() << "Critical error!" << ConfigurationManager::ServiceName << "interface is not valid.";
     }
 }
 
-SystemInfo::~SystemInfo() = default;
-
 QVariantMap SystemInfo::process(const QVariantMap &request) const
 {
-    if (!m_interface->isValid()) {
+    if (!isManagerThere()) {
         qCritical() << "SystemInfo::process ERROR: interface is not valid.";
         return {};
     }
-    const QDBusReply<QVariantMap> reply = m_interface->call(QStringLiteral("process"), request);
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(ConfigurationManager::ServiceName, ConfigurationManager::ObjectPath,
+                                       ConfigurationManager::ServiceName, QStringLiteral("process"));
+    call << request;
+    const QDBusReply<QVariantMap> reply = QDBusConnection::systemBus().call(call);
     if (!reply.isValid()) {
         qCritical() << "SystemInfo::process ERROR:"
                     << "reply is not valid" << reply.error().message();

@@ -3,10 +3,6 @@
 #include <QObject>
 #include <QVariantMap>
 
-#include <memory>
-
-class QDBusInterface;
-
 namespace detail {
 
 /// Client of the device's configuration manager (com.tactora.ConfigurationManager on the system bus). Use the
@@ -16,16 +12,14 @@ class SystemInfo : public QObject
     Q_OBJECT
 
 public:
+    /// Complains once when the configuration manager is not there yet; it may come later.
     explicit SystemInfo(QObject *parent = nullptr);
-    ~SystemInfo() override;
 
     /// Sends one request and returns the reply with all nested dictionaries unpacked; empty on failure.
+    /// Blocks until the reply is there: 25 seconds, D-Bus's own limit, with a manager that never answers.
     QVariantMap process(const QVariantMap &request) const;
-    /// The device's serial number; 0 when it cannot be had.
+    /// The device's serial number; 0 when it cannot be had. Blocks like process().
     int serialNumber() const;
-
-private:
-    std::unique_ptr<QDBusInterface> m_interface;
 };
 
 } // namespace detail

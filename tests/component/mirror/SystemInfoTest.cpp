@@ -11,6 +11,7 @@
 
 #include <QtTest>
 
+#include <csignal>
 #include <memory>
 
 using detail::SystemInfo;
@@ -59,6 +60,7 @@ private slots:
     void absentManagerIsTwoLinesAndZero();
     void absentManagerIsAskedOnceItIsThere();
     void managerThatIsThereIsSilentlyTakenUp();
+    void hangingManagerHoldsNoConstructionUp();
     void thereIsOneInstance();
 
 private:
@@ -264,6 +266,19 @@ void SystemInfoTest::managerThatIsThereIsSilentlyTakenUp()
     const SystemInfo info;
     QVERIFY(log.messages().isEmpty());
     QCOMPARE(m_simulator->calls(), QStringList());
+}
+
+void SystemInfoTest::hangingManagerHoldsNoConstructionUp()
+{
+    constexpr qint64 sureSignOfWaitingMs = 10000;
+    const auto manager = static_cast<pid_t>(m_simulator->processId());
+    QElapsedTimer clock;
+    clock.start();
+    QCOMPARE(kill(manager, SIGSTOP), 0);
+    const SystemInfo info;
+    QCOMPARE(kill(manager, SIGCONT), 0);
+    QVERIFY2(clock.elapsed() < sureSignOfWaitingMs, qPrintable(QString::number(clock.elapsed())));
+    QCOMPARE(info.serialNumber(), 4711);
 }
 
 void SystemInfoTest::thereIsOneInstance()
