@@ -32,12 +32,14 @@ void Led::off()
 
 void Led::blink(int periodMs, int durationMs)
 {
-    if (!isValid()) {
+    m_offTimer.stop();
+    if (!m_led->isUsable()) {
+        m_toggleTimer.stop();
         return;
     }
-    m_offTimer.stop();
     const int halfPeriodMs = std::max(1, periodMs / 2); // the kernel reads 0 as "your choice"
     if (m_led->hasTimerTrigger()) {
+        m_toggleTimer.stop();
         m_led->blink(halfPeriodMs);
     } else {
         blinkByItself(halfPeriodMs);
@@ -49,12 +51,11 @@ void Led::blink(int periodMs, int durationMs)
 
 void Led::show(int brightness)
 {
-    if (!isValid()) {
-        return;
-    }
     m_offTimer.stop();
     m_toggleTimer.stop();
-    m_led->setBrightness(brightness);
+    if (m_led->isUsable()) {
+        m_led->setBrightness(brightness);
+    }
 }
 
 // Asked again for the blinking it is at, the LED keeps its rhythm, as the kernel's would.
@@ -71,5 +72,7 @@ void Led::blinkByItself(int halfPeriodMs)
 void Led::toggle()
 {
     m_isLit = !m_isLit;
-    m_led->setBrightness(m_isLit ? m_led->maxBrightness() : 0);
+    if (m_led->isUsable()) {
+        m_led->setBrightness(m_isLit ? m_led->maxBrightness() : 0);
+    }
 }

@@ -10,9 +10,11 @@ class SysfsLed;
 }
 
 /// One LED of the kernel's LED class, /sys/class/leds/<name>/. The object is taken to be the LED's only user:
-/// what it has written is not written again. A write that fails is a critical line of the category "libled".
+/// what it has written is not written again. A write that fails, or a LED that went away, is a critical line
+/// of the category "libled".
 ///
-/// Each call ends what the one before it started. On an invalid LED the calls do nothing.
+/// Each call ends what the one before it started. Without the LED the calls do nothing; one that comes, or
+/// comes back, is used from the next call on.
 class Led : public QObject
 {
     Q_OBJECT
@@ -21,7 +23,7 @@ public:
     explicit Led(const QString &name, QObject *parent = nullptr);
     ~Led() override;
 
-    /// Whether the LED was there, and its brightness writable, at construction.
+    /// Whether the LED is there, and its brightness writable.
     bool isValid() const;
 
     /// As bright as it can be.

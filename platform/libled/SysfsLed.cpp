@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLoggingCategory>
+#include <sys/stat.h>
 
 namespace libled {
 
@@ -22,9 +23,10 @@ QByteArray timerTrigger()
     return QByteArrayLiteral("timer");
 }
 
-QString ledFile(const QString &led, const char *file)
+quint64 inodeOf(const QString &path)
 {
-    return QStringLiteral("/sys/class/leds/%1/%2").arg(led, QLatin1String(file));
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ino : 0;
 }
 
 QByteArray readFile(const QString &path)
@@ -60,21 +62,50 @@ int parseMaxBrightness(const QByteArray &content)
 } // namespace
 
 SysfsLed::SysfsLed(const QString &name)
-    : m_trigger{ledFile(name, "trigger")}
-    , m_brightness{ledFile(name, "brightness")}
-    , m_delayOn{ledFile(name, "delay_on")}
-    , m_delayOff{ledFile(name, "delay_off")}
-    , m_isValid(QFileInfo(m_brightness.path).isWritable())
-    , m_maxBrightness(parseMaxBrightness(readFile(ledFile(name, "max_brightness"))))
+    : m_directory(QStringLiteral("/sys/class/leds/%1/").arg(name))
+    , m_trigger{m_directory + QStringLiteral("trigger")}
+    , m_brightness{m_directory + QStringLiteral("brightness")}
+    , m_delayOn{m_directory + QStringLiteral("delay_on")}
+    , m_delayOff{m_directory + QStringLiteral("delay_off")}
+    , m_inode(isValid() ? inodeOf(m_directory) : 0)
 {
-    const QByteArray triggers = readFile(m_trigger.path);
-    m_hasTriggers = !triggers.isEmpty();
-    m_hasTimerTrigger = offersTrigger(triggers, timerTrigger());
 }
 
+bool SysfsLed::isValid() const
+{
+    return QFileInfo(m_brightness.path).isWritable();
+}
+
+bool SysfsLed::isUsable()
+{
+    const quint64 inode = isValid() ? inodeOf(m_directory) : 0;
+    if (inode != m_inode) {
+        forgetWritten();
+        m_hasTimerTrigger = false;
+        m_inode = inode;
+        if (inode == 0) {
+            qCCritical(logLed) << "LED" << m_directory << "went away.";
+        }
+    }
+    // A module that brings it may be loaded late; what a LED has offered once it keeps.
+    m_hasTimerTrigger = m_hasTimerTrigger || offersTrigger(readFile(m_trigger.path), timerTrigger());
+    return inode != 0;
+}
+
+bool SysfsLed::hasTriggers() const
+{
+    return !readFile(m_trigger.path).isEmpty();
+}
+
+int SysfsLed::maxBrightness() const
+{
+    return parseMaxBrightness(readFile(m_directory + QStringLiteral("max_brightness")));
+}
+
+// A kernel may be built without any triggers.
 void SysfsLed::setBrightness(int brightness)
 {
-    if (m_hasTriggers) {
+    if (hasTriggers()) {
         setTrigger(noTrigger());
     }
     write(m_brightness, QByteArray::number(brightness));
@@ -83,35 +114,42 @@ void SysfsLed::setBrightness(int brightness)
 // The delay files exist only while the timer trigger is in use.
 void SysfsLed::blink(int halfPeriodMs)
 {
-    setTrigger(timerTrigger());
-    write(m_delayOn, QByteArray::number(halfPeriodMs));
-    write(m_delayOff, QByteArray::number(halfPeriodMs));
+    const QByteArray delay = QByteArray::number(halfPeriodMs);
+    if (setTrigger(timerTrigger()) && write(m_delayOn, delay)) {
+        write(m_delayOff, delay);
+    }
 }
 
-void SysfsLed::setTrigger(const QByteArray &trigger)
+bool SysfsLed::setTrigger(const QByteArray &trigger)
 {
     if (m_trigger.written == trigger) {
-        return;
+        return true;
     }
-    write(m_trigger, trigger);
-    m_brightness.written.clear();
-    m_delayOn.written.clear();
-    m_delayOff.written.clear();
+    forgetWritten();
+    return write(m_trigger, trigger);
 }
 
-void SysfsLed::write(Attribute &attribute, const QByteArray &value)
+void SysfsLed::forgetWritten()
+{
+    for (Attribute *attribute : {&m_trigger, &m_brightness, &m_delayOn, &m_delayOff}) {
+        attribute->written.clear();
+    }
+}
+
+bool SysfsLed::write(Attribute &attribute, const QByteArray &value)
 {
     if (attribute.written == value) {
-        return;
+        return true;
     }
     const QString failure = writeFile(attribute.path, value);
-    if (failure.isNull()) {
-        attribute.written = value;
-        attribute.isFailing = false;
-    } else {
+    if (!failure.isNull()) {
         attribute.written.clear();
         logFirstFailure(attribute, failure);
+        return false;
     }
+    attribute.written = value;
+    attribute.isFailing = false;
+    return true;
 }
 
 void SysfsLed::logFirstFailure(Attribute &attribute, const QString &reason)

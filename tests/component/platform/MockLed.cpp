@@ -3,6 +3,7 @@
 #include "MockDevices.h"
 #include "MockLed.h"
 #include <array>
+#include <QDir>
 #include <QFile>
 #include <sys/inotify.h>
 #include <unistd.h>
@@ -45,12 +46,11 @@ MockLed::Files MockLed::withoutTimerTrigger()
 
 MockLed::MockLed(const MockDevices &devices, const QString &name, const Files &files)
     : m_directory(devices.realPath(QStringLiteral("/sys/devices/%1/").arg(name)))
+    , m_files(files)
     , m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
     addToTestbed(devices.testbed(), name);
-    for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        writeFile(realPath(file.key()), file.value());
-    }
+    setUp(m_files);
     if (inotify_add_watch(m_inotify, QFile::encodeName(m_directory).constData(), IN_CLOSE_WRITE) < 0) {
         qFatal("cannot watch %s", qPrintable(m_directory));
     }
@@ -59,6 +59,26 @@ MockLed::MockLed(const MockDevices &devices, const QString &name, const Files &f
 MockLed::~MockLed()
 {
     close(m_inotify);
+}
+
+void MockLed::setUp(const Files &files) const
+{
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        writeFile(realPath(file.key()), file.value());
+    }
+}
+
+// The old directory stays, out of sight: the next one must not be given its number.
+void MockLed::unplug()
+{
+    ++m_timesUnplugged;
+    QDir().rename(m_directory, m_directory.chopped(1) + QStringLiteral(".gone%1").arg(m_timesUnplugged));
+}
+
+void MockLed::plugIn()
+{
+    QDir().mkdir(m_directory);
+    setUp(m_files);
 }
 
 QString MockLed::realPath(const QString &file) const

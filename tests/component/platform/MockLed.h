@@ -27,6 +27,13 @@ public:
     /// The writes since the last call, each as "file=content"; several in a row to one file may count as one.
     QStringList takeWrites() const;
 
+    /// Gives the LED these files, with this content.
+    void setUp(const Files &files) const;
+    /// Takes the LED away with all its files.
+    void unplug();
+    /// Brings a LED back, as it was at first.
+    void plugIn();
+
     QString realPath(const QString &file) const;
     /// Lets every write to the file fail (no space left on device), until restore().
     void breakFile(const QString &file) const;
@@ -34,5 +41,7 @@ public:
 
 private:
     QString m_directory;
+    Files m_files;
     int m_inotify;
+    int m_timesUnplugged = 0;
 };

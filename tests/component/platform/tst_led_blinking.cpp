@@ -1,0 +1,244 @@
+#include "MockDevices.h"
+#include "MockLed.h"
+#include <libled/Led.h>
+
+#include <functional>
+#include <QElapsedTimer>
+#include <QtTest>
+
+Q_DECLARE_METATYPE(std::function<void(Led &)>)
+
+namespace {
+
+const QLatin1String brightness("brightness");
+const QLatin1String trigger("trigger");
+const QLatin1String ledName("led8");
+
+constexpr int untilToldOtherwise = -1;
+
+} // namespace
+
+/// Blinking, by the kernel and by the library.
+class LedBlinkingTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void blinkIsLeftToTheKernel();
+    void blinkOfALedThatBlinksAlreadyIsLeftToTheKernelToo();
+    void blinkWithAnotherPeriodChangesOnlyTheDelays();
+    void blinkIsSetUpAnewAfterSteadyLight();
+    void steadyLightIsWrittenAnewAfterBlinking();
+    void blinkNeverAsksTheKernelForADelayOfZero();
+    void blinkWithADurationEndsDark_data();
+    void blinkWithADurationEndsDark();
+    void blinkIsNotCutShort();
+    void callBeforeTheDurationIsOverCancelsIt_data();
+    void callBeforeTheDurationIsOverCancelsIt();
+    void withoutTimerTriggerTheLibraryBlinks();
+    void libraryStartsBlinkingLit();
+    void libraryStartsBlinkingLitEachTime();
+    void libraryKeepsItsRhythmWhenAskedAgain();
+    void steadyLightEndsTheLibrarysBlinking();
+};
+
+void LedBlinkingTest::blinkIsLeftToTheKernel()
+{
+    const MockDevices devices;
+    MockLed files(devices, ledName);
+    Led(ledName, nullptr).blink(500, untilToldOtherwise);
+    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
+                                              QStringLiteral("delay_off=250")}));
+}
+
+// The trigger in use stands in brackets, as after a restart of the daemon.
+void LedBlinkingTest::blinkOfALedThatBlinksAlreadyIsLeftToTheKernelToo()
+{
+    const MockDevices devices;
+    MockLed::Files blinking = MockLed::kernelBlinking();
+    blinking.insert(trigger, "none [timer]\n");
+    MockLed files(devices, ledName, blinking);
+    Led(ledName, nullptr).blink(500, untilToldOtherwise);
+    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
+                                              QStringLiteral("delay_off=250")}));
+}
+
+void LedBlinkingTest::blinkWithAnotherPeriodChangesOnlyTheDelays()
+{
+    const MockDevices devices;
+    MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    led.blink(500, untilToldOtherwise);
+    files.takeWrites();
+    led.blink(1000, untilToldOtherwise);
+    QCOMPARE(files.takeWrites(),
+             (QStringList{QStringLiteral("delay_on=500"), QStringLiteral("delay_off=500")}));
+}
+
+// Setting another trigger makes the kernel forget the delays.
+void LedBlinkingTest::blinkIsSetUpAnewAfterSteadyLight()
+{
+    const MockDevices devices;
+    MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    led.blink(500, untilToldOtherwise);
+    led.on();
+    files.takeWrites();
+    led.blink(500, untilToldOtherwise);
+    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
+                                              QStringLiteral("delay_off=250")}));
+}
+
+// Setting another trigger makes the kernel switch the light off.
+void LedBlinkingTest::steadyLightIsWrittenAnewAfterBlinking()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    led.on();
+    led.blink(500, untilToldOtherwise);
+    files.takeWrites();
+    led.on();
+    QCOMPARE(files.takeWrites(),
+             (QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=127")}));
+}
+
+void LedBlinkingTest::blinkNeverAsksTheKernelForADelayOfZero()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led(ledName, nullptr).blink(0, untilToldOtherwise);
+    QCOMPARE(files.content(QStringLiteral("delay_on")), QByteArray("1"));
+    QCOMPARE(files.content(QStringLiteral("delay_off")), QByteArray("1"));
+}
+
+void LedBlinkingTest::blinkWithADurationEndsDark_data()
+{
+    QTest::addColumn<MockLed::Files>("files");
+    QTest::addColumn<int>("durationMs");
+    QTest::newRow("by the kernel") << MockLed::kernelBlinking() << 30;
+    QTest::newRow("by the kernel, no time at all") << MockLed::kernelBlinking() << 0;
+    QTest::newRow("by the library") << MockLed::withoutTimerTrigger() << 30;
+    QTest::newRow("by the library, no time at all") << MockLed::withoutTimerTrigger() << 0;
+}
+
+void LedBlinkingTest::blinkWithADurationEndsDark()
+{
+    QFETCH(MockLed::Files, files);
+    QFETCH(int, durationMs);
+    const MockDevices devices;
+    const MockLed mock(devices, ledName, files);
+    Led led(ledName, nullptr);
+    led.on();
+    led.blink(10000, durationMs);
+    QTRY_COMPARE(mock.content(brightness), QByteArray("0"));
+    QCOMPARE(mock.content(trigger), QByteArray("none"));
+}
+
+void LedBlinkingTest::blinkIsNotCutShort()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    QElapsedTimer clock;
+    clock.start();
+    led.blink(500, 100);
+    while (files.content(trigger) == "timer") {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    QVERIFY2(clock.elapsed() >= 100, qPrintable(QString::number(clock.elapsed())));
+}
+
+void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt_data()
+{
+    QTest::addColumn<std::function<void(Led &)>>("call");
+    QTest::addColumn<QString>("expectedTrigger");
+    QTest::newRow("on") << std::function<void(Led &)>([](Led &led) { led.on(); }) << QStringLiteral("none");
+    QTest::newRow("blink for good") << std::function<void(Led &)>([](Led &led) {
+        led.blink(500, untilToldOtherwise);
+    }) << QStringLiteral("timer");
+    QTest::newRow("blink for longer")
+        << std::function<void(Led &)>([](Led &led) { led.blink(500, 60000); }) << QStringLiteral("timer");
+}
+
+void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt()
+{
+    QFETCH(std::function<void(Led &)>, call);
+    QFETCH(QString, expectedTrigger);
+    const MockDevices devices;
+    MockLed files(devices, ledName);
+    const MockLed laterFiles(devices, QStringLiteral("led10"));
+    Led led(ledName, nullptr);
+    Led later(QStringLiteral("led10"), nullptr);
+    led.blink(500, 30);
+    later.blink(500, 40);
+    call(led);
+    files.takeWrites();
+    QTRY_COMPARE(laterFiles.content(trigger), QByteArray("none"));
+    QCOMPARE(files.takeWrites(), QStringList());
+    QCOMPARE(files.content(trigger), expectedTrigger.toLatin1());
+}
+
+void LedBlinkingTest::withoutTimerTriggerTheLibraryBlinks()
+{
+    const MockDevices devices;
+    MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    led.blink(120, untilToldOtherwise);
+    QCOMPARE(files.takeWrites().constFirst(), QStringLiteral("trigger=none"));
+    for (int time = 0; time < 3; ++time) {
+        QTRY_COMPARE(files.content(brightness), QByteArray("0"));
+        QTRY_COMPARE(files.content(brightness), QByteArray("127"));
+    }
+}
+
+void LedBlinkingTest::libraryStartsBlinkingLit()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    led.blink(10000, untilToldOtherwise);
+    QCOMPARE(files.content(brightness), QByteArray("127"));
+}
+
+void LedBlinkingTest::libraryStartsBlinkingLitEachTime()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    led.blink(10000, untilToldOtherwise);
+    led.off();
+    led.blink(10000, untilToldOtherwise);
+    QCOMPARE(files.content(brightness), QByteArray("127"));
+}
+
+void LedBlinkingTest::libraryKeepsItsRhythmWhenAskedAgain()
+{
+    const MockDevices devices;
+    MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    led.blink(40, untilToldOtherwise);
+    QTRY_COMPARE(files.content(brightness), QByteArray("0"));
+    files.takeWrites();
+    led.blink(40, untilToldOtherwise);
+    QCOMPARE(files.takeWrites(), QStringList());
+}
+
+void LedBlinkingTest::steadyLightEndsTheLibrarysBlinking()
+{
+    const MockDevices devices;
+    MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    const MockLed witnessFiles(devices, QStringLiteral("led10"), MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    Led witness(QStringLiteral("led10"), nullptr);
+    led.blink(10, untilToldOtherwise);
+    led.on();
+    files.takeWrites();
+    witness.blink(100, untilToldOtherwise);
+    QTRY_COMPARE(witnessFiles.content(brightness), QByteArray("0"));
+    QCOMPARE(files.takeWrites(), QStringList());
+    QCOMPARE(files.content(brightness), QByteArray("127"));
+}
+
+QTEST_GUILESS_MAIN(LedBlinkingTest)
+#include "tst_led_blinking.moc"

@@ -1,0 +1,223 @@
+#include "LogCapture.h"
+#include "MockDevices.h"
+#include "MockLed.h"
+#include <libled/Led.h>
+
+#include <functional>
+#include <QtTest>
+
+using test_support::LogCapture;
+
+using Call = std::function<void(Led &)>;
+Q_DECLARE_METATYPE(Call)
+
+namespace {
+
+const QLatin1String brightness("brightness");
+const QLatin1String trigger("trigger");
+const QLatin1String ledName("led8");
+
+constexpr int untilToldOtherwise = -1;
+
+} // namespace
+
+/// A LED that fails, goes away or comes.
+class LedPresenceTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void ledThatComesLaterWorksFromThenOn_data();
+    void ledThatComesLaterWorksFromThenOn();
+    void triggerThatComesLaterIsUsed();
+    void ledThatComesBackIsWrittenAnew();
+    void ledThatWentAwayIsLoggedOnce_data();
+    void ledThatWentAwayIsLoggedOnce();
+    void failedWriteIsLoggedOnce();
+    void failedWriteIsTriedAgain();
+    void failedWriteLeavesNothingThatNeedNotBeWritten();
+    void failureAfterASuccessIsLoggedAgain();
+    void blinkingOnALedThatWentAwayIsLoggedOnce();
+    void fileThatWentAwayIsNotMadeAnew();
+};
+
+void LedPresenceTest::ledThatComesLaterWorksFromThenOn_data()
+{
+    QTest::addColumn<Call>("call");
+    QTest::addColumn<QStringList>("writes");
+    QTest::newRow("on") << Call([](Led &led) { led.on(); })
+                        << QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=127")};
+    QTest::newRow("off") << Call([](Led &led) { led.off(); })
+                         << QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=0")};
+    QTest::newRow("blink") << Call([](Led &led) { led.blink(500, untilToldOtherwise); })
+                           << QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
+                                          QStringLiteral("delay_off=250")};
+}
+
+void LedPresenceTest::ledThatComesLaterWorksFromThenOn()
+{
+    QFETCH(Call, call);
+    QFETCH(QStringList, writes);
+    LogCapture log;
+    const MockDevices devices;
+    Led led(ledName, nullptr);
+    QVERIFY(!led.isValid());
+    call(led);
+    const MockLed files(devices, ledName);
+    QVERIFY(led.isValid());
+    call(led);
+    QCOMPARE(files.takeWrites(), writes);
+    QCOMPARE(log.takeCriticals(), QStringList());
+}
+
+// The kernel's module for it may be loaded late.
+void LedPresenceTest::triggerThatComesLaterIsUsed()
+{
+    const MockDevices devices;
+    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    led.on();
+    files.setUp(MockLed::kernelBlinking());
+    files.takeWrites();
+    led.blink(500, untilToldOtherwise);
+    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
+                                              QStringLiteral("delay_off=250")}));
+}
+
+void LedPresenceTest::ledThatComesBackIsWrittenAnew()
+{
+    const LogCapture log;
+    const MockDevices devices;
+    MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    led.on();
+    files.unplug();
+    files.plugIn();
+    led.on();
+    QCOMPARE(files.content(brightness), QByteArray("127"));
+    QCOMPARE(files.content(trigger), QByteArray("none"));
+
+    files.unplug();
+    led.on();
+    files.plugIn();
+    led.on();
+    QCOMPARE(files.content(brightness), QByteArray("127"));
+    QCOMPARE(log.lines(QStringLiteral("libled")).size(), 1);
+}
+
+void LedPresenceTest::ledThatWentAwayIsLoggedOnce_data()
+{
+    QTest::addColumn<Call>("call");
+    QTest::newRow("on") << Call([](Led &led) { led.on(); });
+    QTest::newRow("off") << Call([](Led &led) { led.off(); });
+    QTest::newRow("blink") << Call([](Led &led) { led.blink(500, untilToldOtherwise); });
+}
+
+void LedPresenceTest::ledThatWentAwayIsLoggedOnce()
+{
+    QFETCH(Call, call);
+    const LogCapture log;
+    const MockDevices devices;
+    MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    files.unplug();
+    call(led);
+    led.on();
+    led.blink(500, 0);
+    led.off();
+    QCoreApplication::processEvents();
+    QCOMPARE(log.lines(QStringLiteral("libled")),
+             QStringList(QStringLiteral("LED \"/sys/class/leds/led8/\" went away.")));
+}
+
+void LedPresenceTest::failedWriteIsLoggedOnce()
+{
+    LogCapture log;
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    files.breakFile(brightness);
+    led.on();
+    led.off();
+    led.on();
+    QCOMPARE(log.lines(QStringLiteral("libled")),
+             QStringList{QStringLiteral("Writing \"/sys/class/leds/led8/brightness\" failed: "
+                                        "\"No space left on device\"")});
+    QCOMPARE(log.takeCriticals().size(), 1);
+}
+
+void LedPresenceTest::failedWriteIsTriedAgain()
+{
+    const LogCapture log;
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    files.breakFile(brightness);
+    led.on();
+    QCOMPARE(log.lines(QStringLiteral("libled")).size(), 1);
+    files.restoreFile(brightness);
+    led.on();
+    QCOMPARE(files.content(brightness), QByteArray("127"));
+}
+
+// Nobody knows how far a failed write came.
+void LedPresenceTest::failedWriteLeavesNothingThatNeedNotBeWritten()
+{
+    const LogCapture log;
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    led.on();
+    files.breakFile(brightness);
+    led.off();
+    QCOMPARE(log.lines(QStringLiteral("libled")).size(), 1);
+    files.restoreFile(brightness);
+    files.takeWrites();
+    led.on();
+    QCOMPARE(files.takeWrites(), QStringList{QStringLiteral("brightness=127")});
+}
+
+void LedPresenceTest::failureAfterASuccessIsLoggedAgain()
+{
+    LogCapture log;
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    files.breakFile(brightness);
+    led.on();
+    files.restoreFile(brightness);
+    led.on();
+    files.breakFile(brightness);
+    led.off();
+    QCOMPARE(log.takeCriticals().size(), 2);
+}
+
+void LedPresenceTest::blinkingOnALedThatWentAwayIsLoggedOnce()
+{
+    LogCapture log;
+    const MockDevices devices;
+    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    const MockLed witnessFiles(devices, QStringLiteral("led10"), MockLed::withoutTimerTrigger());
+    Led led(ledName, nullptr);
+    Led witness(QStringLiteral("led10"), nullptr);
+    led.blink(10, untilToldOtherwise);
+    QVERIFY(QFile::remove(files.realPath(brightness)));
+    witness.blink(100, untilToldOtherwise);
+    QTRY_COMPARE(witnessFiles.content(brightness), QByteArray("0"));
+    QCOMPARE(log.takeCriticals().size(), 1);
+}
+
+void LedPresenceTest::fileThatWentAwayIsNotMadeAnew()
+{
+    LogCapture log;
+    const MockDevices devices;
+    const MockLed files(devices, ledName);
+    Led led(ledName, nullptr);
+    QVERIFY(QFile::remove(files.realPath(brightness)));
+    led.on();
+    QVERIFY(!QFile::exists(files.realPath(brightness)));
+    QCOMPARE(log.takeCriticals().size(), 1);
+}
+
+QTEST_GUILESS_MAIN(LedPresenceTest)
+#include "tst_led_presence.moc"
