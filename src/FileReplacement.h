@@ -44,7 +44,7 @@ private:
     QString m_error;
 };
 
-/// Writes new content over the old one of a file open for reading and writing, for one that cannot be replaced
-/// because it is a mount point: after a power cut it holds the old content or the new, the latter perhaps
-/// followed by empty lines. Returns the system's reason when it fails; null when it worked.
+/// Writes new content over the old one of a file open for reading and writing, for one that cannot be
+/// replaced because it is a mount point: after a power cut it holds the old content or the new, the latter
+/// perhaps followed by empty lines. Returns the system's reason when it fails; null when it worked.
 QString overwrite(QFileDevice &file, const QByteArray &content);

@@ -56,8 +56,8 @@ void SettingsStore::change(const QString &key, const QVariant &value)
     m_settings.sync();
 }
 
-// QSettings would write the file itself, but leaves a lock and perhaps half of a new version behind when it is
-// interrupted; and it does not make the change lasting.
+// QSettings would write the file itself, but leaves a lock and perhaps half of a new version behind when it
+// is interrupted; and it does not make the change lasting.
 bool SettingsStore::write()
 {
     const QFileInfo file(m_settings.fileName());

@@ -25,6 +25,6 @@ private:
     bool write();
     bool writeChanges(const QString &fileName) const;
 
-    QSettings m_settings; ///< only ever read
+    QSettings m_settings;                ///< only ever read
     QMap<QString, QVariant> m_unwritten; ///< an invalid value stands for a removed key
 };

@@ -86,7 +86,7 @@ void Keyboard::readKeys()
 void Keyboard::postError(const QString &path, int reason)
 {
     const QString message = path + QStringLiteral(": ") + qt_error_string(reason);
-    qCWarning(logKeyboard) << "Keyboard error:" << message;
+    qCCritical(logKeyboard) << "Keyboard error:" << message;
     QMetaObject::invokeMethod(
         this, [this, message] { emit error(message); }, Qt::QueuedConnection);
 }

@@ -37,7 +37,7 @@ signals:
     void keyDown(libkeyboard::Keyboard::Key key);
     void keyUp(libkeyboard::Keyboard::Key key);
     /// The device could not be opened, or it vanished while it was open and is now closed. The message is the
-    /// device's path and the system's reason.
+    /// device's path and the system's reason; it is a critical line of the category "libkeyboard" too.
     void error(const QString &message);
 
 private:

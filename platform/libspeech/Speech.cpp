@@ -1,6 +1,5 @@
 #include "Speech.h"
 
-#include <libtactora/DBusService.h>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusError>
@@ -19,6 +18,13 @@ QString serviceName()
     return QStringLiteral("com.tactora.Speech");
 }
 
+// Asked of the bus, which answers at once; never of the service itself.
+bool isServicePresent()
+{
+    const QDBusConnection bus = QDBusConnection::systemBus();
+    return bus.isConnected() && bus.interface()->isServiceRegistered(serviceName());
+}
+
 // Not to be activated: a request is for a service that is there.
 QDBusMessage speakFromIdCall(const QString &id, const QVariantMap &request)
 {
@@ -33,15 +39,8 @@ QDBusMessage speakFromIdCall(const QString &id, const QVariantMap &request)
 
 Speech::Speech(QObject *parent)
     : QObject(parent)
-    , m_watcher(std::make_unique<libtactora::DBusService>(QDBusConnection::systemBus(), serviceName()))
 {
-    QObject::connect(m_watcher.get(), &libtactora::DBusService::connected, this,
-                     [this] { m_isPresent = true; });
-    QObject::connect(m_watcher.get(), &libtactora::DBusService::disconnected, this,
-                     [this] { m_isPresent = false; });
 }
-
-Speech::~Speech() = default;
 
 QUuid Speech::speakFromId(const QVariantMap &request)
 {
@@ -51,18 +50,6 @@ QUuid Speech::speakFromId(const QVariantMap &request)
     const QUuid id = QUuid::createUuid();
     send(id.toString(QUuid::WithoutBraces), request);
     return id;
-}
-
-// What the watcher told is old news as long as the event loop has not run, as at start-up. So "absent" is
-// asked again, of the bus itself; a "present" that is no longer true shows as a failed request.
-bool Speech::isServicePresent()
-{
-    const QDBusConnection bus = QDBusConnection::systemBus();
-    if (!bus.isConnected()) {
-        return false;
-    }
-    m_isPresent = m_isPresent || bus.interface()->isServiceRegistered(serviceName());
-    return m_isPresent;
 }
 
 void Speech::send(const QString &id, const QVariantMap &request)

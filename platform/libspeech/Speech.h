@@ -1,13 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <QObject>
 #include <QUuid>
 #include <QVariantMap>
-
-namespace libtactora {
-class DBusService;
-}
 
 namespace libspeech::detail {
 
@@ -19,7 +14,6 @@ class Speech : public QObject
 
 public:
     explicit Speech(QObject *parent = nullptr);
-    ~Speech() override;
 
     /// Sends a request (keys: SpeechKeys.h) and returns the id it goes by on the bus; a null id, and nothing
     /// is sent, when nobody owns the service's name. A request that the service refuses or does not answer is
@@ -27,11 +21,7 @@ public:
     QUuid speakFromId(const QVariantMap &request);
 
 private:
-    bool isServicePresent();
     void send(const QString &id, const QVariantMap &request);
-
-    std::unique_ptr<libtactora::DBusService> m_watcher;
-    bool m_isPresent = false;
 };
 
 } // namespace libspeech::detail

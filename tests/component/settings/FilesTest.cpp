@@ -173,7 +173,8 @@ void FilesTest::leftOverLockOfAStoreDelaysNothing_data()
     QTest::addColumn<QByteArray>("content");
     QTest::newRow("empty") << QByteArray();
     QTest::newRow("of this very process") << QByteArray::number(QCoreApplication::applicationPid()) +
-                                                 "\nFilesTest\n" + QSysInfo::machineHostName().toUtf8() + '\n';
+                                                 "\nFilesTest\n" + QSysInfo::machineHostName().toUtf8() +
+                                                 '\n';
 }
 
 void FilesTest::leftOverLockOfAStoreDelaysNothing()
