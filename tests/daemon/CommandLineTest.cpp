@@ -135,7 +135,7 @@ void CommandLineTest::missingKeyboardDoesNotStopTheDaemon_data()
     QTest::addColumn<QString>("reason");
     QTest::newRow("nothing there") << "/dev/input/event9"
                                    << "No such file or directory";
-    QTest::newRow("not a keyboard") << "/dev/null"
+    QTest::newRow("not a keyboard") << "/proc/version"
                                     << "Inappropriate ioctl for device";
     QTest::newRow("empty path") << ""
                                 << "No such file or directory";

@@ -1,53 +1,18 @@
-#include "BusName.h"
-#include "FrozenBus.h"
+#include "DBusServiceFixture.h"
 #include "LogCapture.h"
-#include "PrivateBus.h"
-#include <libtactora/DBusService.h>
 
-#include <memory>
 #include <QDBusServiceWatcher>
-#include <QElapsedTimer>
-#include <QSignalSpy>
 #include <QtTest>
 
 using libtactora::DBusService;
 using test_support::LogCapture;
-using test_support::PrivateBus;
 
-namespace {
-
-QString watchedName()
-{
-    return QStringLiteral("net.connman");
-}
-
-/// What a watcher reports, in order.
-class Report : public QObject
-{
-    Q_OBJECT
-
-public:
-    explicit Report(const DBusService &service)
-    {
-        QObject::connect(&service, &DBusService::connected, this,
-                         [this] { lines.append(QStringLiteral("connected")); });
-        QObject::connect(&service, &DBusService::disconnected, this,
-                         [this] { lines.append(QStringLiteral("disconnected")); });
-    }
-
-    QStringList lines;
-};
-
-} // namespace
-
-class DBusServiceTest : public QObject
+/// How owners of the name come and go.
+class DBusServiceTest : public DBusServiceFixture
 {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void ownerThatIsThereIsReportedFromTheEventLoop();
     void ownerThatComesLaterIsReported();
     void nameWithoutAnOwnerIsNotReported();
@@ -61,65 +26,13 @@ private slots:
     void changeThatOvertakesTheFirstAnswerStandsForIt();
     void nameThatPassesOnIsReportedOnceMore();
     void everyOneOfManyQuickAppearancesIsReported();
-    void otherNamesAreNotReported();
-    void severalWatchersOfOneNameAreAllTold();
-    void destroyedWatcherIsSilent();
-    void busThatDoesNotAnswerHoldsNothingUp();
-    void busThatWasNeverThereIsQuietlyBorne();
-    void busThatGoesAwayIsQuietlyBorne();
-
-private:
-    std::unique_ptr<DBusService> watch();
-    void waitUntilAllIsTold();
-    void waitUntilWatching();
-
-    std::unique_ptr<PrivateBus> m_bus;
-    std::unique_ptr<BusName> m_watching;
-    std::unique_ptr<BusName> m_connman;
 };
-
-void DBusServiceTest::init()
-{
-    m_bus = std::make_unique<PrivateBus>();
-    QVERIFY(m_bus->isRunning());
-    m_watching = std::make_unique<BusName>(m_bus->address(), QStringLiteral("watching"));
-    m_connman = std::make_unique<BusName>(m_bus->address(), QStringLiteral("connman"));
-}
-
-void DBusServiceTest::cleanup()
-{
-    m_connman.reset();
-    m_watching.reset();
-    m_bus.reset();
-}
-
-std::unique_ptr<DBusService> DBusServiceTest::watch()
-{
-    return std::make_unique<DBusService>(m_watching->connection(), watchedName());
-}
-
-// One more name comes; as the bus keeps the order, all that came before has been told by then.
-void DBusServiceTest::waitUntilAllIsTold()
-{
-    DBusService last(m_watching->connection(), QStringLiteral("test.last"));
-    const QSignalSpy lastConnected(&last, &DBusService::connected);
-    QVERIFY(m_connman->take(QStringLiteral("test.last")));
-    QTRY_COMPARE(lastConnected.size(), 1);
-    QVERIFY(m_connman->release(QStringLiteral("test.last")));
-}
-
-// An answer from the bus, without the event loop: what was sent before has been handled there.
-void DBusServiceTest::waitUntilWatching()
-{
-    QVERIFY(
-        m_watching->connection().interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus")));
-}
 
 void DBusServiceTest::ownerThatIsThereIsReportedFromTheEventLoop()
 {
     QVERIFY(m_connman->take(watchedName()));
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilWatching();
     QCOMPARE(report.lines, QStringList());
     waitUntilAllIsTold();
@@ -129,7 +42,7 @@ void DBusServiceTest::ownerThatIsThereIsReportedFromTheEventLoop()
 void DBusServiceTest::ownerThatComesLaterIsReported()
 {
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilAllIsTold();
     QCOMPARE(report.lines, QStringList());
     QVERIFY(m_connman->take(watchedName()));
@@ -142,7 +55,7 @@ void DBusServiceTest::nameWithoutAnOwnerIsNotReported()
 {
     LogCapture log;
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilAllIsTold();
     QCOMPARE(report.lines, QStringList());
     QVERIFY(log.messages().isEmpty());
@@ -152,7 +65,7 @@ void DBusServiceTest::ownerThatGoesIsReported()
 {
     QVERIFY(m_connman->take(watchedName()));
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilAllIsTold();
     QVERIFY(m_connman->release(watchedName()));
     waitUntilAllIsTold();
@@ -163,7 +76,7 @@ void DBusServiceTest::ownerThatCrashesIsReported()
 {
     QVERIFY(m_connman->take(watchedName()));
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilAllIsTold();
     m_connman->leave();
     QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("disconnected")}));
@@ -173,7 +86,7 @@ void DBusServiceTest::ownerThatComesBackIsReportedAgain()
 {
     QVERIFY(m_connman->take(watchedName()));
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilAllIsTold();
     QVERIFY(m_connman->release(watchedName()));
     QVERIFY(m_connman->take(watchedName()));
@@ -187,7 +100,7 @@ void DBusServiceTest::ownerThatComesBeforeTheFirstAnswerIsReportedOnce()
 {
     for (int attempt = 0; attempt < 50; ++attempt) {
         const auto service = watch();
-        const Report report(*service);
+        const DBusServiceReport report(*service);
         QVERIFY(m_connman->take(watchedName()));
         waitUntilAllIsTold();
         QCOMPARE(report.lines, QStringList{QStringLiteral("connected")});
@@ -200,7 +113,7 @@ void DBusServiceTest::ownerThatGoesBeforeTheFirstAnswerIsReportedWithItsEnd()
     for (int attempt = 0; attempt < 50; ++attempt) {
         QVERIFY(m_connman->take(watchedName()));
         const auto service = watch();
-        const Report report(*service);
+        const DBusServiceReport report(*service);
         waitUntilWatching();
         QVERIFY(m_connman->release(watchedName()));
         waitUntilAllIsTold();
@@ -212,7 +125,7 @@ void DBusServiceTest::ownerThatChangesBeforeTheFirstAnswerIsReportedTwice()
 {
     QVERIFY(m_connman->take(watchedName()));
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilWatching();
     BusName successor(m_bus->address(), QStringLiteral("successor"));
     QVERIFY(successor.take(watchedName()));
@@ -242,7 +155,7 @@ void DBusServiceTest::changeThatOvertakesTheFirstAnswerStandsForIt()
     QFETCH(QStringList, expected);
     QVERIFY(m_connman->take(watchedName()));
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     auto *signalSource = service->findChild<QDBusServiceWatcher *>();
     QVERIFY(signalSource != nullptr);
     emit signalSource->serviceOwnerChanged(watchedName(), oldOwner, newOwner);
@@ -254,7 +167,7 @@ void DBusServiceTest::nameThatPassesOnIsReportedOnceMore()
 {
     QVERIFY(m_connman->take(watchedName()));
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     waitUntilAllIsTold();
     BusName successor(m_bus->address(), QStringLiteral("successor"));
     QVERIFY(successor.take(watchedName()));
@@ -266,7 +179,7 @@ void DBusServiceTest::everyOneOfManyQuickAppearancesIsReported()
 {
     constexpr int appearances = 50;
     const auto service = watch();
-    const Report report(*service);
+    const DBusServiceReport report(*service);
     QStringList expected;
     for (int time = 0; time < appearances; ++time) {
         QVERIFY(m_connman->take(watchedName()));
@@ -275,81 +188,6 @@ void DBusServiceTest::everyOneOfManyQuickAppearancesIsReported()
     }
     waitUntilAllIsTold();
     QCOMPARE(report.lines, expected);
-}
-
-void DBusServiceTest::otherNamesAreNotReported()
-{
-    const auto service = watch();
-    const Report report(*service);
-    QVERIFY(m_connman->take(QStringLiteral("net.connman.vpn")));
-    QVERIFY(m_connman->take(QStringLiteral("net.connmanx")));
-    waitUntilAllIsTold();
-    QCOMPARE(report.lines, QStringList());
-}
-
-void DBusServiceTest::severalWatchersOfOneNameAreAllTold()
-{
-    const auto first = watch();
-    const auto second = watch();
-    const Report firstReport(*first);
-    const Report secondReport(*second);
-    QVERIFY(m_connman->take(watchedName()));
-    waitUntilAllIsTold();
-    QCOMPARE(firstReport.lines, QStringList{QStringLiteral("connected")});
-    QCOMPARE(secondReport.lines, QStringList{QStringLiteral("connected")});
-}
-
-void DBusServiceTest::destroyedWatcherIsSilent()
-{
-    QVERIFY(m_connman->take(watchedName()));
-    auto service = watch();
-    const Report report(*service);
-    waitUntilWatching();
-    service.reset();
-    QVERIFY(m_connman->release(watchedName()));
-    waitUntilAllIsTold();
-    QCOMPARE(report.lines, QStringList());
-}
-
-void DBusServiceTest::busThatDoesNotAnswerHoldsNothingUp()
-{
-    QVERIFY(m_connman->take(watchedName()));
-    std::unique_ptr<DBusService> service;
-    {
-        const FrozenBus frozen(m_watching->connection());
-        QElapsedTimer clock;
-        clock.start();
-        service = watch();
-        QVERIFY(clock.elapsed() < FrozenBus::sureSignOfWaitingMs);
-    }
-    const Report report(*service);
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("connected")});
-}
-
-void DBusServiceTest::busThatWasNeverThereIsQuietlyBorne()
-{
-    const LogCapture log;
-    const QDBusConnection nowhere(QStringLiteral("nowhere"));
-    QVERIFY(!nowhere.isConnected());
-    const DBusService service(nowhere, watchedName());
-    const Report report(service);
-    QCoreApplication::processEvents();
-    QCOMPARE(report.lines, QStringList());
-    QVERIFY(log.messages().isEmpty());
-}
-
-void DBusServiceTest::busThatGoesAwayIsQuietlyBorne()
-{
-    const LogCapture log;
-    QVERIFY(m_connman->take(watchedName()));
-    const auto service = watch();
-    const Report report(*service);
-    waitUntilAllIsTold();
-    m_bus->stop();
-    QTRY_VERIFY(!m_watching->connection().isConnected());
-    QCoreApplication::processEvents();
-    QCOMPARE(report.lines, QStringList{QStringLiteral("connected")});
-    QVERIFY(log.messages().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(DBusServiceTest)

@@ -1,14 +1,12 @@
-#include "BusName.h"
 #include "LogCapture.h"
 #include "PrivateBus.h"
+#include "SpeechService.h"
 #include <libspeech/Speech.h>
 #include <libspeech/SpeechKeys.h>
 #include <libtactora/Singleton.h>
 
 #include <memory>
 #include <QDBusMessage>
-#include <QDBusVirtualObject>
-#include <QElapsedTimer>
 #include <QtTest>
 
 using libspeech::detail::Speech;
@@ -16,53 +14,6 @@ using test_support::LogCapture;
 using test_support::PrivateBus;
 
 namespace {
-
-QString speechName()
-{
-    return QStringLiteral("com.tactora.Speech");
-}
-
-/// The speech service as it may be: good, in trouble, or not answering.
-class SpeechService : public QDBusVirtualObject
-{
-    Q_OBJECT
-
-public:
-    enum class Manner { Answering, Failing, Hanging };
-
-    explicit SpeechService(const QString &address)
-        : m_program(address, QStringLiteral("speech"))
-    {
-        m_program.connection().registerVirtualObject(QStringLiteral("/"), this);
-    }
-
-    bool start() { return m_program.take(speechName()); }
-    bool stop() { return m_program.release(speechName()); }
-    void crash() { m_program.leave(); }
-
-    QString introspect(const QString & /*path*/) const override { return {}; }
-
-    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
-    {
-        requests.append(message);
-        switch (manner) {
-        case Manner::Answering:
-            return connection.send(message.createReply());
-        case Manner::Failing:
-            return connection.send(
-                message.createErrorReply(QDBusError::Failed, QStringLiteral("out of breath")));
-        case Manner::Hanging:
-            return true;
-        }
-        return false;
-    }
-
-    Manner manner = Manner::Answering;
-    QVector<QDBusMessage> requests;
-
-private:
-    BusName m_program;
-};
 
 QVariantMap sampleRequest()
 {
@@ -151,7 +102,7 @@ void SpeechTest::requestGoesOutAsTheServiceKnowsIt()
     const QDBusMessage &message = m_service->requests.constFirst();
     QCOMPARE(message.type(), QDBusMessage::MethodCallMessage);
     QCOMPARE(message.path(), QStringLiteral("/"));
-    QCOMPARE(message.interface(), speechName());
+    QCOMPARE(message.interface(), SpeechService::name());
     QCOMPARE(message.member(), QStringLiteral("speakFromId"));
     QCOMPARE(message.signature(), QStringLiteral("sa{sv}"));
 }

@@ -1,0 +1,101 @@
+#include "DBusServiceFixture.h"
+#include "FrozenBus.h"
+#include "LogCapture.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+using libtactora::DBusService;
+using test_support::LogCapture;
+
+/// Other names, other watchers, and a bus in trouble.
+class DBusServiceSurroundingsTest : public DBusServiceFixture
+{
+    Q_OBJECT
+
+private slots:
+    void otherNamesAreNotReported();
+    void severalWatchersOfOneNameAreAllTold();
+    void destroyedWatcherIsSilent();
+    void busThatDoesNotAnswerHoldsNothingUp();
+    void busThatWasNeverThereIsQuietlyBorne();
+    void busThatGoesAwayIsQuietlyBorne();
+};
+
+void DBusServiceSurroundingsTest::otherNamesAreNotReported()
+{
+    const auto service = watch();
+    const DBusServiceReport report(*service);
+    QVERIFY(m_connman->take(QStringLiteral("net.connman.vpn")));
+    QVERIFY(m_connman->take(QStringLiteral("net.connmanx")));
+    waitUntilAllIsTold();
+    QCOMPARE(report.lines, QStringList());
+}
+
+void DBusServiceSurroundingsTest::severalWatchersOfOneNameAreAllTold()
+{
+    const auto first = watch();
+    const auto second = watch();
+    const DBusServiceReport firstReport(*first);
+    const DBusServiceReport secondReport(*second);
+    QVERIFY(m_connman->take(watchedName()));
+    waitUntilAllIsTold();
+    QCOMPARE(firstReport.lines, QStringList{QStringLiteral("connected")});
+    QCOMPARE(secondReport.lines, QStringList{QStringLiteral("connected")});
+}
+
+void DBusServiceSurroundingsTest::destroyedWatcherIsSilent()
+{
+    QVERIFY(m_connman->take(watchedName()));
+    auto service = watch();
+    const DBusServiceReport report(*service);
+    waitUntilWatching();
+    service.reset();
+    QVERIFY(m_connman->release(watchedName()));
+    waitUntilAllIsTold();
+    QCOMPARE(report.lines, QStringList());
+}
+
+void DBusServiceSurroundingsTest::busThatDoesNotAnswerHoldsNothingUp()
+{
+    QVERIFY(m_connman->take(watchedName()));
+    std::unique_ptr<DBusService> service;
+    {
+        const FrozenBus frozen(m_watching->connection());
+        QElapsedTimer clock;
+        clock.start();
+        service = watch();
+        QVERIFY(clock.elapsed() < FrozenBus::sureSignOfWaitingMs);
+    }
+    const DBusServiceReport report(*service);
+    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("connected")});
+}
+
+void DBusServiceSurroundingsTest::busThatWasNeverThereIsQuietlyBorne()
+{
+    const LogCapture log;
+    const QDBusConnection nowhere(QStringLiteral("nowhere"));
+    QVERIFY(!nowhere.isConnected());
+    const DBusService service(nowhere, watchedName());
+    const DBusServiceReport report(service);
+    QCoreApplication::processEvents();
+    QCOMPARE(report.lines, QStringList());
+    QVERIFY(log.messages().isEmpty());
+}
+
+void DBusServiceSurroundingsTest::busThatGoesAwayIsQuietlyBorne()
+{
+    const LogCapture log;
+    QVERIFY(m_connman->take(watchedName()));
+    const auto service = watch();
+    const DBusServiceReport report(*service);
+    waitUntilAllIsTold();
+    m_bus->stop();
+    QTRY_VERIFY(!m_watching->connection().isConnected());
+    QCoreApplication::processEvents();
+    QCOMPARE(report.lines, QStringList{QStringLiteral("connected")});
+    QVERIFY(log.messages().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(DBusServiceSurroundingsTest)
+#include "tst_dbusservice_surroundings.moc"

@@ -1,0 +1,232 @@
+#include "KeyboardReport.h"
+#include "MockDevices.h"
+#include "MockKeyboard.h"
+#include "UnprivilegedScope.h"
+#include <libkeyboard/Keyboard.h>
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QtTest>
+
+using libkeyboard::Keyboard;
+
+namespace {
+
+const QLatin1String device("/dev/input/event0");
+constexpr int modifier = 32;
+constexpr int anotherKey = 37;
+
+} // namespace
+
+/// Opening and closing, by the program or by the device itself.
+class KeyboardOpeningTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void openDeviceIsOpenAndSilent();
+    void deviceCanBeGivenLater();
+    void openingTwiceIsOpeningOnce();
+    void vanishedDeviceGivesOneErrorAndCloses();
+    void deviceThatHangsUpGivesOneErrorAndCloses();
+    void keysBeforeTheHangUpAreReportedFirst();
+    void keyboardWorksAgainAfterItsDeviceVanished();
+    void failedOpenGivesOneErrorFromTheEventLoop_data();
+    void failedOpenGivesOneErrorFromTheEventLoop();
+    void closedKeyboardReportsNothing();
+    void closingInAHandlerEndsTheReports();
+    void closedKeyboardCanBeOpenedAgain();
+    void openKeyboardKeepsItsDeviceWhenGivenAnother();
+};
+
+void KeyboardOpeningTest::openDeviceIsOpenAndSilent()
+{
+    const MockDevices devices;
+    const MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(!keyboard.isOpen());
+    QVERIFY(keyboard.open());
+    QVERIFY(keyboard.isOpen());
+    QCoreApplication::processEvents();
+    QCOMPARE(report.lines, QStringList());
+}
+
+void KeyboardOpeningTest::deviceCanBeGivenLater()
+{
+    const MockDevices devices;
+    const MockKeyboard keys(devices, device);
+    Keyboard keyboard;
+    keyboard.setDevice(device);
+    QVERIFY(keyboard.open());
+}
+
+void KeyboardOpeningTest::openingTwiceIsOpeningOnce()
+{
+    const MockDevices devices;
+    MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(keyboard.open());
+    QVERIFY(keyboard.open());
+    keys.press(modifier);
+    keys.release(modifier);
+    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
+}
+
+void KeyboardOpeningTest::vanishedDeviceGivesOneErrorAndCloses()
+{
+    const MockDevices devices;
+    MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(keyboard.open());
+    keys.vanish();
+    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    QVERIFY(!keyboard.isOpen());
+    QCoreApplication::processEvents();
+    QCOMPARE(report.lines.size(), 1);
+}
+
+void KeyboardOpeningTest::deviceThatHangsUpGivesOneErrorAndCloses()
+{
+    const MockDevices devices;
+    const MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(keyboard.open());
+    keys.hangUp();
+    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    QVERIFY(!keyboard.isOpen());
+    QCoreApplication::processEvents();
+    QCOMPARE(report.lines.size(), 1);
+}
+
+void KeyboardOpeningTest::keysBeforeTheHangUpAreReportedFirst()
+{
+    const MockDevices devices;
+    MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(keyboard.open());
+    keys.press(modifier);
+    QTRY_COMPARE(report.lines.size(), 1);
+    keys.hangUp();
+    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"),
+                                            QStringLiteral("error /dev/input/event0: No such device")}));
+}
+
+void KeyboardOpeningTest::keyboardWorksAgainAfterItsDeviceVanished()
+{
+    const MockDevices devices;
+    MockKeyboard first(devices, device);
+    MockKeyboard second(devices, QStringLiteral("/dev/input/event1"));
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(keyboard.open());
+    first.vanish();
+    QTRY_COMPARE(report.lines.size(), 1);
+    keyboard.setDevice(QStringLiteral("/dev/input/event1"));
+    QVERIFY(keyboard.open());
+    second.press(modifier);
+    QTRY_COMPARE(report.lines.constLast(), QStringLiteral("down 32"));
+}
+
+void KeyboardOpeningTest::failedOpenGivesOneErrorFromTheEventLoop_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("missing path") << QStringLiteral("/nowhere/event0")
+                                  << QStringLiteral("No such file or directory");
+    QTest::newRow("no path") << QString() << QStringLiteral("No such file or directory");
+    QTest::newRow("file") << QStringLiteral("%1/file") << QStringLiteral("Inappropriate ioctl for device");
+    QTest::newRow("directory") << QStringLiteral("%1") << QStringLiteral("Inappropriate ioctl for device");
+    QTest::newRow("no permission") << QStringLiteral("%1/forbidden") << QStringLiteral("Permission denied");
+    QTest::newRow("file as directory")
+        << QStringLiteral("%1/file/event0") << QStringLiteral("Not a directory");
+    QTest::newRow("placeholder in the path")
+        << QStringLiteral("%1/%2") << QStringLiteral("No such file or directory");
+}
+
+void KeyboardOpeningTest::failedOpenGivesOneErrorFromTheEventLoop()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, reason);
+    const QTemporaryDir directory;
+    QVERIFY(QFile(directory.filePath(QStringLiteral("file"))).open(QIODevice::WriteOnly));
+    QVERIFY(QFile(directory.filePath(QStringLiteral("forbidden"))).open(QIODevice::WriteOnly));
+    QVERIFY(QFile::setPermissions(directory.filePath(QStringLiteral("forbidden")), {}));
+    QVERIFY(QFile::setPermissions(directory.path(), letEveryoneIn));
+    path.replace(QStringLiteral("%1"), directory.path());
+    Keyboard keyboard(path);
+    const KeyboardReport report(keyboard);
+    {
+        const UnprivilegedScope anyone;
+        QVERIFY(!keyboard.open());
+    }
+    QVERIFY(!keyboard.isOpen());
+    QCOMPARE(report.lines, QStringList());
+    QCoreApplication::processEvents();
+    QCOMPARE(report.lines, QStringList{QStringLiteral("error ") + path + QStringLiteral(": ") + reason});
+}
+
+void KeyboardOpeningTest::closedKeyboardReportsNothing()
+{
+    const MockDevices devices;
+    MockKeyboard keys(devices, device);
+    MockKeyboard witnessKeys(devices, QStringLiteral("/dev/input/event1"));
+    Keyboard keyboard(device);
+    Keyboard witness(QStringLiteral("/dev/input/event1"));
+    const KeyboardReport report(keyboard);
+    const KeyboardReport witnessReport(witness);
+    QVERIFY(keyboard.open());
+    QVERIFY(witness.open());
+    keys.press(modifier);
+    keyboard.close();
+    QVERIFY(!keyboard.isOpen());
+    witnessKeys.press(modifier);
+    QTRY_COMPARE(witnessReport.lines.size(), 1);
+    QCOMPARE(report.lines, QStringList());
+}
+
+void KeyboardOpeningTest::closingInAHandlerEndsTheReports()
+{
+    const MockDevices devices;
+    MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QObject::connect(&keyboard, &Keyboard::keyDown, &keyboard, &Keyboard::close);
+    QVERIFY(keyboard.open());
+    keys.press(modifier);
+    keys.press(anotherKey);
+    QTRY_VERIFY(!keyboard.isOpen());
+    QCOMPARE(report.lines, QStringList{QStringLiteral("down 32")});
+}
+
+void KeyboardOpeningTest::closedKeyboardCanBeOpenedAgain()
+{
+    const MockDevices devices;
+    MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(keyboard.open());
+    keyboard.close();
+    QVERIFY(keyboard.open());
+    keys.press(modifier);
+    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("down 32")});
+}
+
+void KeyboardOpeningTest::openKeyboardKeepsItsDeviceWhenGivenAnother()
+{
+    const MockDevices devices;
+    MockKeyboard keys(devices, device);
+    Keyboard keyboard(device);
+    const KeyboardReport report(keyboard);
+    QVERIFY(keyboard.open());
+    keyboard.setDevice(QStringLiteral("/dev/input/event1"));
+    keys.vanish();
+    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+}
+
+QTEST_GUILESS_MAIN(KeyboardOpeningTest)
+#include "tst_keyboard_opening.moc"

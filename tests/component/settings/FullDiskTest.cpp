@@ -1,0 +1,112 @@
+#include "DeviceFiles.h"
+#include "PrivateWorld.h"
+#include "SettingsFixture.h"
+
+#include <QFile>
+
+using namespace device_files;
+
+namespace {
+
+/// Takes all room of a file system until it ends.
+class FullDisk
+{
+public:
+    explicit FullDisk(const QString &directory)
+        : m_filler(directory + QStringLiteral("/filler"))
+    {
+        if (m_filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+            while (m_filler.write(QByteArray(4096, 'x')) > 0) {
+            }
+        }
+    }
+    ~FullDisk() { m_filler.remove(); }
+    FullDisk(const FullDisk &) = delete;
+    FullDisk &operator=(const FullDisk &) = delete;
+
+private:
+    QFile m_filler;
+};
+
+} // namespace
+
+/// What becomes of files when there is no room for them.
+class FullDiskTest : public SettingsFixture
+{
+    Q_OBJECT
+
+private slots:
+    void fullDiskLeavesNoProvisioningFile();
+    void fullDiskLeavesTheEarlierProvisioningFile();
+    void fullDiskLeavesTheEarlierSettings();
+    void fullDiskLetsTheHostNameBeWrittenOverTheOldOne();
+    void fullDiskIsNamedWhereTheHostNameCannotBeWritten();
+};
+
+void FullDiskTest::fullDiskLeavesNoProvisioningFile()
+{
+    NetworkSettings settings;
+    const FullDisk full(QStringLiteral("/var"));
+
+    QVERIFY(!settings.createWpaConfFile(corp, corp, corp, corp));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine(QStringLiteral(
+                 "Unable to write file \"/var/lib/connman/corp.config\" \"No space left on device\""))));
+    QCOMPARE(entries(connmanDirectory), QStringList());
+}
+
+void FullDiskTest::fullDiskLeavesTheEarlierProvisioningFile()
+{
+    NetworkSettings settings;
+    QVERIFY(writeEverything(settings, true));
+    const FullDisk full(QStringLiteral("/var"));
+
+    QVERIFY(!settings.createWpaConfFile(corp, corp, corp, corp));
+    QCOMPARE(fileContent(corpFile), provisioningText(true));
+    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
+}
+
+void FullDiskTest::fullDiskLeavesTheEarlierSettings()
+{
+    NetworkSettings settings;
+    settings.setLockRegion(true);
+    {
+        const FullDisk full(QStringLiteral("/etc"));
+        QVERIFY(settings.setLockRegion(false));
+        QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
+                                      "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""))));
+        QCOMPARE(store(regionStore), lockText(true));
+        QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
+        QVERIFY(!settings.getLockRegion());
+    }
+    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\nregionLocked=false\n"));
+}
+
+void FullDiskTest::fullDiskLetsTheHostNameBeWrittenOverTheOldOne()
+{
+    writeFile(hostNameFile, "a-long-old-name\n");
+    NetworkSettings settings;
+    const FullDisk full(QStringLiteral("/etc"));
+
+    QVERIFY(settings.setHostName(QStringLiteral("box")));
+    QCOMPARE(fileContent(hostNameFile), QByteArray("box"));
+    QCOMPARE(criticalLines(), QStringList());
+}
+
+void FullDiskTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
+{
+    writeFile(hostNameFile, {});
+    NetworkSettings settings;
+    const FullDisk full(QStringLiteral("/etc"));
+
+    QVERIFY(!settings.setHostName(QStringLiteral("box")));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
+                                  "Unable to write file \"/etc/hostname\" \"No space left on device\""))));
+}
+
+int main(int argc, char **argv)
+{
+    return private_world::run<FullDiskTest>(argc, argv);
+}
+#include "FullDiskTest.moc"
