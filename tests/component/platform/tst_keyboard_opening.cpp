@@ -4,7 +4,10 @@
 #include "UnprivilegedScope.h"
 #include <libkeyboard/Keyboard.h>
 
+#include <fcntl.h>
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QtTest>
 
@@ -16,6 +19,21 @@ const QLatin1String device("/dev/input/event0");
 constexpr int modifier = 32;
 constexpr int anotherKey = 37;
 
+/// This process's descriptors that lead to a file.
+QVector<int> descriptorsOf(const QString &path)
+{
+    const QString file = QFileInfo(path).canonicalFilePath();
+    QVector<int> descriptors;
+    const QDir all(QStringLiteral("/proc/self/fd"));
+    const QStringList numbers = all.entryList(QDir::Files | QDir::System);
+    for (const QString &number : numbers) {
+        if (QFile::symLinkTarget(all.filePath(number)) == file) {
+            descriptors.append(number.toInt());
+        }
+    }
+    return descriptors;
+}
+
 } // namespace
 
 /// Opening and closing, by the program or by the device itself.
@@ -24,6 +42,7 @@ class KeyboardOpeningTest : public QObject
     Q_OBJECT
 
 private slots:
+    void deviceIsOpenForThisProcessOnlyAndAsLongAsTheKeyboard();
     void openDeviceIsOpenAndSilent();
     void deviceCanBeGivenLater();
     void openingTwiceIsOpeningOnce();
@@ -38,6 +57,23 @@ private slots:
     void closedKeyboardCanBeOpenedAgain();
     void openKeyboardKeepsItsDeviceWhenGivenAnother();
 };
+
+void KeyboardOpeningTest::deviceIsOpenForThisProcessOnlyAndAsLongAsTheKeyboard()
+{
+    const MockDevices devices;
+    const MockKeyboard keys(devices, device);
+    const QVector<int> before = descriptorsOf(devices.realPath(device));
+    {
+        Keyboard keyboard(device);
+        QVERIFY(keyboard.open());
+        const QVector<int> opened = descriptorsOf(devices.realPath(device));
+        QCOMPARE(opened.size(), before.size() + 1);
+        for (const int descriptor : opened) {
+            QVERIFY(before.contains(descriptor) || (fcntl(descriptor, F_GETFD) & FD_CLOEXEC) != 0);
+        }
+    }
+    QCOMPARE(descriptorsOf(devices.realPath(device)), before);
+}
 
 void KeyboardOpeningTest::openDeviceIsOpenAndSilent()
 {
