@@ -13,7 +13,7 @@
 namespace {
 
 constexpr mode_t NewFileMode = 0644;
-constexpr mode_t WritableByOthers = 0022;
+constexpr mode_t KeptModeBits = 0755;
 
 QString withoutLinks(const QString &path)
 {
@@ -86,8 +86,9 @@ bool FileReplacement::settlePermissions(int descriptor) const
     if (stat(QFile::encodeName(m_path).constData(), &old) != 0) {
         return fchmod(descriptor, NewFileMode) == 0;
     }
-    return fchown(descriptor, old.st_uid, old.st_gid) == 0 &&
-           fchmod(descriptor, old.st_mode & ~WritableByOthers) == 0;
+    // Without the right to give files away it becomes the daemon's own.
+    [[maybe_unused]] const int outcome = fchown(descriptor, old.st_uid, old.st_gid);
+    return fchmod(descriptor, old.st_mode & KeptModeBits) == 0;
 }
 
 bool FileReplacement::commit()

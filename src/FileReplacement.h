@@ -28,8 +28,8 @@ public:
     QString newFile() const;
     /// Writes the whole new version.
     bool write(const QByteArray &content);
-    /// Puts the new version in place, for good. It keeps the owner and the permissions of the old one, but
-    /// only the owner may write it.
+    /// Puts the new version in place, for good. It keeps the permissions of the old one, and where possible
+    /// its owner, but only the owner may write it.
     bool commit();
 
     /// The system's reason why one of these has failed.

@@ -50,13 +50,10 @@ QStringList namespaceCommand()
 
 } // namespace
 
-void enter(char **arguments)
+void startAgain(const QStringList &command, char **arguments)
 {
-    if (qEnvironmentVariableIsSet(InsideVariable)) {
-        return;
-    }
     std::vector<QByteArray> words;
-    for (const QString &word : namespaceCommand()) {
+    for (const QString &word : command) {
         words.push_back(word.toLocal8Bit());
     }
     // Where the program is one for another machine's processor, its emulator comes first.
@@ -75,8 +72,15 @@ void enter(char **arguments)
     }
     pointers.push_back(nullptr);
     execvp(pointers.front(), pointers.data());
-    std::cerr << "bwrap: " << std::strerror(errno) << '\n';
+    std::cerr << pointers.front() << ": " << std::strerror(errno) << '\n';
     std::exit(EXIT_FAILURE);
+}
+
+void enter(char **arguments)
+{
+    if (!qEnvironmentVariableIsSet(InsideVariable)) {
+        startAgain(namespaceCommand(), arguments);
+    }
 }
 
 } // namespace private_world

@@ -1,10 +1,15 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QStringList>
 #include <QtTest>
 
 /// Runs tests of code with fixed paths where those paths are the tests' own.
 namespace private_world {
+
+/// Replaces the process by `command`, which starts the same program with the same arguments again. Ends the
+/// process when there is no such command.
+void startAgain(const QStringList &command, char **arguments);
 
 /// Returns only in a mount namespace whose /etc and /var are empty and small: outside one it replaces the
 /// process by bubblewrap, which starts the same program with the same arguments again. There are no

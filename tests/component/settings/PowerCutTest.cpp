@@ -1,0 +1,139 @@
+#include "DeviceFiles.h"
+#include "PrivateWorld.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <unistd.h>
+
+using namespace device_files;
+
+namespace {
+
+constexpr char InsideVariable[] = "IN_A_MOUNT_NAMESPACE";
+
+bool run(const QString &program, const QStringList &arguments)
+{
+    QProcess process;
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, arguments);
+    return process.waitForFinished() && process.exitStatus() == QProcess::NormalExit &&
+           process.exitCode() == 0;
+}
+
+bool mount(const QStringList &arguments)
+{
+    return run(QStringLiteral("mount"), arguments);
+}
+
+QByteArray read(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Returns where mounts are the test's own, or, not being root, where there can be none.
+void enterMountNamespace(char **arguments)
+{
+    if (geteuid() != 0 || qEnvironmentVariableIsSet(InsideVariable)) {
+        return;
+    }
+    qputenv(InsideVariable, "1");
+    private_world::startAgain({QStringLiteral("unshare"), QStringLiteral("--mount"),
+                               QStringLiteral("--propagation"), QStringLiteral("private")},
+                              arguments);
+}
+
+} // namespace
+
+/// What is left of the files when the power goes right after they were written: a file system on a disk of
+/// its own, whose content at that instant is looked at as after the next start.
+class PowerCutTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void whatHasBeenWrittenOutlivesAPowerCut_data();
+    void whatHasBeenWrittenOutlivesAPowerCut();
+
+private:
+    QString path(const char *name) const { return m_directory.filePath(QLatin1String(name)); }
+    /// The content of a file of the device's disk, were the power to go now.
+    QByteArray contentAfterPowerCut(const QString &file) const;
+
+    QTemporaryDir m_directory;
+};
+
+void PowerCutTest::initTestCase()
+{
+    if (geteuid() != 0) {
+        QSKIP("needs root: it mounts a file system");
+    }
+    QFile disk(path("disk"));
+    QVERIFY(disk.open(QIODevice::WriteOnly) && disk.resize(16 * 1024 * 1024));
+    QVERIFY(run(QStringLiteral("mkfs.ext4"), {QStringLiteral("-q"), path("disk")}));
+    QVERIFY(QDir().mkdir(path("after")));
+    QVERIFY(mount({QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("tmpfs"),
+                   QStringLiteral("/var/lib")}));
+    QVERIFY(QDir().mkdir(connmanDirectory));
+    if (!mount({QStringLiteral("-o"), QStringLiteral("loop"), path("disk"), connmanDirectory})) {
+        QSKIP("there are no loop devices to be had");
+    }
+    const QString hostName = connmanDirectory + QStringLiteral("/hostname");
+    QVERIFY(QFile(hostName).open(QIODevice::WriteOnly));
+    QVERIFY(mount({QStringLiteral("--bind"), hostName, hostNameFile}));
+    qputenv("XDG_CONFIG_DIRS", QFile::encodeName(connmanDirectory));
+}
+
+void PowerCutTest::cleanupTestCase()
+{
+    run(QStringLiteral("umount"), {hostNameFile});
+    run(QStringLiteral("umount"), {connmanDirectory});
+}
+
+QByteArray PowerCutTest::contentAfterPowerCut(const QString &file) const
+{
+    QFile::remove(path("disk-after"));
+    if (!QFile::copy(path("disk"), path("disk-after")) ||
+        !mount({QStringLiteral("-o"), QStringLiteral("loop"), path("disk-after"), path("after")})) {
+        return "the disk cannot be looked at";
+    }
+    const QByteArray content = read(path("after") + QLatin1Char('/') + file);
+    run(QStringLiteral("umount"), {path("after")});
+    return content;
+}
+
+void PowerCutTest::whatHasBeenWrittenOutlivesAPowerCut_data()
+{
+    QTest::addColumn<bool>("odd");
+    QTest::newRow("first") << true;
+    QTest::newRow("second") << false;
+    QTest::newRow("third") << true;
+}
+
+void PowerCutTest::whatHasBeenWrittenOutlivesAPowerCut()
+{
+    QFETCH(bool, odd);
+    NetworkSettings settings;
+    QVERIFY(settings.setLockRegion(odd));
+    QCOMPARE(contentAfterPowerCut(QStringLiteral("Tactora AB/region.conf")), lockText(odd));
+
+    QVERIFY(settings.createWpaConfFile(corp, longName(odd), QStringLiteral("peap"),
+                                       QStringLiteral("MSCHAPV2")));
+    QCOMPARE(contentAfterPowerCut(QStringLiteral("corp.config")), provisioningText(odd));
+
+    QVERIFY(settings.setHostName(longName(odd)));
+    QCOMPARE(contentAfterPowerCut(QStringLiteral("hostname")), longName(odd).toUtf8());
+}
+
+int main(int argc, char **argv)
+{
+    enterMountNamespace(argv);
+    const QCoreApplication application(argc, argv);
+    private_world::setIdentity();
+    PowerCutTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "PowerCutTest.moc"
