@@ -162,6 +162,7 @@ private:
     Service serviceToRegister(const QString &ssid);
     bool registerWithCredentials(const Service &service, const QString &ssid, const Credentials &credentials,
                                  const std::function<void()> &onFailure = {});
+    void reportUnprovisionable(const QString &errorTemplate, const QString &value);
     bool registerWifiWPSNamed(const QString &ssid);
     bool registerWifiWPSAny() const;
 

@@ -114,12 +114,25 @@ bool NetworkManager::registerWiFiWpa2Enterprise(const QString &identityName, con
         return false;
     }
     const Service service = serviceToRegister(ssid);
-    if (!service || !m_settings->createWpaConfFile(ssid, service->name(), eap, authPhase)) {
+    if (!service) {
+        return false;
+    }
+    if (!m_settings->createWpaConfFile(ssid, service->name(), eap, authPhase)) {
+        reportUnprovisionable(QStringLiteral("Invalid parameter, name: '%1'"), service->name());
+        reportUnprovisionable(QStringLiteral("Invalid parameter, EAP: '%1'"), eap);
+        reportUnprovisionable(QStringLiteral("Invalid parameter, authPhase: '%1'"), authPhase);
         return false;
     }
     return registerWithCredentials(service, ssid,
                                    {psk, ConnmanAgent::RequestType::Wpa2Enterprise, identityName},
                                    [this, &ssid] { m_settings->removeWpaConfFile(ssid); });
+}
+
+void NetworkManager::reportUnprovisionable(const QString &errorTemplate, const QString &value)
+{
+    if (!NetworkSettings::isProvisionable(value)) {
+        emit error(errorTemplate.arg(value));
+    }
 }
 
 bool NetworkManager::registerWifiWps(const QString &ssid, const QString &secret)

@@ -2,6 +2,7 @@
 
 #include "NetworkSettings.h"
 
+#include "ConnmanNames.h"
 #include "ConnmanService.h"
 #include "NetworkSettingsLog.h"
 
@@ -11,13 +12,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-const QLatin1String PreferedKey("wifi/prefered");
-const QLatin1String RegionKey("wifi/region");
-const QLatin1String RegionLockedKey("wifi/regionLocked");
+constexpr QLatin1String PreferedKey("wifi/prefered");
+constexpr QLatin1String RegionKey("wifi/region");
+constexpr QLatin1String RegionLockedKey("wifi/regionLocked");
 
-const QLatin1String WifiType("wifi");
-const QLatin1String DefaultRegion("US");
-const QLatin1String WorldRegion("00");
+constexpr QLatin1String DefaultRegion("US");
+constexpr QLatin1String WorldRegion("00");
 
 /// How long the region command may take at start-up, where nobody waits for its result.
 constexpr auto RegionStartUpTimeout = 5000ms;
@@ -33,7 +33,7 @@ QString &currentRegion()
 /// name.
 QString preferableName(const ConnmanService &service)
 {
-    if (service.type() != WifiType) {
+    if (service.type() != ConnmanNames::Wifi) {
         return {};
     }
     const QString name = service.name();

@@ -57,6 +57,8 @@ public:
     /// the file's line structure is refused. When it fails, what was there before still is.
     bool createWpaConfFile(const QString &fileName, const QString &name, const QString &eap,
                            const QString &phase2);
+    /// Whether a value can stand in a provisioning file: line breaks and other control characters cannot.
+    static bool isProvisionable(const QString &value);
     void removeWpaConfFile(const QString &fileName);
 
 signals:

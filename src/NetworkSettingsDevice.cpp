@@ -6,6 +6,7 @@
 #include "Command.h"
 #include "dbus/SystemInfo.h"
 #include "FileReplacement.h"
+#include "NetworkInterfaces.h"
 #include "NetworkSettingsLog.h"
 
 #include <libtactora/Singleton.h>
@@ -17,16 +18,15 @@
 
 namespace {
 
-const QLatin1String Ip("ip");
-const QLatin1String WifiInterface("wlan0");
-const QLatin1String HostNameFile("/etc/hostname");
+constexpr QLatin1String Ip("ip");
+constexpr QLatin1String HostNameFile("/etc/hostname");
 
-const QLatin1String MacPrefix("02a7c40");
+constexpr QLatin1String MacPrefix("02a7c40");
 constexpr qint64 SerialNumberOffset = 200000;
 
 QStringList setLink(const QStringList &change)
 {
-    return QStringList{QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("dev"), WifiInterface} +
+    return QStringList{QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("dev"), NetworkInterfaces::Wifi} +
            change;
 }
 
@@ -60,16 +60,10 @@ QByteArray provisioningText(const QString &name, const QString &eap, const QStri
         .toUtf8();
 }
 
-bool hasControlCharacter(const QString &text)
-{
-    return std::any_of(text.cbegin(), text.cend(),
-                       [](QChar character) { return character.category() == QChar::Other_Control; });
-}
-
 /// Whether `value` keeps to one line of the provisioning file; the complaint names the field.
 bool isOneLine(const char *field, const QString &value)
 {
-    if (!hasControlCharacter(value)) {
+    if (NetworkSettings::isProvisionable(value)) {
         return true;
     }
     qCCritical(logNetworkSettings) << "Control character in" << field << "of configuration file!";
@@ -172,6 +166,12 @@ bool NetworkSettings::setHostName(const QString &name)
         return false;
     }
     return isWritten(file.fileName(), overwrite(file, content));
+}
+
+bool NetworkSettings::isProvisionable(const QString &value)
+{
+    return std::none_of(value.cbegin(), value.cend(),
+                        [](QChar character) { return character.category() == QChar::Other_Control; });
 }
 
 bool NetworkSettings::createWpaConfFile(const QString &fileName, const QString &name, const QString &eap,

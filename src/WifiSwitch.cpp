@@ -71,10 +71,9 @@ bool WifiSwitch::setPower(bool on)
 void WifiSwitch::reset(bool enable, bool quiet)
 {
     const QLatin1String word(enable ? "enable" : "disable");
-    QProcess connmanctl;
-    connmanctl.start(QStringLiteral("connmanctl"), {QStringLiteral("%1").arg(word), ConnmanNames::Wifi},
-                     QIODevice::ReadWrite);
-    if (Command::waitForEnd(connmanctl, ConnmanctlTimeout)) {
+    const Command::ProcessPointer connmanctl =
+        Command::start(QStringLiteral("connmanctl"), {QStringLiteral("%1").arg(word), ConnmanNames::Wifi});
+    if (Command::waitForEnd(*connmanctl, ConnmanctlTimeout)) {
         emit powerChanged(enable);
         if (enable) {
             tryPreferredAfter(ScanDelayAfterConnmanctl, PauseAfterConnmanctlScan);

@@ -203,7 +203,8 @@ void RegisteringTest::enterpriseValueWithALineBreakIsRefused()
         !device.client
              .call("registerWiFiWpa2Enterprise", "me"_s, corp, "secret"_s, "peap\nName=Other"_s, "MSCHAPV2"_s)
              .toBool());
-    QCOMPARE(device.client.record(), QStringList("registerWiFiWpa2Enterprise -> false"_s));
+    QCOMPARE(device.client.record(), (QStringList{errorSignal("Invalid parameter, EAP: 'peap\nName=Other'"_s),
+                                                  "registerWiFiWpa2Enterprise -> false"_s}));
     QVERIFY(device.log().takeProblem(
         "NetworkSettings|critical|Control character in EAP of configuration file!"_s));
     QCOMPARE(device.daemon.sandbox().connmanFiles(), QStringList());
