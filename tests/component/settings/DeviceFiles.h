@@ -19,7 +19,7 @@ const QString corp = QStringLiteral("corp");
 /// Two values to tell apart, long enough for half of it to be seen.
 inline QString longName(bool odd)
 {
-    return QString(odd ? 60 : 50, QLatin1Char(odd ? 'o' : 'e'));
+    return QStringLiteral("%1").arg(QString(), odd ? 60 : 50, QLatin1Char(odd ? 'o' : 'e'));
 }
 
 inline QByteArray provisioningText(bool odd)

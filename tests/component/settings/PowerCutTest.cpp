@@ -71,8 +71,9 @@ void PowerCutTest::initTestCase()
     if (geteuid() != 0) {
         QSKIP("needs root: it mounts a file system");
     }
+    constexpr qint64 diskSize = 16L * 1024 * 1024;
     QFile disk(path("disk"));
-    QVERIFY(disk.open(QIODevice::WriteOnly) && disk.resize(16 * 1024 * 1024));
+    QVERIFY(disk.open(QIODevice::WriteOnly) && disk.resize(diskSize));
     QVERIFY(run(QStringLiteral("mkfs.ext4"), {QStringLiteral("-q"), path("disk")}));
     QVERIFY(QDir().mkdir(path("after")));
     QVERIFY(mount({QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("tmpfs"),
@@ -120,8 +121,8 @@ void PowerCutTest::whatHasBeenWrittenOutlivesAPowerCut()
     QVERIFY(settings.setLockRegion(odd));
     QCOMPARE(contentAfterPowerCut(QStringLiteral("Tactora AB/region.conf")), lockText(odd));
 
-    QVERIFY(settings.createWpaConfFile(corp, longName(odd), QStringLiteral("peap"),
-                                       QStringLiteral("MSCHAPV2")));
+    QVERIFY(
+        settings.createWpaConfFile(corp, longName(odd), QStringLiteral("peap"), QStringLiteral("MSCHAPV2")));
     QCOMPARE(contentAfterPowerCut(QStringLiteral("corp.config")), provisioningText(odd));
 
     QVERIFY(settings.setHostName(longName(odd)));
