@@ -203,6 +203,7 @@ void EndTest::runningCommandEndsWithAKilledDaemon_data()
     QTest::newRow("iw list") << commandHangsAtStart("iw list"_s);
     QTest::newRow("address command") << Moment(addressCommandHangs);
     QTest::newRow("region command") << Moment(regionCommandOfAClientHangs);
+    QTest::newRow("connmanctl") << Moment(connmanctlHangs);
 }
 
 void EndTest::runningCommandEndsWithAKilledDaemon()
