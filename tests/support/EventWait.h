@@ -19,6 +19,7 @@ bool waitUntil(Condition condition, int timeoutMs = eventTimeoutMs)
 {
     const QDeadlineTimer deadline(timeoutMs);
     QTimer wakeUpAtDeadline;
+    wakeUpAtDeadline.setTimerType(Qt::PreciseTimer); // a coarse one may come early, and then once more, late
     wakeUpAtDeadline.start(timeoutMs);
     while (!condition()) {
         if (deadline.hasExpired()) {
