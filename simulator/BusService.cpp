@@ -97,13 +97,13 @@ void BusService::suffer(const Fault &fault, const Call &call)
 {
     switch (fault.kind) {
     case Fault::Kind::Error:
-        call.refuse(fault.error);
+        later(fault.milliseconds, [call, error = fault.error] { call.refuse(error); });
         break;
     case Fault::Kind::Reply:
-        call.reply(fault.arguments);
+        later(fault.milliseconds, [call, arguments = fault.arguments] { call.reply(arguments); });
         break;
     case Fault::Kind::Delay:
-        handleLater(call, fault.milliseconds);
+        later(fault.milliseconds, [this, call] { handleCall(call); });
         break;
     case Fault::Kind::Never:
         break;
@@ -113,11 +113,15 @@ void BusService::suffer(const Fault &fault, const Call &call)
     }
 }
 
-void BusService::handleLater(const Call &call, int milliseconds)
+void BusService::later(int milliseconds, const std::function<void()> &answer)
 {
-    QTimer::singleShot(milliseconds, this, [this, call, life = m_connectionName] {
+    if (milliseconds <= 0) {
+        answer();
+        return;
+    }
+    QTimer::singleShot(milliseconds, this, [this, answer, life = m_connectionName] {
         if (life == m_connectionName) {
-            handleCall(call);
+            answer();
         }
     });
 }

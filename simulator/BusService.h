@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Call.h"
+#include <functional>
 #include <QDBusConnection>
 #include <QDBusVirtualObject>
 
@@ -52,7 +53,8 @@ protected:
 
 private:
     void suffer(const Fault &fault, const Call &call);
-    void handleLater(const Call &call, int milliseconds);
+    /// Unless the service has left the bus by then.
+    void later(int milliseconds, const std::function<void()> &answer);
 
     const QString m_address;
     const QString m_name;

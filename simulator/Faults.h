@@ -17,7 +17,7 @@ struct Fault
     Kind kind = Kind::Never;
     ErrorReply error;       // Error
     QVariantList arguments; // Reply
-    int milliseconds = 0;   // Delay
+    int milliseconds = 0;   // Delay; Error and Reply wait so long, too
 
     /// From the script interface's dictionary; nothing when its "kind" is unknown.
     static std::optional<Fault> fromMap(const QVariantMap &map);

@@ -2,6 +2,7 @@
 
 #include "EventWait.h"
 #include <cstdio>
+#include <utility>
 
 namespace test_support {
 
@@ -48,6 +49,11 @@ bool DaemonLog::waitFor(const QString &line, int times) const
 bool DaemonLog::takeProblem(const QString &line)
 {
     return waitUntil([&] { return m_problems.contains(line); }) && m_problems.removeOne(line);
+}
+
+QStringList DaemonLog::takeProblems()
+{
+    return std::exchange(m_problems, {});
 }
 
 void DaemonLog::tolerate(const QString &line)

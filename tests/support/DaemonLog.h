@@ -30,6 +30,8 @@ public:
     /// From now on that line is no problem, however often it comes or has come.
     void tolerate(const QString &line);
     QStringList problems() const { return m_problems; }
+    /// Takes all problems there are, which fail the test no more.
+    QStringList takeProblems();
 
     /// Prints everything, for the reader of a failure.
     void print() const;

@@ -28,6 +28,13 @@ FaultKind FaultKind::delay(int milliseconds)
     return FaultKind(QStringLiteral("delay"), {{QStringLiteral("milliseconds"), milliseconds}});
 }
 
+FaultKind FaultKind::after(int milliseconds) const
+{
+    FaultKind late(*this);
+    late.m_map.insert(QStringLiteral("milliseconds"), milliseconds);
+    return late;
+}
+
 FaultKind FaultKind::never()
 {
     return FaultKind(QStringLiteral("never"));

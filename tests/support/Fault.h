@@ -18,6 +18,8 @@ public:
     static FaultKind reply(const QVariantList &arguments);
     /// The usual effect and answer, that much later.
     static FaultKind delay(int milliseconds);
+    /// An error or a reply only after that time.
+    FaultKind after(int milliseconds) const;
     /// No answer, no effect.
     static FaultKind never();
     /// The service leaves the bus in the middle of the call.
@@ -44,6 +46,8 @@ public:
     uint fired() const;
     /// Fails the current test when it has not fired yet; the destructor then checks no more.
     void verify();
+    /// It may fire or not: nobody checks it.
+    void excuse() { m_client = nullptr; }
 
 private:
     QPointer<SimulatorClient> m_client;

@@ -1,0 +1,39 @@
+#pragma once
+
+namespace test_support {
+class FaultKind;
+struct TestDevice;
+} // namespace test_support
+
+namespace soak {
+
+class Run;
+
+/// The simulated ConnMan, which fails now in this way, now in that.
+class FailingConnman
+{
+public:
+    FailingConnman(Run &run, test_support::TestDevice &device);
+
+    /// What went wrong is over; something else goes wrong now, or nothing.
+    void failOtherwise();
+    /// It is there and works.
+    void recover();
+
+private:
+    void beLate();
+    void refuse();
+    void answerNonsense();
+    void beSilent();
+    void vanishInACall();
+    void leave();
+    void restart();
+    void loseAService();
+    /// That happens to some call or other of the daemon's.
+    void fail(const test_support::FaultKind &kind);
+
+    Run &m_run;
+    test_support::TestDevice &m_device;
+};
+
+} // namespace soak

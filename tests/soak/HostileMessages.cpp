@@ -1,0 +1,127 @@
+// Whatever arrives, from clients or from ConnMan: every call is answered, the daemon lives, and it keeps
+// nothing of it.
+
+#include "EventWait.h"
+#include "Examination.h"
+#include "Figure.h"
+#include "HostileClient.h"
+#include "HostileConnman.h"
+#include "Run.h"
+#include "TestDevice.h"
+
+using namespace test_support;
+
+namespace soak {
+
+namespace {
+
+const QString connmanName = QStringLiteral("net.connman");
+
+/// As many calls as ConnMan's and a client's connection may well have under way.
+constexpr int mostWaiting = 32;
+/// After this there will be no answer.
+constexpr int patienceMs = 10000;
+/// The share of the messages after which the daemon has everything it will ever need.
+constexpr int warmUpShare = 4;
+
+class Siege
+{
+public:
+    Siege(Run &run, TestDevice &device)
+        : m_run(run)
+        , m_device(device)
+        , m_client(device.bus.address(), run.random().generate())
+        , m_connman(device.bus.address(), run.random().generate())
+    {
+    }
+
+    bool begin() { return m_connman.begin() && waitForAnswers(0); }
+
+    /// Whether the daemon has withstood that many messages.
+    bool send(int count)
+    {
+        for (int sent = 0; sent < count; ++sent) {
+            m_run.below(2) == 0 ? m_client.sendOne() : m_connman.sendOne();
+            ++m_sent;
+            if (!waitForAnswers(mostWaiting) || m_run.isOutOfTime()) {
+                return false;
+            }
+        }
+        return waitForAnswers(0);
+    }
+
+    qint64 memoryWithoutServicesKiB()
+    {
+        m_connman.removeAllServices();
+        m_device.client.settle();
+        return settledMemoryKiB(m_device.daemon);
+    }
+
+    int sent() const { return m_sent; }
+    bool isConnected() const { return m_client.isConnected() && m_connman.isConnected(); }
+    int unanswered() const { return m_client.unanswered() + m_connman.unanswered(); }
+
+private:
+    bool waitForAnswers(int atMost)
+    {
+        waitUntil(
+            [&] {
+                return (m_client.waiting() <= atMost && m_connman.waiting() <= atMost) ||
+                       !m_device.daemon.isRunning();
+            },
+            patienceMs);
+        return m_device.daemon.isRunning() && m_client.waiting() <= atMost && m_connman.waiting() <= atMost;
+    }
+
+    Run &m_run;
+    TestDevice &m_device;
+    HostileClient m_client;
+    HostileConnman m_connman;
+    int m_sent = 0;
+};
+
+/// The real ConnMan is back: what it has is told again.
+void checkThatItStillWorks(Run &run, TestDevice &device)
+{
+    const QString identifier = QStringLiteral("ethernet_020000000100_cable");
+    device.simulator.setPresent(connmanName, true);
+    device.simulator.addService(identifier);
+    device.client.settle();
+    const bool isListed = device.client.call("networks").toMap().contains(identifier);
+    run.check(QStringLiteral("follows ConnMan afterwards"),
+              isListed ? QStringLiteral("yes") : QStringLiteral("no"), QStringLiteral("yes"), isListed);
+}
+
+} // namespace
+
+void hostileMessages(Run &run, const Figure &figure)
+{
+    TestDevice device;
+    device.startWithoutRadio();
+    device.simulator.setPresent(connmanName, false);
+    device.client.settle();
+    {
+        Siege siege(run, device);
+        const int warmUp = run.count() / warmUpShare;
+        const bool began = siege.begin() && siege.send(warmUp);
+        const qint64 before = siege.memoryWithoutServicesKiB();
+        if (began) {
+            siege.send(run.count() - warmUp);
+        }
+        const qint64 after = siege.memoryWithoutServicesKiB();
+        run.checkEqual(QStringLiteral("messages withstood"), siege.sent(), run.count());
+        run.checkEqual(QStringLiteral("calls without an answer"), siege.unanswered(), 0);
+        run.check(QStringLiteral("the hostile peers keep their connections"),
+                  siege.isConnected() ? QStringLiteral("yes") : QStringLiteral("no"), QStringLiteral("yes"),
+                  siege.isConnected());
+        if (device.daemon.isRunning()) {
+            run.checkGrowth(QStringLiteral("growth"), after - before, figure.limit);
+        }
+    }
+    if (device.daemon.isRunning()) {
+        checkThatItStillWorks(run, device);
+    }
+    examineEnd(run, device.daemon);
+}
+
+} // namespace soak
