@@ -2,16 +2,16 @@
 
 #include "ChildProcess.h"
 #include "EventWait.h"
+#include "MirrorBench.h"
+#include "Table.h"
 #include "TestDevice.h"
 
 #include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QElapsedTimer>
 #include <QFile>
-#include <QTextStream>
 #include <QVector>
 
-#include <algorithm>
 #include <array>
 #include <csignal>
 #include <functional>
@@ -24,40 +24,11 @@ namespace {
 
 constexpr int StartRuns = 15;
 constexpr int RoundTrips = 3000;
-constexpr int MirrorRuns = 3;
-constexpr std::array<uint, 4> Crowds{10, 100, 1000, 5000};
+constexpr std::array<uint, 2> Homes{10, 100};
+constexpr std::array<uint, 2> Crowds{1000, 5000};
 
 const QString DaemonName = QStringLiteral("com.tactora.NetworkManager");
 const QString FloorName = QStringLiteral("com.tactora.Floor");
-
-QTextStream &out()
-{
-    static QTextStream stream(stdout);
-    return stream;
-}
-
-double median(QVector<double> values)
-{
-    const auto middle = values.begin() + values.size() / 2;
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-void printRow(const QString &what, const QString &unit, double floor, double daemon)
-{
-    out() << QStringLiteral("| %1 | %2 %5 | %3 %5 | %4 |\n")
-                 .arg(what)
-                 .arg(floor, 0, 'f', 1)
-                 .arg(daemon, 0, 'f', 1)
-                 .arg(daemon / floor, 0, 'f', 2)
-                 .arg(unit);
-    out().flush();
-}
-
-void printHeader(const QString &floor)
-{
-    out() << "\n| | " << floor << " | daemon | ratio |\n|---|---|---|---|\n";
-}
 
 double residentMiB(qint64 processId)
 {
@@ -172,46 +143,6 @@ void benchService()
     floor.stop();
 }
 
-struct MirrorCost
-{
-    double milliseconds = 0;
-    double kib = 0;
-};
-
-MirrorCost mirrorOnce(const QString &who)
-{
-    ChildProcess program;
-    program.start(QStringLiteral(MIRROR_PROGRAM), {who});
-    program.waitForFinished(-1);
-    const QByteArrayList numbers = program.readAllStandardOutput().trimmed().split(' ');
-    return {numbers.value(0).toDouble() / 1000, numbers.value(1).toDouble()};
-}
-
-MirrorCost mirror(const QString &who)
-{
-    QVector<double> milliseconds;
-    QVector<double> kib;
-    for (int run = 0; run < MirrorRuns; ++run) {
-        const MirrorCost cost = mirrorOnce(who);
-        milliseconds << cost.milliseconds;
-        kib << cost.kib;
-    }
-    return {median(milliseconds), median(kib)};
-}
-
-void benchMirror(uint services)
-{
-    const PrivateBus bus;
-    SimulatorClient simulator(bus.address());
-    simulator.addServices(0, services);
-    const MirrorCost bare = mirror(QStringLiteral("bare"));
-    const MirrorCost daemon = mirror(QStringLiteral("daemon"));
-    printRow(QStringLiteral("mirror %1 services, time").arg(services), QStringLiteral("ms"),
-             bare.milliseconds, daemon.milliseconds);
-    printRow(QStringLiteral("mirror %1 services, memory").arg(services), QStringLiteral("KiB"), bare.kib,
-             daemon.kib);
-}
-
 } // namespace
 
 int main(int argc, char *argv[])
@@ -221,8 +152,11 @@ int main(int argc, char *argv[])
     benchStart();
     benchService();
     printHeader(QStringLiteral("bare Qt client, same calls"));
-    for (const uint services : Crowds) {
+    for (const uint services : Homes) {
         benchMirror(services);
+    }
+    for (const uint services : Crowds) {
+        benchQuietMirror(services);
     }
     return EXIT_SUCCESS;
 }

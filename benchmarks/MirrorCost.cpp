@@ -1,24 +1,36 @@
-// What it costs to mirror all of ConnMan's services: the daemon's ConnmanManager, or a bare Qt client that
-// makes the same calls. Prints "<microseconds> <KiB resident>".
+// What it costs to mirror ConnMan's services: the daemon's ConnmanManager, or a bare Qt client that does the
+// same.
+//
+//     bench-mirror bare|daemon COUNT [settle]
+//
+// mirrors COUNT services and prints "<microseconds to the last answer> <KiB resident>". With "settle" it goes
+// on: it prints the CPU milliseconds until it was quiet, waits for a line on its input while the services
+// change, and prints the CPU milliseconds that the changes took.
 
+#include "BareClient.h"
 #include "ConnmanManager.h"
 #include "ConnmanNames.h"
 #include "ConnmanTypes.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
-#include <QDBusMessage>
-#include <QDBusReply>
 #include <QDBusServiceWatcher>
 #include <QElapsedTimer>
+#include <QEventLoop>
 #include <QFile>
-#include <QHash>
+#include <QSocketNotifier>
 #include <QTextStream>
+#include <QTimer>
 
 #include <functional>
+#include <sched.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace {
+
+/// The manager looks at new states two seconds after they came; by then it has.
+constexpr int SettleMs = 3000;
 
 qint64 residentKiB()
 {
@@ -30,72 +42,88 @@ qint64 residentKiB()
     return pages * sysconf(_SC_PAGESIZE) / 1024;
 }
 
-QDBusMessage call(const QString &path, const QString &interface, const QString &method)
+double milliseconds(const timeval &time)
 {
-    return QDBusConnection::systemBus().call(
-        QDBusMessage::createMethodCall(ConnmanNames::Service, path, interface, method));
+    return static_cast<double>(time.tv_sec) * 1000 + static_cast<double>(time.tv_usec) / 1000;
 }
 
-/// The properties of every service and a subscription to its changes, and nothing else.
-class BareClient : public QObject
+double cpuMilliseconds()
 {
-    Q_OBJECT
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+}
 
-public:
-    void mirror()
-    {
-        const QDBusReply<ConnmanServiceInfoList> reply = call(
-            ConnmanNames::ManagerObject, ConnmanNames::ManagerInterface, QStringLiteral("GetServices"));
-        const ConnmanServiceInfoList listed = reply.value();
-        for (const ConnmanServiceInfo &info : listed) {
-            mirrorService(info.path.path());
-        }
-    }
-
-private slots:
-    void propertyChanged() {}
-
-private:
-    void mirrorService(const QString &path)
-    {
-        QDBusConnection::systemBus().connect(ConnmanNames::Service, path, ConnmanNames::ServiceInterface,
-                                             QStringLiteral("PropertyChanged"), this,
-                                             SLOT(propertyChanged()));
-        const QDBusReply<QVariantMap> properties =
-            call(path, ConnmanNames::ServiceInterface, QStringLiteral("GetProperties"));
-        m_services.insert(path, properties.value());
-    }
-
-    QHash<QString, QVariantMap> m_services;
-};
-
-void report(const std::function<void()> &mirror)
+/// All threads to come on one processor, so that the two programs are measured alike.
+void pinToOneProcessor()
 {
+    cpu_set_t processors;
+    CPU_ZERO(&processors);
+    CPU_SET(0, &processors);
+    sched_setaffinity(0, sizeof processors, &processors);
+}
+
+void settle()
+{
+    QEventLoop loop;
+    QTimer::singleShot(SettleMs, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void runUntilInput()
+{
+    QEventLoop loop;
+    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&input, &QSocketNotifier::activated, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void measure(const std::function<void()> &mirror, bool settles)
+{
+    QTextStream out(stdout);
     const qint64 residentBefore = residentKiB();
+    const double cpuAtStart = cpuMilliseconds();
     QElapsedTimer timer;
     timer.start();
     mirror();
     const qint64 elapsed = timer.nsecsElapsed() / 1000;
-    QTextStream(stdout) << elapsed << ' ' << residentKiB() - residentBefore << '\n';
+    out << elapsed << ' ' << residentKiB() - residentBefore << Qt::endl;
+    if (!settles) {
+        return;
+    }
+    settle();
+    const double cpuWhenQuiet = cpuMilliseconds();
+    out << cpuWhenQuiet - cpuAtStart << Qt::endl;
+    runUntilInput();
+    settle();
+    out << cpuMilliseconds() - cpuWhenQuiet << Qt::endl;
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication application(argc, argv);
+    pinToOneProcessor();
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    const int count = arguments.value(2).toInt();
+    const bool settles = arguments.contains(QLatin1String("settle"));
     registerConnmanTypes();
     // As in the daemon: without one, every subscription would ask the bus for the name's owner.
     const QDBusServiceWatcher watcher(ConnmanNames::Service, QDBusConnection::systemBus());
 
-    if (QCoreApplication::arguments().contains(QLatin1String("bare"))) {
+    if (arguments.contains(QLatin1String("bare"))) {
         BareClient client;
-        report([&client] { client.mirror(); });
+        measure([&client] { client.mirror(); }, settles);
     } else {
         ConnmanManager manager(QDBusConnection::systemBus(), nullptr);
-        report([&manager] { manager.updateServices(); });
+        // It fills itself on the first pass of the event loop.
+        const auto mirror = [&manager, count] {
+            while (manager.services().size() < count) {
+                QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            }
+        };
+        measure(mirror, settles);
     }
     return EXIT_SUCCESS;
 }
-
-#include "MirrorCost.moc"
