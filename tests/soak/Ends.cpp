@@ -88,7 +88,6 @@ bool waitsForCommand(TestDevice &device, const QString &command)
 
 bool waitsForIw(TestDevice &device)
 {
-    device.removeRadio();
     device.commands().script("iw reg set SE"_s, {"deaf"_s, "hold"_s});
     if (!device.startWithoutRadio()) {
         return false;
