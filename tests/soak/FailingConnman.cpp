@@ -4,6 +4,7 @@
 #include "TestDevice.h"
 #include "Text.h"
 
+#include <algorithm>
 #include <array>
 
 using namespace test_support;
@@ -47,6 +48,20 @@ FailingConnman::FailingConnman(Run &run, TestDevice &device)
 {
 }
 
+// Whether one of them happens is left to chance; that some do is looked at.
+FailingConnman::~FailingConnman()
+{
+    for (Fault &failure : m_failures) {
+        failure.excuse();
+    }
+}
+
+int FailingConnman::happened() const
+{
+    return static_cast<int>(std::count_if(m_failures.cbegin(), m_failures.cend(),
+                                          [](const Fault &failure) { return failure.fired() > 0; }));
+}
+
 void FailingConnman::failOtherwise()
 {
     recover();
@@ -68,10 +83,9 @@ void FailingConnman::recover()
 void FailingConnman::fail(const FaultKind &kind)
 {
     const ConnmanCall &call = connmanCalls.at(static_cast<std::size_t>(m_run.below(connmanCalls.size())));
-    m_device.simulator
-        .injectFault(QString::fromLatin1(call.interface), QString::fromLatin1(call.member), kind, {},
-                     static_cast<uint>(1 + m_run.below(4)))
-        .excuse();
+    m_failures.push_back(m_device.simulator.injectFault(QString::fromLatin1(call.interface),
+                                                        QString::fromLatin1(call.member), kind, {},
+                                                        static_cast<uint>(1 + m_run.below(4))));
 }
 
 void FailingConnman::beLate()

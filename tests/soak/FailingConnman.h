@@ -1,7 +1,10 @@
 #pragma once
 
+#include "Fault.h"
+
+#include <vector>
+
 namespace test_support {
-class FaultKind;
 struct TestDevice;
 } // namespace test_support
 
@@ -14,11 +17,18 @@ class FailingConnman
 {
 public:
     FailingConnman(Run &run, test_support::TestDevice &device);
+    ~FailingConnman();
+    FailingConnman(const FailingConnman &) = delete;
+    FailingConnman &operator=(const FailingConnman &) = delete;
 
     /// What went wrong is over; something else goes wrong now, or nothing.
     void failOtherwise();
     /// It is there and works.
     void recover();
+
+    int injected() const { return static_cast<int>(m_failures.size()); }
+    /// How many of the injected failures a call has met with.
+    int happened() const;
 
 private:
     void beLate();
@@ -34,6 +44,7 @@ private:
 
     Run &m_run;
     test_support::TestDevice &m_device;
+    std::vector<test_support::Fault> m_failures;
 };
 
 } // namespace soak

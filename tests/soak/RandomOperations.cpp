@@ -72,6 +72,7 @@ public:
         answerAllBut(0);
     }
 
+    const FailingConnman &connman() const { return m_connman; }
     int made() const { return m_made; }
     int unanswered() const { return m_client.waiting() + m_client.lost(); }
 
@@ -137,6 +138,9 @@ void randomOperations(Run &run, const Figure &figure)
 
     run.checkEqual("calls"_s, operations.made(), run.count());
     run.checkEqual("calls without an answer"_s, operations.unanswered(), 0);
+    const int happened = operations.connman().happened();
+    run.check("injected failures that happened"_s,
+              "%1 of %2"_s.arg(happened).arg(operations.connman().injected()), "some"_s, happened > 0);
     run.checkGrowth("growth"_s, after - before, figure.limit);
     if (device.daemon.isRunning()) {
         checkThatAllIsWellAgain(run, device);
