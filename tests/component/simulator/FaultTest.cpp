@@ -31,6 +31,7 @@ private slots:
     void replyIsAnsweredWithoutEffect();
     void replyKeepsAnyType();
     void delayedCallHasItsEffectLater();
+    void lateErrorLetsOtherCallsGoFirst();
     void neverIsNotAnsweredAndHasNoEffect();
     void vanishDropsTheConnectionInTheMiddleOfTheCall();
     void vanishedServiceIsBroughtBack();
@@ -110,6 +111,18 @@ void FaultTest::delayedCallHasItsEffectLater()
     QVERIFY(!pending->wait().isError);
     QVERIFY2(elapsed.elapsed() >= 290, qPrintable(QString::number(elapsed.elapsed())));
     QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("false"));
+}
+
+void FaultTest::lateErrorLetsOtherCallsGoFirst()
+{
+    m_simulator->addService(rawId, {});
+    const FaultKind refusal =
+        FaultKind::error(QStringLiteral("net.connman.Error.Failed"), QStringLiteral("no"));
+    const Fault fault = m_simulator->injectFault(service, QStringLiteral("Remove"), refusal.after(300));
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, QStringLiteral("Remove"));
+    QVERIFY(!m_client->manager(getServices).isError);
+    QVERIFY(!pending->hasCome());
+    QVERIFY(pending->wait().isError);
 }
 
 void FaultTest::neverIsNotAnsweredAndHasNoEffect()
