@@ -181,7 +181,7 @@ GVariant *RandomValues::container(const GVariantType *type)
 QByteArray RandomValues::text()
 {
     if (oneIn(200)) {
-        return QByteArray(longText, 'x');
+        return {longText, 'x'};
     }
     if (oneIn(4)) {
         return garbage();
