@@ -36,6 +36,7 @@ std::vector<QByteArray> addNetworks(SimulatorClient &simulator)
         {{"ssid"_s, "Secret"_s}, {"hidden"_s, true}},
     };
     std::vector<QByteArray> identifiers;
+    identifiers.reserve(networks.size() + 1);
     for (const QVariantMap &network : networks) {
         identifiers.push_back(simulator.addNetwork(network).toLatin1());
     }
