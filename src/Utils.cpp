@@ -2,10 +2,26 @@
 
 #include <QDBusArgument>
 #include <QLoggingCategory>
+#include <QSet>
 
 namespace {
 
 Q_LOGGING_CATEGORY(logUtils, "Utils", QtCriticalMsg)
+
+/// Thousands of dictionaries have the same few keys: each is held once. Not without limit, for a peer may send any.
+QString pooled(const QString &key)
+{
+    constexpr int Limit = 256;
+    static QSet<QString> pool;
+    const auto known = pool.constFind(key);
+    if (known != pool.cend()) {
+        return *known;
+    }
+    if (pool.size() < Limit) {
+        pool.insert(key);
+    }
+    return key;
+}
 
 bool isRawArgument(const QVariant &value)
 {
@@ -51,7 +67,7 @@ QVariantMap Utils::readDictionary(const QDBusArgument &argument)
         argument.beginMapEntry();
         argument >> key >> value;
         argument.endMapEntry();
-        dictionary.insert(key, value);
+        dictionary.insert(pooled(key), value);
     }
     argument.endMap();
     return dictionary;
