@@ -1,57 +1,75 @@
 #include "Console.h"
 
+#include "ConnmanServices.h"
 #include "Device.h"
 #include "DeviceCommands.h"
 #include "Feed.h"
-#include <QProcess>
-#include <unistd.h>
+#include "Words.h"
 
-Console::Console(Device &device, Feed &feed, QObject *parent)
+Console::Console(Device &device, Feed &feed, LineReader &reader, QObject *parent)
     : QObject(parent)
+    , m_device(device)
     , m_feed(feed)
-    , m_names(device.connection())
+    , m_reader(reader)
     , m_daemonCommands(device.connection(), m_names, feed)
-    , m_input(STDIN_FILENO, QSocketNotifier::Read)
 {
-    m_input.setEnabled(false);
-    connect(&m_input, &QSocketNotifier::activated, this, &Console::readAvailable);
     m_commands =
         device.surroundings().commands(feed) + deviceCommands(device, feed) + m_daemonCommands.commands();
-    m_commands << Command{QStringLiteral("help"), {}, QStringLiteral("this"), [this](auto &) { showHelp(); }}
-               << Command{
-                      QStringLiteral("quit"), {}, QStringLiteral("end"), [this](auto &) { emit finished(); }};
+    const auto help = [this](const auto &) { showHelp(); };
+    const auto finish = [this](const auto &) { emit finished(); };
+    m_commands << command("help", "", "this", help) << command("?", "", "the same", help)
+               << command("quit", "", "end", finish) << command("exit", "", "the same", finish);
+    reader.setCompleter([this](const QStringList &words) { return completions(words); });
+    feed.setPrinter([&reader](const QString &line) { reader.print(line); });
+    connect(&reader, &LineReader::lineEntered, this, &Console::executeRead);
+    connect(&reader, &LineReader::ended, this, &Console::finished);
+    // Whatever ends a command ends with one of these.
+    connect(&m_daemonCommands, &DaemonCommands::idle, this, &Console::goOn, Qt::QueuedConnection);
+    connect(&feed, &Feed::added, this, &Console::goOn, Qt::QueuedConnection);
 }
 
 void Console::readStandardInput()
 {
-    m_input.setEnabled(true);
+    m_isWaiting = true;
+    goOn();
 }
 
-void Console::readAvailable()
+void Console::executeRead(const QString &line)
 {
-    QByteArray chunk(4096, Qt::Uninitialized);
-    const auto length = read(STDIN_FILENO, chunk.data(), static_cast<std::size_t>(chunk.size()));
-    if (length <= 0) {
-        m_input.setEnabled(false);
-        emit finished();
-        return;
-    }
-    m_incomplete += chunk.left(static_cast<int>(length));
-    for (int end = m_incomplete.indexOf('\n'); end >= 0; end = m_incomplete.indexOf('\n')) {
-        const QString line = QString::fromLocal8Bit(m_incomplete.left(end));
-        m_incomplete.remove(0, end + 1);
-        execute(line);
+    m_understoodAll = execute(line) && m_understoodAll;
+    m_isWaiting = true;
+    goOn();
+}
+
+void Console::goOn()
+{
+    const bool isOver = !m_daemonCommands.isBusy() && !m_device.isStarting();
+    if (m_isWaiting && (isOver || LineReader::isTerminal())) {
+        m_isWaiting = false;
+        m_reader.next();
     }
 }
 
 bool Console::execute(const QString &line)
 {
-    const QStringList words = QProcess::splitCommand(line);
-    if (words.isEmpty() || carryOut(m_commands, words)) {
+    const std::optional<QStringList> words = splitWords(line);
+    if (!words) {
+        m_feed.tell(QStringLiteral("A quote is not closed."));
+        return false;
+    }
+    if (words->isEmpty() || carryOut(m_commands, *words)) {
         return true;
     }
-    showForms(words.first());
+    m_feed.tell(notUnderstood(m_commands, words->first()));
     return false;
+}
+
+QStringList Console::completions(const QStringList &words)
+{
+    return continuations(m_commands, words, [this] {
+        m_names.setNetworks(connmanServices(m_device.connection()));
+        return m_names.names();
+    });
 }
 
 void Console::showHelp()
@@ -59,19 +77,5 @@ void Console::showHelp()
     for (const Command &command : qAsConst(m_commands)) {
         m_feed.tell(QStringLiteral("%1: %2").arg(command.usage(), command.help));
     }
-    m_feed.tell(
-        QStringLiteral("A NETWORK is told by its number in the last list, by its name, by its identifier or "
-                       "a part of it. Put double quotes around words with blanks."));
-}
-
-void Console::showForms(const QString &name)
-{
-    QStringList forms;
-    for (const Command &command : qAsConst(m_commands)) {
-        if (command.name == name) {
-            forms << command.usage();
-        }
-    }
-    m_feed.tell(forms.isEmpty() ? QStringLiteral("There is no command \"%1\"; \"help\" lists them.").arg(name)
-                                : QStringLiteral("It is: %1").arg(forms.join(QStringLiteral("; or: "))));
+    m_feed.tell(networkHelp());
 }

@@ -2,9 +2,9 @@
 
 #include "Command.h"
 #include "DaemonCommands.h"
+#include "LineReader.h"
 #include "NetworkNames.h"
 #include <QObject>
-#include <QSocketNotifier>
 #include <QVector>
 
 class Device;
@@ -15,26 +15,32 @@ class Console : public QObject
 {
     Q_OBJECT
 public:
-    Console(Device &device, Feed &feed, QObject *parent = nullptr);
+    Console(Device &device, Feed &feed, LineReader &reader, QObject *parent = nullptr);
 
-    /// Takes commands from standard input from now on; finished() at its end.
+    /// Takes commands from standard input from now on; finished() at its end. From a terminal each is taken
+    /// as soon as it is typed, whatever is still going on; otherwise when the one before is over.
     void readStandardInput();
     /// Carries one out; false when it could not be understood, which the reader has been told.
     bool execute(const QString &line);
+    /// Whether all that was read could be understood.
+    bool understoodAll() const { return m_understoodAll; }
 
 signals:
     /// Nothing more is to be done.
     void finished();
 
 private:
-    void readAvailable();
+    void executeRead(const QString &line);
+    void goOn();
+    QStringList completions(const QStringList &words);
     void showHelp();
-    void showForms(const QString &name);
 
+    Device &m_device;
     Feed &m_feed;
+    LineReader &m_reader;
     NetworkNames m_names;
     DaemonCommands m_daemonCommands;
     QVector<Command> m_commands;
-    QSocketNotifier m_input;
-    QByteArray m_incomplete;
+    bool m_isWaiting = false;
+    bool m_understoodAll = true;
 };

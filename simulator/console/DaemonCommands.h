@@ -1,10 +1,9 @@
 #pragma once
 
 #include "Command.h"
+#include "DaemonCalls.h"
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QObject>
-#include <QVariantList>
 #include <QVector>
 
 class Feed;
@@ -19,18 +18,21 @@ public:
     DaemonCommands(QDBusConnection connection, NetworkNames &names, Feed &feed, QObject *parent = nullptr);
 
     QVector<Command> commands();
+    /// Whether a reply is still to come.
+    bool isBusy() const { return m_openCalls > 0; }
+
+signals:
+    /// No reply is to come any more.
+    void idle();
 
 private:
-    struct Call;
-    static const QVector<Call> &table();
-
-    void perform(const Call &call, const QStringList &words);
-    bool convert(const Call &call, const QStringList &words, QVariantList &arguments);
-    void send(const Call &call, const QVariantList &arguments);
-    void showReply(const Call &call, const QDBusMessage &reply);
+    void perform(const DaemonCall &call, QStringList words);
+    void send(const QString &method, const QVariantList &arguments);
+    void showReply(const QString &method, const QVariant &value);
     void showNetworks(const QVariantMap &networks);
 
     QDBusConnection m_connection;
     NetworkNames &m_names;
     Feed &m_feed;
+    int m_openCalls = 0;
 };

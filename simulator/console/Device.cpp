@@ -1,7 +1,9 @@
 #include "Device.h"
 
+#include "DaemonInterface.h"
 #include "SimulatedSurroundings.h"
 #include "WiredSurroundings.h"
+#include <QDBusConnectionInterface>
 #include <QFile>
 #include <QStandardPaths>
 
@@ -31,6 +33,11 @@ Device::~Device()
 bool Device::isReady() const
 {
     return m_connection.isConnected() && m_surroundings->isReady();
+}
+
+bool Device::isStarting() const
+{
+    return m_daemon.isRunning() && !m_connection.interface()->isServiceRegistered(daemonName());
 }
 
 std::unique_ptr<Surroundings> Device::makeSurroundings(Kind kind) const

@@ -21,11 +21,15 @@ public:
     /// Whether the bus and the surroundings are there; a critical line has told what is wrong if not.
     bool isReady() const;
 
+    /// Whether the daemon runs but does not offer its interface yet.
+    bool isStarting() const;
+    QString busAddress() const { return m_bus.address(); }
+
     /// Ends the daemon and returns when everything that it still had to say has been told.
     void switchOff();
 
     QDBusConnection connection() const { return m_connection; }
-    Surroundings &surroundings() { return *m_surroundings; }
+    Surroundings &surroundings() const { return *m_surroundings; }
     test_support::Daemon &daemon() { return m_daemon; }
     test_support::DaemonSandbox &sandbox() { return m_daemon.sandbox(); }
 

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <functional>
 #include <QObject>
 #include <QStringList>
+#include <utility>
 
 /// What the console shows: plain lines in the order things happen, each with the time and a word that says
 /// where it comes from. Lines are never rewritten, so that a screen reader can follow.
@@ -10,6 +12,10 @@ class Feed : public QObject
     Q_OBJECT
 public:
     using QObject::QObject;
+
+    /// Prints the lines from now on, in place of a plain print to standard output.
+    using Printer = std::function<void(const QString &line)>;
+    void setPrinter(Printer printer) { m_print = std::move(printer); }
 
     /// Something that happened: "12:00:00.000 speech: ...".
     void happened(const QString &source, const QString &text);
@@ -24,5 +30,8 @@ signals:
     void added();
 
 private:
+    static void printPlainly(const QString &line);
+
+    Printer m_print = printPlainly;
     QStringList m_events;
 };

@@ -3,7 +3,6 @@
 #include "Device.h"
 #include "Feed.h"
 #include "Values.h"
-#include <libtactora/DBusArgument.h>
 
 using test_support::LedPattern;
 
@@ -20,18 +19,8 @@ const QVector<LedPurpose> leds = {{QStringLiteral("led10"), QStringLiteral("Ethe
 // Setting a LED to blink takes several writes; only what they add up to is worth telling.
 constexpr int ledSettleMs = 20;
 
-const QString daemonName = QStringLiteral("com.tactora.NetworkManager");
-
 const QStringList busNames = {QStringLiteral("net.connman"), QStringLiteral("com.tactora.Speech"),
-                              QStringLiteral("com.tactora.ConfigurationManager"), daemonName};
-
-const QStringList daemonSignals = {QStringLiteral("error"),
-                                   QStringLiteral("powerChanged"),
-                                   QStringLiteral("regionChanged"),
-                                   QStringLiteral("networkForgot"),
-                                   QStringLiteral("networkConnected"),
-                                   QStringLiteral("networkDisconnected"),
-                                   QStringLiteral("networkRegistered")};
+                              QStringLiteral("com.tactora.ConfigurationManager"), daemonName()};
 
 // The texts themselves belong to the speech service; these say what each number is for.
 const QStringList sentences = {QStringLiteral("Ethernet has the address"),
@@ -86,10 +75,11 @@ Observer::Observer(Device &device, Feed &feed, QObject *parent)
     : QObject(parent)
     , m_device(device)
     , m_feed(feed)
+    , m_signals(device.connection())
 {
     watchSpeech();
     watchPresence();
-    watchDaemonSignals();
+    connect(&m_signals, &DaemonSignals::received, this, &Observer::reportSignal);
     watchDaemonLog();
     watchLeds();
     watchChildPrograms();
@@ -116,23 +106,14 @@ void Observer::watchPresence()
     });
 }
 
-void Observer::watchDaemonSignals()
+void Observer::reportSignal(const QString &name, const QVariantList &arguments)
 {
-    QDBusConnection connection = m_device.connection();
-    for (const QString &name : daemonSignals) {
-        connection.connect(daemonName, QStringLiteral("/"), daemonName, name, this,
-                           SLOT(onDaemonSignal(QDBusMessage)));
-    }
-}
-
-void Observer::onDaemonSignal(const QDBusMessage &message)
-{
-    QStringList arguments;
-    for (const QVariant &argument : message.arguments()) {
-        arguments << valueText(libtactora::dbusArgumentUnpack(argument));
+    QStringList texts;
+    for (const QVariant &argument : arguments) {
+        texts << valueText(argument);
     }
     m_feed.happened(QStringLiteral("signal"),
-                    QStringLiteral("%1 %2").arg(message.member(), arguments.join(QStringLiteral(", "))));
+                    QStringLiteral("%1 %2").arg(name, texts.join(QStringLiteral(", "))));
 }
 
 void Observer::watchDaemonLog()

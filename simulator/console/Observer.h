@@ -1,7 +1,7 @@
 #pragma once
 
+#include "DaemonInterface.h"
 #include "FakeDevices.h"
-#include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QFileSystemWatcher>
 #include <QHash>
@@ -18,13 +18,10 @@ class Observer : public QObject
 public:
     Observer(Device &device, Feed &feed, QObject *parent = nullptr);
 
-private slots:
-    void onDaemonSignal(const QDBusMessage &message);
-
 private:
     void watchSpeech();
     void watchPresence();
-    void watchDaemonSignals();
+    void reportSignal(const QString &name, const QVariantList &arguments);
     void watchDaemonLog();
     void watchLeds();
     void watchChildPrograms();
@@ -34,6 +31,7 @@ private:
 
     Device &m_device;
     Feed &m_feed;
+    DaemonSignals m_signals;
     QDBusServiceWatcher m_presence;
     QFileSystemWatcher m_ledFiles;
     QTimer m_ledsSettle;

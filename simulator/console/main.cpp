@@ -1,31 +1,74 @@
 #include "Console.h"
 #include "Device.h"
 #include "EventWait.h"
+#include "ExitStatus.h"
 #include "Feed.h"
+#include "Interrupts.h"
+#include "LineReader.h"
 #include "Observer.h"
 #include "OutsideTheWorld.h"
-#include "QuitSignals.h"
+#include "Programs.h"
 #include "Tour.h"
+#include "Words.h"
+#include <csignal>
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QStandardPaths>
+#include <QTextCodec>
 
 namespace {
 
-const QString daemonIsThere = QStringLiteral("bus: com.tactora.NetworkManager is there");
+struct Options
+{
+    QCommandLineOption tour{QStringLiteral("tour"), QStringLiteral("Show what it does, and end.")};
+    QCommandLineOption shell{
+        QStringLiteral("shell"),
+        QStringLiteral("A shell in which network-managerctl, busctl and others see the printer's bus.")};
+    QCommandLineOption busOnly{
+        QStringLiteral("bus-only"),
+        QStringLiteral("Print the address of the printer's bus, and stay until standard "
+                       "input is closed or SIGTERM comes.")};
+    QCommandLineOption wrap{QStringLiteral("wrap"),
+                            QStringLiteral("Run the daemon with this command before it: 'valgrind --quiet'."),
+                            QStringLiteral("command")};
+    QCommandLineOption log{QStringLiteral("log"), QStringLiteral("Logging rules for the daemon."),
+                           QStringLiteral("rules")};
+    QCommandLineOption wired{
+        QStringLiteral("wired"),
+        QStringLiteral(
+            "With the real ConnMan and a real cable (tests/wired/run-wired makes room for them).")};
+    QCommandLineParser parser;
 
-int converse(Console &console, Device &device, Feed &feed)
+    Options()
+    {
+        parser.setApplicationDescription(QStringLiteral("The networking daemon on a simulated printer, and a "
+                                                        "console to play its surroundings and its user."));
+        parser.addHelpOption();
+        parser.addVersionOption();
+        parser.addOptions({tour, shell, busOnly, wrap, log, wired});
+    }
+};
+
+/// Gets the printer going; false when somebody wants an end before it is.
+bool switchOn(Console &console, const Device &device, const Interrupts &interrupts)
 {
     const QStringList scenery = device.surroundings().scenery();
     for (const QString &command : scenery) {
         console.execute(command);
     }
-    test_support::waitUntil(
-        [&] { return feed.events().contains(daemonIsThere) || !device.daemon().isRunning(); });
+    test_support::waitUntil([&] { return !device.isStarting() || interrupts.signalNumber() != 0; });
+    return interrupts.signalNumber() == 0;
+}
+
+int converse(Console &console, const Device &device, Feed &feed)
+{
     feed.tell(device.surroundings().greeting() +
               QStringLiteral(" Type \"help\" for what you can do, \"quit\" to end."));
+    feed.tell(QStringLiteral("Its system bus is %1").arg(device.busAddress()));
     QObject::connect(&console, &Console::finished, qApp, &QCoreApplication::quit);
     console.readStandardInput();
-    return QCoreApplication::exec();
+    QCoreApplication::exec();
+    return console.understoodAll() || LineReader::isTerminal() ? Done : Misused;
 }
 
 int showTour(Console &console, Feed &feed)
@@ -37,39 +80,73 @@ int showTour(Console &console, Feed &feed)
     return tour.succeeded() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
+int startShell(const Device &device)
+{
+    std::puts("A shell on the printer's bus: try network-managerctl, or busctl. \"exit\" ends it.");
+    std::fflush(stdout);
+    return runShell(device.busAddress());
+}
+
+/// Its first word is found where the shell would find it: the daemon has a PATH of its own.
+QStringList wrapper(const QString &text)
+{
+    QStringList words = splitWords(text).value_or(QStringList());
+    if (!words.isEmpty()) {
+        words.first() = QStandardPaths::findExecutable(words.first());
+    }
+    return words;
+}
+
+int run(const Options &options, Device &device, Interrupts &interrupts)
+{
+    const QCommandLineParser &parser = options.parser;
+    LineReader reader(QStringLiteral("printer> "), LineReader::usualStyle(false));
+    Feed feed;
+    const Observer observer(device, feed);
+    Console console(device, feed, reader);
+    QObject::connect(&interrupts, &Interrupts::interrupted, qApp, &QCoreApplication::quit);
+    if (parser.isSet(options.tour)) {
+        return showTour(console, feed);
+    }
+    const bool isForOthers = parser.isSet(options.shell) || parser.isSet(options.busOnly);
+    if (isForOthers) {
+        feed.setPrinter([](const QString &) {});
+    }
+    if (!switchOn(console, device, interrupts)) {
+        return Done;
+    }
+    if (parser.isSet(options.shell)) {
+        return startShell(device);
+    }
+    if (parser.isSet(options.busOnly)) {
+        offerBus(device.busAddress(), interrupts);
+        return Done;
+    }
+    return converse(console, device, feed);
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    QCoreApplication application(argc, argv);
-    QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("The networking daemon on a simulated printer."));
-    parser.addHelpOption();
-    const QCommandLineOption tour(QStringLiteral("tour"), QStringLiteral("Show what it does, and end."));
-    const QCommandLineOption log(QStringLiteral("log"), QStringLiteral("Logging rules for the daemon."),
-                                 QStringLiteral("rules"));
-    const QCommandLineOption wired(
-        QStringLiteral("wired"),
-        QStringLiteral(
-            "With the real ConnMan and a real cable (tests/wired/run-wired makes room for them)."));
-    parser.addOptions({tour, log, wired});
-    parser.process(application);
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationVersion(QStringLiteral(VERSION));
+    Options options;
+    options.parser.process(application);
 
-    if (parser.isSet(wired) && !isInsideTheWorld()) {
+    if (options.parser.isSet(options.wired) && !isInsideTheWorld()) {
         qCritical("The real ConnMan needs a world of its own: start tests/wired/run-wired instead.");
         return EXIT_FAILURE;
     }
-
-    const QuitSignals quitSignals;
-    Feed feed;
-    Device device(parser.isSet(wired) ? Device::Kind::Wired : Device::Kind::Simulated);
+    Interrupts interrupts;
+    Device device(options.parser.isSet(options.wired) ? Device::Kind::Wired : Device::Kind::Simulated);
     if (!device.isReady()) {
         return EXIT_FAILURE;
     }
-    device.daemon().setLoggingRules(parser.value(log));
-    const Observer observer(device, feed);
-    Console console(device, feed);
-    const int status = parser.isSet(tour) ? showTour(console, feed) : converse(console, device, feed);
+    device.daemon().setLoggingRules(options.parser.value(options.log));
+    device.daemon().setWrapper(wrapper(options.parser.value(options.wrap)));
+    const int status = run(options, device, interrupts);
     device.switchOff();
-    return status;
+    return interrupts.signalNumber() == SIGINT ? Cancelled : status;
 }

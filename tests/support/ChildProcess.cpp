@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <sys/prctl.h>
+#include <unistd.h>
 
 namespace test_support {
 
@@ -17,6 +18,7 @@ ChildProcess::~ChildProcess()
 void ChildProcess::setupChildProcess()
 {
     prctl(PR_SET_PDEATHSIG, SIGKILL);
+    setpgid(0, 0);
 }
 
 void stopProcess(QProcess &process)

@@ -5,6 +5,7 @@
 namespace test_support {
 
 /// A process that the kernel ends together with the test, also when the test crashes or is killed.
+/// It has a process group of its own, so that a terminal's Ctrl-C reaches the one who started it alone.
 /// Start it from the main thread: the kernel watches the thread that started it.
 class ChildProcess : public QProcess
 {

@@ -46,7 +46,7 @@ QStringList Daemon::environment() const
 
 bool Daemon::start(const QStringList &arguments)
 {
-    const QStringList command = QStringList(QStringLiteral(DAEMON_PROGRAM)) + arguments;
+    const QStringList command = m_wrapper + QStringList(QStringLiteral(DAEMON_PROGRAM)) + arguments;
     m_process.start(QStringLiteral("bwrap"), m_sandbox.namespaceArguments(environment()) + command);
     return m_process.waitForStarted(eventTimeoutMs);
 }

@@ -30,6 +30,9 @@ public:
     /// One more environment variable for the daemon.
     void setVariable(const QString &name, const QString &value) { m_variables[name] = value; }
 
+    /// A command, with its path, that the daemon is started by: the daemon's own words follow it. None by default.
+    void setWrapper(const QStringList &command) { m_wrapper = command; }
+
     /// Starts it; false when it could not be started. There is no waiting for anything it does.
     bool start(const QStringList &arguments = {});
     bool isRunning() const { return m_process.state() == QProcess::Running; }
@@ -55,6 +58,7 @@ private:
     void checkEnd();
 
     QMap<QString, QString> m_variables;
+    QStringList m_wrapper;
     DaemonSandbox m_sandbox;
     DaemonLog m_log;
     QByteArray m_output;

@@ -2,11 +2,11 @@
 #include "SimulatedSurroundings.h"
 #include "Feed.h"
 #include "PrivateBus.h"
+#include "Words.h"
 #include <memory>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QProcess>
 #include <QtTest>
 
 class SimulatedSurroundingsTest : public QObject
@@ -31,7 +31,7 @@ private:
 
 bool SimulatedSurroundingsTest::type(const QString &line)
 {
-    return carryOut(m_surroundings->commands(m_feed), QProcess::splitCommand(line));
+    return carryOut(m_surroundings->commands(m_feed), splitWords(line).value());
 }
 
 QStringList SimulatedSurroundingsTest::services() const

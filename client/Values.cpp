@@ -1,5 +1,7 @@
 #include "Values.h"
 
+#include <QJsonArray>
+#include <QJsonObject>
 #include <QStringList>
 
 namespace {
@@ -39,5 +41,33 @@ QString valueText(const QVariant &value, int indentation)
         return QString::number(value.toUInt()); // a byte is a number on the bus, for QString a letter
     default:
         return value.toString().isEmpty() ? QStringLiteral("(empty)") : value.toString();
+    }
+}
+
+QJsonValue valueJson(const QVariant &value)
+{
+    switch (static_cast<QMetaType::Type>(value.type())) {
+    case QMetaType::QVariantMap: {
+        QJsonObject object;
+        const QVariantMap map = value.toMap();
+        for (auto it = map.cbegin(); it != map.cend(); ++it) {
+            object.insert(it.key(), valueJson(it.value()));
+        }
+        return object;
+    }
+    case QMetaType::QVariantList:
+    case QMetaType::QStringList: {
+        QJsonArray array;
+        for (const QVariant &entry : value.toList()) {
+            array << valueJson(entry);
+        }
+        return array;
+    }
+    case QMetaType::UChar:
+    case QMetaType::UShort:
+    case QMetaType::Short:
+        return value.toInt(); // which Qt would write as texts
+    default:
+        return QJsonValue::fromVariant(value);
     }
 }

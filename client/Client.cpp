@@ -1,0 +1,323 @@
+#include "Client.h"
+
+#include "Credentials.h"
+#include "Interrupts.h"
+#include "NetworkList.h"
+#include "SignalMonitor.h"
+#include "Values.h"
+#include <algorithm>
+#include <cstdio>
+#include <QDBusError>
+#include <QDBusPendingCall>
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+const QString listMethod = QStringLiteral("networks");
+
+void print(const QString &line)
+{
+    std::fputs((line + QLatin1Char('\n')).toLocal8Bit().constData(), stdout);
+    std::fflush(stdout);
+}
+
+void complain(const QString &line)
+{
+    std::fputs((line + QLatin1Char('\n')).toLocal8Bit().constData(), stderr);
+    std::fflush(stderr);
+}
+
+// A document is an object or a list; any other value is put into one.
+void printJson(const QVariant &value)
+{
+    const QJsonValue json = valueJson(value);
+    const QJsonDocument document = json.isObject() ? QJsonDocument(json.toObject())
+                                   : json.isArray()
+                                       ? QJsonDocument::fromVariant(value.toList())
+                                       : QJsonDocument(QJsonObject{{QStringLiteral("value"), json}});
+    print(QString::fromUtf8(document.toJson(QJsonDocument::Indented)).trimmed());
+}
+
+QDBusMessage waitFor(QDBusPendingCall call)
+{
+    call.waitForFinished();
+    return call.reply();
+}
+
+bool isEmpty(const QVariant &value)
+{
+    return valueText(value) == valueText(QString());
+}
+
+} // namespace
+
+Client::Client(const QDBusConnection &connection, const Options &options, LineReader &reader,
+               Interrupts &interrupts, QObject *parent)
+    : QObject(parent)
+    , m_connection(connection)
+    , m_options(options)
+    , m_reader(reader)
+    , m_interrupts(interrupts)
+    , m_caller(connection, interrupts)
+{
+    for (const DaemonCall &call : daemonCalls()) {
+        m_commands << Command{call.name, typedForm(call.form), call.help,
+                              [this, &call](const QStringList &words) { m_status = perform(call, words); }};
+    }
+    m_commands << command("monitor", "", "tell what happens, until Ctrl-C",
+                          [this](const auto &) { m_status = monitor(); })
+               << command("help", "[COMMAND]", "the commands, or one of them",
+                          [this](const QStringList &words) { showHelp(words); });
+}
+
+ExitStatus Client::run(const QStringList &words)
+{
+    m_status = Done;
+    m_interrupts.forget();
+    if (!carryOut(m_commands, words)) {
+        complain(notUnderstood(m_commands, words.value(0)));
+        return Misused;
+    }
+    return m_status;
+}
+
+ExitStatus Client::perform(const DaemonCall &call, const QStringList &typed)
+{
+    if (!isReachable()) {
+        return Unreachable;
+    }
+    QStringList words;
+    if (!completeWords(call, typed, words)) {
+        return m_status;
+    }
+    QVariantList values;
+    for (const DaemonMethod &method : call.methods) {
+        const PatientCaller::Outcome outcome = ask(call, method, words);
+        const ExitStatus status = judge(call, outcome);
+        if (status != Done) {
+            return status;
+        }
+        values << outcome.answer.value;
+    }
+    show(call, values);
+    return m_options.watch && call.methods.first().name == listMethod ? monitor() : Done;
+}
+
+// The network first: whether there is a question may depend on it.
+bool Client::completeWords(const DaemonCall &call, const QStringList &typed, QStringList &words)
+{
+    words = typed;
+    const QStringList form = call.formWords();
+    for (int i = 0; i < form.size(); ++i) {
+        if (credentialQuestion(form.at(i)) != nullptr) {
+            words.insert(i, QString());
+        }
+    }
+    const int network = call.networkPosition();
+    if (network >= 0) {
+        m_status = resolve(words[network]);
+    }
+    for (int i = 0; i < form.size() && m_status == Done; ++i) {
+        const CredentialQuestion *question = credentialQuestion(form.at(i));
+        if (question == nullptr || isNeedless(*question, words.value(network))) {
+            continue;
+        }
+        const std::optional<QString> answer = m_reader.answer(question->question, question->echo);
+        m_interrupts.poll();
+        if (!answer) {
+            m_status = m_interrupts.signalNumber() != 0 ? Cancelled : Misused;
+            complain(QStringLiteral("No answer to the question \"%1\".").arg(question->question.trimmed()));
+        } else {
+            words[i] = *answer;
+        }
+    }
+    return m_status == Done;
+}
+
+// A scan takes seconds: what is known without one is enough.
+ExitStatus Client::resolve(QString &network)
+{
+    NetworkNames::Result found = m_names.find(network);
+    if (!m_names.tells(network) && (!m_knowsNetworks || !found.problem.isEmpty())) {
+        const ExitStatus status = refreshNetworks();
+        if (status != Done) {
+            return status;
+        }
+        found = m_names.find(network);
+    }
+    if (!found.problem.isEmpty()) {
+        complain(found.problem);
+        return Refused;
+    }
+    network = found.identifier;
+    return Done;
+}
+
+ExitStatus Client::refreshNetworks()
+{
+    const auto list = std::find_if(daemonCalls().cbegin(), daemonCalls().cend(), [](const DaemonCall &call) {
+        return call.methods.first().name == listMethod;
+    });
+    const PatientCaller::Outcome outcome = ask(*list, list->methods.first(), {});
+    const ExitStatus status = judge(*list, outcome);
+    if (status == Done) {
+        m_names.setNetworks(outcome.answer.value.toMap());
+        m_knowsNetworks = true;
+    }
+    return status;
+}
+
+PatientCaller::Outcome Client::ask(const DaemonCall &call, const DaemonMethod &method,
+                                   const QStringList &words)
+{
+    PatientCaller::Request request{method.name, call.arguments(words), call.activity(), {}};
+    if (call.connects()) {
+        request.cancelledBy = words.at(call.networkPosition());
+        request.activity += QLatin1Char(' ') + m_names.nameOf(request.cancelledBy);
+    }
+    return m_caller.call(request);
+}
+
+ExitStatus Client::judge(const DaemonCall &call, const PatientCaller::Outcome &outcome) const
+{
+    if (outcome.isCancelled) {
+        return Cancelled;
+    }
+    if (!outcome.answer.problem.isEmpty()) {
+        complain(outcome.answer.problem);
+        return Unreachable;
+    }
+    const QVariant &value = outcome.answer.value;
+    if (call.reply == DaemonCall::Reply::Success && value.toBool()) {
+        return Done;
+    }
+    if (!outcome.reason.isEmpty()) {
+        complain(QStringLiteral("Failed: ") + outcome.reason);
+        return Refused;
+    }
+    if (call.reply == DaemonCall::Reply::Success) {
+        complain(QStringLiteral("Failed; the network daemon gives no reason."));
+        return Refused;
+    }
+    if (call.reply == DaemonCall::Reply::Needed && isEmpty(value)) {
+        complain(QStringLiteral("There is none."));
+        return Refused;
+    }
+    return Done;
+}
+
+void Client::show(const DaemonCall &call, const QVariantList &values)
+{
+    if (call.methods.first().name == listMethod) {
+        showNetworks(values.first().toMap());
+        return;
+    }
+    if (m_options.json) {
+        QVariantMap labelled;
+        for (int i = 0; i < values.size(); ++i) {
+            labelled.insert(call.methods.at(i).label, values.at(i));
+        }
+        printJson(values.size() > 1 ? QVariant(labelled) : values.first());
+    } else if (call.reply == DaemonCall::Reply::Success) {
+        print(QStringLiteral("Done."));
+    } else if (values.size() == 1) {
+        print(switchText(call, values.first()));
+    } else {
+        for (int i = 0; i < values.size(); ++i) {
+            const QString separator =
+                values.at(i).type() == QVariant::Map ? QStringLiteral(":\n  ") : QStringLiteral(": ");
+            print(call.methods.at(i).label + separator +
+                  switchText(call, values.at(i)).replace(QLatin1Char('\n'), QStringLiteral("\n  ")));
+        }
+    }
+}
+
+void Client::showNetworks(const QVariantMap &networks)
+{
+    const QVector<NetworkEntry> entries = networkEntries(networks);
+    QStringList identifiers;
+    for (const NetworkEntry &entry : entries) {
+        identifiers << entry.identifier;
+    }
+    m_names.setNetworks(networks);
+    m_names.setListed(identifiers);
+    m_knowsNetworks = true;
+    if (m_options.json) {
+        printJson(networks);
+    } else if (entries.isEmpty()) {
+        print(QStringLiteral("There are no networks."));
+    } else {
+        print((m_options.plain ? networkLines(entries) : networkTable(entries)).join(QLatin1Char('\n')));
+    }
+}
+
+QString Client::switchText(const DaemonCall &call, const QVariant &value) const
+{
+    if (value.type() != QVariant::Bool) {
+        return isEmpty(value) ? valueText(QStringList()) : valueText(value);
+    }
+    const bool isOn = value.toBool();
+    if (call.asksForSwitch()) {
+        return isOn ? QStringLiteral("on") : QStringLiteral("off");
+    }
+    return isOn ? QStringLiteral("yes") : QStringLiteral("no");
+}
+
+bool Client::isReachable() const
+{
+    if (!m_connection.isConnected()) {
+        complain(QStringLiteral("There is no system bus: ") + m_connection.lastError().message());
+    }
+    return m_connection.isConnected();
+}
+
+ExitStatus Client::monitor()
+{
+    if (!isReachable()) {
+        return Unreachable;
+    }
+    const SignalMonitor monitor(m_connection, m_names,
+                                m_options.json ? SignalMonitor::Form::Json : SignalMonitor::Form::Text);
+    QEventLoop loop;
+    connect(&m_interrupts, &Interrupts::interrupted, &loop, &QEventLoop::quit);
+    loop.exec();
+    return Done;
+}
+
+void Client::showHelp(const QStringList &words)
+{
+    bool isShown = false;
+    for (const Command &each : qAsConst(m_commands)) {
+        if (words.isEmpty() || words.first() == each.name) {
+            print(QStringLiteral("%1: %2").arg(each.usage(), each.help));
+            isShown = true;
+        }
+    }
+    if (words.isEmpty()) {
+        print(networkHelp());
+        print(credentialHelp());
+    }
+    if (!isShown) {
+        complain(notUnderstood(m_commands, words.first()));
+        m_status = Misused;
+    }
+}
+
+// These two block, as the completion that they serve does.
+QStringList Client::networkNames()
+{
+    if (!m_knowsNetworks) {
+        const DaemonAnswer answer = daemonAnswer(waitFor(callDaemon(m_connection, listMethod)));
+        m_knowsNetworks = answer.problem.isEmpty();
+        m_names.setNetworks(answer.value.toMap());
+    }
+    return m_names.names();
+}
+
+QStringList Client::activeNetworkNames() const
+{
+    return daemonAnswer(waitFor(callDaemon(m_connection, QStringLiteral("activeNetworks"))))
+        .value.toStringList();
+}

@@ -1,0 +1,99 @@
+#include "Client.h"
+#include "Credentials.h"
+#include "Interrupts.h"
+#include "LineReader.h"
+#include "NetworkNames.h"
+#include "Session.h"
+#include <cstdio>
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QTextCodec>
+#include <unistd.h>
+
+namespace {
+
+struct Arguments
+{
+    QCommandLineOption help{{QStringLiteral("h"), QStringLiteral("help")},
+                            QStringLiteral("Print this, and end.")};
+    QCommandLineOption version{{QStringLiteral("v"), QStringLiteral("version")},
+                               QStringLiteral("Print the version, and end.")};
+    QCommandLineOption json{QStringLiteral("json"), QStringLiteral("Print replies as JSON, for programs.")};
+    QCommandLineOption plain{QStringLiteral("plain"),
+                             QStringLiteral("No columns, and nothing is ever redrawn. So it is anyway unless "
+                                            "standard output is a terminal.")};
+    QCommandLineOption watch{QStringLiteral("watch"),
+                             QStringLiteral("After \"list\", tell what happens, until Ctrl-C.")};
+    /// For the shell's completion alone.
+    QCommandLineOption complete{QStringLiteral("complete")};
+    QCommandLineParser parser;
+
+    Arguments() { parser.addOptions(shown() + QList<QCommandLineOption>{complete}); }
+    QList<QCommandLineOption> shown() const { return {json, plain, watch, help, version}; }
+};
+
+void printHelp(const Client &client, const QList<QCommandLineOption> &options)
+{
+    QStringList lines = {
+        QStringLiteral("Usage: network-managerctl [OPTION...] [COMMAND [WORD...]]"),
+        QStringLiteral("Asks the printer's network daemon. Without a command it takes commands "
+                       "from standard input."),
+        QString()};
+    for (const Command &command : client.commands()) {
+        lines << QStringLiteral("%1: %2").arg(command.usage(), command.help);
+    }
+    lines << networkHelp() << credentialHelp() << QString();
+    for (const QCommandLineOption &option : options) {
+        lines << QStringLiteral("--%1: %2").arg(option.names().constLast(), option.description());
+    }
+    std::puts(lines.join(QLatin1Char('\n')).toLocal8Bit().constData());
+}
+
+int complain(const QString &text, ExitStatus status)
+{
+    std::fputs((text + QLatin1Char('\n')).toLocal8Bit().constData(), stderr);
+    return status;
+}
+
+ExitStatus printCompletions(const Client &client, const QStringList &words)
+{
+    const QStringList found =
+        continuations(client.commands(), words, [&client] { return client.activeNetworkNames(); });
+    for (const QString &word : found) {
+        std::puts(word.toLocal8Bit().constData());
+    }
+    return Done;
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("network-managerctl"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VERSION));
+    Arguments arguments;
+    QCommandLineParser &parser = arguments.parser;
+    if (!parser.parse(QCoreApplication::arguments())) {
+        return complain(parser.errorText(), Misused);
+    }
+    if (parser.isSet(arguments.version)) {
+        parser.showVersion();
+    }
+    const bool plain = parser.isSet(arguments.plain) || isatty(STDOUT_FILENO) == 0;
+    Interrupts interrupts;
+    LineReader reader(QStringLiteral("network> "), LineReader::usualStyle(plain));
+    Client client(QDBusConnection::systemBus(),
+                  {parser.isSet(arguments.json), plain, parser.isSet(arguments.watch)}, reader, interrupts);
+    if (parser.isSet(arguments.help)) {
+        printHelp(client, arguments.shown());
+        return Done;
+    }
+    const QStringList words = parser.positionalArguments();
+    if (parser.isSet(arguments.complete)) {
+        return printCompletions(client, words);
+    }
+    return words.isEmpty() ? Session(client, reader, interrupts).run() : client.run(words);
+}
