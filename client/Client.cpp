@@ -127,8 +127,12 @@ bool Client::completeWords(const DaemonCall &call, const QStringList &typed, QSt
         const std::optional<QString> answer = m_reader.answer(question->question, question->echo);
         m_interrupts.poll();
         if (!answer) {
-            m_status = m_interrupts.signalNumber() != 0 ? Cancelled : Misused;
-            complain(QStringLiteral("No answer to the question \"%1\".").arg(question->question.trimmed()));
+            m_status = Cancelled;
+            if (m_interrupts.signalNumber() == 0) {
+                m_status = Misused;
+                complain(
+                    QStringLiteral("No answer to the question \"%1\".").arg(question->question.trimmed()));
+            }
         } else {
             words[i] = *answer;
         }

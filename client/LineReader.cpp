@@ -155,23 +155,27 @@ void LineReader::readPlainly()
     takeBufferedLine();
 }
 
-// The last line need not end like the others.
-bool LineReader::takeBufferedLine()
+void LineReader::takeBufferedLine()
 {
-    const int end = m_buffer.indexOf('\n');
-    if (end < 0 && !m_isAtEnd) {
-        return false;
+    if (!m_buffer.contains('\n') && !m_isAtEnd) {
+        return;
     }
     m_input.setEnabled(false);
     m_isAsking = false;
     if (m_buffer.isEmpty()) {
         emit ended();
-        return true;
+        return;
     }
-    const QByteArray line = m_buffer.left(end);
-    m_buffer.remove(0, end < 0 ? m_buffer.size() : end + 1);
-    emit lineEntered(QString::fromLocal8Bit(line));
-    return true;
+    emit lineEntered(takeBufferedText());
+}
+
+// The last line need not end like the others.
+QString LineReader::takeBufferedText()
+{
+    const int end = m_buffer.indexOf('\n');
+    const QByteArray line = end < 0 ? m_buffer : m_buffer.left(end);
+    m_buffer.remove(0, line.size() + 1);
+    return QString::fromLocal8Bit(line);
 }
 
 std::optional<QString> LineReader::answer(const QString &question, Echo echo)
@@ -188,11 +192,5 @@ std::optional<QString> LineReader::answer(const QString &question, Echo echo)
         }
         m_buffer += character;
     }
-    const int end = m_buffer.indexOf('\n');
-    if (m_buffer.isEmpty()) {
-        return std::nullopt;
-    }
-    const QString answer = QString::fromLocal8Bit(m_buffer.left(end));
-    m_buffer.remove(0, end < 0 ? m_buffer.size() : end + 1);
-    return answer;
+    return m_buffer.isEmpty() ? std::nullopt : std::make_optional(takeBufferedText());
 }

@@ -49,7 +49,8 @@ signals:
 private:
     void readAvailable();
     void readPlainly();
-    bool takeBufferedLine();
+    void takeBufferedLine();
+    QString takeBufferedText();
     void finishEditing(char *line);
 
     const QByteArray m_prompt;

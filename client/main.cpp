@@ -56,11 +56,19 @@ int complain(const QString &text, ExitStatus status)
     return status;
 }
 
-ExitStatus printCompletions(const Client &client, const QStringList &words)
+// Options may stand anywhere, and are no words of a command.
+ExitStatus printCompletions(const Client &client, QStringList words, const QList<QCommandLineOption> &options)
 {
+    QStringList optionWords;
+    for (const QCommandLineOption &option : options) {
+        optionWords << QStringLiteral("--") + option.names().constLast();
+    }
+    for (const QString &option : qAsConst(optionWords)) {
+        words.removeAll(option);
+    }
     const QStringList found =
         continuations(client.commands(), words, [&client] { return client.activeNetworkNames(); });
-    for (const QString &word : found) {
+    for (const QString &word : found + optionWords) {
         std::puts(word.toLocal8Bit().constData());
     }
     return Done;
@@ -93,7 +101,7 @@ int main(int argc, char *argv[])
     }
     const QStringList words = parser.positionalArguments();
     if (parser.isSet(arguments.complete)) {
-        return printCompletions(client, words);
+        return printCompletions(client, words, arguments.shown());
     }
     return words.isEmpty() ? Session(client, reader, interrupts).run() : client.run(words);
 }

@@ -1,7 +1,8 @@
 #include "DaemonDouble.h"
 
+#include "DaemonInterface.h"
 #include "Values.h"
-#include <QDBusMessage>
+#include <utility>
 
 namespace {
 const QString connectionName = QStringLiteral("daemon double");
@@ -10,7 +11,7 @@ const QString connectionName = QStringLiteral("daemon double");
 DaemonDouble::DaemonDouble(const QString &busAddress)
     : m_connection(QDBusConnection::connectToBus(busAddress, connectionName))
     , m_isReady(m_connection.registerVirtualObject(QStringLiteral("/"), this) &&
-                m_connection.registerService(QStringLiteral("com.tactora.NetworkManager")))
+                m_connection.registerService(daemonName()))
 {
 }
 
@@ -24,9 +25,42 @@ QString DaemonDouble::introspect(const QString & /*path*/) const
     return {};
 }
 
-bool DaemonDouble::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
+bool DaemonDouble::handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/)
 {
     m_signatures << QStringLiteral("%1(%2)").arg(message.member(), message.signature());
     m_calls << message.member() + QLatin1Char(' ') + valueText(message.arguments());
-    return connection.send(message.createReply(m_answer));
+    if (m_held.contains(message.member())) {
+        m_waiting << message;
+    } else {
+        answer(message);
+    }
+    emit called(m_calls.constLast());
+    return true;
+}
+
+void DaemonDouble::release()
+{
+    m_held.clear();
+    for (const QDBusMessage &call : std::exchange(m_waiting, {})) {
+        answer(call);
+    }
+}
+
+void DaemonDouble::answer(const QDBusMessage &call)
+{
+    if (!m_refusal.isEmpty()) {
+        m_connection.send(call.createErrorReply(m_refusal, QStringLiteral("refused")));
+        return;
+    }
+    if (m_errors.contains(call.member())) {
+        sendSignal(QStringLiteral("error"), {m_errors.value(call.member())});
+    }
+    m_connection.send(call.createReply(m_answers.value(call.member(), m_answer)));
+}
+
+void DaemonDouble::sendSignal(const QString &name, const QVariantList &arguments)
+{
+    QDBusMessage message = QDBusMessage::createSignal(QStringLiteral("/"), daemonName(), name);
+    message.setArguments(arguments);
+    m_connection.send(message);
 }
