@@ -306,9 +306,21 @@ void Connector::complete(const ServicePtr &service)
     }
 }
 
-// In ConnMan's order of services: the first favourite that may, and none while something is connected.
+bool Connector::mayConnectByItself(const Service &service)
+{
+    return service.isFavorite() && service.connectsByItself() && !service.ignored && isUsable(service) &&
+           service.state() == QLatin1String("idle");
+}
+
+// In ConnMan's order of services: the first favourite that may, and none while something is connected, but for the
+// cable, which is connected whatever else is.
 void Connector::runAutoConnect()
 {
+    const ServicePtr cable = m_parts.services.find(cableIdentifier());
+    if (cable != nullptr && mayConnectByItself(*cable)) {
+        start(cable, ConnectReason::Auto);
+        return;
+    }
     if (m_openRequests > 0) {
         return;
     }
@@ -317,9 +329,7 @@ void Connector::runAutoConnect()
         if (service->pendingConnect || !service->isIdle() || !service->isFavorite()) {
             return;
         }
-        const bool mayConnect = service->connectsByItself() && !service->ignored && isUsable(*service) &&
-                                service->state() == QLatin1String("idle");
-        if (mayConnect) {
+        if (mayConnectByItself(*service)) {
             start(service, ConnectReason::Auto);
             return;
         }

@@ -80,6 +80,7 @@ private:
     bool reportError(const ServicePtr &service, const AgentRegistry::Answer &answer);
     QString client(const Service &service) const;
 
+    static bool mayConnectByItself(const Service &service);
     void runAutoConnect();
     /// Runs `step` after that time unless the service's attempt has ended by then.
     void later(const ServicePtr &service, int milliseconds, const std::function<void()> &step);

@@ -28,6 +28,7 @@ private slots:
     void unknownTechnologyPropertyIsRefused();
     void pluggedCableGetsOnline();
     void pluggedCableGetsOnlineBesideStrangers();
+    void pluggedCableGetsConnectedBesideWifi();
     void unpluggedCableGoes();
     void cableWithoutDhcpFallsBackToALinkLocalAddress();
     void ethernetConnectIsAnsweredBeforeItsAddressIsThere();
@@ -123,6 +124,16 @@ void PowerTest::pluggedCableGetsOnlineBesideStrangers()
     m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")}});
     m_simulator->setCable(true);
     QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
+}
+
+void PowerTest::pluggedCableGetsConnectedBesideWifi()
+{
+    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
+                             {QStringLiteral("security"), QStringLiteral("none")}});
+    QVERIFY(!m_client->service(homeId, QStringLiteral("Connect")).isError);
+    QVERIFY(m_client->waitForState(homeId, QStringLiteral("online")));
+    m_simulator->setCable(true);
+    QVERIFY(m_client->waitForState(cableId, QStringLiteral("ready")));
 }
 
 void PowerTest::unpluggedCableGoes()
