@@ -47,6 +47,7 @@ LineReader::LineReader(const QString &prompt, Style style, QObject *parent)
     m_input.setEnabled(false);
     connect(&m_input, &QSocketNotifier::activated, this, &LineReader::readAvailable);
     rl_catch_signals = 0; // they are this program's
+    rl_variable_bind("enable-bracketed-paste", "off"); // lines pasted are lines typed
     completeLinesWith([](const QStringList &words) {
         return theReader->completer() ? theReader->completer()(words) : QStringList();
     });

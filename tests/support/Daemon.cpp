@@ -47,6 +47,7 @@ QStringList Daemon::environment() const
 bool Daemon::start(const QStringList &arguments)
 {
     const QStringList command = m_wrapper + QStringList(QStringLiteral(DAEMON_PROGRAM)) + arguments;
+    m_sandbox.devices().rewriteTriggers();
     m_process.start(QStringLiteral("bwrap"), m_sandbox.namespaceArguments(environment()) + command);
     return m_process.waitForStarted(eventTimeoutMs);
 }

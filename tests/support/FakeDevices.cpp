@@ -1,5 +1,6 @@
 #include "FakeDevices.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTest>
 #include <umockdev.h>
@@ -9,6 +10,14 @@ namespace test_support {
 namespace {
 const QStringList ledAttributes = {QStringLiteral("brightness"), QStringLiteral("trigger"),
                                    QStringLiteral("delay_on"), QStringLiteral("delay_off")};
+
+// The kernel lists all triggers, the one in use in brackets; the fake file keeps what was written.
+constexpr char idleTriggers[] = "[none] timer heartbeat\n";
+
+bool hasTimer(const QByteArray &trigger)
+{
+    return trigger == "timer" || trigger.contains("[timer]");
+}
 }
 
 char *toString(const LedPattern &pattern)
@@ -55,7 +64,7 @@ QStringList FakeDevices::environment() const
 void FakeDevices::addLed(const QString &name)
 {
     const char *const attributes[] = {
-        "brightness", "255\n", "max_brightness", "255\n", "trigger", "[none] timer heartbeat\n",
+        "brightness", "255\n", "max_brightness", "255\n", "trigger", idleTriggers,
         "delay_on",   "0\n",   "delay_off",      "0\n",   nullptr};
     const char *const properties[] = {nullptr};
     g_free(umockdev_testbed_add_devicev(m_testbed.get(), "leds", name.toUtf8().constData(), nullptr,
@@ -86,12 +95,25 @@ QByteArray FakeDevices::readLed(const QString &led, const QString &file) const
 
 LedPattern FakeDevices::led(const QString &name) const
 {
-    // The kernel marks the active trigger with brackets; the fake file keeps what was written.
-    if (readLed(name, QStringLiteral("trigger")) == "timer") {
+    if (hasTimer(readLed(name, QStringLiteral("trigger")))) {
         return LedPattern::blink(readLed(name, QStringLiteral("delay_on")).toInt() +
                                  readLed(name, QStringLiteral("delay_off")).toInt());
     }
     return readLed(name, QStringLiteral("brightness")).toInt() > 0 ? LedPattern::on() : LedPattern::off();
+}
+
+void FakeDevices::rewriteTriggers() const
+{
+    char *root = umockdev_testbed_get_root_dir(m_testbed.get());
+    const QDir leds(QString::fromUtf8(root) + QStringLiteral("/sys/class/leds"));
+    g_free(root);
+    for (const QString &name : leds.entryList(QDir::AllDirs | QDir::NoDotAndDotDot)) {
+        const bool isTimer = hasTimer(readLed(name, QStringLiteral("trigger")));
+        QFile trigger(ledFile(name, QStringLiteral("trigger")));
+        if (trigger.open(QIODevice::WriteOnly | QIODevice::ExistingOnly)) {
+            trigger.write(isTimer ? "none [timer] heartbeat\n" : idleTriggers);
+        }
+    }
 }
 
 QStringList FakeDevices::ledFiles(const QString &name) const
