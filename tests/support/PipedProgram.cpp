@@ -1,43 +1,38 @@
-#include "ClientProgram.h"
+#include "PipedProgram.h"
 
 #include "EventWait.h"
 #include <csignal>
 
-using test_support::waitUntil;
+namespace test_support {
 
-QString ClientProgram::path()
-{
-    return QStringLiteral(CLIENT_PROGRAM);
-}
-
-ClientProgram::ClientProgram(const QStringList &arguments, const QString &input)
+PipedProgram::PipedProgram(const QString &program, const QStringList &arguments)
 {
     QObject::connect(&m_process, &QProcess::readyReadStandardOutput, &m_process,
                      [this] { m_output += m_process.readAllStandardOutput(); });
     QObject::connect(&m_process, &QProcess::readyReadStandardError, &m_process,
                      [this] { m_errors += m_process.readAllStandardError(); });
-    m_process.start(path(), arguments);
-    m_process.write(input.toUtf8());
-    m_process.closeWriteChannel();
+    m_process.start(program, arguments);
 }
 
-void ClientProgram::interrupt() const
+void PipedProgram::sendSignal(int signal) const
 {
-    kill(static_cast<pid_t>(m_process.processId()), SIGINT);
+    kill(static_cast<pid_t>(m_process.processId()), signal);
 }
 
-bool ClientProgram::waitForOutput(const QString &text)
+bool PipedProgram::waitForOutput(const QString &text)
 {
     return waitUntil([&] { return output().contains(text); });
 }
 
-bool ClientProgram::waitForErrors(const QString &text)
+bool PipedProgram::waitForErrors(const QString &text)
 {
     return waitUntil([&] { return errors().contains(text); });
 }
 
-int ClientProgram::waitForExit()
+int PipedProgram::waitForExit()
 {
     const bool hasEnded = waitUntil([this] { return m_process.state() == QProcess::NotRunning; });
     return hasEnded && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
+
+} // namespace test_support
