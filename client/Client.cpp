@@ -3,52 +3,23 @@
 #include "Credentials.h"
 #include "Interrupts.h"
 #include "NetworkList.h"
+#include "Output.h"
+#include "ReplyText.h"
 #include "SignalMonitor.h"
 #include "Values.h"
 #include <algorithm>
-#include <cstdio>
 #include <QDBusError>
 #include <QDBusPendingCall>
 #include <QEventLoop>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace {
 
 const QString listMethod = QStringLiteral("networks");
 
-void print(const QString &line)
-{
-    std::fputs((line + QLatin1Char('\n')).toLocal8Bit().constData(), stdout);
-    std::fflush(stdout);
-}
-
-void complain(const QString &line)
-{
-    std::fputs((line + QLatin1Char('\n')).toLocal8Bit().constData(), stderr);
-    std::fflush(stderr);
-}
-
-// A document is an object or a list; any other value is put into one.
-void printJson(const QVariant &value)
-{
-    const QJsonValue json = valueJson(value);
-    const QJsonDocument document = json.isObject() ? QJsonDocument(json.toObject())
-                                   : json.isArray()
-                                       ? QJsonDocument::fromVariant(value.toList())
-                                       : QJsonDocument(QJsonObject{{QStringLiteral("value"), json}});
-    print(QString::fromUtf8(document.toJson(QJsonDocument::Indented)).trimmed());
-}
-
 QDBusMessage waitFor(QDBusPendingCall call)
 {
     call.waitForFinished();
     return call.reply();
-}
-
-bool isEmpty(const QVariant &value)
-{
-    return valueText(value) == valueText(QString());
 }
 
 } // namespace
@@ -205,7 +176,7 @@ ExitStatus Client::judge(const DaemonCall &call, const PatientCaller::Outcome &o
         complain(QStringLiteral("Failed; the network daemon gives no reason."));
         return Refused;
     }
-    if (call.reply == DaemonCall::Reply::Needed && isEmpty(value)) {
+    if (call.reply == DaemonCall::Reply::Needed && isNothing(value)) {
         complain(QStringLiteral("There is none."));
         return Refused;
     }
@@ -214,31 +185,21 @@ ExitStatus Client::judge(const DaemonCall &call, const PatientCaller::Outcome &o
 
 void Client::show(const DaemonCall &call, const QVariantList &values)
 {
-    if (call.methods.first().name == listMethod) {
-        showNetworks(values.first().toMap());
-        return;
-    }
+    const bool isList = call.methods.first().name == listMethod;
+    const QVector<NetworkEntry> entries = isList ? remember(values.first().toMap()) : QVector<NetworkEntry>();
     if (m_options.json) {
-        QVariantMap labelled;
-        for (int i = 0; i < values.size(); ++i) {
-            labelled.insert(call.methods.at(i).label, values.at(i));
-        }
-        printJson(values.size() > 1 ? QVariant(labelled) : values.first());
-    } else if (call.reply == DaemonCall::Reply::Success) {
-        print(QStringLiteral("Done."));
-    } else if (values.size() == 1) {
-        print(switchText(call, values.first()));
+        printLine(replyJson(call, values));
+    } else if (!isList) {
+        printLine(replyText(call, values));
+    } else if (entries.isEmpty()) {
+        printLine(QStringLiteral("There are no networks."));
     } else {
-        for (int i = 0; i < values.size(); ++i) {
-            const QString separator =
-                values.at(i).type() == QVariant::Map ? QStringLiteral(":\n  ") : QStringLiteral(": ");
-            print(call.methods.at(i).label + separator +
-                  switchText(call, values.at(i)).replace(QLatin1Char('\n'), QStringLiteral("\n  ")));
-        }
+        printLine((m_options.plain ? networkLines(entries) : networkTable(entries)).join(QLatin1Char('\n')));
     }
 }
 
-void Client::showNetworks(const QVariantMap &networks)
+// From now on they can be told by their numbers.
+QVector<NetworkEntry> Client::remember(const QVariantMap &networks)
 {
     const QVector<NetworkEntry> entries = networkEntries(networks);
     QStringList identifiers;
@@ -248,25 +209,7 @@ void Client::showNetworks(const QVariantMap &networks)
     m_names.setNetworks(networks);
     m_names.setListed(identifiers);
     m_knowsNetworks = true;
-    if (m_options.json) {
-        printJson(networks);
-    } else if (entries.isEmpty()) {
-        print(QStringLiteral("There are no networks."));
-    } else {
-        print((m_options.plain ? networkLines(entries) : networkTable(entries)).join(QLatin1Char('\n')));
-    }
-}
-
-QString Client::switchText(const DaemonCall &call, const QVariant &value) const
-{
-    if (value.type() != QVariant::Bool) {
-        return isEmpty(value) ? valueText(QStringList()) : valueText(value);
-    }
-    const bool isOn = value.toBool();
-    if (call.asksForSwitch()) {
-        return isOn ? QStringLiteral("on") : QStringLiteral("off");
-    }
-    return isOn ? QStringLiteral("yes") : QStringLiteral("no");
+    return entries;
 }
 
 bool Client::isReachable() const
@@ -295,13 +238,13 @@ void Client::showHelp(const QStringList &words)
     bool isShown = false;
     for (const Command &each : qAsConst(m_commands)) {
         if (words.isEmpty() || words.first() == each.name) {
-            print(QStringLiteral("%1: %2").arg(each.usage(), each.help));
+            printLine(QStringLiteral("%1: %2").arg(each.usage(), each.help));
             isShown = true;
         }
     }
     if (words.isEmpty()) {
-        print(networkHelp());
-        print(credentialHelp());
+        printLine(networkHelp());
+        printLine(credentialHelp());
     }
     if (!isShown) {
         complain(notUnderstood(m_commands, words.first()));

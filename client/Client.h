@@ -3,6 +3,7 @@
 #include "Command.h"
 #include "DaemonCalls.h"
 #include "ExitStatus.h"
+#include "NetworkList.h"
 #include "NetworkNames.h"
 #include "PatientCaller.h"
 #include <QDBusConnection>
@@ -47,8 +48,7 @@ private:
     PatientCaller::Outcome ask(const DaemonCall &call, const DaemonMethod &method, const QStringList &words);
     ExitStatus judge(const DaemonCall &call, const PatientCaller::Outcome &outcome) const;
     void show(const DaemonCall &call, const QVariantList &values);
-    void showNetworks(const QVariantMap &networks);
-    QString switchText(const DaemonCall &call, const QVariant &value) const;
+    QVector<NetworkEntry> remember(const QVariantMap &networks);
 
     QDBusConnection m_connection;
     const Options m_options;

@@ -1,6 +1,7 @@
 #include "LineReader.h"
 
 #include "LineCompletion.h"
+#include "Output.h"
 #include "SilentTerminal.h"
 #include <cerrno>
 #include <cstdio>
@@ -13,13 +14,6 @@
 namespace {
 
 LineReader *theReader = nullptr; // readline's callbacks carry nothing that could tell
-
-void printLine(const QString &line)
-{
-    std::fputs(line.toLocal8Bit().constData(), stdout);
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
-}
 
 void showPrompt(const QByteArray &prompt)
 {
@@ -46,7 +40,7 @@ LineReader::LineReader(const QString &prompt, Style style, QObject *parent)
     theReader = this;
     m_input.setEnabled(false);
     connect(&m_input, &QSocketNotifier::activated, this, &LineReader::readAvailable);
-    rl_catch_signals = 0; // they are this program's
+    rl_catch_signals = 0;                              // they are this program's
     rl_variable_bind("enable-bracketed-paste", "off"); // lines pasted are lines typed
     completeLinesWith([](const QStringList &words) {
         return theReader->completer() ? theReader->completer()(words) : QStringList();

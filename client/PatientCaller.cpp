@@ -2,9 +2,9 @@
 
 #include "DaemonCalls.h"
 #include "Interrupts.h"
+#include "Output.h"
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <QDBusPendingCallWatcher>
 
 namespace {
@@ -24,12 +24,6 @@ bool reportsErrors(const QString &method)
                std::any_of(call.methods.cbegin(), call.methods.cend(),
                            [&method](const DaemonMethod &each) { return each.name == method; });
     });
-}
-
-void tell(const QString &line)
-{
-    std::fputs((line + QLatin1Char('\n')).toLocal8Bit().constData(), stderr);
-    std::fflush(stderr);
 }
 
 } // namespace
@@ -74,10 +68,10 @@ void PatientCaller::tellProgress()
 {
     const qint64 seconds = m_waiting.elapsed() / 1000;
     if (m_progress.intervalAsDuration() == firstProgress) {
-        tell(m_request.activity + QStringLiteral("; Ctrl-C cancels."));
+        complain(m_request.activity + QStringLiteral("; Ctrl-C cancels."));
         m_progress.start(laterProgress);
     } else {
-        tell(QStringLiteral("%1, for %2 seconds so far.").arg(m_request.activity).arg(seconds));
+        complain(QStringLiteral("%1, for %2 seconds so far.").arg(m_request.activity).arg(seconds));
     }
 }
 
@@ -88,7 +82,7 @@ void PatientCaller::interrupt()
     }
     if (m_request.cancelledBy.isEmpty() || m_outcome.isCancelled) {
         m_outcome.isCancelled = true;
-        tell(QStringLiteral("Not waiting any longer; the network daemon goes on with it."));
+        complain(QStringLiteral("Not waiting any longer; the network daemon goes on with it."));
         m_loop.quit();
         return;
     }
@@ -98,10 +92,10 @@ void PatientCaller::interrupt()
 
 void PatientCaller::disconnectNetwork()
 {
-    tell(QStringLiteral("Cancelling: disconnecting the network."));
+    complain(QStringLiteral("Cancelling: disconnecting the network."));
     send(QStringLiteral("disconnect"), {m_request.cancelledBy}, [](const DaemonAnswer &answer) {
-        tell(answer.value.toBool() ? QStringLiteral("Cancelled: the network is disconnected.")
-                                   : QStringLiteral("The network daemon could not disconnect it."));
+        complain(answer.value.toBool() ? QStringLiteral("Cancelled: the network is disconnected.")
+                                       : QStringLiteral("The network daemon could not disconnect it."));
     });
 }
 

@@ -3,10 +3,10 @@
 #include "Client.h"
 #include "Interrupts.h"
 #include "LineReader.h"
+#include "Output.h"
 #include "Words.h"
 #include <algorithm>
 #include <csignal>
-#include <cstdio>
 
 namespace {
 
@@ -45,7 +45,7 @@ void Session::carryOutLine(const QString &line)
     m_isAtPrompt = false;
     std::optional<QStringList> words = splitWords(line);
     if (!words) {
-        std::fputs("A quote is not closed.\n", stderr);
+        complain(QStringLiteral("A quote is not closed."));
         note(Misused);
     } else if (farewells.contains(words->value(0))) {
         m_loop.quit();

@@ -1,7 +1,7 @@
 #include "SignalMonitor.h"
 
+#include "Output.h"
 #include "Values.h"
-#include <cstdio>
 #include <QDateTime>
 #include <QDBusConnectionInterface>
 #include <QJsonDocument>
@@ -12,13 +12,6 @@ namespace {
 
 const QString daemonCame = QStringLiteral("daemonCame");
 const QString daemonWent = QStringLiteral("daemonWent");
-
-void printLine(const QByteArray &line)
-{
-    std::fputs(line.constData(), stdout);
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
-}
 
 } // namespace
 
@@ -40,14 +33,13 @@ void SignalMonitor::tell(const QString &event, const QVariantList &arguments)
 {
     const QDateTime now = QDateTime::currentDateTime();
     if (m_form == Form::Text) {
-        printLine((now.toString(QStringLiteral("HH:mm:ss ")) + signalText(event, arguments, m_names))
-                      .toLocal8Bit());
+        printLine(now.toString(QStringLiteral("HH:mm:ss ")) + signalText(event, arguments, m_names));
         return;
     }
     const QJsonObject object{{QStringLiteral("time"), now.toString(Qt::ISODateWithMs)},
                              {QStringLiteral("event"), event},
                              {QStringLiteral("arguments"), valueJson(arguments)}};
-    printLine(QJsonDocument(object).toJson(QJsonDocument::Compact));
+    printLine(QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
 }
 
 QString signalText(const QString &name, const QVariantList &arguments, const NetworkNames &names)

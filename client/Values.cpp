@@ -44,6 +44,11 @@ QString valueText(const QVariant &value, int indentation)
     }
 }
 
+bool isNothing(const QVariant &value)
+{
+    return value.type() == QVariant::String && value.toString().isEmpty();
+}
+
 QJsonValue valueJson(const QVariant &value)
 {
     switch (static_cast<QMetaType::Type>(value.type())) {

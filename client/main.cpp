@@ -3,8 +3,8 @@
 #include "Interrupts.h"
 #include "LineReader.h"
 #include "NetworkNames.h"
+#include "Output.h"
 #include "Session.h"
-#include <cstdio>
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -47,13 +47,7 @@ void printHelp(const Client &client, const QList<QCommandLineOption> &options)
     for (const QCommandLineOption &option : options) {
         lines << QStringLiteral("--%1: %2").arg(option.names().constLast(), option.description());
     }
-    std::puts(lines.join(QLatin1Char('\n')).toLocal8Bit().constData());
-}
-
-int complain(const QString &text, ExitStatus status)
-{
-    std::fputs((text + QLatin1Char('\n')).toLocal8Bit().constData(), stderr);
-    return status;
+    printLine(lines.join(QLatin1Char('\n')));
 }
 
 // Options may stand anywhere, and are no words of a command.
@@ -69,7 +63,7 @@ ExitStatus printCompletions(const Client &client, QStringList words, const QList
     const QStringList found =
         continuations(client.commands(), words, [&client] { return client.activeNetworkNames(); });
     for (const QString &word : found + optionWords) {
-        std::puts(word.toLocal8Bit().constData());
+        printLine(word);
     }
     return Done;
 }
@@ -85,7 +79,8 @@ int main(int argc, char *argv[])
     Arguments arguments;
     QCommandLineParser &parser = arguments.parser;
     if (!parser.parse(QCoreApplication::arguments())) {
-        return complain(parser.errorText(), Misused);
+        complain(parser.errorText());
+        return Misused;
     }
     if (parser.isSet(arguments.version)) {
         parser.showVersion();

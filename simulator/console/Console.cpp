@@ -28,6 +28,11 @@ Console::Console(Device &device, Feed &feed, LineReader &reader, QObject *parent
     connect(&feed, &Feed::added, this, &Console::goOn, Qt::QueuedConnection);
 }
 
+Console::~Console()
+{
+    m_feed.setPrinter(printLine);
+}
+
 void Console::readStandardInput()
 {
     m_isWaiting = true;

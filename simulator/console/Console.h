@@ -16,6 +16,8 @@ class Console : public QObject
     Q_OBJECT
 public:
     Console(Device &device, Feed &feed, LineReader &reader, QObject *parent = nullptr);
+    ~Console() override;
+    Q_DISABLE_COPY_MOVE(Console)
 
     /// Takes commands from standard input from now on; finished() at its end. From a terminal each is taken
     /// as soon as it is typed, whatever is still going on; otherwise when the one before is over.

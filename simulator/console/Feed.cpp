@@ -1,24 +1,23 @@
 #include "Feed.h"
 
-#include <cstdio>
 #include <QTime>
 
 void Feed::happened(const QString &source, const QString &text)
 {
     const QString event = QStringLiteral("%1: %2").arg(source, text);
-    m_print(QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz ")) + event);
+    print(QTime::currentTime().toString(QStringLiteral("HH:mm:ss.zzz ")) + event);
     m_events << event;
     emit added();
 }
 
 void Feed::tell(const QString &text)
 {
-    m_print(text);
+    print(text);
 }
 
-void Feed::printPlainly(const QString &line)
+void Feed::print(const QString &line) const
 {
-    std::fputs(line.toLocal8Bit().constData(), stdout);
-    std::fputc('\n', stdout);
-    std::fflush(stdout);
+    if (!m_isSilent) {
+        m_print(line);
+    }
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Output.h"
 #include <functional>
 #include <QObject>
 #include <QStringList>
@@ -16,6 +17,8 @@ public:
     /// Prints the lines from now on, in place of a plain print to standard output.
     using Printer = std::function<void(const QString &line)>;
     void setPrinter(Printer printer) { m_print = std::move(printer); }
+    /// Prints nothing from now on.
+    void silence() { m_isSilent = true; }
 
     /// Something that happened: "12:00:00.000 speech: ...".
     void happened(const QString &source, const QString &text);
@@ -30,8 +33,9 @@ signals:
     void added();
 
 private:
-    static void printPlainly(const QString &line);
+    void print(const QString &line) const;
 
-    Printer m_print = printPlainly;
+    Printer m_print = printLine;
+    bool m_isSilent = false;
     QStringList m_events;
 };

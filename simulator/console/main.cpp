@@ -97,20 +97,16 @@ QStringList wrapper(const QString &text)
     return words;
 }
 
-int run(const Options &options, Device &device, Interrupts &interrupts)
+int play(const Options &options, Device &device, Feed &feed, Interrupts &interrupts)
 {
     const QCommandLineParser &parser = options.parser;
     LineReader reader(QStringLiteral("printer> "), LineReader::usualStyle(false));
-    Feed feed;
-    const Observer observer(device, feed);
     Console console(device, feed, reader);
-    QObject::connect(&interrupts, &Interrupts::interrupted, qApp, &QCoreApplication::quit);
     if (parser.isSet(options.tour)) {
         return showTour(console, feed);
     }
-    const bool isForOthers = parser.isSet(options.shell) || parser.isSet(options.busOnly);
-    if (isForOthers) {
-        feed.setPrinter([](const QString &) {});
+    if (parser.isSet(options.shell) || parser.isSet(options.busOnly)) {
+        feed.silence();
     }
     if (!switchOn(console, device, interrupts)) {
         return Done;
@@ -146,7 +142,10 @@ int main(int argc, char *argv[])
     }
     device.daemon().setLoggingRules(options.parser.value(options.log));
     device.daemon().setWrapper(wrapper(options.parser.value(options.wrap)));
-    const int status = run(options, device, interrupts);
+    Feed feed;
+    const Observer observer(device, feed);
+    QObject::connect(&interrupts, &Interrupts::interrupted, &application, &QCoreApplication::quit);
+    const int status = play(options, device, feed, interrupts);
     device.switchOff();
     return interrupts.signalNumber() == SIGINT ? Cancelled : status;
 }
