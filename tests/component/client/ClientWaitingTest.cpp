@@ -20,6 +20,7 @@ private slots:
 
     void longCallSaysWhatIsWaitedFor_data();
     void longCallSaysWhatIsWaitedFor();
+    void longerCallSaysForHowLong();
     void interruptedConnectIsCancelled_data();
     void interruptedConnectIsCancelled();
     void cancelThatFailsIsTold();
@@ -75,6 +76,18 @@ void ClientWaitingTest::longCallSaysWhatIsWaitedFor()
     m_daemon->release();
     QCOMPARE(client.waitForExit(), 0);
     QCOMPARE(client.errors(), text);
+}
+
+void ClientWaitingTest::longerCallSaysForHowLong()
+{
+    m_daemon->hold("connect"_s);
+    ClientProgram client({"connect"_s, "=a"_s});
+    QVERIFY(client.waitForErrors(" seconds so far.\n"_s));
+    QVERIFY(QRegularExpression("\nConnecting a, for [1-9][0-9] seconds so far.\n$"_s)
+                .match(client.errors())
+                .hasMatch());
+    m_daemon->release();
+    QCOMPARE(client.waitForExit(), 0);
 }
 
 void ClientWaitingTest::interruptedConnectIsCancelled_data()
