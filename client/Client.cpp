@@ -2,6 +2,7 @@
 
 #include "Credentials.h"
 #include "Interrupts.h"
+#include "LineReader.h"
 #include "NetworkList.h"
 #include "Output.h"
 #include "ReplyText.h"
@@ -33,6 +34,7 @@ Client::Client(const QDBusConnection &connection, const Options &options, LineRe
     , m_interrupts(interrupts)
     , m_caller(connection, interrupts)
 {
+    connect(&interrupts, &Interrupts::interrupted, &reader, &LineReader::giveUpAnswer);
     for (const DaemonCall &call : daemonCalls()) {
         m_commands << Command{call.name, typedForm(call.form), call.help,
                               [this, &call](const QStringList &words) { m_status = perform(call, words); }};
@@ -96,7 +98,6 @@ bool Client::completeWords(const DaemonCall &call, const QStringList &typed, QSt
             continue;
         }
         const std::optional<QString> answer = m_reader.answer(question->question, question->echo);
-        m_interrupts.poll();
         if (!answer) {
             m_status = Cancelled;
             if (m_interrupts.signalNumber() == 0) {

@@ -35,15 +35,16 @@ Interrupts::Interrupts(QObject *parent)
     : QObject(parent)
     , m_pipe(openPipe(), QSocketNotifier::Read)
 {
-    connect(&m_pipe, &QSocketNotifier::activated, this, &Interrupts::poll);
+    connect(&m_pipe, &QSocketNotifier::activated, this, &Interrupts::readPipe);
     struct sigaction action = {};
-    action.sa_handler = noteSignal; // without SA_RESTART: a read from the terminal ends with the signal
+    action.sa_handler = noteSignal;
+    action.sa_flags = SA_RESTART;
     for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
         sigaction(number, &action, nullptr);
     }
 }
 
-void Interrupts::poll()
+void Interrupts::readPipe()
 {
     unsigned char number = 0;
     while (read(static_cast<int>(m_pipe.socket()), &number, sizeof number) == sizeof number) {

@@ -14,13 +14,13 @@ public:
     /// The last such signal since forget(); 0 for none.
     int signalNumber() const { return m_signalNumber; }
     void forget() { m_signalNumber = 0; }
-    /// Tells of those that came since the event loop has last run.
-    void poll();
 
 signals:
     void interrupted(int signalNumber);
 
 private:
+    void readPipe();
+
     QSocketNotifier m_pipe;
     int m_signalNumber = 0;
 };

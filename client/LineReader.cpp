@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <QEventLoop>
 #include <readline/history.h>
 #include <readline/readline.h>
 #include <unistd.h>
@@ -179,13 +180,30 @@ std::optional<QString> LineReader::answer(const QString &question, Echo echo)
     if (isTerminal()) {
         showPrompt(question.toLocal8Bit());
     }
-    char character = '\0';
-    while (!m_buffer.contains('\n')) {
+    QEventLoop loop;
+    const QSocketNotifier input(STDIN_FILENO, QSocketNotifier::Read);
+    connect(&input, &QSocketNotifier::activated, &loop, [this, &loop] {
         // One at a time: what follows the line may belong to whoever reads after this program.
+        char character = '\0';
         if (read(STDIN_FILENO, &character, 1) != 1) {
-            break;
+            loop.quit();
+            return;
         }
         m_buffer += character;
+        if (character == '\n') {
+            loop.quit();
+        }
+    });
+    bool isGivenUp = false;
+    connect(this, &LineReader::answerGivenUp, &loop, [&loop, &isGivenUp] {
+        isGivenUp = true;
+        loop.quit();
+    });
+    if (!m_buffer.contains('\n')) {
+        loop.exec();
+    }
+    if (isGivenUp) {
+        m_buffer.clear(); // half an answer is none
     }
     return m_buffer.isEmpty() ? std::nullopt : std::make_optional(takeBufferedText());
 }

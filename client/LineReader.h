@@ -29,9 +29,11 @@ public:
     /// Throws away what has been typed of the line and begins it anew.
     void startAnew();
     /// Waits for a line that answers a question, which only a terminal shows; nothing at the end of the input
-    /// or after a signal. A secret is not shown while it is typed.
+    /// or after giveUpAnswer(). A secret is not shown while it is typed.
     enum class Echo { Shown, Secret };
     std::optional<QString> answer(const QString &question, Echo echo);
+    /// Ends that wait.
+    void giveUpAnswer() { emit answerGivenUp(); }
 
     /// What may be typed behind these words.
     using Completer = std::function<QStringList(const QStringList &words)>;
@@ -43,6 +45,7 @@ public:
 
 signals:
     void lineEntered(const QString &line);
+    void answerGivenUp();
     /// There is no further line.
     void ended();
 

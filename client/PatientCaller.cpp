@@ -68,7 +68,9 @@ void PatientCaller::tellProgress()
 {
     const qint64 seconds = m_waiting.elapsed() / 1000;
     if (m_progress.intervalAsDuration() == firstProgress) {
-        complain(m_request.activity + QStringLiteral("; Ctrl-C cancels."));
+        complain(m_request.activity + (m_request.cancelledBy.isEmpty()
+                                           ? QStringLiteral("; Ctrl-C ends the waiting.")
+                                           : QStringLiteral("; Ctrl-C cancels.")));
         m_progress.start(laterProgress);
     } else {
         complain(QStringLiteral("%1, for %2 seconds so far.").arg(m_request.activity).arg(seconds));

@@ -68,10 +68,7 @@ void Session::note(ExitStatus status)
 
 void Session::interrupt(int signalNumber)
 {
-    if (signalNumber != SIGINT) {
-        note(Cancelled);
-        m_loop.quit();
-    } else if (!LineReader::isTerminal()) {
+    if (signalNumber != SIGINT || !LineReader::isTerminal()) {
         note(Cancelled);
         m_loop.quit();
     } else if (m_isAtPrompt) {

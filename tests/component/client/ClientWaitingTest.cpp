@@ -26,6 +26,7 @@ private slots:
     void cancelThatFailsIsTold();
     void secondInterruptEndsAtOnce();
     void interruptedListIsNotWaitedFor();
+    void interruptedAnswerIsNone();
     void daemonThatGoesEndsTheWait();
     void errorBeforeTheCallsOwnIsNotItsReason();
 
@@ -61,9 +62,9 @@ void ClientWaitingTest::longCallSaysWhatIsWaitedFor_data()
     QTest::newRow("register-wps =a") << "registerWifiWps"_s
                                      << "Connecting a; Ctrl-C cancels.\n"_s;
     QTest::newRow("wps") << "wpsNetworks"_s
-                         << "Looking for networks; Ctrl-C cancels.\n"_s;
+                         << "Looking for networks; Ctrl-C ends the waiting.\n"_s;
     QTest::newRow("region SE") << "setWifiRegion"_s
-                               << "Setting the region; Ctrl-C cancels.\n"_s;
+                               << "Setting the region; Ctrl-C ends the waiting.\n"_s;
 }
 
 void ClientWaitingTest::longCallSaysWhatIsWaitedFor()
@@ -142,6 +143,17 @@ void ClientWaitingTest::interruptedListIsNotWaitedFor()
     client.interrupt();
     QCOMPARE(client.waitForExit(), 130);
     QVERIFY(client.errors().endsWith("Not waiting any longer; the network daemon goes on with it.\n"_s));
+}
+
+void ClientWaitingTest::interruptedAnswerIsNone()
+{
+    PipedProgram client(ClientProgram::path(), {"register"_s, "Kitchen"_s});
+    m_daemon->setAnswer("networks"_s, QVariantMap{{"a"_s, QVariantMap{{"Name"_s, "Kitchen"_s}}}});
+    QVERIFY(waitForCall("networks (none)"_s));
+    client.type("half a passphr"_s);
+    client.sendSignal(SIGINT); // whether it reads already or not: half an answer is none
+    QCOMPARE(client.waitForExit(), 130);
+    QCOMPARE(m_daemon->calls(), QStringList{"networks (none)"_s});
 }
 
 void ClientWaitingTest::daemonThatGoesEndsTheWait()
