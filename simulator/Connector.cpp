@@ -312,8 +312,8 @@ bool Connector::mayConnectByItself(const Service &service)
            service.state() == QLatin1String("idle");
 }
 
-// In ConnMan's order of services: the first favourite that may, and none while something is connected, but for the
-// cable, which is connected whatever else is.
+// In ConnMan's order of services: the first favourite that may, and none while something is connected, but
+// for the cable, which is connected whatever else is.
 void Connector::runAutoConnect()
 {
     const ServicePtr cable = m_parts.services.find(cableIdentifier());

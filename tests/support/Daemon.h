@@ -30,7 +30,8 @@ public:
     /// One more environment variable for the daemon.
     void setVariable(const QString &name, const QString &value) { m_variables[name] = value; }
 
-    /// A command, with its path, that the daemon is started by: the daemon's own words follow it. None by default.
+    /// A command, with its path, that the daemon is started by: the daemon's own words follow it. None by
+    /// default.
     void setWrapper(const QStringList &command) { m_wrapper = command; }
 
     /// Starts it; false when it could not be started. There is no waiting for anything it does.

@@ -18,7 +18,7 @@ bool hasTimer(const QByteArray &trigger)
 {
     return trigger == "timer" || trigger.contains("[timer]");
 }
-}
+} // namespace
 
 char *toString(const LedPattern &pattern)
 {
@@ -63,9 +63,9 @@ QStringList FakeDevices::environment() const
 
 void FakeDevices::addLed(const QString &name)
 {
-    const char *const attributes[] = {
-        "brightness", "255\n", "max_brightness", "255\n", "trigger", idleTriggers,
-        "delay_on",   "0\n",   "delay_off",      "0\n",   nullptr};
+    const char *const attributes[] = {"brightness", "255\n",      "max_brightness", "255\n",
+                                      "trigger",    idleTriggers, "delay_on",       "0\n",
+                                      "delay_off",  "0\n",        nullptr};
     const char *const properties[] = {nullptr};
     g_free(umockdev_testbed_add_devicev(m_testbed.get(), "leds", name.toUtf8().constData(), nullptr,
                                         const_cast<char **>(attributes), const_cast<char **>(properties)));

@@ -49,8 +49,8 @@ public:
     void addLed(const QString &name);
     void removeLed(const QString &name);
     LedPattern led(const QString &name) const;
-    /// Makes the LEDs' files read as the kernel's do, for a program that is about to start: a file of the fake holds
-    /// what was written to it last.
+    /// Makes the LEDs' files read as the kernel's do, for a program that is about to start: a file of the
+    /// fake holds what was written to it last.
     void rewriteTriggers() const;
     /// The files that change when what it shows does.
     QStringList ledFiles(const QString &name) const;
