@@ -38,12 +38,13 @@ AnnouncementBell::~AnnouncementBell()
     m_thread.wait();
 }
 
-// Qt hands one signal to all its receivers under the lock that a subscription, made already or not, has to take too.
+// Qt hands one signal to all its receivers under the lock that a subscription, made already or not, has to
+// take too.
 void AnnouncementBell::arm()
 {
     m_connection.connect(ConnmanNames::Service, ConnmanNames::ManagerObject, ConnmanNames::ManagerInterface,
-                         ConnmanNames::ServicesChanged, ConnmanNames::ServicesChangedSignature, m_listener.get(),
-                         SLOT(ring()));
+                         ConnmanNames::ServicesChanged, ConnmanNames::ServicesChangedSignature,
+                         m_listener.get(), SLOT(ring()));
 }
 
 bool AnnouncementBell::wait(const QDeadlineTimer &deadline)

@@ -18,8 +18,8 @@ public:
     AnnouncementBell(const AnnouncementBell &) = delete;
     AnnouncementBell &operator=(const AnnouncementBell &) = delete;
 
-    /// When it returns, whatever has rung before is in the queue of its receiver on the main thread too, and what
-    /// comes later rings.
+    /// When it returns, whatever has rung before is in the queue of its receiver on the main thread too, and
+    /// what comes later rings.
     void arm();
     /// Blocks until it rings; false when it did not in time.
     bool wait(const QDeadlineTimer &deadline);

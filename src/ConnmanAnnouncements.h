@@ -10,9 +10,9 @@
 
 class QDeadlineTimer;
 
-/// What ConnMan announces unasked: which services have changed, come or gone, and that ConnMan itself has gone.
-/// One receiver for both, so that they are told in the order in which they happened, also to somebody who cannot
-/// wait for the event loop.
+/// What ConnMan announces unasked: which services have changed, come or gone, and that ConnMan itself has
+/// gone. One receiver for both, so that they are told in the order in which they happened, also to somebody
+/// who cannot wait for the event loop.
 class ConnmanAnnouncements : public QObject
 {
     Q_OBJECT

@@ -55,9 +55,9 @@ public:
 
     /// Handles what ConnMan has announced by now, and the first fill if that is still due; no other events.
     void deliverAnnouncements();
-    /// Handles what ConnMan has announced by now and then each further announcement, and no other events, until
-    /// `isEnough`, asked after each look, or the deadline ends it. (What a scan found is announced some 100 ms
-    /// after the scan's reply.)
+    /// Handles what ConnMan has announced by now and then each further announcement, and no other events,
+    /// until `isEnough`, asked after each look, or the deadline ends it. (What a scan found is announced some
+    /// 100 ms after the scan's reply.)
     void awaitAnnouncements(const QDeadlineTimer &deadline, const std::function<bool()> &isEnough);
 
 signals:
@@ -83,7 +83,8 @@ private:
     ConnmanRemote m_remote;
     QDBusConnection m_connection;
     ConnmanAnnouncements *m_announcements;
-    /// Held, so that there is one subscription for the manager's whole life and not one for each burst of services.
+    /// Held, so that there is one subscription for the manager's whole life and not one for each burst of
+    /// services.
     std::shared_ptr<ConnmanServiceSignals> m_serviceSignals;
     QHash<QString, InterfaceState> m_interfaceStates;
     /// Whether a service, its state or its interface has changed since the last update; services that outlive

@@ -2,7 +2,8 @@
 
 #include <QLatin1String>
 
-/// ConnMan's own words, as it spells them: its bus name, objects, methods, signals, properties, values and errors.
+/// ConnMan's own words, as it spells them: its bus name, objects, methods, signals, properties, values and
+/// errors.
 ///
 /// All are zero-terminated: log lines that show a name without quotes print its data().
 namespace ConnmanNames {

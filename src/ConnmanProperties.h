@@ -9,8 +9,9 @@ class ConnmanRemote;
 class QDBusVariant;
 class QLoggingCategory;
 
-/// The properties of one ConnMan service or technology, as they were last told: "GetProperties" replaces them,
-/// "PropertyChanged" patches them. Dictionaries in them are QVariantMaps (Utils::convertDBusArgument()).
+/// The properties of one ConnMan service or technology, as they were last told: "GetProperties" replaces
+/// them, "PropertyChanged" patches them. Dictionaries in them are QVariantMaps
+/// (Utils::convertDBusArgument()).
 ///
 /// What it has to say is logged in its owner's category, with the object's path where the text has one.
 class ConnmanProperties

@@ -28,9 +28,11 @@ QDBusPendingCall ConnmanRemote::asyncCall(QLatin1String method) const
     return m_connection.asyncCall(message(method), m_timeoutMs);
 }
 
-bool ConnmanRemote::subscribe(QLatin1String signal, QLatin1String signature, QObject *receiver, const char *slot)
+bool ConnmanRemote::subscribe(QLatin1String signal, QLatin1String signature, QObject *receiver,
+                              const char *slot)
 {
-    return m_connection.connect(ConnmanNames::Service, m_path, m_interface, signal, signature, receiver, slot);
+    return m_connection.connect(ConnmanNames::Service, m_path, m_interface, signal, signature, receiver,
+                                slot);
 }
 
 QDBusMessage ConnmanRemote::message(QLatin1String method) const

@@ -12,8 +12,8 @@ class QDBusPendingCall;
 
 /// One object of ConnMan on the bus, as its caller sees it: where it is, and how long it may take to answer.
 ///
-/// It takes the place of a QDBusInterface, which would introspect ConnMan, follow the owner of its name and cost
-/// 2 KiB for each network.
+/// It takes the place of a QDBusInterface, which would introspect ConnMan, follow the owner of its name and
+/// cost 2 KiB for each network.
 class ConnmanRemote
 {
 public:

@@ -52,7 +52,8 @@ QLatin1String wordFromState(State state)
 
 } // namespace
 
-ConnmanService::ConnmanService(const QDBusConnection &connection, const QDBusObjectPath &path, QObject *parent)
+ConnmanService::ConnmanService(const QDBusConnection &connection, const QDBusObjectPath &path,
+                               QObject *parent)
     : QObject(parent)
     , m_remote(connection, path.path(), ConnmanNames::ServiceInterface, CallTimeout)
     , m_properties(m_remote, logConnmanServiceProperties)

@@ -75,14 +75,14 @@ public:
     QString type() const;
     /// The network interface the service is bound to, such as "wlan0".
     QString interface() const;
-    /// The IPv4 settings in force, or those configured where the method is "manual". Keys "Method", "Address",
-    /// "Netmask" and "Gateway", each a string and each only where ConnMan has one; empty when the method is not
-    /// known.
+    /// The IPv4 settings in force, or those configured where the method is "manual". Keys "Method",
+    /// "Address", "Netmask" and "Gateway", each a string and each only where ConnMan has one; empty when the
+    /// method is not known.
     QVariantMap getIpv4Configuration() const;
     /// One of them, such as ConnmanNames::Address; empty when it is not there.
     QString getIpv4ConfigurationValue(const QString &key) const;
-    /// The configured IPv6 settings, which are not the address in use. Keys "Method", "Address", "Gateway" and
-    /// "Privacy", strings, and "PrefixLength", an int; each only where ConnMan has one.
+    /// The configured IPv6 settings, which are not the address in use. Keys "Method", "Address", "Gateway"
+    /// and "Privacy", strings, and "PrefixLength", an int; each only where ConnMan has one.
     QVariantMap getIpv6Configuration() const;
     QString getIpv6ConfigurationValue(const QString &key) const;
     /// getIpv6Configuration() after a refresh of the cache.
@@ -108,9 +108,10 @@ public:
     bool configureIpv6(bool enable);
     bool setNameservers(const QList<QHostAddress> &servers);
     bool setAutoConnect(bool enable);
-    /// Connects and waits for ConnMan's answer, CallTimeout at most, while the event loop goes on turning: agent
-    /// requests, property changes and other clients' calls are served meanwhile. The end of the application
-    /// ends it at once, as failed and without a word. The caller must hold a reference to the service.
+    /// Connects and waits for ConnMan's answer, CallTimeout at most, while the event loop goes on turning:
+    /// agent requests, property changes and other clients' calls are served meanwhile. The end of the
+    /// application ends it at once, as failed and without a word. The caller must hold a reference to the
+    /// service.
     bool connect();
     /// A service that is not connected (net.connman.Error.NotConnected) or has gone counts as disconnected.
     bool disconnect();

@@ -97,7 +97,9 @@ QList<QHostAddress> ConnmanService::getNameservers() const
 
 QString ConnmanService::name() const
 {
-    return m_properties.findOptional(QStringLiteral("Name"), QMetaType::QString).value_or(QVariant()).toString();
+    return m_properties.findOptional(QStringLiteral("Name"), QMetaType::QString)
+        .value_or(QVariant())
+        .toString();
 }
 
 QString ConnmanService::type() const

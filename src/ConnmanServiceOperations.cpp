@@ -111,8 +111,8 @@ bool ConnmanService::setAutoConnect(bool enable)
 bool ConnmanService::connect()
 {
     const QDBusPendingCall call = m_remote.asyncCall(Connect);
-    // The watcher's signal queues up behind what ConnMan sent before the answer, such as the agent's ReportError,
-    // which must have been handled.
+    // The watcher's signal queues up behind what ConnMan sent before the answer, such as the agent's
+    // ReportError, which must have been handled.
     const QDBusPendingCallWatcher watcher(call);
     QEventLoop untilAnswered;
     QObject::connect(&watcher, &QDBusPendingCallWatcher::finished, &untilAnswered, &QEventLoop::quit);
@@ -145,8 +145,9 @@ bool ConnmanService::disconnect()
     call.waitForFinished();
 
     // The address that was in use stays with the service, whether it could be disconnected or not.
-    dbusSetProperty(Ipv4Configuration,
-                    QVariantMap{{Method, QString(ConnmanNames::Manual)}, {Address, address}, {Gateway, gateway}});
+    dbusSetProperty(
+        Ipv4Configuration,
+        QVariantMap{{Method, QString(ConnmanNames::Manual)}, {Address, address}, {Gateway, gateway}});
     if (!dbusUpdateProperties()) {
         return false;
     }

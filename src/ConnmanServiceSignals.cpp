@@ -24,9 +24,9 @@ std::shared_ptr<ConnmanServiceSignals> ConnmanServiceSignals::of(const QDBusConn
 ConnmanServiceSignals::ConnmanServiceSignals(QDBusConnection connection)
 {
     const QString anyPath;
-    m_isSubscribed = connection.connect(
-        ConnmanNames::Service, anyPath, ConnmanNames::ServiceInterface, ConnmanNames::PropertyChanged,
-        ConnmanNames::PropertyChangedSignature, this, SLOT(propertyChanged(QString, QDBusVariant, QDBusMessage)));
+    m_isSubscribed = connection.connect(ConnmanNames::Service, anyPath, ConnmanNames::ServiceInterface,
+                                        ConnmanNames::PropertyChanged, ConnmanNames::PropertyChangedSignature,
+                                        this, SLOT(propertyChanged(QString, QDBusVariant, QDBusMessage)));
 }
 
 bool ConnmanServiceSignals::add(ConnmanService *service)

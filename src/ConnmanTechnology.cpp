@@ -80,8 +80,8 @@ bool ConnmanTechnology::scan() const
     if (!call.isError()) {
         return true;
     }
-    qCCritical(logConnmanTechnology) << "Failed to asynchronously call" << Scan.data() << "on" << m_remote.path()
-                                     << ":" << call.error().message();
+    qCCritical(logConnmanTechnology) << "Failed to asynchronously call" << Scan.data() << "on"
+                                     << m_remote.path() << ":" << call.error().message();
     return false;
 }
 

@@ -23,8 +23,8 @@ public:
     QString type() const;
     bool isConnected() const;
     bool isTethering() const;
-    /// Refreshes the cache, then: 1 powered, 0 not powered, -1 unknown. A number other than 0 counts as powered,
-    /// a value that is neither boolean nor number as unknown.
+    /// Refreshes the cache, then: 1 powered, 0 not powered, -1 unknown. A number other than 0 counts as
+    /// powered, a value that is neither boolean nor number as unknown.
     int isPowered();
 
     /// Replaces the cache by what "GetProperties" reports. False only when ConnMan no longer has the
@@ -33,8 +33,8 @@ public:
     /// Writes one property; the cache follows with ConnMan's "PropertyChanged".
     bool setProperty(const QString &name, const QVariant &value);
     bool setPowered(bool on);
-    /// Scans for networks and blocks until ConnMan reports the scan complete: usually 1 to 4 s, more with many
-    /// channels, and no longer than a call's time-out (25 s), which counts as failed.
+    /// Scans for networks and blocks until ConnMan reports the scan complete: usually 1 to 4 s, more with
+    /// many channels, and no longer than a call's time-out (25 s), which counts as failed.
     bool scan() const;
 
 public slots:

@@ -30,8 +30,8 @@ struct StateLights
     Light wifi;
 };
 
-// The links differ on purpose: idle is no news of a cable, and a cable does not associate. A ready cable is not lit
-// before its address is known.
+// The links differ on purpose: idle is no news of a cable, and a cable does not associate. A ready cable is
+// not lit before its address is known.
 constexpr std::array<StateLights, 8> Lights{{
     {State::Unknown, Light::Off, Light::Off},
     {State::Disconnect, Light::Off, Light::Off},

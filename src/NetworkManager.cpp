@@ -1,4 +1,5 @@
-// NetworkManager's construction, attaching to ConnMan, keyboard, interface states, and the device's own settings.
+// NetworkManager's construction, attaching to ConnMan, keyboard, interface states, and the device's own
+// settings.
 
 #include "NetworkManager.h"
 

@@ -28,8 +28,9 @@ namespace libtactora {
 class DBusService;
 }
 
-/// The daemon's centre: it owns all other objects, attaches to ConnMan, and performs the clients' operations. What it
-/// decides of its own accord is in rooms of their own: PreferredNetwork, WifiSwitch, EthernetAnnouncement, Feedback.
+/// The daemon's centre: it owns all other objects, attaches to ConnMan, and performs the clients' operations.
+/// What it decides of its own accord is in rooms of their own: PreferredNetwork, WifiSwitch,
+/// EthernetAnnouncement, Feedback.
 ///
 /// A "name" or "ssid" argument of an operation is a network identifier (ConnmanService::identifier()).
 /// Operations return false or an empty value on failure; the reason is logged and sent as error(). Until
@@ -37,8 +38,8 @@ class DBusService;
 /// power is off. An operation that looks a network up scans once, for seconds, when it is not there.
 ///
 /// The implementation is split by concern:
-///   NetworkManager.cpp                  construction, attaching to ConnMan, keyboard, interface states, the device
-///   NetworkManagerErrors.cpp            how operations find their network, and say why they fail
+///   NetworkManager.cpp                  construction, attaching to ConnMan, keyboard, interface states, the
+///   device NetworkManagerErrors.cpp            how operations find their network, and say why they fail
 ///   NetworkManagerQueries.cpp           the read-only operations
 ///   NetworkManagerConnecting.cpp        connect, disconnect, forget
 ///   NetworkManagerRegistering.cpp       registering networks

@@ -100,8 +100,7 @@ bool NetworkManager::setNameservers(const QString &name, const QStringList &serv
     return service->setNameservers(addresses);
 }
 
-bool NetworkManager::reportRefusedConfiguration(bool configured, const QString &name,
-                                                const QString &method)
+bool NetworkManager::reportRefusedConfiguration(bool configured, const QString &name, const QString &method)
 {
     if (!configured) {
         emit error(QStringLiteral("Unable to configure network '%1' with method '%2'.").arg(name, method));

@@ -19,8 +19,9 @@ QVariantMap NetworkManager::networks()
         if (ipv6.value(ConnmanNames::Method).toString() != ConnmanNames::Auto) {
             configureIPv6(service->identifier(), ConnmanNames::Auto);
         }
-        networks.insert(service->identifier(), ReplyValues::sendable(service->properties(),
-                                                                     ReplyValues::Place::InDictionaryOfReply));
+        networks.insert(
+            service->identifier(),
+            ReplyValues::sendable(service->properties(), ReplyValues::Place::InDictionaryOfReply));
     }
     return networks;
 }

@@ -26,7 +26,8 @@ constexpr qint64 SerialNumberOffset = 200000;
 
 QStringList setLink(const QStringList &change)
 {
-    return QStringList{QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("dev"), NetworkInterfaces::Wifi} +
+    return QStringList{QStringLiteral("link"), QStringLiteral("set"), QStringLiteral("dev"),
+                       NetworkInterfaces::Wifi} +
            change;
 }
 

@@ -7,9 +7,9 @@
 
 class ServiceLookup;
 
-/// What an operation holds while it waits for ConnMan to connect a network: ConnMan does not connect any other Wi-Fi
-/// network by itself, and the daemon does not try the preferred one. Afterwards ConnMan may connect again, whatever
-/// it might before.
+/// What an operation holds while it waits for ConnMan to connect a network: ConnMan does not connect any
+/// other Wi-Fi network by itself, and the daemon does not try the preferred one. Afterwards ConnMan may
+/// connect again, whatever it might before.
 class ConnectingScope
 {
 public:
@@ -30,8 +30,8 @@ struct Credentials
     QString extraName; ///< the hidden network's name or the enterprise identity
 };
 
-/// The agent has the credentials as long as this lives. There is one set of them: a second registration inside the
-/// wait of the first overwrites it, and then clears it.
+/// The agent has the credentials as long as this lives. There is one set of them: a second registration
+/// inside the wait of the first overwrites it, and then clears it.
 class CredentialsScope
 {
 public:

@@ -40,7 +40,8 @@ void PreferredNetwork::tryToJoin()
         return;
     }
     if (!isLinkIdle()) {
-        qCDebug(logNetworkManager) << "Interface" << NetworkInterfaces::Wifi.data() << "isn't Idle, is" << m_linkState;
+        qCDebug(logNetworkManager) << "Interface" << NetworkInterfaces::Wifi.data() << "isn't Idle, is"
+                                   << m_linkState;
         return;
     }
     const QList<Service> all = m_lookup.services();

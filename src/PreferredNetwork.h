@@ -10,8 +10,8 @@ class Feedback;
 class NetworkSettings;
 class ServiceLookup;
 
-/// The one Wi-Fi network that the daemon joins by itself: which it is, when it may be tried, and that the user
-/// hears of its return after Wi-Fi was switched on.
+/// The one Wi-Fi network that the daemon joins by itself: which it is, when it may be tried, and that the
+/// user hears of its return after Wi-Fi was switched on.
 class PreferredNetwork : public QObject
 {
     Q_OBJECT
@@ -19,8 +19,8 @@ class PreferredNetwork : public QObject
 public:
     using Service = std::shared_ptr<ConnmanService>;
 
-    /// While one lives, an operation waits for ConnMan to connect: attempts that become due are dropped, for they
-    /// would end what the user has chosen.
+    /// While one lives, an operation waits for ConnMan to connect: attempts that become due are dropped, for
+    /// they would end what the user has chosen.
     class Hold
     {
     public:
@@ -34,7 +34,8 @@ public:
     };
 
     /// All three must outlive it.
-    PreferredNetwork(NetworkSettings &settings, ServiceLookup &lookup, const Feedback &feedback, QObject *parent);
+    PreferredNetwork(NetworkSettings &settings, ServiceLookup &lookup, const Feedback &feedback,
+                     QObject *parent);
 
     /// Tries once to join it, if Wi-Fi is idle; waits for ConnMan as ConnmanService::connect() does.
     void tryToJoin();
@@ -47,7 +48,8 @@ public:
     void linkIsUp();
     /// From now on the next return is announced.
     void wifiWasSwitchedOn() { m_returnIsNews = true; }
-    /// A client has connected that network: it is the preferred one from now on, and its joining is told already.
+    /// A client has connected that network: it is the preferred one from now on, and its joining is told
+    /// already.
     void choose(const Service &service);
 
 signals:

@@ -76,8 +76,9 @@ bool isSendable(const QVariant &value, int depth)
     const int type = value.userType();
     if (type == QMetaType::QVariantMap) {
         const QVariantMap map = value.toMap();
-        return std::all_of(map.cbegin(), map.cend(),
-                           [depth](const QVariant &entry) { return isSendable(entry, depth + DictionaryDepth); });
+        return std::all_of(map.cbegin(), map.cend(), [depth](const QVariant &entry) {
+            return isSendable(entry, depth + DictionaryDepth);
+        });
     }
     if (type == QMetaType::QStringList) {
         return depth + ArrayDepth <= MaxDepth;
@@ -104,7 +105,8 @@ QVariantMap ReplyValues::sendable(const QVariantMap &values, Place place)
     QVariantMap result = values;
     for (auto entry = values.cbegin(); entry != values.cend(); ++entry) {
         if (!isSendable(entry.value(), static_cast<int>(place))) {
-            qCWarning(logNetworkManager) << "Left out of the reply, the bus would not take it:" << entry.key();
+            qCWarning(logNetworkManager)
+                << "Left out of the reply, the bus would not take it:" << entry.key();
             result.remove(entry.key());
         }
     }

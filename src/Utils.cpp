@@ -8,7 +8,8 @@ namespace {
 
 Q_LOGGING_CATEGORY(logUtils, "Utils", QtCriticalMsg)
 
-/// Thousands of dictionaries have the same few keys: each is held once. Not without limit, for a peer may send any.
+/// Thousands of dictionaries have the same few keys: each is held once. Not without limit, for a peer may
+/// send any.
 QString pooled(const QString &key)
 {
     constexpr int Limit = 256;

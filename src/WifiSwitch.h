@@ -9,8 +9,8 @@ class Feedback;
 class PreferredNetwork;
 class ServiceLookup;
 
-/// Wi-Fi's power: on and off, over the bus or with ConnMan's command-line tool, and what follows some seconds after
-/// it was switched on: a scan, and an attempt on the preferred network.
+/// Wi-Fi's power: on and off, over the bus or with ConnMan's command-line tool, and what follows some seconds
+/// after it was switched on: a scan, and an attempt on the preferred network.
 class WifiSwitch : public QObject
 {
     Q_OBJECT
@@ -22,8 +22,8 @@ public:
     /// From now on ConnMan is asked; before, Wi-Fi is off and cannot be switched over the bus.
     void attach(ConnmanTechnology *wifi) { m_wifi = wifi; }
 
-    /// Blocks until ConnMan tells whether Wi-Fi is on or off, for however long that takes; false when the bus has
-    /// gone instead.
+    /// Blocks until ConnMan tells whether Wi-Fi is on or off, for however long that takes; false when the bus
+    /// has gone instead.
     bool waitForPowerState();
     bool isOn();
 

@@ -59,7 +59,8 @@ void ConnmanLossTest::nothingIsAskedOfAConnmanThatIsGone()
     device.simulator.addService(home, homeIs("ready"_s));
     QVERIFY(device.begin());
     device.simulator.setPresent(connman, false);
-    QVERIFY(device.log().waitFor("ConnmanManager.services|debug|Removing service \"%1\""_s.arg(servicePath(home))));
+    QVERIFY(device.log().waitFor(
+        "ConnmanManager.services|debug|Removing service \"%1\""_s.arg(servicePath(home))));
     device.client.settle();
     QCOMPARE(device.log().problems(), QStringList());
     QCOMPARE(device.simulator.calls(), QStringList());
@@ -74,11 +75,12 @@ void ConnmanLossTest::preferredNetworkIsJoinedWhenItIsBack()
     QVERIFY(device.startAndAttach());
     QVERIFY(device.client.waitFor("powerChanged(true)"_s));
     device.simulator.setPresent(connman, false);
-    // The new ConnMan has another identifier for it (the card's address is part of it), and has not joined it.
+    // The new ConnMan has another identifier for it (the card's address is part of it), and has not joined
+    // it.
     device.simulator.removeService(home);
     device.simulator.addService(homeOfTheNewConnman, homeIs("idle"_s));
-    const Fault success = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::reply({}),
-                                                       servicePath(homeOfTheNewConnman), 0);
+    const Fault success = device.simulator.injectFault(
+        "net.connman.Service"_s, "Connect"_s, FaultKind::reply({}), servicePath(homeOfTheNewConnman), 0);
     device.simulator.setPresent(connman, true);
     device.reportState(homeOfTheNewConnman, "idle"_s);
     QVERIFY(device.simulator.waitForCall(connectCall(homeOfTheNewConnman)));
@@ -116,16 +118,19 @@ void ConnmanLossTest::connectEndsWithConnman()
     device.tolerateRefusedAutoConnect();
     // What the operation still asked of the ConnMan that is gone.
     const QString absent = "The name net.connman was not provided by any .service files"_s;
-    device.log().tolerate("ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
-                          "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", \"Message recipient disconnected from "
-                          "message bus without replying\")"_s.arg(servicePath(home)));
-    device.log().tolerate("ConnmanService|critical|Failed to asynchronously call Disconnect on \"%1\" : "
-                          "QDBusError(\"org.freedesktop.DBus.Error.ServiceUnknown\", \"%2\")"_s.arg(servicePath(home),
-                                                                                                     absent));
-    device.log().tolerate("ConnmanService.properties|critical|Call to GetProperties failed: \"%1\""_s.arg(absent));
+    device.log().tolerate(
+        "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
+        "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", \"Message recipient disconnected from "
+        "message bus without replying\")"_s.arg(servicePath(home)));
+    device.log().tolerate(
+        "ConnmanService|critical|Failed to asynchronously call Disconnect on \"%1\" : "
+        "QDBusError(\"org.freedesktop.DBus.Error.ServiceUnknown\", \"%2\")"_s.arg(servicePath(home), absent));
+    device.log().tolerate(
+        "ConnmanService.properties|critical|Call to GetProperties failed: \"%1\""_s.arg(absent));
     for (const QString &property : {"IPv4.Configuration"_s, "AutoConnect"_s}) {
-        device.log().tolerate("ConnmanService.properties|critical|Setting property \"%1\" failed: \"%2\""_s.arg(
-            property, absent));
+        device.log().tolerate(
+            "ConnmanService.properties|critical|Setting property \"%1\" failed: \"%2\""_s.arg(property,
+                                                                                              absent));
     }
     device.log().tolerate("ConnmanService.properties|critical|Missing property \"Address\""_s);
     device.log().tolerate("ConnmanService.properties|critical|Missing property \"Gateway\""_s);

@@ -6,8 +6,8 @@
 using namespace scene;
 using namespace test_support;
 
-/// Values of ConnMan's that no reply can carry: the client gets its answer without them, and the daemon keeps its
-/// connection.
+/// Values of ConnMan's that no reply can carry: the client gets its answer without them, and the daemon keeps
+/// its connection.
 class HostileRepliesTest : public QObject
 {
     Q_OBJECT
@@ -45,8 +45,8 @@ void HostileRepliesTest::valueNestedTooDeeplyIsLeftOut()
     QFETCH(int, depth);
     Operations device;
     device.daemon.setLoggingRules("NetworkManager.warning=true"_s);
-    device.simulator.addService(home, {{"Name"_s, "Home"_s},
-                                       {"IPv6"_s, QVariantMap{{"Method"_s, "auto"_s}}}});
+    device.simulator.addService(home,
+                                {{"Name"_s, "Home"_s}, {"IPv6"_s, QVariantMap{{"Method"_s, "auto"_s}}}});
     QVERIFY(device.begin());
     device.simulator.setServiceProperty(home, "Deep"_s, nested(depth), true);
     device.reportState(home, "ready"_s);
@@ -61,9 +61,9 @@ void HostileRepliesTest::valueNestedTooDeeplyIsLeftOut()
 void HostileRepliesTest::deepValueThatStillFitsIsPassedOn()
 {
     Operations device;
-    device.simulator.addService(home, {{"Name"_s, "Home"_s},
-                                       {"IPv6"_s, QVariantMap{{"Method"_s, "auto"_s}}},
-                                       {"Deep"_s, nested(deepest)}});
+    device.simulator.addService(
+        home,
+        {{"Name"_s, "Home"_s}, {"IPv6"_s, QVariantMap{{"Method"_s, "auto"_s}}}, {"Deep"_s, nested(deepest)}});
     QVERIFY(device.begin());
     const auto networks = qdbus_cast<QVariantMap>(device.client.call("networks"));
     QVERIFY(qdbus_cast<QVariantMap>(networks.value(home)).contains("Deep"_s));

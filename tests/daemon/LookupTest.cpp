@@ -68,8 +68,8 @@ void LookupTest::networkAnnouncedAfterOthersIsStillFound_data()
     QTest::newRow("late") << 150;
 }
 
-// Announcements about something else, queued before the scan's reply or coming before the one that matters, are not
-// taken for it.
+// Announcements about something else, queued before the scan's reply or coming before the one that matters,
+// are not taken for it.
 void LookupTest::networkAnnouncedAfterOthersIsStillFound()
 {
     QFETCH(int, announcedAfterMs);
@@ -77,8 +77,8 @@ void LookupTest::networkAnnouncedAfterOthersIsStillFound()
     QVERIFY(device.startWithoutRadio());
     device.simulator.setTiming("scan"_s, 200);
     device.simulator.setTiming("announce"_s, announcedAfterMs);
-    const QString found = device.simulator.addNetwork(
-        {{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}, {"atOnce"_s, false}});
+    const QString found =
+        device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}, {"atOnce"_s, false}});
     device.client.send("connect", found);
     QVERIFY(device.simulator.waitForCall(scene::scan));
     for (int announcement = 0; announcement < 3; ++announcement) {

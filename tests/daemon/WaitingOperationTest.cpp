@@ -100,8 +100,8 @@ void WaitingOperationTest::signalEndsTheWait_data()
     QTest::newRow("SIGINT") << SIGINT;
 }
 
-// An operation that is cut short still answers its client, and lets ConnMan connect by itself again: neither would be if
-// the process had only been killed.
+// An operation that is cut short still answers its client, and lets ConnMan connect by itself again: neither
+// would be if the process had only been killed.
 void WaitingOperationTest::signalEndsTheWait()
 {
     QFETCH(int, signal);
@@ -120,8 +120,8 @@ void WaitingOperationTest::signalEndsNestedWaits()
     constexpr int Depth = 5;
     Device device;
     QVERIFY(device.begin());
-    const Fault unanswered = device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::never(),
-                                                          {}, Depth);
+    const Fault unanswered =
+        device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::never(), {}, Depth);
     for (int call = 0; call < Depth; ++call) {
         QVERIFY(device.startConnecting(den));
     }
@@ -140,7 +140,8 @@ void WaitingOperationTest::signalEndsTheWaitForThePreferredNetwork()
     QVERIFY(device.daemon.sendSignal(SIGTERM));
     QCOMPARE(device.daemon.waitForExit(), EXIT_SUCCESS);
     QVERIFY(device.log().lines().contains(
-        "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(servicePath(home))));
+        "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(
+            servicePath(home))));
 }
 
 void WaitingOperationTest::lossOfTheBusEndsTheWait()

@@ -1,5 +1,5 @@
-// Letting ConnMan's announcements in, and nothing else, while the event loop stands still; and what becomes of the
-// services when ConnMan goes.
+// Letting ConnMan's announcements in, and nothing else, while the event loop stands still; and what becomes
+// of the services when ConnMan goes.
 
 #include "ConnmanManager.h"
 #include "ConnmanTechnology.h"

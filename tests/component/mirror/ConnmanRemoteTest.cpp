@@ -1,8 +1,8 @@
 // The calls that the proxies make: how long they wait, and what a call without an answer leaves behind.
 
+#include "ConnmanRemote.h"
 #include "ConnmanNames.h"
 #include "ConnmanProperties.h"
-#include "ConnmanRemote.h"
 #include "MirrorWorld.h"
 
 #include <QDBusMessage>
@@ -83,14 +83,15 @@ void ConnmanRemoteTest::propertiesOfAnotherTypeAreAnError()
     MirrorWorld world;
     const ConnmanRemote remote = impatientRemote(world);
     ConnmanProperties properties(remote, logRemoteTest);
-    const Fault odd = world.simulator().injectFault(ConnmanNames::ServiceInterface, ConnmanNames::GetProperties,
-                                                    FaultKind::reply({QStringLiteral("text")}));
+    const Fault odd =
+        world.simulator().injectFault(ConnmanNames::ServiceInterface, ConnmanNames::GetProperties,
+                                      FaultKind::reply({QStringLiteral("text")}));
     const QDBusError error = properties.fetch();
     QCOMPARE(error.type(), QDBusError::InvalidSignature);
     properties.logFailedFetch(error);
     QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(
-        critical(QStringLiteral("RemoteTest"), QStringLiteral("Call to GetProperties failed: \"Unexpected reply"))));
+    QVERIFY(world.complaints().constFirst().startsWith(critical(
+        QStringLiteral("RemoteTest"), QStringLiteral("Call to GetProperties failed: \"Unexpected reply"))));
 }
 
 QTEST_GUILESS_MAIN(ConnmanRemoteTest)

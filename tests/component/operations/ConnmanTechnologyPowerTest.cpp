@@ -26,6 +26,8 @@ private slots:
     void rejectedPowerIsLogged();
     void switchingARemovedTechnologyIsNotLogged();
     void anyPropertyCanBeSet();
+    void powerOfAnotherType_data();
+    void powerOfAnotherType();
 
     void scanBlocksUntilConnmanHasScanned();
     void scanProcessesNoEvents();
@@ -70,6 +72,34 @@ void ConnmanTechnologyPowerTest::switchedPowerFollowsConnmansSignal()
         log().contains(QStringLiteral("propertyChanged( \"Powered\" ,  QVariant(bool, false) )")),
         eventTimeoutMs);
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Powered\", <false>")));
+}
+
+void ConnmanTechnologyPowerTest::powerOfAnotherType_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<int>("power");
+    QTest::newRow("1") << QVariant(1) << 1;
+    QTest::newRow("0") << QVariant(0) << 0;
+    QTest::newRow("another number") << QVariant(7) << 1;
+    QTest::newRow("negative number") << QVariant(-1) << 1;
+    QTest::newRow("large number") << QVariant(qlonglong(1) << 32) << 1;
+    QTest::newRow("fraction") << QVariant(0.5) << 1;
+    QTest::newRow("byte") << QVariant::fromValue(uchar(0)) << 0;
+    QTest::newRow("number in a string") << QVariant(QStringLiteral("1")) << -1;
+    QTest::newRow("word") << QVariant(QStringLiteral("true")) << -1;
+    QTest::newRow("dictionary") << QVariant(QVariantMap()) << -1;
+}
+
+void ConnmanTechnologyPowerTest::powerOfAnotherType()
+{
+    QFETCH(QVariant, value);
+    QFETCH(int, power);
+    connman().setTechnologyProperty(name(), powered, value, true);
+
+    QCOMPARE(technology().isPowered(), power);
+    const QStringList invalid{
+        QStringLiteral("Invalid type of property \"Powered\" of service \"%1\"").arg(path())};
+    QCOMPARE(criticalLines(), power < 0 ? invalid : QStringList());
 }
 
 void ConnmanTechnologyPowerTest::rejectedPowerIsLogged_data()

@@ -1,0 +1,91 @@
+// What of ConnMan's values can stand in a reply.
+
+#include "LogCapture.h"
+#include "ReplyValues.h"
+
+#include <QDBusSignature>
+#include <QDBusUnixFileDescriptor>
+#include <QDBusVariant>
+#include <QtTest>
+
+#include <unistd.h>
+
+using ReplyValues::Place;
+
+namespace {
+
+const QString Key = QStringLiteral("Key");
+constexpr int MaxDepth = 64;
+
+QVariant nested(int depth)
+{
+    QVariant value = 7;
+    for (int level = 0; level < depth; ++level) {
+        value = QVariant::fromValue(QDBusVariant(value));
+    }
+    return value;
+}
+
+/// A dictionary with a dictionary, and so on, three containers each.
+QVariant nestedMaps(int depth)
+{
+    QVariant value = 7;
+    for (int level = 0; level < depth; ++level) {
+        value = QVariantMap{{Key, value}};
+    }
+    return value;
+}
+
+} // namespace
+
+class ReplyValuesTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void valueIsSentOrLeftOut_data();
+    void valueIsSentOrLeftOut();
+    void othersAreSent();
+};
+
+void ReplyValuesTest::valueIsSentOrLeftOut_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::addColumn<bool>("isSent");
+    const int room = MaxDepth - static_cast<int>(Place::InReply);
+
+    QTest::newRow("text") << QVariant(Key) << true;
+    QTest::newRow("as deep as there is room") << nested(room) << true;
+    QTest::newRow("one deeper") << nested(room + 1) << false;
+    QTest::newRow("dictionaries as deep as there is room") << nestedMaps(room / 3) << true;
+    QTest::newRow("one dictionary deeper") << nestedMaps(room / 3 + 1) << false;
+    QTest::newRow("list at the bottom") << QVariant(QVariantMap{{Key, QStringList(Key)}}) << true;
+    QTest::newRow("signature") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}"))) << true;
+    QTest::newRow("empty signature") << QVariant::fromValue(QDBusSignature()) << false;
+    QTest::newRow("empty signature inside")
+        << QVariant(QVariantMap{{Key, QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusSignature())))}})
+        << false;
+    QTest::newRow("descriptor") << QVariant::fromValue(QDBusUnixFileDescriptor(STDIN_FILENO)) << false;
+}
+
+void ReplyValuesTest::valueIsSentOrLeftOut()
+{
+    QFETCH(QVariant, value);
+    QFETCH(bool, isSent);
+    QLoggingCategory::setFilterRules(QStringLiteral("NetworkManager.warning=true"));
+    const test_support::LogCapture log;
+    QCOMPARE(ReplyValues::sendable({{Key, value}}, Place::InReply).contains(Key), isSent);
+    const QStringList line{QStringLiteral("Left out of the reply, the bus would not take it: \"Key\"")};
+    QCOMPARE(log.lines(QStringLiteral("NetworkManager"), QtWarningMsg), isSent ? QStringList() : line);
+}
+
+void ReplyValuesTest::othersAreSent()
+{
+    const QVariantMap values{{QStringLiteral("Bad"), QVariant::fromValue(QDBusSignature())},
+                             {QStringLiteral("Good"), 7}};
+    const QVariantMap sent = ReplyValues::sendable(values, Place::InReply);
+    QCOMPARE(sent.keys(), {QStringLiteral("Good")});
+}
+
+QTEST_GUILESS_MAIN(ReplyValuesTest)
+#include "ReplyValuesTest.moc"
