@@ -2,7 +2,7 @@
 # Link `project_options` to get the language level, the warnings, the hardening
 # and (in the asan and coverage presets) the instrumentation.
 
-option(WARNINGS_AS_ERRORS "Treat compiler warnings as errors" ON)
+option(WARNINGS_AS_ERRORS "Treat compiler warnings as errors (as the presets do)" OFF)
 set(SANITIZE "" CACHE STRING "Sanitizers to build with, e.g. address,undefined")
 option(COVERAGE "Instrument for gcov" OFF)
 
@@ -30,11 +30,16 @@ target_compile_definitions(project_options INTERFACE
   QT_DEPRECATED_WARNINGS
   QT_DISABLE_DEPRECATED_BEFORE=0x050f00)
 
-if(CMAKE_BUILD_TYPE STREQUAL "Release" AND NOT SANITIZE)
-  target_compile_options(project_options INTERFACE
-    -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2 -fstack-protector-strong)
-  target_link_options(project_options INTERFACE LINKER:-z,relro,-z,now)
+# Hardening. Fortified functions need an optimised build and no sanitizer; who sets their level in the flags, as Debian's
+# package builds do, is not contradicted.
+target_compile_options(project_options INTERFACE -fstack-protector-strong)
+target_link_options(project_options INTERFACE LINKER:-z,relro,-z,now)
+string(TOUPPER "CMAKE_CXX_FLAGS_${CMAKE_BUILD_TYPE}" build_type_flags)
+set(all_flags "${CMAKE_CXX_FLAGS} ${${build_type_flags}}")
+if(all_flags MATCHES "-O[1-3s]" AND NOT all_flags MATCHES "_FORTIFY_SOURCE" AND NOT SANITIZE)
+  target_compile_options(project_options INTERFACE -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2)
 endif()
+
 if(SANITIZE)
   target_compile_options(project_options INTERFACE
     -fsanitize=${SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
