@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 class AnnouncementBell::Listener : public QObject
 {
@@ -24,8 +25,8 @@ private:
     QSemaphore *m_rung;
 };
 
-AnnouncementBell::AnnouncementBell(const QDBusConnection &connection)
-    : m_connection(connection)
+AnnouncementBell::AnnouncementBell(QDBusConnection connection)
+    : m_connection(std::move(connection))
     , m_listener(std::make_unique<Listener>(m_rung))
 {
     m_listener->moveToThread(&m_thread);

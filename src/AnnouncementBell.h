@@ -13,7 +13,7 @@ class QDeadlineTimer;
 class AnnouncementBell
 {
 public:
-    explicit AnnouncementBell(const QDBusConnection &connection);
+    explicit AnnouncementBell(QDBusConnection connection);
     ~AnnouncementBell();
     AnnouncementBell(const AnnouncementBell &) = delete;
     AnnouncementBell &operator=(const AnnouncementBell &) = delete;

@@ -1,6 +1,7 @@
 #include "ConnmanAgent.h"
 
 #include "ConnmanNames.h"
+#include "Latin1.h"
 #include "Utils.h"
 
 #include <QDBusObjectPath>
@@ -12,15 +13,15 @@ Q_LOGGING_CATEGORY(logConnmanAgent, "ConnmanAgent", QtCriticalMsg)
 
 namespace {
 
-constexpr QLatin1String Type("Type");
+constexpr QLatin1String Type = latin1("Type");
 
-constexpr QLatin1String Passphrase("Passphrase");
-constexpr QLatin1String PassphraseOfPsk("psk");
-constexpr QLatin1String PlainText("string");
+constexpr QLatin1String Passphrase = latin1("Passphrase");
+constexpr QLatin1String PassphraseOfPsk = latin1("psk");
+constexpr QLatin1String PlainText = latin1("string");
 
-constexpr QLatin1String WrongType("Invalid value of type key ");
+constexpr QLatin1String WrongType = latin1("Invalid value of type key ");
 /// Spelt so on purpose.
-constexpr QLatin1String WrongTypeOfWps("Invalid value of type-key ");
+constexpr QLatin1String WrongTypeOfWps = latin1("Invalid value of type-key ");
 
 /// The request without what must not be logged: after a failed attempt ConnMan shows the passphrase it tried.
 QVariantMap withoutSecrets(const QVariantMap &fields)

@@ -6,9 +6,11 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 
-ConnmanAnnouncements::ConnmanAnnouncements(const QDBusConnection &connection, QObject *parent)
+#include <utility>
+
+ConnmanAnnouncements::ConnmanAnnouncements(QDBusConnection connection, QObject *parent)
     : QObject(parent)
-    , m_connection(connection)
+    , m_connection(std::move(connection))
 {
     m_connection.connect(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                          QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameOwnerChanged"),

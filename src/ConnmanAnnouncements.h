@@ -18,7 +18,7 @@ class ConnmanAnnouncements : public QObject
     Q_OBJECT
 
 public:
-    ConnmanAnnouncements(const QDBusConnection &connection, QObject *parent);
+    ConnmanAnnouncements(QDBusConnection connection, QObject *parent);
 
     /// Starts to receive; false when the connection is none.
     bool subscribe();

@@ -3,6 +3,7 @@
 #include "ConnmanAnnouncements.h"
 #include "ConnmanNames.h"
 #include "ConnmanServiceSignals.h"
+#include "Latin1.h"
 
 #include <QCoreApplication>
 #include <QDBusError>
@@ -24,9 +25,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr QLatin1String GetServices("GetServices");
-constexpr QLatin1String GetTechnologies("GetTechnologies");
-constexpr QLatin1String RegisterAgent("RegisterAgent");
+constexpr QLatin1String GetServices = latin1("GetServices");
+constexpr QLatin1String GetTechnologies = latin1("GetTechnologies");
+constexpr QLatin1String RegisterAgent = latin1("RegisterAgent");
 
 /// How long a service's new state must settle before the interfaces' states follow it.
 constexpr auto StateSettleTime = 2000ms;

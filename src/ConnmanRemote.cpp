@@ -7,9 +7,9 @@
 
 #include <utility>
 
-ConnmanRemote::ConnmanRemote(const QDBusConnection &connection, QString path, QLatin1String interface,
+ConnmanRemote::ConnmanRemote(QDBusConnection connection, QString path, QLatin1String interface,
                              std::chrono::milliseconds timeout)
-    : m_connection(connection)
+    : m_connection(std::move(connection))
     , m_path(std::move(path))
     , m_interface(interface)
     , m_timeoutMs(static_cast<int>(timeout.count()))

@@ -20,7 +20,7 @@ public:
     /// Qt's own time-out of a call, 25 s.
     static constexpr std::chrono::milliseconds UsualTimeout{-1};
 
-    ConnmanRemote(const QDBusConnection &connection, QString path, QLatin1String interface,
+    ConnmanRemote(QDBusConnection connection, QString path, QLatin1String interface,
                   std::chrono::milliseconds timeout = UsualTimeout);
 
     QString path() const { return m_path; }

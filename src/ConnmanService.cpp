@@ -3,6 +3,7 @@
 #include "ConnmanNames.h"
 #include "ConnmanServiceLog.h"
 #include "ConnmanServiceSignals.h"
+#include "Latin1.h"
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>
@@ -18,7 +19,7 @@ namespace {
 
 using State = ConnmanService::State;
 
-constexpr QLatin1String StateProperty("State");
+constexpr QLatin1String StateProperty = latin1("State");
 
 struct StateWord
 {

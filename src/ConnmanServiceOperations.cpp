@@ -4,6 +4,7 @@
 
 #include "ConnmanNames.h"
 #include "ConnmanServiceLog.h"
+#include "Latin1.h"
 
 #include <QDBusError>
 #include <QDBusPendingCall>
@@ -22,12 +23,12 @@ using ConnmanNames::Ipv6Configuration;
 using ConnmanNames::Method;
 using ConnmanNames::Netmask;
 
-constexpr QLatin1String Connect("Connect");
-constexpr QLatin1String Disconnect("Disconnect");
-constexpr QLatin1String Remove("Remove");
+constexpr QLatin1String Connect = latin1("Connect");
+constexpr QLatin1String Disconnect = latin1("Disconnect");
+constexpr QLatin1String Remove = latin1("Remove");
 
-constexpr QLatin1String NameserversConfiguration("Nameservers.Configuration");
-constexpr QLatin1String AutoConnect("AutoConnect");
+constexpr QLatin1String NameserversConfiguration = latin1("Nameservers.Configuration");
+constexpr QLatin1String AutoConnect = latin1("AutoConnect");
 
 QVariantMap onlyMethod(QLatin1String word)
 {

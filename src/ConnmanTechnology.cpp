@@ -1,6 +1,7 @@
 #include "ConnmanTechnology.h"
 
 #include "ConnmanNames.h"
+#include "Latin1.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -12,8 +13,8 @@ Q_LOGGING_CATEGORY(logConnmanTechnology, "ConnmanTechnology", QtCriticalMsg)
 
 namespace {
 
-constexpr QLatin1String Scan("Scan");
-constexpr QLatin1String Powered("Powered");
+constexpr QLatin1String Scan = latin1("Scan");
+constexpr QLatin1String Powered = latin1("Powered");
 
 bool isBooleanOrNumber(const QVariant &value)
 {
@@ -109,7 +110,7 @@ int ConnmanTechnology::isPowered()
 {
     constexpr int UnknownPower = -1;
     dbusUpdateProperties();
-    const auto powered = m_properties.find(Powered, QMetaType::Bool);
+    const auto powered = m_properties.find(Powered, QMetaType::Int);
     if (!powered) {
         return UnknownPower;
     }
@@ -117,5 +118,7 @@ int ConnmanTechnology::isPowered()
         m_properties.logInvalidType(Powered);
         return UnknownPower;
     }
-    return powered->toBool() ? 1 : 0;
+    const bool isOn =
+        powered->userType() == QMetaType::Double ? !qIsNull(powered->toDouble()) : powered->toLongLong() != 0;
+    return isOn ? 1 : 0;
 }

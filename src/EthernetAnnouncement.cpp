@@ -3,6 +3,7 @@
 #include "ConnmanNames.h"
 #include "ConnmanService.h"
 #include "Feedback.h"
+#include "Latin1.h"
 
 namespace {
 
@@ -12,7 +13,7 @@ constexpr auto Interval = 2000ms;
 /// How many looks may be in vain before the user is told.
 constexpr int Limit = 15;
 
-constexpr QLatin1String LinkLocalPrefix("169.254");
+constexpr QLatin1String LinkLocalPrefix = latin1("169.254");
 
 } // namespace
 

@@ -1,5 +1,6 @@
 #include "Feedback.h"
 
+#include "Latin1.h"
 #include "NetworkManagerLog.h"
 
 #include <libspeech/Speech.h>
@@ -18,8 +19,8 @@ using State = Feedback::State;
 /// The number under which the speech service knows this daemon's sentences.
 constexpr int SpeechServiceId = 4;
 
-constexpr QLatin1String Ipv6Separator("::");
-constexpr QLatin1String SpokenIpv6Separator("double colon");
+constexpr QLatin1String Ipv6Separator = latin1("::");
+constexpr QLatin1String SpokenIpv6Separator = latin1("double colon");
 
 enum class Light { Unchanged, Off, On, FastBlinking, SlowBlinking, ShortBlinking };
 

@@ -4,6 +4,7 @@
 
 #include "ConnmanNames.h"
 #include "ConnmanService.h"
+#include "Latin1.h"
 #include "NetworkSettingsLog.h"
 
 Q_LOGGING_CATEGORY(logNetworkSettings, "NetworkSettings", QtCriticalMsg)
@@ -12,12 +13,12 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr QLatin1String PreferedKey("wifi/prefered");
-constexpr QLatin1String RegionKey("wifi/region");
-constexpr QLatin1String RegionLockedKey("wifi/regionLocked");
+constexpr QLatin1String PreferedKey = latin1("wifi/prefered");
+constexpr QLatin1String RegionKey = latin1("wifi/region");
+constexpr QLatin1String RegionLockedKey = latin1("wifi/regionLocked");
 
-constexpr QLatin1String DefaultRegion("US");
-constexpr QLatin1String WorldRegion("00");
+constexpr QLatin1String DefaultRegion = latin1("US");
+constexpr QLatin1String WorldRegion = latin1("00");
 
 /// How long the region command may take at start-up, where nobody waits for its result.
 constexpr auto RegionStartUpTimeout = 5000ms;

@@ -6,6 +6,7 @@
 #include "Command.h"
 #include "dbus/SystemInfo.h"
 #include "FileReplacement.h"
+#include "Latin1.h"
 #include "NetworkInterfaces.h"
 #include "NetworkSettingsLog.h"
 
@@ -18,10 +19,10 @@
 
 namespace {
 
-constexpr QLatin1String Ip("ip");
-constexpr QLatin1String HostNameFile("/etc/hostname");
+constexpr QLatin1String Ip = latin1("ip");
+constexpr QLatin1String HostNameFile = latin1("/etc/hostname");
 
-constexpr QLatin1String MacPrefix("02a7c40");
+constexpr QLatin1String MacPrefix = latin1("02a7c40");
 constexpr qint64 SerialNumberOffset = 200000;
 
 QStringList setLink(const QStringList &change)

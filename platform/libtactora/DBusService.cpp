@@ -2,7 +2,6 @@
 
 #include <QDBusConnection>
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusServiceWatcher>
 
 namespace libtactora {
@@ -30,20 +29,22 @@ void DBusService::queryOwner(const QDBusConnection &connection, const QString &n
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
         QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetNameOwner"));
     message << name;
-    auto *query = new QDBusPendingCallWatcher(connection.asyncCall(message), this);
-    QObject::connect(query, &QDBusPendingCallWatcher::finished, this, &DBusService::ownerQueryFinished);
+    // Not with a watcher: one that is made after the answer has come tells of it later than of what came
+    // after.
+    connection.callWithCallback(message, this, SLOT(hasOwner()), SLOT(hasNoOwner()));
 }
 
-void DBusService::ownerQueryFinished(QDBusPendingCallWatcher *query)
+void DBusService::hasOwner()
 {
-    query->deleteLater();
-    if (m_isOwnerKnown) {
-        return;
-    }
-    m_isOwnerKnown = true;
-    if (!query->isError()) { // without an owner the bus answers with an error
+    if (!m_isOwnerKnown) {
+        m_isOwnerKnown = true;
         emit connected();
     }
+}
+
+void DBusService::hasNoOwner()
+{
+    m_isOwnerKnown = true;
 }
 
 void DBusService::ownerChanged(const QString &oldOwner, const QString &newOwner)

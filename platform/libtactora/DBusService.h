@@ -4,7 +4,6 @@
 #include <QString>
 
 class QDBusConnection;
-class QDBusPendingCallWatcher;
 
 namespace libtactora {
 
@@ -24,9 +23,12 @@ signals:
     /// The name's owner has gone and nobody has taken its place.
     void disconnected();
 
+private slots:
+    void hasOwner();
+    void hasNoOwner();
+
 private:
     void queryOwner(const QDBusConnection &connection, const QString &name);
-    void ownerQueryFinished(QDBusPendingCallWatcher *query);
     void ownerChanged(const QString &oldOwner, const QString &newOwner);
 
     bool m_isOwnerKnown = false;

@@ -10,7 +10,7 @@ const std::array<Figure, figureCount> &figures()
         {"flapping", "services and the cable come and go", 1000, 60, 2048, flappingServices},
         {"operations", "random calls while ConnMan fails", 20000, 400, 4096, randomOperations},
         {"ends", "SIGTERM at each kind of moment", 10, 1, 4000, ends},
-        {"kills", "SIGKILL while files are written", 400, 24, 2000, kills},
+        {"kills", "SIGKILL while files are written", 400, 24, 10000, kills},
         {"clients", "calls of each of 50 clients at once", 200, 6, 0, manyClients},
     }};
     return all;

@@ -236,7 +236,12 @@ void AgentRequestInputTest::requestForOtherFieldsIsUnexpected_data()
         << QVariantMap{{text("PreviousPassphrase"), QVariantMap{{text("Type"), text("psk")},
                                                                 {text("Requirement"), text("informational")},
                                                                 {text("Value"), text("the secret")}}}}
-        << text("QMap((\"passphrase\", QVariant(int, 1)))");
+        << text(
+               "QMap((\"PreviousPassphrase\", QVariant(QVariantMap, QMap((\"Requirement\", QVariant(QString, "
+               "\"informational\"))(\"Type\", QVariant(QString, \"psk\"))(\"Value\", QVariant(QString, "
+               "\"***\"))))))");
+    QTest::newRow("names are case-sensitive")
+        << RequestType::Psk << field("passphrase", 1) << text("QMap((\"passphrase\", QVariant(int, 1)))");
 }
 
 void AgentRequestInputTest::requestForOtherFieldsIsUnexpected()

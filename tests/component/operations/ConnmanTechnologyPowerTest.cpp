@@ -84,7 +84,8 @@ void ConnmanTechnologyPowerTest::powerOfAnotherType_data()
     QTest::newRow("negative number") << QVariant(-1) << 1;
     QTest::newRow("large number") << QVariant(qlonglong(1) << 32) << 1;
     QTest::newRow("fraction") << QVariant(0.5) << 1;
-    QTest::newRow("byte") << QVariant::fromValue(uchar(0)) << 0;
+    QTest::newRow("byte 0") << QVariant::fromValue(uchar(0)) << 0;
+    QTest::newRow("byte 1") << QVariant::fromValue(uchar(1)) << 1;
     QTest::newRow("number in a string") << QVariant(QStringLiteral("1")) << -1;
     QTest::newRow("word") << QVariant(QStringLiteral("true")) << -1;
     QTest::newRow("dictionary") << QVariant(QVariantMap()) << -1;

@@ -1,7 +1,7 @@
 // What of ConnMan's values can stand in a reply.
 
-#include "LogCapture.h"
 #include "ReplyValues.h"
+#include "LogCapture.h"
 
 #include <QDBusSignature>
 #include <QDBusUnixFileDescriptor>
@@ -63,7 +63,8 @@ void ReplyValuesTest::valueIsSentOrLeftOut_data()
     QTest::newRow("signature") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}"))) << true;
     QTest::newRow("empty signature") << QVariant::fromValue(QDBusSignature()) << false;
     QTest::newRow("empty signature inside")
-        << QVariant(QVariantMap{{Key, QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusSignature())))}})
+        << QVariant(
+               QVariantMap{{Key, QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusSignature())))}})
         << false;
     QTest::newRow("descriptor") << QVariant::fromValue(QDBusUnixFileDescriptor(STDIN_FILENO)) << false;
 }
