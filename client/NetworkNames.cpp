@@ -74,7 +74,7 @@ QString NetworkNames::nameOf(const QString &identifier) const
 QString NetworkNames::told(const QString &text) const
 {
     if (text.startsWith(QLatin1Char('='))) {
-        return text.size() > 1 ? text.mid(1) : QStringLiteral(""); // empty, but told
+        return text.size() > 1 ? text.mid(1) : QString(QLatin1String("")); // empty, but told
     }
     if (isWholeIdentifier(text)) {
         return text;

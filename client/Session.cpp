@@ -18,7 +18,6 @@ Session::Session(Client &client, LineReader &reader, Interrupts &interrupts, QOb
     : QObject(parent)
     , m_client(client)
     , m_reader(reader)
-    , m_status(Done)
 {
     connect(&reader, &LineReader::lineEntered, this, &Session::carryOutLine);
     connect(&reader, &LineReader::ended, &m_loop, &QEventLoop::quit);

@@ -28,6 +28,6 @@ private:
     Client &m_client;
     LineReader &m_reader;
     QEventLoop m_loop;
-    ExitStatus m_status;
+    ExitStatus m_status = Done;
     bool m_isAtPrompt = false;
 };
