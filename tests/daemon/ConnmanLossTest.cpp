@@ -97,7 +97,7 @@ void ConnmanLossTest::operationOnANetworkOfTheFormerConnmanIsRefused()
     device.simulator.setPresent(connman, true);
     QVERIFY(device.log().takeProblem("default|critical|WLAN not supported on this board."_s));
     QCOMPARE(device.client.call("connect", home).toBool(), false);
-    QCOMPARE(device.client.record().last(), "connect -> false"_s);
+    QCOMPARE(device.client.record().constLast(), "connect -> false"_s);
     QVERIFY(device.client.record().contains(errorSignal("Unknown network: '%1'"_s.arg(home))));
     QVERIFY(device.log().takeProblem(noSuchNetwork(home)));
     QVERIFY(!device.simulator.calls().contains(connectCall(home)));

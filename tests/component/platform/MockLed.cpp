@@ -7,6 +7,7 @@
 #include <QFile>
 #include <sys/inotify.h>
 #include <unistd.h>
+#include <utility>
 
 namespace {
 
@@ -44,9 +45,9 @@ MockLed::Files MockLed::withoutTimerTrigger()
             {QStringLiteral("trigger"), "[none] kbd-capslock oneshot-timer\n"}};
 }
 
-MockLed::MockLed(const MockDevices &devices, const QString &name, const Files &files)
+MockLed::MockLed(const MockDevices &devices, const QString &name, Files files)
     : m_directory(devices.realPath(QStringLiteral("/sys/devices/%1/").arg(name)))
-    , m_files(files)
+    , m_files(std::move(files))
     , m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
     addToTestbed(devices.testbed(), name);

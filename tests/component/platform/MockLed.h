@@ -18,7 +18,7 @@ public:
     static Files kernelBlinking();
     static Files withoutTimerTrigger();
 
-    MockLed(const MockDevices &devices, const QString &name, const Files &files = kernelBlinking());
+    MockLed(const MockDevices &devices, const QString &name, Files files = kernelBlinking());
     ~MockLed();
     MockLed(const MockLed &) = delete;
     MockLed &operator=(const MockLed &) = delete;

@@ -4,7 +4,6 @@
 #include <QDBusServiceWatcher>
 #include <QtTest>
 
-using libtactora::DBusService;
 using test_support::LogCapture;
 
 /// How owners of the name come and go.
