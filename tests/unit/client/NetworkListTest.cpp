@@ -65,7 +65,7 @@ void NetworkListTest::connectedKnownAndStrongOnesComeFirst()
 void NetworkListTest::unknownSecurityIsToldAsItIs()
 {
     const QVariantMap networks{{"a"_s, network("new"_s, "idle"_s, {"sae"_s}, 10, false)}};
-    QCOMPARE(networkEntries(networks).first().security, "sae"_s);
+    QCOMPARE(networkEntries(networks).constFirst().security, "sae"_s);
 }
 
 QTEST_GUILESS_MAIN(NetworkListTest)
