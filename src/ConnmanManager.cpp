@@ -40,7 +40,7 @@ ConnmanManager::ConnmanManager(const QDBusConnection &connection, QObject *paren
     , m_connection(connection)
     , m_announcements(new ConnmanAnnouncements(connection, this))
     , m_serviceSignals(ConnmanServiceSignals::of(connection))
-    , m_interfaceStatesAreDue(std::make_shared<bool>(false))
+    , m_interfaceStates(std::make_shared<InterfaceStates>())
 {
     qRegisterMetaType<InterfaceState>("InterfaceState");
     qCDebug(logConnmanManager) << "ConnmanManager()";
@@ -109,7 +109,8 @@ bool ConnmanManager::addService(const QDBusObjectPath &path)
     qCDebug(logConnmanManagerServices) << "Adding service" << path.path();
 
     const auto service = std::make_shared<ConnmanService>(m_connection, path, nullptr);
-    service->setInterfaceListener([areDue = m_interfaceStatesAreDue] { *areDue = true; });
+    service->setInterfaceListener(
+        [states = m_interfaceStates](const QString &moved) { states->touch(moved); });
     // A weak reference: with a strong one a service that ConnMan has removed would live, and follow its path,
     // for ever.
     connect(service.get(), &ConnmanService::stateChanged, this,
@@ -121,13 +122,13 @@ bool ConnmanManager::addService(const QDBusObjectPath &path)
     service->serviceChanged();
     emit serviceChanged(service);
     m_services.insert(path.path(), service);
-    *m_interfaceStatesAreDue = true;
+    m_interfaceStates->touch(path.path());
     return true;
 }
 
 void ConnmanManager::serviceStateReported(const Service &service)
 {
-    *m_interfaceStatesAreDue = true;
+    m_interfaceStates->touch(service->path());
     // Deliberately the state being left, not the new one: leaving online schedules nothing.
     if (service->previousState() != ConnmanService::State::Online) {
         QTimer::singleShot(StateSettleTime, Qt::CoarseTimer, this,
@@ -145,7 +146,7 @@ void ConnmanManager::remService(const QDBusObjectPath &path)
     }
     qCDebug(logConnmanManagerServices) << "Removing service" << path.path();
     m_services.erase(found);
-    *m_interfaceStatesAreDue = true;
+    m_interfaceStates->touch(path.path());
 }
 
 void ConnmanManager::forgetServices()
@@ -217,28 +218,11 @@ bool ConnmanManager::registerAgent(const QDBusObjectPath &path)
     return false;
 }
 
-QHash<QString, ConnmanManager::InterfaceState> ConnmanManager::currentInterfaceStates() const
-{
-    QHash<QString, InterfaceState> highest;
-    for (const Service &service : m_services) {
-        const QString interface = service->interface();
-        if (interface.isEmpty()) {
-            continue;
-        }
-        InterfaceState &state = highest[interface];
-        state = std::max(state, service->state());
-    }
-    return highest;
-}
-
 void ConnmanManager::updateInterfaceStates()
 {
-    if (!std::exchange(*m_interfaceStatesAreDue, false)) {
-        return;
-    }
-    const QHash<QString, InterfaceState> before = m_interfaceStates;
-    const QHash<QString, InterfaceState> now = currentInterfaceStates();
-    m_interfaceStates = now;
+    m_interfaceStates->update(m_services);
+    const QHash<QString, InterfaceState> now = m_interfaceStates->highest();
+    const QHash<QString, InterfaceState> before = std::exchange(m_toldInterfaceStates, now);
 
     QSet<QString> interfaces(before.keyBegin(), before.keyEnd());
     interfaces.unite(QSet<QString>(now.keyBegin(), now.keyEnd()));

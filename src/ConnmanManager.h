@@ -3,6 +3,7 @@
 #include "ConnmanRemote.h"
 #include "ConnmanService.h"
 #include "ConnmanTypes.h"
+#include "InterfaceStates.h"
 
 #include <QDBusConnection>
 #include <QHash>
@@ -77,7 +78,6 @@ private:
     void logFailedSubscription(QLatin1String signalName) const;
     void forgetServices();
     void serviceStateReported(const Service &service);
-    QHash<QString, InterfaceState> currentInterfaceStates() const;
     void updateInterfaceStates();
 
     ConnmanRemote m_remote;
@@ -86,9 +86,9 @@ private:
     /// Held, so that there is one subscription for the manager's whole life and not one for each burst of
     /// services.
     std::shared_ptr<ConnmanServiceSignals> m_serviceSignals;
-    QHash<QString, InterfaceState> m_interfaceStates;
-    /// Whether a service, its state or its interface has changed since the last update; services that outlive
-    /// the manager still set it.
-    std::shared_ptr<bool> m_interfaceStatesAreDue;
-    QHash<QString, Service> m_services;
+    /// Shared with the services, which may outlive the manager.
+    std::shared_ptr<InterfaceStates> m_interfaceStates;
+    /// What was last told of them.
+    QHash<QString, InterfaceState> m_toldInterfaceStates;
+    InterfaceStates::Registry m_services;
 };

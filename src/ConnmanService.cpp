@@ -27,7 +27,7 @@ struct StateWord
     const char *word;
 };
 
-constexpr std::array<StateWord, 8> StateWords{{
+constexpr std::array<StateWord, ConnmanService::StateCount> StateWords{{
     {State::Unknown, "unknown"},
     {State::Disconnect, "disconnect"},
     {State::Failure, "failure"},
@@ -119,7 +119,7 @@ void ConnmanService::propertyChanged(const QString &name, const QDBusVariant &va
 void ConnmanService::tellInterfaceListener(const QVariant &formerEthernet) const
 {
     if (m_interfaceListener && m_properties.all().value(ConnmanNames::Ethernet) != formerEthernet) {
-        m_interfaceListener();
+        m_interfaceListener(path());
     }
 }
 

@@ -9,6 +9,7 @@
 #include <QVariantMap>
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -41,6 +42,7 @@ public:
         Online = 7,
     };
     Q_ENUM(State)
+    static constexpr std::size_t StateCount = 8;
 
     /// The ways in which IPv4 can be configured.
     enum class Configuration : int {
@@ -88,9 +90,11 @@ public:
     /// getIpv6Configuration() after a refresh of the cache.
     QVariantMap getUpdatedIpv6Configuration();
 
+    /// Called with the service's path.
+    using InterfaceListener = std::function<void(const QString &path)>;
     /// `listener` is called whenever interface() may have changed; a signal would be one more for each of
     /// thousands of services, with a single receiver.
-    void setInterfaceListener(std::function<void()> listener) { m_interfaceListener = std::move(listener); }
+    void setInterfaceListener(InterfaceListener listener) { m_interfaceListener = std::move(listener); }
 
     /// Replaces the cache by what "GetProperties" reports. Always true: a failed call keeps the old cache,
     /// so that callers go on with what is known.
@@ -142,5 +146,5 @@ private:
     ConnmanRemote m_remote;
     ConnmanProperties m_properties;
     std::shared_ptr<ConnmanServiceSignals> m_signals;
-    std::function<void()> m_interfaceListener;
+    InterfaceListener m_interfaceListener;
 };

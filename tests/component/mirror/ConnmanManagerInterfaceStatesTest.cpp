@@ -78,6 +78,7 @@ private slots:
     void serviceWithoutAnInterfaceNeverCounts_data();
     void serviceWithoutAnInterfaceNeverCounts();
     void serviceWithoutAKnownStateCountsAsUnknown();
+    void changeOfOneServiceLooksAtNoOther();
 
     void unchangedStateIsNotReportedAgain();
     void changedStateIsReportedByTheNextAnnouncement();
@@ -168,6 +169,23 @@ void ConnmanManagerInterfaceStatesTest::serviceWithoutAKnownStateCountsAsUnknown
     world.addService(identifier(1), properties(Wlan, QStringLiteral("dreaming")));
     const RecordedManager recorded(world);
     QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Unknown)});
+}
+
+// Among thousands of services that would be thousands of looks. Looking at a service without an interface
+// leaves a line.
+void ConnmanManagerInterfaceStatesTest::changeOfOneServiceLooksAtNoOther()
+{
+    MirrorWorld world;
+    world.addService(identifier(1), {{EthernetKey, QVariantMap()}});
+    world.addService(Service, properties(Wlan, QStringLiteral("idle")));
+    RecordedManager recorded(world);
+    QVERIFY(!world.complaints().isEmpty());
+    world.log().clear();
+    world.simulator().setServiceProperty(Service, StateKey, QStringLiteral("ready"), true);
+    world.emitServicesChanged({MirrorWorld::pathOf(Service)}, {});
+    world.deliver();
+    QVERIFY(recorded.interfaceLines().contains(interfaceIs(Wlan, State::Ready)));
+    QCOMPARE(world.complaints(), QStringList());
 }
 
 void ConnmanManagerInterfaceStatesTest::unchangedStateIsNotReportedAgain()
