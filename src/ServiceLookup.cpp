@@ -70,7 +70,9 @@ ServiceLookup::Service ServiceLookup::find(const Condition &matches, IfMissing i
     };
     if (const auto deadline = scanUntilAnswered()) {
         m_manager->awaitAnnouncements(*deadline, look);
-    } else {
+    } else if (m_manager) {
+        // What came while the scan was failing.
+        m_manager->deliverAnnouncements();
         look();
     }
     return found;

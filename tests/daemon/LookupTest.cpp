@@ -12,8 +12,10 @@ private slots:
     void missingNetworkIsLookedForAgainAfterOneScan();
     void networkAnnouncedAfterOthersIsStillFound_data();
     void networkAnnouncedAfterOthersIsStillFound();
+    void networkAnnouncedMuchLaterIsNotWaitedFor();
     void networkMissingTwiceIsReportedAfterOneScan();
-    void failedScanDoesNotHideAKnownNetwork();
+    void failedScanIsToldAndTheNetworkMissing();
+    void networkAnnouncedDuringAFailingScanIsFound();
     void identifierIsComparedExactly_data();
     void identifierIsComparedExactly();
     void nameOnTheAirIsNoIdentifier();
@@ -33,6 +35,14 @@ QString unknownLine(const QString &identifier)
 QString unknownSignal(const QString &identifier)
 {
     return "error(\"Unknown network: '%1'\")"_s.arg(identifier);
+}
+
+const QString scanFailed = "ConnmanTechnology|critical|Failed to asynchronously call Scan on "
+                           "\"/net/connman/technology/wifi\" : \"No carrier\""_s;
+
+FaultKind noCarrier()
+{
+    return FaultKind::error("net.connman.Error.NoCarrier"_s, "No carrier"_s);
 }
 
 int scans(TestDevice &device)
@@ -88,6 +98,17 @@ void LookupTest::networkAnnouncedAfterOthersIsStillFound()
     device.log().tolerate(scene::autoConnectRefused);
 }
 
+// The clients wait as long.
+void LookupTest::networkAnnouncedMuchLaterIsNotWaitedFor()
+{
+    TestDevice device;
+    QVERIFY(device.startWithoutRadio());
+    device.simulator.setTiming("announce"_s, 1500);
+    const QString late = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
+    QCOMPARE(device.client.call("getConfiguration", late).toMap(), QVariantMap());
+    QVERIFY(device.log().takeProblem(unknownLine(late)));
+}
+
 void LookupTest::networkMissingTwiceIsReportedAfterOneScan()
 {
     TestDevice device;
@@ -98,18 +119,29 @@ void LookupTest::networkMissingTwiceIsReportedAfterOneScan()
     QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
 }
 
-void LookupTest::failedScanDoesNotHideAKnownNetwork()
+void LookupTest::failedScanIsToldAndTheNetworkMissing()
+{
+    TestDevice device;
+    QVERIFY(device.startWithoutRadio());
+    const Fault failing = device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s, noCarrier());
+    QCOMPARE(device.client.call("connect", "wifi_x"_s).toBool(), false);
+    QCOMPARE(device.client.record(), (QStringList{unknownSignal("wifi_x"_s), "connect -> false"_s}));
+    QVERIFY(device.log().takeProblem(scanFailed));
+    QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
+}
+
+void LookupTest::networkAnnouncedDuringAFailingScanIsFound()
 {
     TestDevice device;
     QVERIFY(device.startWithoutRadio());
     const Fault failing =
-        device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s,
-                                     FaultKind::error("net.connman.Error.NoCarrier"_s, "No carrier"_s));
-    QCOMPARE(device.client.call("connect", "wifi_x"_s).toBool(), false);
-    QCOMPARE(device.client.record(), (QStringList{unknownSignal("wifi_x"_s), "connect -> false"_s}));
-    QVERIFY(device.log().takeProblem("ConnmanTechnology|critical|Failed to asynchronously call Scan on "
-                                     "\"/net/connman/technology/wifi\" : \"No carrier\""_s));
-    QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
+        device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s, noCarrier().after(500));
+    device.client.send("getConfiguration", scene::home);
+    QVERIFY(device.simulator.waitForCall(scene::scan));
+    device.simulator.addService(scene::home);
+    QVERIFY(device.log().takeProblem(scanFailed));
+    QTRY_COMPARE(device.client.record().filter("getConfiguration -> "_s).size(), 1);
+    QCOMPARE(device.client.record().filter("error"_s), QStringList());
 }
 
 void LookupTest::identifierIsComparedExactly_data()
