@@ -35,6 +35,15 @@ struct Operations : TestDevice
     }
 
     void tolerateRefusedAutoConnect() { log().tolerate(autoConnectRefused); }
+    /// A network that was never connected has no address to keep when it is disconnected.
+    void tolerateMissingAddress()
+    {
+        const QString properties = "ConnmanService.properties|critical|"_s;
+        log().tolerate(properties + "Missing property \"Address\""_s);
+        log().tolerate(properties + "Missing property \"Gateway\""_s);
+        log().tolerate(properties +
+                       "Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""_s);
+    }
 };
 
 inline QString callOf(const QString &identifier, const QString &call)
@@ -55,6 +64,20 @@ inline QString write(const QString &identifier, const QString &property, const Q
 inline QString noSuchNetwork(const QString &identifier)
 {
     return "NetworkManager|critical|No such network available: \"%1\""_s.arg(identifier);
+}
+
+/// ConnMan's refusal of a call about a network, and the line it leaves.
+const QString inputOutputError = "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s;
+inline QString failedCall(const QString &method, const QString &identifier,
+                          const QString &error = inputOutputError)
+{
+    return "ConnmanService|critical|Failed to asynchronously call %1 on \"%2\" : %3"_s.arg(
+        method, servicePath(identifier), error);
+}
+
+inline QString failedRegistration(const QString &reason)
+{
+    return "NetworkManager|critical|Failed to register network: \"%1\""_s.arg(reason);
 }
 
 inline QString errorSignal(const QString &text)

@@ -19,6 +19,20 @@ inline QStringList registered(const QString &method, const QString &identifier)
     return {"networkRegistered(\"%1\")"_s.arg(identifier), method + " -> true"_s};
 }
 
+/// What ConnMan tells the agent of a failure, in the log.
+inline QString reportedError(const QString &identifier, const QString &reason)
+{
+    return "ConnmanAgent|critical|Error: \"%1\" on service \"%2\""_s.arg(reason, servicePath(identifier));
+}
+
+inline void tolerateRefusedRegistration(Operations &device, const QString &identifier, const QString &reason)
+{
+    device.tolerateRefusedAutoConnect();
+    device.log().tolerate(reportedError(identifier, reason));
+    device.log().tolerate(failedCall("Connect"_s, identifier));
+    device.log().tolerate(failedRegistration(reason));
+}
+
 /// What the agent answers to a request for a passphrase now.
 inline test_support::SimulatorClient::AgentReply askForPassphrase(test_support::SimulatorClient &simulator)
 {

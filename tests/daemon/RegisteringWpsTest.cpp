@@ -63,9 +63,7 @@ void RegisteringWpsTest::failedWpsIsReportedByName()
                           "registerWifiWps -> false"_s}));
     QVERIFY(device.log().takeProblem(
         "NetworkManager|critical|Unable to register to network \"Den\" using WPS."_s));
-    QVERIFY(device.log().takeProblem(
-        "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
-        "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s.arg(servicePath(identifier))));
+    QVERIFY(device.log().takeProblem(failedCall("Connect"_s, identifier)));
     QVERIFY(device.changes().contains(autoConnect(identifier, true)));
     device.tolerateRefusedAutoConnect();
 }
