@@ -2,6 +2,7 @@
 #include "KeyChord.h"
 #include "Scene.h"
 #include <QTest>
+#include <QTimer>
 
 using namespace test_support;
 
@@ -17,7 +18,7 @@ private slots:
     void keysWithoutTheirChordDoNothing();
     void howConnmanctlEndsDoesNotMatter_data();
     void howConnmanctlEndsDoesNotMatter();
-    void connmanctlThatHangsIsReportedAfterFiveSeconds();
+    void connmanctlMayTakeFiveSecondsButNotSix();
     void missingConnmanctlIsReported();
     void enablingScansAndJoinsThePreferredNetworkFiveSecondsLater();
     void neitherWayOfSwitchingOffScans();
@@ -127,17 +128,18 @@ void WifiPowerTest::howConnmanctlEndsDoesNotMatter()
     QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(2)));
 }
 
-void WifiPowerTest::connmanctlThatHangsIsReportedAfterFiveSeconds()
+void WifiPowerTest::connmanctlMayTakeFiveSecondsButNotSix()
 {
     TestDevice device;
     QVERIFY(device.startWithoutRadio());
-    device.commands().script("connmanctl"_s, {"hang"_s});
+    device.commands().script("connmanctl"_s, {"hold"_s});
     chord(device, keys::wifiOn);
     QVERIFY(device.commands().waitForCall(enable));
     QElapsedTimer clock;
     clock.start();
+    QTimer::singleShot(6000, Qt::PreciseTimer, this, [&] { device.commands().release(); });
     QVERIFY(device.log().takeProblem(resetFailed));
-    QVERIFY(scene::isBetween(clock, 4500, 9000));
+    QVERIFY2(clock.elapsed() > 4500, qPrintable(QString::number(clock.elapsed())));
     device.client.settle();
     QCOMPARE(device.client.record(), QStringList());
     QCOMPARE(scene::spoken(device.simulator), (QStringList{scene::sentence(3), scene::sentence(4)}));

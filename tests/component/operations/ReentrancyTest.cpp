@@ -46,7 +46,7 @@ private slots:
     void refusingAgentEndsConnect();
     void stateChangesAreToldDuringConnect();
     void propertiesChangeDuringConnect();
-    void removedServiceStaysAliveUntilConnectReturns();
+    void serviceThatLeavesTheRegistryWhileItConnectsAnswers();
     void connmanLeavingEndsConnect();
     void connmanComesBackDuringConnect();
     void connmanRestartingDuringConnectCanBeAskedAgain();
@@ -214,7 +214,7 @@ void ReentrancyTest::propertiesChangeDuringConnect()
     QCOMPARE(service(cafe)->strength(), 13);
 }
 
-void ReentrancyTest::removedServiceStaysAliveUntilConnectReturns()
+void ReentrancyTest::serviceThatLeavesTheRegistryWhileItConnectsAnswers()
 {
     const QString cafe = addNetwork("Cafe");
     const Fault slow = delayConnect(cafe, 300);

@@ -29,7 +29,7 @@ private slots:
     void removedServicesAreAnnouncedByPath();
     void newServiceTellsNothingBeforeItsAnnouncement();
     void listIsInConnmansOrder();
-    void fiveThousandServicesAreCheap();
+    void fiveThousandServicesAreListed();
     void scanIsAnsweredWhenItIsComplete();
     void foundServicesAreAnnouncedAfterTheScansReply();
     void secondScanSharesTheFirstOnesAnswer();
@@ -99,17 +99,13 @@ void ListTest::listIsInConnmansOrder()
     QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("online ready known strong weak"));
 }
 
-void ListTest::fiveThousandServicesAreCheap()
+void ListTest::fiveThousandServicesAreListed()
 {
     m_client->stopListening(); // writing down the announcement takes longer than making it
-    QElapsedTimer elapsed;
-    elapsed.start();
     m_simulator->addServices(0, 5000);
     const Answer services = m_client->manager(QStringLiteral("GetServices"));
     const Answer properties = m_client->service(QStringLiteral("wifi_020000000200_00004999_managed_psk"),
                                                 QStringLiteral("GetProperties"));
-    qInfo("5000 services added, listed and one read in %lld ms", elapsed.elapsed());
-    QVERIFY(elapsed.elapsed() < 20000);
     QVERIFY(!properties.isError);
     QCOMPARE(qdbus_cast<simulator::ObjectRecordList>(services.arguments.first()).size(), 5000);
 }
@@ -137,16 +133,23 @@ void ListTest::foundServicesAreAnnouncedAfterTheScansReply()
 void ListTest::secondScanSharesTheFirstOnesAnswer()
 {
     m_simulator->setTiming(QStringLiteral("scan"), 300);
+    m_simulator->setTiming(QStringLiteral("announce"), 150);
+    m_simulator->addNetwork(
+        {{QStringLiteral("ssid"), QStringLiteral("Home")}, {QStringLiteral("atOnce"), false}});
     const QDBusMessage scan = QDBusMessage::createMethodCall(
         QStringLiteral("net.connman"), QStringLiteral("/net/connman/technology/wifi"),
         QStringLiteral("net.connman.Technology"), QStringLiteral("Scan"));
-    QElapsedTimer elapsed;
-    elapsed.start();
+    m_client->clear();
     PendingAnswer first(m_client->connection(), scan);
     PendingAnswer second(m_client->connection(), scan);
+    // A scan of its own would be answered when the first one's finds have long been announced.
+    QStringList announcedBefore;
+    connect(&second, &PendingAnswer::come, this,
+            [&] { announcedBefore = m_client->signalLines(servicesChanged); });
     QVERIFY(!first.wait().isError);
     QVERIFY(!second.wait().isError);
-    QVERIFY2(elapsed.elapsed() < 590, qPrintable(QString::number(elapsed.elapsed())));
+    QCOMPARE(announcedBefore, QStringList());
+    QVERIFY(m_client->waitForSignal(servicesChanged));
 }
 
 void ListTest::scanOfEthernetIsNotSupported()
