@@ -1,7 +1,7 @@
 #include "Fault.h"
 
 #include "SimulatorClient.h"
-#include <QtTest>
+#include <QTest>
 #include <utility>
 
 namespace test_support {

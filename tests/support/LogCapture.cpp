@@ -1,7 +1,7 @@
 #include "LogCapture.h"
 
 #include <algorithm>
-#include <QtTest>
+#include <QTest>
 
 namespace test_support {
 

@@ -5,7 +5,7 @@
 #include <QDBusPendingCallWatcher>
 #include <QEventLoop>
 #include <QLoggingCategory>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include "AgentFixture.h"
 #include "RandomRequest.h"
 
-#include <QtTest>
+#include <QTest>
 
 using RequestType = ConnmanAgent::RequestType;
 

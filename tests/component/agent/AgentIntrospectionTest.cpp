@@ -2,7 +2,7 @@
 
 #include <QDBusPendingCallWatcher>
 #include <QEventLoop>
-#include <QtTest>
+#include <QTest>
 #include <QXmlStreamReader>
 
 namespace {

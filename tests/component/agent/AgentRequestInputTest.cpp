@@ -1,7 +1,8 @@
 #include "AgentFixture.h"
 
 #include <QDBusMetaType>
-#include <QtTest>
+#include <QMap>
+#include <QTest>
 
 using RequestType = ConnmanAgent::RequestType;
 using TextMap = QMap<QString, QString>;

@@ -2,7 +2,7 @@
 #include "ConnmanAgentDBus.h"
 #include "LogCapture.h"
 
-#include <QtTest>
+#include <QTest>
 
 /// In a program of its own, because Qt keeps its first connection to the system bus.
 class AgentWithoutBusTest : public QObject

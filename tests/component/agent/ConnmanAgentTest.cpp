@@ -1,8 +1,9 @@
 #include "AgentFixture.h"
 
 #include <QDBusObjectPath>
+#include <QMap>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 using RequestType = ConnmanAgent::RequestType;
 

@@ -6,7 +6,7 @@
 #include <memory>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

@@ -3,7 +3,7 @@
 #include "EventWait.h"
 #include "TestDevice.h"
 #include "Text.h"
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

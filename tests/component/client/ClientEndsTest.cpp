@@ -4,7 +4,7 @@
 #include "PrivateBus.h"
 #include "Text.h"
 #include <memory>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

@@ -2,7 +2,8 @@
 #include "ClientProgram.h"
 #include "Text.h"
 #include <QFile>
-#include <QtTest>
+#include <QMap>
+#include <QTest>
 
 using namespace test_support;
 

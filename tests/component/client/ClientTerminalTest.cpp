@@ -6,7 +6,8 @@
 #include "TerminalProgram.h"
 #include "Text.h"
 #include <memory>
-#include <QtTest>
+#include <QFileInfo>
+#include <QTest>
 
 using namespace test_support;
 

@@ -7,7 +7,7 @@
 #include <csignal>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

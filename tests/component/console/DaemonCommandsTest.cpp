@@ -6,7 +6,8 @@
 #include "PrivateBus.h"
 #include "Words.h"
 #include <memory>
-#include <QtTest>
+#include <QFile>
+#include <QTest>
 #include <QXmlStreamReader>
 
 namespace {

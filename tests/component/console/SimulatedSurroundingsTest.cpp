@@ -7,7 +7,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusReply>
-#include <QtTest>
+#include <QTest>
 
 class SimulatedSurroundingsTest : public QObject
 {

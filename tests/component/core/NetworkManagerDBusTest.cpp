@@ -4,9 +4,10 @@
 #include "PrivateBus.h"
 #include "Text.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

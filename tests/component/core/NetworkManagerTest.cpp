@@ -5,10 +5,12 @@
 #include "MockKeyboard.h"
 #include "Text.h"
 
+#include <QCoreApplication>
+#include <QLoggingCategory>
 #include <QMetaMethod>
 #include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

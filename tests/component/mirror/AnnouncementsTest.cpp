@@ -6,10 +6,11 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 using namespace std::chrono_literals;
 using State = ConnmanService::State;

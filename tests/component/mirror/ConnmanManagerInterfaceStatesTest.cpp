@@ -5,8 +5,8 @@
 #include "MirrorWorld.h"
 
 #include <QSignalSpy>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 using State = ConnmanService::State;
 

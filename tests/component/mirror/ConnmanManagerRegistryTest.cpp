@@ -4,7 +4,8 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 
-#include <QtTest>
+#include <QCoreApplication>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

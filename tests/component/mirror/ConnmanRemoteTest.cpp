@@ -8,7 +8,7 @@
 #include <QDBusMessage>
 #include <QDBusPendingCall>
 #include <QLoggingCategory>
-#include <QtTest>
+#include <QTest>
 
 using namespace std::chrono_literals;
 using test_support::Fault;

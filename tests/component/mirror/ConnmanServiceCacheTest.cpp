@@ -4,7 +4,7 @@
 #include "MirrorWorld.h"
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

@@ -5,7 +5,7 @@
 #include "MirrorWorld.h"
 #include "OddValues.h"
 
-#include <QtTest>
+#include <QTest>
 
 #include <memory>
 

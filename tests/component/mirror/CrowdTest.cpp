@@ -5,11 +5,13 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QEventLoop>
 #include <QHash>
 #include <QLoggingCategory>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 #include <algorithm>
 #include <memory>

@@ -7,7 +7,7 @@
 #include "OddValues.h"
 
 #include <QDBusConnectionInterface>
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

@@ -6,7 +6,7 @@
 #include "MirrorWorld.h"
 #include "OddValues.h"
 
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

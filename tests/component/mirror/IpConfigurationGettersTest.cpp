@@ -4,7 +4,8 @@
 #include "MirrorWorld.h"
 #include "OddValues.h"
 
-#include <QtTest>
+#include <QMap>
+#include <QTest>
 
 #include <memory>
 #include <optional>

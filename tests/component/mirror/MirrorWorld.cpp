@@ -8,7 +8,7 @@
 #include <QDBusVariant>
 #include <QLoggingCategory>
 #include <QMetaMethod>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

@@ -4,7 +4,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 
-#include <QtTest>
+#include <QTest>
 
 using State = ConnmanService::State;
 

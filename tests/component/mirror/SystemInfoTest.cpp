@@ -9,7 +9,8 @@
 
 #include <libtactora/Singleton.h>
 
-#include <QtTest>
+#include <QElapsedTimer>
+#include <QTest>
 
 #include <csignal>
 #include <memory>

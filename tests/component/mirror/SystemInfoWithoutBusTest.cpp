@@ -5,7 +5,7 @@
 
 #include "LogCapture.h"
 
-#include <QtTest>
+#include <QTest>
 
 using detail::SystemInfo;
 using test_support::LogCapture;

@@ -2,7 +2,7 @@
 
 #include <functional>
 #include <QHostAddress>
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

@@ -5,8 +5,8 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QElapsedTimer>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 using test_support::eventTimeoutMs;
 using test_support::Fault;

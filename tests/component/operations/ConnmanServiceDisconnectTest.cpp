@@ -1,6 +1,6 @@
 #include "ServiceFixture.h"
 
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

@@ -1,6 +1,7 @@
 #include "ServiceFixture.h"
 
-#include <QtTest>
+#include <QDebug>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

@@ -1,7 +1,7 @@
 #include "ServiceFixture.h"
 
 #include <QElapsedTimer>
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

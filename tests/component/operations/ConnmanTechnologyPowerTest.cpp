@@ -2,7 +2,7 @@
 #include "TechnologyFixture.h"
 
 #include <QElapsedTimer>
-#include <QtTest>
+#include <QTest>
 
 using test_support::eventTimeoutMs;
 using test_support::Fault;

@@ -5,7 +5,8 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QtTest>
+#include <QMap>
+#include <QTest>
 
 using test_support::eventTimeoutMs;
 using test_support::Fault;

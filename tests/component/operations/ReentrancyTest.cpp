@@ -9,11 +9,12 @@
 
 #include <functional>
 #include <memory>
+#include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QDBusServiceWatcher>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 using test_support::eventTimeoutMs;
 using test_support::Fault;

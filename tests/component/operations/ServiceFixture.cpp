@@ -3,7 +3,7 @@
 #include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QLoggingCategory>
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

@@ -2,7 +2,7 @@
 
 #include <QDBusConnection>
 #include <QLoggingCategory>
-#include <QtTest>
+#include <QTest>
 
 using test_support::Fault;
 using test_support::FaultKind;

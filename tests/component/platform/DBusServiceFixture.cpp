@@ -1,7 +1,7 @@
 #include "DBusServiceFixture.h"
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 using libtactora::DBusService;
 using test_support::PrivateBus;

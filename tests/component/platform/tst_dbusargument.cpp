@@ -7,7 +7,9 @@
 #include <QDBusMetaType>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVirtualObject>
-#include <QtTest>
+#include <QMap>
+#include <QSignalSpy>
+#include <QTest>
 
 using libtactora::dbusArgumentUnpack;
 using test_support::PrivateBus;

@@ -2,7 +2,7 @@
 #include "LogCapture.h"
 
 #include <QDBusServiceWatcher>
-#include <QtTest>
+#include <QTest>
 
 using test_support::LogCapture;
 

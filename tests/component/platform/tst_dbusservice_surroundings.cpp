@@ -2,8 +2,9 @@
 #include "FrozenBus.h"
 #include "LogCapture.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QtTest>
+#include <QTest>
 
 using libtactora::DBusService;
 using test_support::LogCapture;

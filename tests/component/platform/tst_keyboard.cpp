@@ -4,7 +4,7 @@
 #include <libkeyboard/Keyboard.h>
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 using libkeyboard::Keyboard;
 

@@ -5,11 +5,12 @@
 #include <libkeyboard/Keyboard.h>
 
 #include <fcntl.h>
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 using libkeyboard::Keyboard;
 

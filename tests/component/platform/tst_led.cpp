@@ -5,7 +5,8 @@
 #include <libled/Led.h>
 
 #include <functional>
-#include <QtTest>
+#include <QFile>
+#include <QTest>
 
 using test_support::LogCapture;
 

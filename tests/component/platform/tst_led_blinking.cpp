@@ -3,8 +3,10 @@
 #include <libled/Led.h>
 
 #include <functional>
+#include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QtTest>
+#include <QEventLoop>
+#include <QTest>
 
 Q_DECLARE_METATYPE(std::function<void(Led &)>)
 

@@ -4,7 +4,9 @@
 #include <libled/Led.h>
 
 #include <functional>
-#include <QtTest>
+#include <QCoreApplication>
+#include <QFile>
+#include <QTest>
 
 using test_support::LogCapture;
 

@@ -7,7 +7,8 @@
 
 #include <memory>
 #include <QDBusMessage>
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 using libspeech::detail::Speech;
 using test_support::LogCapture;

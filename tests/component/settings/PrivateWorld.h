@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 #include <QStringList>
-#include <QtTest>
+#include <QTest>
 
 /// Runs tests of code with fixed paths where those paths are the tests' own.
 namespace private_world {

@@ -4,7 +4,7 @@
 #include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
-#include <QtTest>
+#include <QTest>
 
 #include <chrono>
 

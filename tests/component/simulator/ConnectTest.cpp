@@ -1,7 +1,7 @@
 // Connecting and disconnecting: ConnMan's states, their order, and its answers.
 
 #include "NetworkFixture.h"
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

@@ -3,7 +3,8 @@
 #include "ChildProcess.h"
 #include "DeviceFixture.h"
 #include "EventWait.h"
-#include <QtTest>
+#include <QProcess>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

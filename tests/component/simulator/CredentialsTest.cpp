@@ -2,7 +2,7 @@
 
 #include "NetworkFixture.h"
 #include <QDBusObjectPath>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

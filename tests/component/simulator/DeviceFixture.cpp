@@ -1,7 +1,7 @@
 #include "DeviceFixture.h"
 
 #include "ConnmanWire.h"
-#include <QtTest>
+#include <QTest>
 
 namespace simulator_test {
 

@@ -5,7 +5,8 @@
 #include "TestAgent.h"
 #include <QDBusConnectionInterface>
 #include <QDBusServiceWatcher>
-#include <QtTest>
+#include <QElapsedTimer>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

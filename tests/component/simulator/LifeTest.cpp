@@ -3,7 +3,7 @@
 #include "DeviceFixture.h"
 #include "LogCapture.h"
 #include <QDBusVariant>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

@@ -3,7 +3,8 @@
 #include "ConnmanWire.h"
 #include "DeviceFixture.h"
 #include <QDBusArgument>
-#include <QtTest>
+#include <QElapsedTimer>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

@@ -1,7 +1,7 @@
 #include "NetworkFixture.h"
 
 #include <QDBusObjectPath>
-#include <QtTest>
+#include <QTest>
 
 namespace simulator_test {
 

@@ -7,7 +7,9 @@
 #include <QDBusMetaType>
 #include <QDBusSignature>
 #include <QDBusVariant>
-#include <QtTest>
+#include <QMap>
+#include <QSignalSpy>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

@@ -5,7 +5,8 @@
 #include "EventWait.h"
 #include "LogCapture.h"
 #include <QDBusVariant>
-#include <QtTest>
+#include <QFile>
+#include <QTest>
 #include <QXmlStreamReader>
 
 using namespace test_support;

@@ -1,7 +1,9 @@
 // Joining networks with WPS, hidden ones and enterprise ones: the agent's other dialogues.
 
 #include "NetworkFixture.h"
-#include <QtTest>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;

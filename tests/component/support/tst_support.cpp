@@ -5,7 +5,7 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QLoggingCategory>
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

@@ -1,6 +1,6 @@
 // Which words a command takes.
 #include "Command.h"
-#include <QtTest>
+#include <QTest>
 
 class CommandTest : public QObject
 {

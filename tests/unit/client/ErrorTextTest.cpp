@@ -1,7 +1,7 @@
 // Which "error" signals may be about a call. They reach every client, whosever call has failed.
 #include "PatientCaller.h"
 #include "Text.h"
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

@@ -1,7 +1,7 @@
 // What a list tells of the networks.
 #include "NetworkList.h"
 #include "Text.h"
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

@@ -1,7 +1,7 @@
 // How it is found out which network is meant.
 #include "NetworkNames.h"
 #include "Text.h"
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

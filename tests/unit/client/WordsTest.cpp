@@ -1,7 +1,7 @@
 // How a line is divided into words.
 #include "Words.h"
 #include "Text.h"
-#include <QtTest>
+#include <QTest>
 
 using namespace test_support;
 

@@ -1,6 +1,6 @@
 // How the tour's text is read, and when an event is what a step expects.
 #include "TourSteps.h"
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -7,8 +7,9 @@
 #include <QDBusReply>
 #include <QFile>
 #include <QProcess>
+#include <QSignalSpy>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 #include <unistd.h>
 
 namespace {

@@ -5,7 +5,8 @@
 
 #include <QDBusMetaType>
 #include <QDebug>
-#include <QtTest>
+#include <QMap>
+#include <QTest>
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "LogCapture.h"
 
 #include <QDBusMetaType>
-#include <QtTest>
+#include <QTest>
 
 class ManagerListTypeTest : public QObject
 {

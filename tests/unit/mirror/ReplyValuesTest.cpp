@@ -6,7 +6,8 @@
 #include <QDBusSignature>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
-#include <QtTest>
+#include <QLoggingCategory>
+#include <QTest>
 
 #include <unistd.h>
 

@@ -8,7 +8,7 @@
 #include <QDBusSignature>
 #include <QDBusVariant>
 #include <QLoggingCategory>
-#include <QtTest>
+#include <QTest>
 
 using test_support::LogCapture;
 

@@ -1,7 +1,7 @@
 #include <libspeech/SpeechKeys.h>
 #include <libtranslation/Sid.h>
 
-#include <QtTest>
+#include <QTest>
 
 using Sentence = libtranslation::Sid::NetworkManager;
 

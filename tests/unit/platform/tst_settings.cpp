@@ -1,11 +1,13 @@
 #include <libtactora/Settings.h>
 
 #include <memory>
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
-#include <QtTest>
+#include <QTest>
 
 class SettingsTest : public QObject
 {

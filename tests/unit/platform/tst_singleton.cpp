@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <mutex>
-#include <QtTest>
+#include <QTest>
 #include <set>
 #include <thread>
 #include <vector>

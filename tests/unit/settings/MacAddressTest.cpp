@@ -1,7 +1,7 @@
 #include "NetworkSettings.h"
 
 #include <limits>
-#include <QtTest>
+#include <QTest>
 
 class MacAddressTest : public QObject
 {

@@ -9,7 +9,7 @@
 #include "Timings.h"
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QtTest>
+#include <QTest>
 
 using namespace simulator;
 
