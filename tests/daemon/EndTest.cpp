@@ -40,6 +40,7 @@ private slots:
     void secondSignalEndsABlockedDaemonAtOnce();
     void runningCommandEndsWithAKilledDaemon_data();
     void runningCommandEndsWithAKilledDaemon();
+    void whatAKilledDaemonLeavesRunningIsEnded();
     void busLostDuringACommandEndsTheDaemonWithOneLineAndStatusOne();
 };
 
@@ -214,6 +215,20 @@ void EndTest::runningCommandEndsWithAKilledDaemon()
     QVERIFY(anyCommandRuns(device));
     QVERIFY(device.daemon.sendSignal(SIGKILL));
     QCOMPARE(device.daemon.waitForExit(), 128 + SIGKILL);
+    QTRY_VERIFY(!anyCommandRuns(device));
+}
+
+/// A child whose parent is killed before it could ask to end with it is ended by the init system, and here by
+/// the test.
+void EndTest::whatAKilledDaemonLeavesRunningIsEnded()
+{
+    TestDevice device;
+    device.daemon.setWrapper({"/bin/sh"_s, "-c"_s, "/bin/sleep infinity & exec \"$@\""_s, "sh"_s});
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.daemon.sendSignal(SIGKILL));
+    QCOMPARE(device.daemon.waitForExit(), 128 + SIGKILL);
+    QVERIFY(anyCommandRuns(device));
+    device.daemon.endLeftovers();
     QTRY_VERIFY(!anyCommandRuns(device));
 }
 

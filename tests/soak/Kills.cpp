@@ -126,6 +126,7 @@ public:
         waitUntil([] { return false; }, m_run.below(latestKillMs)); // the power fails when it fails
         m_device.daemon.sendSignal(SIGKILL);
         m_device.daemon.waitForExit();
+        m_device.daemon.endLeftovers();
         waitForNameToGo();
         return firstAnswer;
     }

@@ -22,6 +22,7 @@ Daemon::Daemon(const QString &busAddress, QObject *parent)
 Daemon::~Daemon()
 {
     checkEnd();
+    endLeftovers();
     if (QTest::currentTestFailed()) {
         m_log.print();
     }
@@ -49,7 +50,9 @@ bool Daemon::start(const QStringList &arguments)
     const QStringList command = m_wrapper + QStringList(QStringLiteral(DAEMON_PROGRAM)) + arguments;
     m_sandbox.devices().rewriteTriggers();
     m_process.start(QStringLiteral("bwrap"), m_sandbox.namespaceArguments(environment()) + command);
-    return m_process.waitForStarted(eventTimeoutMs);
+    const bool started = m_process.waitForStarted(eventTimeoutMs);
+    m_group = static_cast<pid_t>(m_process.processId());
+    return started;
 }
 
 qint64 Daemon::processId() const
@@ -86,6 +89,13 @@ int Daemon::waitForExit()
 bool Daemon::stop()
 {
     return sendSignal(SIGTERM) && waitForExit() == 0;
+}
+
+void Daemon::endLeftovers()
+{
+    if (m_group > 0) {
+        killpg(m_group, SIGKILL);
+    }
 }
 
 } // namespace test_support

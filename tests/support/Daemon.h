@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QStringList>
 
+#include <sys/types.h>
+
 namespace test_support {
 
 /// The built daemon, run as a black box in a sandbox of its own.
@@ -47,6 +49,10 @@ public:
     int waitForExit();
     /// SIGTERM; the result is whether it ended with status 0.
     bool stop();
+    /// Ends what a daemon that has ended has left running, as the init system does with its unit. A killed
+    /// one may leave a child that it was about to turn into a command: that waits for its parent for ever,
+    /// and shares the bus connection. The destructor does it, too.
+    void endLeftovers();
 
     QByteArray standardOutput() const { return m_output; }
 
@@ -64,6 +70,7 @@ private:
     DaemonLog m_log;
     QByteArray m_output;
     ChildProcess m_process;
+    pid_t m_group = 0; // of the processes; none before the start
 };
 
 } // namespace test_support
