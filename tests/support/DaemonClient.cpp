@@ -89,6 +89,8 @@ DaemonClient::DaemonClient(const QString &busAddress, QObject *parent)
 
 DaemonClient::~DaemonClient()
 {
+    // A call without an answer touches its connection when it goes: before that does.
+    qDeleteAll(findChildren<QDBusPendingCallWatcher *>());
     QDBusConnection::disconnectFromBus(m_connectionName);
 }
 

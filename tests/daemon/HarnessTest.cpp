@@ -1,0 +1,34 @@
+#include "TestDevice.h"
+#include "Text.h"
+
+#include <csignal>
+
+#include <QTest>
+
+using namespace test_support;
+
+/// What the tests of the daemon rely on.
+class HarnessTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void clientMayGoBeforeItsCallsAreAnswered();
+};
+
+void HarnessTest::clientMayGoBeforeItsCallsAreAnswered()
+{
+    constexpr int manyClients = 100; // a few get away with it
+    LonelyDaemon device;
+    QVERIFY(device.start());
+    QVERIFY(device.daemon.sendSignal(SIGSTOP));
+    for (int number = 0; number < manyClients; ++number) {
+        DaemonClient client(device.bus.address());
+        client.send("getWifiRegion");
+        client.send("getWifiRegion");
+    }
+    QVERIFY(device.daemon.sendSignal(SIGCONT));
+}
+
+QTEST_GUILESS_MAIN(HarnessTest)
+#include "HarnessTest.moc"
