@@ -46,26 +46,35 @@ bool areEntriesSendable(const QDBusArgument &argument, int depth)
     return sendable;
 }
 
+// A container that has been begun is ended in any case: Qt frees its reader then, and only then.
 bool isArgumentSendable(const QDBusArgument &argument, int depth)
 {
+    bool sendable = false;
     switch (argument.currentType()) {
     case QDBusArgument::MapType:
         argument.beginMap();
-        return areEntriesSendable(argument, depth + EntryDepth);
+        sendable = areEntriesSendable(argument, depth + EntryDepth);
+        argument.endMap();
+        break;
     case QDBusArgument::ArrayType:
         argument.beginArray();
-        return areElementsSendable(argument, depth + ArrayDepth);
+        sendable = areElementsSendable(argument, depth + ArrayDepth);
+        argument.endArray();
+        break;
     case QDBusArgument::StructureType:
         argument.beginStructure();
-        return areElementsSendable(argument, depth + StructureDepth);
+        sendable = areElementsSendable(argument, depth + StructureDepth);
+        argument.endStructure();
+        break;
     case QDBusArgument::BasicType:
     case QDBusArgument::VariantType:
-        return isSendable(argument.asVariant(), depth);
+        sendable = isSendable(argument.asVariant(), depth);
+        break;
     case QDBusArgument::MapEntryType:
     case QDBusArgument::UnknownType:
         break;
     }
-    return false;
+    return sendable;
 }
 
 bool isSendable(const QVariant &value, int depth)

@@ -2,13 +2,16 @@
 
 #include "ReplyValues.h"
 #include "LogCapture.h"
+#include "Loopback.h"
 
 #include <QDBusSignature>
 #include <QDBusUnixFileDescriptor>
 #include <QDBusVariant>
 #include <QLoggingCategory>
+#include <QPoint>
 #include <QTest>
 
+#include <malloc.h>
 #include <unistd.h>
 
 using ReplyValues::Place;
@@ -37,6 +40,11 @@ QVariant nestedMaps(int depth)
     return value;
 }
 
+std::size_t bytesInUse()
+{
+    return mallinfo2().uordblks;
+}
+
 } // namespace
 
 class ReplyValuesTest : public QObject
@@ -47,6 +55,8 @@ private slots:
     void valueIsSentOrLeftOut_data();
     void valueIsSentOrLeftOut();
     void othersAreSent();
+    void nothingIsKeptOfAReceivedValue_data();
+    void nothingIsKeptOfAReceivedValue();
 };
 
 void ReplyValuesTest::valueIsSentOrLeftOut_data()
@@ -87,6 +97,28 @@ void ReplyValuesTest::othersAreSent()
                              {QStringLiteral("Good"), 7}};
     const QVariantMap sent = ReplyValues::sendable(values, Place::InReply);
     QCOMPARE(sent.keys(), {QStringLiteral("Good")});
+}
+
+void ReplyValuesTest::nothingIsKeptOfAReceivedValue_data()
+{
+    QTest::addColumn<QVariant>("sent");
+    QTest::newRow("dictionary") << QVariant(QVariantMap{{Key, Key}});
+    QTest::newRow("array") << QVariant(QVariantList{Key, 7});
+    QTest::newRow("structure") << QVariant(QPoint(1, 2));
+}
+
+void ReplyValuesTest::nothingIsKeptOfAReceivedValue()
+{
+    QFETCH(QVariant, sent);
+    constexpr int times = 1000;
+    Loopback loopback;
+    const QVariantMap values{{Key, loopback.variantContent(sent)}};
+    QCOMPARE(ReplyValues::sendable(values, Place::InReply), values);
+    const std::size_t before = bytesInUse();
+    for (int time = 0; time < times; ++time) {
+        ReplyValues::sendable(values, Place::InReply);
+    }
+    QVERIFY2(bytesInUse() < before + times, "a byte or more is lost each time");
 }
 
 QTEST_GUILESS_MAIN(ReplyValuesTest)
