@@ -43,5 +43,7 @@ void Scenarios::registerWithWpsToAnyNetworkIsRefused()
     QVERIFY(!does(QStringLiteral("registerWifiWps"), {QString()}));
 
     QCOMPARE(daemon().received(), QStringList());
-    QVERIFY(daemon().log().contains(QStringLiteral("Connect to any WPS network isn't supported.")));
+    QVERIFY(eventually([&] {
+        return daemon().log().contains(QStringLiteral("Connect to any WPS network isn't supported."));
+    }));
 }

@@ -3,13 +3,19 @@
 #include "Command.h"
 #include "Connman.h"
 
-#include <QDir>
 #include <QFile>
 
 namespace {
 
 const QString connmanDirectory = QStringLiteral("/var/lib/connman");
 const QString settingsDirectory = QStringLiteral("/etc/xdg/Tactora AB");
+
+/// Directories that the units' own views of the file system begin at stay.
+bool empty(const QString &directory)
+{
+    return run(QStringLiteral("find"),
+               {directory, QStringLiteral("-mindepth"), QStringLiteral("1"), QStringLiteral("-delete")});
+}
 
 /// The card has its own address again and is down, as after power-on; the daemon gave it another one.
 bool powerOnCard()
@@ -27,9 +33,7 @@ bool powerOnCard()
 
 bool Device::reset()
 {
-    QDir(connmanDirectory).removeRecursively();
-    QDir(settingsDirectory).removeRecursively();
-    return QDir().mkpath(connmanDirectory) && powerOnCard();
+    return empty(connmanDirectory) && empty(settingsDirectory) && powerOnCard();
 }
 
 QString Device::file(const QString &path)

@@ -1,93 +1,54 @@
 #include "SystemService.h"
 
-#include "Eventually.h"
+#include "Systemd.h"
 
 #include <QFile>
-#include <QFileInfo>
-#include <QProcessEnvironment>
+#include <QTextStream>
 
-namespace {
-
-constexpr int startTimeoutMs = 30000;
-constexpr int stopTimeoutMs = 20000;
-
-} // namespace
-
-SystemService::SystemService(const QString &program, const QStringList &arguments)
-    : m_logFile(QStringLiteral("/run/results/log/%1.log").arg(QFileInfo(program).fileName()))
+SystemService::SystemService(const QString &name)
+    : m_unit(name + QStringLiteral(".service"))
 {
-    m_process.setProgram(program);
-    m_process.setArguments(arguments);
-    m_process.setProcessChannelMode(QProcess::MergedChannels);
-    m_process.setStandardOutputFile(m_logFile, QIODevice::Append);
-    m_process.setStandardInputFile(QProcess::nullDevice());
-}
-
-SystemService::~SystemService()
-{
-    end(); // stop() is virtual
 }
 
 bool SystemService::start()
 {
-    m_process.start();
-    return m_process.waitForStarted(startTimeoutMs);
+    return Systemd::control({QStringLiteral("start"), m_unit});
 }
 
 bool SystemService::stop()
 {
-    return end();
+    return Systemd::control({QStringLiteral("stop"), m_unit}) &&
+           Systemd::property(m_unit, QStringLiteral("Result")) == QStringLiteral("success");
 }
 
-bool SystemService::end()
+bool SystemService::isRunning() const
 {
-    if (!isRunning()) {
-        return true;
-    }
-    m_process.terminate();
-    if (eventually([this] { return !isRunning(); }, stopTimeoutMs)) {
-        return true;
-    }
-    m_process.kill();
-    m_process.waitForFinished(stopTimeoutMs);
-    return false;
+    return Systemd::property(m_unit, QStringLiteral("ActiveState")) == QStringLiteral("active");
 }
 
 QString SystemService::log() const
 {
-    QFile file(m_logFile);
-    if (!file.open(QIODevice::ReadOnly) || !file.seek(m_mark)) {
-        return {};
-    }
-    return QString::fromUtf8(file.readAll());
+    return Systemd::journal(m_unit, m_mark);
 }
 
 void SystemService::markLog()
 {
-    m_mark = QFileInfo(m_logFile).size();
-}
-
-void SystemService::setVariable(const QString &name, const QString &value)
-{
-    QProcessEnvironment environment = m_process.processEnvironment();
-    if (environment.isEmpty()) {
-        environment = QProcessEnvironment::systemEnvironment();
-    }
-    environment.insert(name, value);
-    m_process.setProcessEnvironment(environment);
+    m_mark = Systemd::journalEnd();
 }
 
 std::unique_ptr<Program> makeConnman()
 {
-    return std::make_unique<SystemService>(QStringLiteral("/usr/sbin/connmand"),
-                                           QStringList{QStringLiteral("--nodaemon")});
+    return std::make_unique<SystemService>(QStringLiteral("connman"));
 }
 
 std::unique_ptr<Program> makeDaemon(const QString &keyboardDevice)
 {
-    auto daemon = std::make_unique<SystemService>(QStringLiteral(DAEMON_PROGRAM),
-                                                  QStringList{QStringLiteral("--device"), keyboardDevice});
+    QFile file(QStringLiteral("/etc/default/network-manager"));
+    if (!file.open(QIODevice::WriteOnly)) {
+        qWarning("the daemon's options cannot be set");
+    }
     // World::waitUntilStarted() reads this category's debug lines.
-    daemon->setVariable(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("NetworkSettings.debug=true"));
-    return daemon;
+    QTextStream(&file) << "NETWORK_MANAGER_OPTIONS=\"--device " << keyboardDevice << "\"\n"
+                       << "QT_LOGGING_RULES=\"NetworkSettings.debug=true\"\n";
+    return std::make_unique<SystemService>(QStringLiteral("network-manager"));
 }

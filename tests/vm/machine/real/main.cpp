@@ -1,4 +1,5 @@
-#include "OnTheAirScenarios.h"
+#include "BootScenarios.h"
+#include "MachineScenarios.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -6,23 +7,43 @@
 
 namespace {
 
-/// The scenarios start network daemons and rewrite system files: only ever inside the machine made for them.
+/// The scenarios stop and start network daemons and rewrite system files: only ever inside the machine made
+/// for them.
 bool insideTheMachine()
 {
     QFile commandLine(QStringLiteral("/proc/cmdline"));
-    return commandLine.open(QIODevice::ReadOnly) && commandLine.readAll().contains("vm.init=");
+    return commandLine.open(QIODevice::ReadOnly) && commandLine.readAll().contains(" test-machine ");
+}
+
+/// What follows the option, as a number; the option and its value leave the arguments. -1 where it is not
+/// there.
+int takeNumber(QStringList &arguments, const QString &option)
+{
+    const int index = arguments.indexOf(option);
+    if (index < 0) {
+        return -1;
+    }
+    const int number = arguments.value(index + 1).toInt();
+    arguments.erase(arguments.begin() + index, arguments.begin() + index + 2);
+    return number;
 }
 
 } // namespace
 
+/// With "--boot NUMBER --cuts NUMBER": the scenarios that are about boots; otherwise all others.
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    const bool listing = QCoreApplication::arguments().contains(QStringLiteral("-functions"));
-    if (!listing && !insideTheMachine()) {
+    QStringList arguments = QCoreApplication::arguments();
+    if (!arguments.contains(QStringLiteral("-functions")) && !insideTheMachine()) {
         qCritical("These scenarios run inside the test machine only: use tests/vm/run.");
         return 2;
     }
-    OnTheAirScenarios scenarios;
-    return QTest::qExec(&scenarios, argc, argv);
+    const int boot = takeNumber(arguments, QStringLiteral("--boot"));
+    if (boot < 0) {
+        MachineScenarios scenarios;
+        return QTest::qExec(&scenarios, arguments);
+    }
+    BootScenarios scenarios(boot, takeNumber(arguments, QStringLiteral("--cuts")));
+    return QTest::qExec(&scenarios, arguments);
 }

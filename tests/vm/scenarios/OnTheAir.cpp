@@ -1,11 +1,11 @@
-#include "OnTheAirScenarios.h"
+#include "MachineScenarios.h"
 
 #include "Eventually.h"
 #include "OnTheAir.h"
 
 #include <QTest>
 
-void OnTheAirScenarios::wlanUsesTheAddressOfTheSerialNumberOnTheAir()
+void MachineScenarios::wlanUsesTheAddressOfTheSerialNumberOnTheAir()
 {
     const QString address = DevicePeers::addressOfSerialNumber();
     QVERIFY(!joinAtelier().isEmpty());
@@ -15,7 +15,7 @@ void OnTheAirScenarios::wlanUsesTheAddressOfTheSerialNumberOnTheAir()
              address.toUpper());
 }
 
-void OnTheAirScenarios::secondAccessPointOfTheSameNameTakesOver()
+void MachineScenarios::secondAccessPointOfTheSameNameTakesOver()
 {
     m_world.spoil(); // the supplicant goes on believing in the second access point for a while
     const QString identifier = joinAtelier();

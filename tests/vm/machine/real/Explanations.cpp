@@ -1,0 +1,77 @@
+#include "Explanations.h"
+
+#include "Command.h"
+
+#include <algorithm>
+#include <QRegularExpression>
+
+namespace {
+
+const QString manualPage = QStringLiteral("/usr/share/man/man8/network-manager.8.gz");
+
+struct Explanation
+{
+    QString category;
+    /// The fixed parts of its texts; what lies between them differs from line to line.
+    QStringList texts;
+};
+
+QString diagnostics()
+{
+    return outputOf(QStringLiteral("zcat"), {manualPage})
+        .section(QStringLiteral(".SH DIAGNOSTICS"), 1)
+        .section(QStringLiteral(".SH "), 0, 0)
+        .replace(QStringLiteral("\\\n"), QString())
+        .replace(QStringLiteral("\\(dq"), QStringLiteral("\""))
+        .replace(QStringLiteral("\\-"), QStringLiteral("-"));
+}
+
+/// "category: text" in the man page's language: italics and "..." stand for anything, remarks are set in
+/// roman.
+Explanation parse(const QString &heading)
+{
+    static const QRegularExpression gap(
+        QStringLiteral("\\\\f[RI].*?(?:\\\\fP|$)|\\\\f[RIP]|\\.\\.\\.|(?<=[.\"]),"));
+    const int colon = heading.indexOf(QStringLiteral(": "));
+    Explanation explanation{heading.left(colon), {}};
+    const QStringList parts = heading.mid(colon + 2).split(gap);
+    for (const QString &part : parts) {
+        const QString text = part.trimmed();
+        if (!text.isEmpty()) {
+            explanation.texts.append(text);
+        }
+    }
+    return explanation;
+}
+
+QList<Explanation> explanations()
+{
+    static const QRegularExpression line(QStringLiteral("^(?:\\.B |\\.BR \")?([A-Za-z.]+: .*?)\"?$"),
+                                         QRegularExpression::MultilineOption);
+    QList<Explanation> all;
+    auto matches = line.globalMatch(diagnostics());
+    while (matches.hasNext()) {
+        all.append(parse(matches.next().captured(1)));
+    }
+    return all;
+}
+
+bool explains(const Explanation &explanation, const QString &line)
+{
+    return line.startsWith(explanation.category + QStringLiteral(": ")) &&
+           std::any_of(explanation.texts.begin(), explanation.texts.end(),
+                       [&](const QString &text) { return line.contains(text); });
+}
+
+} // namespace
+
+QStringList unexplained(const QStringList &lines)
+{
+    const QList<Explanation> all = explanations();
+    QStringList rest;
+    std::copy_if(lines.begin(), lines.end(), std::back_inserter(rest), [&](const QString &line) {
+        return std::none_of(all.begin(), all.end(),
+                            [&](const Explanation &explanation) { return explains(explanation, line); });
+    });
+    return rest;
+}

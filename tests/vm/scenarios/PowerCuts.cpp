@@ -1,0 +1,121 @@
+#include "BootScenarios.h"
+#include "Scenarios.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTest>
+
+namespace {
+
+const QString results = QStringLiteral("/run/results/");
+const QString acknowledged = results + QStringLiteral("acknowledged");
+const QString hostNamePrefix = QStringLiteral("printer-");
+
+/// What each file that the daemon writes looks like when it is whole.
+struct KnownFile
+{
+    QString path;
+    QString whole;
+};
+
+const KnownFile knownFiles[] = {
+    {QStringLiteral("/etc/hostname"), QStringLiteral("printer-\\d+|printer\n")},
+    {QStringLiteral("/etc/xdg/Tactora AB/region.conf"),
+     QStringLiteral("\\[wifi\\]\n(region=[A-Z]{2}\n|regionLocked=(true|false)\n){1,2}")},
+    {QStringLiteral("/etc/xdg/Tactora AB/main.conf"), QStringLiteral("(\\[wifi\\]\nprefered=[A-Za-z]*\n)?")},
+};
+const QString wholeProvisioning =
+    QStringLiteral("\\[service_peap\\]\nType=wifi\nName=Office\nEAP=peap\nPhase2=MSCHAPV2\n?");
+
+QString contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+bool isWhole(const QString &path, const QString &pattern)
+{
+    const QString content = contentOf(path);
+    const bool whole =
+        QRegularExpression(QRegularExpression::anchoredPattern(pattern)).match(content).hasMatch();
+    if (!whole) {
+        qWarning().noquote() << path << "is torn:" << content;
+    }
+    return whole;
+}
+
+bool everyFileIsWhole()
+{
+    bool whole = true;
+    for (const KnownFile &file : knownFiles) {
+        whole = (!QFile::exists(file.path) || isWhole(file.path, file.whole)) && whole;
+    }
+    const QDir connman(QStringLiteral("/var/lib/connman"));
+    const QStringList files = connman.entryList({QStringLiteral("*.config")}, QDir::Files);
+    for (const QString &name : files) {
+        whole = isWhole(connman.filePath(name), wholeProvisioning) && whole;
+    }
+    return whole;
+}
+
+/// Out of the machine, where no power cut reaches it.
+void remember(int number)
+{
+    QFile file(acknowledged);
+    if (file.open(QIODevice::Append)) {
+        file.write(QByteArray::number(number) + '\n');
+    }
+}
+
+/// The last number of which the daemon said that it had been written.
+int lastRemembered()
+{
+    return contentOf(acknowledged).section(QLatin1Char('\n'), -2, -2).toInt();
+}
+
+int storedNumber()
+{
+    return contentOf(QStringLiteral("/etc/hostname")).mid(hostNamePrefix.size()).toInt();
+}
+
+void callForTheCut()
+{
+    QFile(results + QStringLiteral("cut")).open(QIODevice::WriteOnly);
+}
+
+} // namespace
+
+/// The power is cut at a random instant while all of them are written; the disk then forgets what it was not
+/// told to keep.
+void BootScenarios::powerCutsLeaveEveryFileWhole()
+{
+    QVERIFY(everyFileIsWhole());
+    QVERIFY2(
+        storedNumber() >= lastRemembered(),
+        qPrintable(
+            QStringLiteral("%1 was acknowledged, %2 is there").arg(lastRemembered()).arg(storedNumber())));
+    QVERIFY(m_world.powerOn());
+    QVERIFY(m_world.daemon().call(QStringLiteral("getWifiRegion")).isValid());
+    if (m_boot <= m_cuts) {
+        writeUntilThePowerIsCut();
+    }
+}
+
+void BootScenarios::writeUntilThePowerIsCut()
+{
+    Daemon &daemon = m_world.daemon();
+    const QString office = m_world.connman().find(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    daemon.begin(QStringLiteral("forgetWifi"), {office});
+    daemon.begin(QStringLiteral("registerWiFiWpa2Enterprise"),
+                 {Secret::officeUser, office, Secret::officePassword, QStringLiteral("peap"),
+                  QStringLiteral("MSCHAPV2")});
+    callForTheCut();
+    for (int number = storedNumber() + 1;; ++number) {
+        const QString name = hostNamePrefix + QString::number(number);
+        if (daemon.call(QStringLiteral("setHostName"), {name}).toBool()) {
+            remember(number);
+        }
+        daemon.call(QStringLiteral("setLockRegion"), {number % 2 == 0});
+    }
+}
