@@ -55,9 +55,7 @@ void MachineScenarios::nothingButItsFilesIsWritable()
          QStringLiteral("-prune"), QStringLiteral("-o"), QStringLiteral("-type"), QStringLiteral("d"),
          QStringLiteral("-writable"), QStringLiteral("-print"), QStringLiteral("-prune")});
 
-    QCOMPARE(writable.split(QLatin1Char('\n'), Qt::SkipEmptyParts),
-             (QStringList{QStringLiteral("/etc"), QStringLiteral("/tmp"), QStringLiteral("/var/lib/connman"),
-                          QStringLiteral("/var/tmp")}));
+    QCOMPARE(writable, QStringLiteral("/etc\n/tmp\n/var/lib/connman\n/var/tmp\n"));
     const QStringList powerful{QStringLiteral("passwd"), QStringLiteral("shadow"),  QStringLiteral("systemd"),
                                QStringLiteral("dbus-1"), QStringLiteral("default"), QStringLiteral("init.d")};
     for (const QString &name : powerful) {
@@ -81,7 +79,7 @@ void MachineScenarios::exposureStaysLow()
 
 void MachineScenarios::journalHasThePriorities()
 {
-    const QString start = Systemd::journalEnd();
+    const QString start = Systemd::journalEnd(daemonUnit);
     QVERIFY(!does(QStringLiteral("connect"), {QString()}));
     QVERIFY(does(QStringLiteral("setWifiRegion"), {QStringLiteral("SE")}));
     m_world.spoil();

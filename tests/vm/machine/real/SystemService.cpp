@@ -33,7 +33,7 @@ QString SystemService::log() const
 
 void SystemService::markLog()
 {
-    m_mark = Systemd::journalEnd();
+    m_mark = Systemd::journalEnd(m_unit);
 }
 
 std::unique_ptr<Program> makeConnman()

@@ -24,9 +24,10 @@ QString Systemd::property(const QString &unit, const QString &name)
         .trimmed();
 }
 
-QString Systemd::journalEnd()
+QString Systemd::journalEnd(const QString &unit)
 {
-    return read({QStringLiteral("--lines=0"), QStringLiteral("--show-cursor")})
+    return read({QStringLiteral("--unit=") + unit, QStringLiteral("--lines=0"),
+                 QStringLiteral("--show-cursor")})
         .section(QStringLiteral("-- cursor: "), 1)
         .trimmed();
 }
