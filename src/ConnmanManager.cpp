@@ -131,8 +131,11 @@ void ConnmanManager::serviceStateReported(const Service &service)
     m_interfaceStates->touch(service->path());
     // Deliberately the state being left, not the new one: leaving online schedules nothing.
     if (service->previousState() != ConnmanService::State::Online) {
-        QTimer::singleShot(StateSettleTime, Qt::CoarseTimer, this,
-                           [this, service] { updateInterfaceStates(); });
+        // One whose path has a new service by now hears the state of that: held for each change, it would
+        // live as long as they keep coming, and so would every one before it.
+        const bool isReplaced = m_services.value(service->path(), service) != service;
+        const Service held = isReplaced ? nullptr : service;
+        QTimer::singleShot(StateSettleTime, Qt::CoarseTimer, this, [this, held] { updateInterfaceStates(); });
     }
     emit serviceStateChanged(service);
 }

@@ -4,6 +4,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 
+#include <QDeadlineTimer>
 #include <QCoreApplication>
 #include <QTest>
 
@@ -72,6 +73,7 @@ private slots:
     void removingAnUnknownServiceIsAWarningAndNothingElse();
     void removedServiceThatIsHeldStillReportsItsState();
     void removedServiceOutlivesTheRegistryAndTheManager();
+    void removedServiceIsReleasedThoughItsSuccessorKeepsChanging();
 };
 
 void ConnmanManagerRegistryTest::registryIsEmptyUntilTheNextPassOfTheEventLoop()
@@ -296,6 +298,32 @@ void ConnmanManagerRegistryTest::removedServiceOutlivesTheRegistryAndTheManager(
     filled.reset();
     QVERIFY(held->dbusUpdateProperties());
     QCOMPARE(held->name(), QStringLiteral("Home"));
+}
+
+void ConnmanManagerRegistryTest::removedServiceIsReleasedThoughItsSuccessorKeepsChanging()
+{
+    constexpr int latestMs = 10000; // two seconds would do, on a machine that does nothing else
+    constexpr int pauseMs = 200;
+    const QString state = QStringLiteral("State");
+    const QString nextState = QStringLiteral("association");
+    MirrorWorld world;
+    world.addService(A, idle());
+    FilledManager filled(world);
+    const std::weak_ptr<ConnmanService> removed = filled.manager.services().constFirst();
+    world.simulator().setServiceProperty(A, state, nextState);
+    world.deliver();
+    filled.manager.remService(QDBusObjectPath(path(A)));
+    filled.manager.addService(QDBusObjectPath(path(A)));
+    QVERIFY2(!removed.expired(), "the change of its state is still settling");
+
+    const QDeadlineTimer deadline(latestMs);
+    bool isReleased = false;
+    for (bool goesOn = false; !isReleased && !deadline.hasExpired(); goesOn = !goesOn) {
+        world.simulator().setServiceProperty(A, state, goesOn ? nextState : QStringLiteral("idle"));
+        isReleased = QTest::qWaitFor([&removed] { return removed.expired(); }, pauseMs);
+    }
+    QVERIFY(isReleased);
+    QCOMPARE(registeredPaths(filled.manager), {path(A)});
 }
 
 QTEST_GUILESS_MAIN(ConnmanManagerRegistryTest)
