@@ -2,6 +2,7 @@
 
 #include <QString>
 
+#include <algorithm>
 #include <array>
 
 namespace soak {
@@ -59,6 +60,7 @@ QByteArray numberedPath(int number)
 RandomValues::RandomValues(quint32 seed)
     : m_random(seed)
 {
+    std::generate(m_signatures.begin(), m_signatures.end(), [this] { return anySignature(); });
 }
 
 GVariant *RandomValues::arguments(const QByteArray &signature)
@@ -72,12 +74,17 @@ GVariant *RandomValues::arguments(const QByteArray &signature)
 
 GVariant *RandomValues::anyArguments()
 {
-    GVariantBuilder builder;
-    g_variant_builder_init(&builder, G_VARIANT_TYPE_TUPLE);
+    const int index = below(static_cast<int>(m_signatures.size()));
+    return arguments(m_signatures.at(static_cast<std::size_t>(index)));
+}
+
+QByteArray RandomValues::anySignature()
+{
+    QByteArray signature;
     for (int count = below(5); count > 0; --count) {
-        g_variant_builder_add_value(&builder, any());
+        signature += types.at(static_cast<std::size_t>(below(types.size())));
     }
-    return g_variant_builder_end(&builder);
+    return signature;
 }
 
 GVariant *RandomValues::any()

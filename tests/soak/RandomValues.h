@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QRandomGenerator>
 
+#include <array>
 #include <glib.h>
 
 namespace soak {
@@ -18,8 +19,10 @@ public:
     int below(int end) { return m_random.bounded(end); }
     bool oneIn(int chances) { return below(chances) == 0; }
 
-    /// A message's arguments: of these types (a D-Bus signature), or of any.
+    /// A message's arguments of these types (a D-Bus signature).
     GVariant *arguments(const QByteArray &signature);
+    /// Of any types, among a few combinations that the seed determines: Qt remembers each one that it was
+    /// ever called with, and that is no growth of the daemon's.
     GVariant *anyArguments();
     /// One value of any type.
     GVariant *any();
@@ -52,7 +55,10 @@ private:
     GVariant *container(const GVariantType *type);
     QByteArray garbage();
 
+    QByteArray anySignature();
+
     QRandomGenerator m_random;
+    std::array<QByteArray, 64> m_signatures;
     int m_depth = 0;
 };
 
