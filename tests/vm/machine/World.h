@@ -22,8 +22,9 @@ public:
     /// The start after the very first power-on: as `begin()`, but the daemon has never run before and Wi-Fi
     /// has never been on; nothing is started.
     bool beginUnused();
-    /// Waits until the daemon, started or met by ConnMan anew, has set the region that many times: a start-up
-    /// without a stored region sets it twice, any other once. Only then is its Wi-Fi start-up over.
+    /// Waits until the daemon, started or met by ConnMan anew, has set the region that many times, or tried
+    /// to: a start-up without a stored region sets it twice, any other once. Only then is its Wi-Fi start-up
+    /// over.
     bool waitUntilStarted(int regionCommands);
     /// Makes the next `begin()` start both programs anew: for scenarios that change what forgetting a network
     /// leaves.

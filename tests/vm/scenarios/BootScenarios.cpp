@@ -33,7 +33,7 @@ double secondsUntil(const QString &stage)
 
 QStringList criticalLines()
 {
-    return Systemd::journal(daemonUnit, QString(), QStringLiteral("emerg..err"))
+    return Systemd::journal(daemonUnit, 0, QStringLiteral("emerg..err"))
         .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 

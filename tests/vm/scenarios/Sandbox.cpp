@@ -4,7 +4,7 @@
 #include "MachineScenarios.h"
 #include "Systemd.h"
 
-#include <QDir>
+#include <QDateTime>
 #include <QFile>
 #include <QRegularExpression>
 #include <QTest>
@@ -20,14 +20,13 @@ QByteArray hostNameFile()
     return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
 }
 
-/// What a program sees that the daemon starts.
-QString asTheDaemonSees(const QStringList &command)
+/// What a shell prints that the daemon would start.
+QString asTheDaemonSees(const QString &command)
 {
     const QString process = Systemd::property(daemonUnit, QStringLiteral("MainPID"));
     return outputOf(QStringLiteral("nsenter"),
-                    QStringList{QStringLiteral("--target"), process, QStringLiteral("--mount"),
-                                QStringLiteral("--root"), QStringLiteral("--")} +
-                        command);
+                    {QStringLiteral("--target"), process, QStringLiteral("--mount"), QStringLiteral("--root"),
+                     QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"), command});
 }
 
 } // namespace
@@ -48,21 +47,15 @@ void MachineScenarios::hostNameIsWrittenAfterOthersReplacedItsFile()
 /// Kernel file systems aside, whose nodes have rules of their own.
 void MachineScenarios::nothingButItsFilesIsWritable()
 {
-    const QString writable = asTheDaemonSees(
-        {QStringLiteral("find"), QStringLiteral("/"), QStringLiteral("("), QStringLiteral("-path"),
-         QStringLiteral("/proc"), QStringLiteral("-o"), QStringLiteral("-path"), QStringLiteral("/sys"),
-         QStringLiteral("-o"), QStringLiteral("-path"), QStringLiteral("/dev"), QStringLiteral(")"),
-         QStringLiteral("-prune"), QStringLiteral("-o"), QStringLiteral("-type"), QStringLiteral("d"),
-         QStringLiteral("-writable"), QStringLiteral("-print"), QStringLiteral("-prune")});
+    const QString directories =
+        asTheDaemonSees(QStringLiteral("find / '(' -path /proc -o -path /sys -o -path /dev ')' -prune -o "
+                                       "-type d -writable -print -prune | sort"));
+    const QString powerfulFiles =
+        asTheDaemonSees(QStringLiteral("cd /etc && find passwd group shadow ld.so.cache default dbus-1 "
+                                       "init.d systemd -writable && echo none"));
 
-    QCOMPARE(writable, QStringLiteral("/etc\n/tmp\n/var/lib/connman\n/var/tmp\n"));
-    const QStringList powerful{QStringLiteral("passwd"), QStringLiteral("shadow"),  QStringLiteral("systemd"),
-                               QStringLiteral("dbus-1"), QStringLiteral("default"), QStringLiteral("init.d")};
-    for (const QString &name : powerful) {
-        QCOMPARE(asTheDaemonSees(
-                     {QStringLiteral("find"), QStringLiteral("/etc/") + name, QStringLiteral("-writable")}),
-                 QString());
-    }
+    QCOMPARE(directories, QStringLiteral("/etc\n/tmp\n/var/lib/connman\n/var/tmp\n"));
+    QCOMPARE(powerfulFiles, QStringLiteral("none\n"));
 }
 
 void MachineScenarios::exposureStaysLow()
@@ -79,7 +72,7 @@ void MachineScenarios::exposureStaysLow()
 
 void MachineScenarios::journalHasThePriorities()
 {
-    const QString start = Systemd::journalEnd(daemonUnit);
+    const qint64 start = QDateTime::currentMSecsSinceEpoch();
     QVERIFY(!does(QStringLiteral("connect"), {QString()}));
     QVERIFY(does(QStringLiteral("setWifiRegion"), {QStringLiteral("SE")}));
     m_world.spoil();

@@ -17,5 +17,5 @@ public:
 
 private:
     QString m_unit;
-    QString m_mark;
+    qint64 m_mark = 0;
 };

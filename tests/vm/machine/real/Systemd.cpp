@@ -2,16 +2,6 @@
 
 #include "Command.h"
 
-namespace {
-
-QString read(const QStringList &arguments)
-{
-    return outputOf(QStringLiteral("journalctl"),
-                    QStringList{QStringLiteral("--quiet"), QStringLiteral("--output=cat")} + arguments);
-}
-
-} // namespace
-
 bool Systemd::control(const QStringList &arguments)
 {
     return run(QStringLiteral("systemctl"), arguments);
@@ -24,19 +14,10 @@ QString Systemd::property(const QString &unit, const QString &name)
         .trimmed();
 }
 
-QString Systemd::journalEnd(const QString &unit)
+QString Systemd::journal(const QString &unit, qint64 since, const QString &priorities)
 {
-    return read({QStringLiteral("--unit=") + unit, QStringLiteral("--lines=0"),
-                 QStringLiteral("--show-cursor")})
-        .section(QStringLiteral("-- cursor: "), 1)
-        .trimmed();
-}
-
-QString Systemd::journal(const QString &unit, const QString &after, const QString &priorities)
-{
-    QStringList arguments{QStringLiteral("--unit=") + unit, QStringLiteral("--priority=") + priorities};
-    if (!after.isEmpty()) {
-        arguments.append(QStringLiteral("--after-cursor=") + after);
-    }
-    return read(arguments);
+    return outputOf(QStringLiteral("journalctl"),
+                    {QStringLiteral("--quiet"), QStringLiteral("--output=cat"),
+                     QStringLiteral("--unit=") + unit, QStringLiteral("--priority=") + priorities,
+                     QStringLiteral("--since=@%1").arg(static_cast<double>(since) / 1000, 0, 'f', 3)});
 }

@@ -11,11 +11,8 @@ bool control(const QStringList &arguments);
 /// A property of a unit, such as "MainPID"; empty when it cannot be told.
 QString property(const QString &unit, const QString &name);
 
-/// The place in the journal after the unit's latest message; empty where it has none. What it has just
-/// written may take a moment to get there.
-QString journalEnd(const QString &unit);
-/// The messages of a unit after that place. `priorities` is one, or a range such as "debug..info".
-QString journal(const QString &unit, const QString &after,
-                const QString &priorities = QStringLiteral("debug"));
+/// What a unit has said since then, in milliseconds of Unix time; its latest words may take a moment to get
+/// there. `priorities` is one, or a range such as "debug..info".
+QString journal(const QString &unit, qint64 since, const QString &priorities = QStringLiteral("debug"));
 
 } // namespace Systemd
