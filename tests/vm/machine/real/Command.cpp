@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int commandTimeoutMs = 60000;
+constexpr int commandTimeoutMs = 300000;
 
 /// Waits in an event loop, because the programs run here may call services that this process offers on the
 /// bus.
