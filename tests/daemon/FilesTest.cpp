@@ -17,6 +17,7 @@ private slots:
     void leftOverLockOfAStoreHoldsNoClientUp();
     void nothingIsWritableByOthersWhateverTheStartersMask();
     void secretsAreInNoFile();
+    void commandsInheritNoFile();
 };
 
 void FilesTest::hostNameThatIsAMountPointIsWritten()
@@ -103,6 +104,19 @@ void FilesTest::secretsAreInNoFile()
         QVERIFY2(!content.contains("some-identity"), qPrintable(path));
     }
     device.tolerateRefusedAutoConnect();
+}
+
+// By then the daemon has its keyboard, its LEDs, the bus and its settings open. (What it was itself started
+// with has no name, but for /dev/null.)
+void FilesTest::commandsInheritNoFile()
+{
+    TestDevice device;
+    QVERIFY(device.startWithoutRadio());
+    device.commands().script("iw"_s, {"descriptors"_s});
+    QVERIFY(device.client.call("setWifiRegion", "SE"_s).toBool());
+    const QStringList recorded = device.commands().calls();
+    QVERIFY(recorded.contains("iw reg set SE"_s));
+    QCOMPARE(recorded.filter(QRegularExpression("^inherited /(?!dev/null$)"_s)), QStringList());
 }
 
 QTEST_GUILESS_MAIN(FilesTest)

@@ -7,12 +7,13 @@
 //   hang           never ends by itself
 //   deaf           from now on does not end when asked to (SIGTERM)
 //   hold           waits while the test has the file "hold" locked
-//   crash          ends by a signal
-//   exit <status>  ends with that status
+//   descriptors    one line in the log for every file it has inherited, standard input, output and error
+//   aside crash          ends by a signal exit <status>  ends with that status
 //
 // Without a script it ends with status 0 and prints nothing. Linked statically: what is preloaded into the
 // daemon (device fakes, sanitizers) is inherited and must not act here.
 
+#include <climits>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
@@ -50,7 +51,8 @@ bool record(const std::string &directory, const std::string &line)
 {
     const int log = open((directory + "/log").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
     const std::string text = line + '\n';
-    return log >= 0 && write(log, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    const bool isWritten = write(log, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    return close(log) == 0 && isWritten;
 }
 
 // The script for the longest beginning of the command line that has one, whole words only.
@@ -78,6 +80,19 @@ std::vector<std::string> linesOf(const std::string &path)
     return lines;
 }
 
+void recordDescriptors(const std::string &directory)
+{
+    constexpr int mostDescriptors = 1024;
+    for (int descriptor = STDERR_FILENO + 1; descriptor < mostDescriptors; ++descriptor) {
+        std::vector<char> target(PATH_MAX);
+        const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+        const ssize_t length = readlink(link.c_str(), target.data(), target.size());
+        if (length > 0) {
+            record(directory, "inherited " + std::string(target.data(), static_cast<std::size_t>(length)));
+        }
+    }
+}
+
 void hangForever()
 {
     for (;;) {
@@ -103,6 +118,8 @@ void perform(const std::string &instruction, const std::string &script, const st
         std::signal(SIGTERM, SIG_IGN);
     } else if (word == "hold") {
         flock(open((directory + "/hold").c_str(), O_RDONLY | O_CLOEXEC), LOCK_SH);
+    } else if (word == "descriptors") {
+        recordDescriptors(directory);
     } else if (word == "crash") {
         raise(SIGKILL);
     } else if (word == "exit") {
