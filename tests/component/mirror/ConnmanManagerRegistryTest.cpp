@@ -4,8 +4,8 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 
-#include <QDeadlineTimer>
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QTest>
 
 using test_support::Fault;
