@@ -75,7 +75,7 @@ void LookupTest::networkAnnouncedAfterOthersIsStillFound_data()
     QTest::addColumn<int>("announcedAfterMs");
     QTest::newRow("soon") << 40;
     QTest::newRow("as ConnMan does") << 100;
-    QTest::newRow("late") << 150;
+    QTest::newRow("late") << 130;
 }
 
 // Announcements about something else, queued before the scan's reply or coming before the one that matters,
