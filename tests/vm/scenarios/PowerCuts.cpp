@@ -105,7 +105,9 @@ void BootScenarios::powerCutsLeaveEveryFileWhole()
 void BootScenarios::writeUntilThePowerIsCut()
 {
     Daemon &daemon = m_world.daemon();
+    QVERIFY(m_world.connman().setWifiPowered(true));
     const QString office = m_world.connman().find(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    QVERIFY(!office.isEmpty());
     daemon.begin(QStringLiteral("forgetWifi"), {office});
     daemon.begin(QStringLiteral("registerWiFiWpa2Enterprise"),
                  {Secret::officeUser, office, Secret::officePassword, QStringLiteral("peap"),
