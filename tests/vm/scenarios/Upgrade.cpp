@@ -39,8 +39,11 @@ void MachineScenarios::upgradeWhileJoinedKeepsEverything()
 {
     m_world.spoil();
     QVERIFY(packOlder());
+    daemon().markLog();
     QVERIFY(install(older));
     QVERIFY(installedVersion().startsWith(QStringLiteral("0~")));
+    // The power cycle that follows blocks the daemon: it answers when that is over.
+    QVERIFY(m_world.waitUntilStarted(1));
     QVERIFY(eventually([&] { return daemon().call(QStringLiteral("getWifiPower")).toBool(); }));
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
