@@ -76,7 +76,7 @@ int lastRemembered()
 
 int storedNumber()
 {
-    return contentOf(QStringLiteral("/etc/hostname")).mid(hostNamePrefix.size()).toInt();
+    return contentOf(QStringLiteral("/etc/hostname")).midRef(hostNamePrefix.size()).toInt();
 }
 
 void callForTheCut()
