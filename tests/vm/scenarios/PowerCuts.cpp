@@ -112,11 +112,14 @@ void BootScenarios::writeUntilThePowerIsCut()
     daemon.begin(QStringLiteral("registerWiFiWpa2Enterprise"),
                  {Secret::officeUser, office, Secret::officePassword, QStringLiteral("peap"),
                   QStringLiteral("MSCHAPV2")});
-    callForTheCut();
-    for (int number = storedNumber() + 1;; ++number) {
+    const int first = storedNumber() + 1;
+    for (int number = first;; ++number) {
         const QString name = hostNamePrefix + QString::number(number);
         if (daemon.call(QStringLiteral("setHostName"), {name}).toBool()) {
             remember(number);
+        }
+        if (number == first) {
+            callForTheCut(); // from here on files are being written
         }
         daemon.call(QStringLiteral("setLockRegion"), {number % 2 == 0});
     }
