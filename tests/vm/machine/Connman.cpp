@@ -115,9 +115,14 @@ bool Connman::isWifiPowered() const
 
 bool Connman::setWifiPowered(bool on) const
 {
-    ask(wifiPath, technologyInterface, QStringLiteral("SetProperty"),
-        {QStringLiteral("Powered"), QVariant::fromValue(QDBusVariant(on))});
-    return eventually([&] { return isWifiPowered() == on; });
+    const QVariantList powered{QStringLiteral("Powered"), QVariant::fromValue(QDBusVariant(on))};
+    return eventually([&] {
+        if (isWifiPowered() != on) {
+            // Asked again: it refuses while it is still at an older request.
+            ask(wifiPath, technologyInterface, QStringLiteral("SetProperty"), powered);
+        }
+        return isWifiPowered() == on;
+    });
 }
 
 bool Connman::setProperty(const QString &identifier, const QString &name, const QVariant &value) const

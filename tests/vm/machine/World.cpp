@@ -69,9 +69,24 @@ bool World::restartConnman()
         return false;
     }
     m_daemon->markLog();
-    // The power cycle that follows blocks the daemon: it answers when that is over.
-    return m_connman.startAndWait() && waitUntilStarted(1) &&
-           m_daemon->call(QStringLiteral("getWifiRegion")).isValid();
+    return m_connman.startAndWait() && waitUntilConnmanIsBack();
+}
+
+bool World::waitUntilConnmanIsBack()
+{
+    return waitUntilStarted(1) && eventually([&] {
+               return m_connman.isWifiPowered() ||
+                      m_daemon->call(QStringLiteral("setWifiPower"), {true}).toBool();
+           });
+}
+
+bool World::restartBoth()
+{
+    if (!m_daemon->stopAndWait() || !m_connman.stopAndWait()) {
+        return false;
+    }
+    m_daemon->markLog();
+    return startBoth() && settle();
 }
 
 bool World::startBoth()
@@ -81,10 +96,13 @@ bool World::startBoth()
 
 bool World::waitUntilStarted(int regionCommands)
 {
-    return eventually([&] {
+    const bool regionIsDecided = eventually([&] {
         const QString log = m_daemon->log();
         return log.count(regionIsSet) + log.count(regionIsNotSet) >= regionCommands;
     });
+    // The power cycle that follows blocks the daemon: it answers when that is over. A ConnMan that is stopped
+    // in the middle of it keeps Wi-Fi off.
+    return regionIsDecided && m_daemon->call(QStringLiteral("getWifiRegion")).isValid();
 }
 
 /// Through the daemon, because it keeps the preferred network in memory and on disk.

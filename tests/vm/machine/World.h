@@ -23,15 +23,22 @@ public:
     /// has never been on; nothing is started.
     bool beginUnused();
     /// Waits until the daemon, started or met by ConnMan anew, has set the region that many times, or tried
-    /// to: a start-up without a stored region sets it twice, any other once. Only then is its Wi-Fi start-up
-    /// over.
+    /// to: a start-up without a stored region sets it twice, any other once; and until the power cycle that
+    /// follows is over.
     bool waitUntilStarted(int regionCommands);
     /// Makes the next `begin()` start both programs anew: for scenarios that change what forgetting a network
     /// leaves.
     void spoil() { m_spoilt = true; }
 
-    /// Stops and starts ConnMan under the running daemon and waits until the daemon has met the new one.
+    /// Stops and starts ConnMan under the running daemon and waits until it is back.
     bool restartConnman();
+    /// Waits until the daemon has met a new ConnMan and Wi-Fi is on. A ConnMan that was still switching it on
+    /// when the daemon took the card down, to give it its address, leaves it off; the daemon's user switches
+    /// it on then.
+    bool waitUntilConnmanIsBack();
+    /// Stops both and starts them as the second and every later boot does: ConnMan meets the card with the
+    /// address that the daemon has given it, and names networks after that.
+    bool restartBoth();
 
     Daemon &daemon() { return *m_daemon; }
     Connman &connman() { return m_connman; }

@@ -59,10 +59,22 @@ QString Scenarios::joinAtelier()
     return isJoined(identifier) ? identifier : QString();
 }
 
+QString Scenarios::joinAtelierToStay()
+{
+    m_world.spoil();
+    return m_world.restartBoth() ? joinAtelier() : QString();
+}
+
 bool Scenarios::isJoined(const QString &identifier)
 {
     return eventually([&] {
         const QString state = connman().state(identifier);
         return state == QStringLiteral("ready") || state == QStringLiteral("online");
     });
+}
+
+bool Scenarios::isRejoined(const QString &identifier)
+{
+    return eventually([&] { return daemon().hasSent(QStringLiteral("networkConnected(Atelier)")); }) &&
+           isJoined(identifier);
 }

@@ -97,7 +97,12 @@ protected:
     bool does(const QString &method, const QVariantList &arguments = {});
     /// Registers "Atelier" and checks that it worked; its identifier, or an empty text.
     QString joinAtelier();
+    /// The same with a ConnMan that knows the network under a name that stays when ConnMan is started again:
+    /// the first one after power-on met the card before the daemon had given it its address.
+    QString joinAtelierToStay();
     bool isJoined(const QString &identifier);
+    /// Waits until the daemon has told that "Atelier" is joined again, and it is.
+    bool isRejoined(const QString &identifier);
 
     Daemon &daemon() { return m_world.daemon(); }
     Connman &connman() { return m_world.connman(); }
