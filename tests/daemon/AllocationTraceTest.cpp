@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "TestDevice.h"
 #include "Text.h"
 #include <QFile>
@@ -43,5 +44,5 @@ void AllocationTraceTest::nothingIsTracedUnlessTheEnvironmentSaysWhere()
     QCOMPARE(device.daemon.log().lines(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(AllocationTraceTest)
+static const Suite<AllocationTraceTest> suite;
 #include "AllocationTraceTest.moc"

@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace scene;
@@ -181,5 +182,5 @@ void ArgumentsTest::wpsWithoutNetworkIsNotSupported()
     QCOMPARE(device.simulator.calls(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(ArgumentsTest)
+static const Suite<ArgumentsTest> suite;
 #include "ArgumentsTest.moc"

@@ -1,4 +1,5 @@
 #include "KeyChord.h"
+#include "Suite.h"
 #include "TestDevice.h"
 #include "Text.h"
 #include <QTest>
@@ -155,5 +156,5 @@ void CommandLineTest::missingKeyboardDoesNotStopTheDaemon()
     QVERIFY(lonely.daemon.log().takeProblem(line));
 }
 
-QTEST_GUILESS_MAIN(CommandLineTest)
+static const Suite<CommandLineTest> suite;
 #include "CommandLineTest.moc"

@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace scene;
@@ -314,5 +315,5 @@ void ConnectingTest::forgettingFindsWifiNetworksOnly()
     QCOMPARE(device.changes(), QStringList(scan));
 }
 
-QTEST_GUILESS_MAIN(ConnectingTest)
+static const Suite<ConnectingTest> suite;
 #include "ConnectingTest.moc"

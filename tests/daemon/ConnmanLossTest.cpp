@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace scene;
@@ -136,5 +137,5 @@ void ConnmanLossTest::connectEndsWithConnman()
     device.log().tolerate("ConnmanService.properties|critical|Missing property \"Gateway\""_s);
 }
 
-QTEST_GUILESS_MAIN(ConnmanLossTest)
+static const Suite<ConnmanLossTest> suite;
 #include "ConnmanLossTest.moc"

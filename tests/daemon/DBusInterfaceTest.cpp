@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "Introspection.h"
+#include "Suite.h"
 #include "TestDevice.h"
 #include "Text.h"
 #include <QDBusConnectionInterface>
@@ -240,5 +241,5 @@ void DBusInterfaceTest::refusedNameIsReportedWithTheReasonOfTheBus()
     QCOMPARE(withoutSignals(ownMembers(introspect(device.client, uniqueName, "/"_s))), members);
 }
 
-QTEST_GUILESS_MAIN(DBusInterfaceTest)
+static const Suite<DBusInterfaceTest> suite;
 #include "DBusInterfaceTest.moc"

@@ -1,4 +1,5 @@
 #include "Scene.h"
+#include "Suite.h"
 #include <QRegularExpression>
 #include <QTest>
 
@@ -249,5 +250,5 @@ void DBusOperationsTest::unusableHostNameFileIsAnEmptyName()
     QCOMPARE(device.client.record(), (QStringList{"getHostName -> \"\""_s, "setHostName -> false"_s}));
 }
 
-QTEST_GUILESS_MAIN(DBusOperationsTest)
+static const Suite<DBusOperationsTest> suite;
 #include "DBusOperationsTest.moc"

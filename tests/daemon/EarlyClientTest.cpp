@@ -1,4 +1,5 @@
 #include "Scene.h"
+#include "Suite.h"
 #include "TestDevice.h"
 #include <QTest>
 
@@ -38,5 +39,5 @@ void EarlyClientTest::seesConnmansServices()
     device.log().tolerate("default|critical|WLAN not supported on this board."_s);
 }
 
-QTEST_GUILESS_MAIN(EarlyClientTest)
+static const Suite<EarlyClientTest> suite;
 #include "EarlyClientTest.moc"

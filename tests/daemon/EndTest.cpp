@@ -1,5 +1,6 @@
 #include "KeyChord.h"
 #include "Scene.h"
+#include "Suite.h"
 
 #include <algorithm>
 #include <csignal>
@@ -246,5 +247,5 @@ void EndTest::busLostDuringACommandEndsTheDaemonWithOneLineAndStatusOne()
     QVERIFY(device.log().takeProblem(busLost));
 }
 
-QTEST_GUILESS_MAIN(EndTest)
+static const Suite<EndTest> suite;
 #include "EndTest.moc"

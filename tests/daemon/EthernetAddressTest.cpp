@@ -1,4 +1,5 @@
 #include "EthernetScene.h"
+#include "Suite.h"
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -172,5 +173,5 @@ void EthernetAddressTest::readyReportOfAnotherInterfaceStartsNothing()
     QCOMPARE(device.devices().led("led8"_s), LedPattern::off());
 }
 
-QTEST_GUILESS_MAIN(EthernetAddressTest)
+static const Suite<EthernetAddressTest> suite;
 #include "EthernetAddressTest.moc"

@@ -1,4 +1,5 @@
 #include "EthernetScene.h"
+#include "Suite.h"
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -67,5 +68,5 @@ void EthernetTimeoutTest::readyReportBeginsTheCountAnew()
     QCOMPARE(device.ticks(), before + 16);
 }
 
-QTEST_GUILESS_MAIN(EthernetTimeoutTest)
+static const Suite<EthernetTimeoutTest> suite;
 #include "EthernetTimeoutTest.moc"

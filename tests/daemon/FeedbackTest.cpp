@@ -1,6 +1,7 @@
 #include "EventWait.h"
 #include "KeyChord.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTest>
@@ -279,5 +280,5 @@ void FeedbackTest::silentSpeechServiceIsNotWaitedFor()
     QVERIFY(waitUntil([&] { return silence.fired() == 1; }));
 }
 
-QTEST_GUILESS_MAIN(FeedbackTest)
+static const Suite<FeedbackTest> suite;
 #include "FeedbackTest.moc"

@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 
 #include <QDirIterator>
 #include <QTest>
@@ -120,5 +121,5 @@ void FilesTest::commandsInheritNoFile()
              QStringList());
 }
 
-QTEST_GUILESS_MAIN(FilesTest)
+static const Suite<FilesTest> suite;
 #include "FilesTest.moc"

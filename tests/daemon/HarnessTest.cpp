@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "TestDevice.h"
 #include "Text.h"
 
@@ -30,5 +31,5 @@ void HarnessTest::clientMayGoBeforeItsCallsAreAnswered()
     QVERIFY(device.daemon.sendSignal(SIGCONT));
 }
 
-QTEST_GUILESS_MAIN(HarnessTest)
+static const Suite<HarnessTest> suite;
 #include "HarnessTest.moc"

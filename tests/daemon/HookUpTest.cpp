@@ -1,6 +1,7 @@
 #include "EventWait.h"
 #include "Introspection.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <QDBusReply>
 #include <QTest>
 
@@ -203,5 +204,5 @@ void HookUpTest::unpluggedKeyboardIsToldByLibraryAndDaemon()
     QCOMPARE(device.client.call("getHostName").toString(), "printer"_s);
 }
 
-QTEST_GUILESS_MAIN(HookUpTest)
+static const Suite<HookUpTest> suite;
 #include "HookUpTest.moc"

@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <QDBusArgument>
 #include <QDBusVariant>
 #include <QTest>
@@ -69,5 +70,5 @@ void HostileRepliesTest::deepValueThatStillFitsIsPassedOn()
     QVERIFY(qdbus_cast<QVariantMap>(networks.value(home)).contains("Deep"_s));
 }
 
-QTEST_GUILESS_MAIN(HostileRepliesTest)
+static const Suite<HostileRepliesTest> suite;
 #include "HostileRepliesTest.moc"

@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace scene;
@@ -247,5 +248,5 @@ void IpConfigurationTest::ipv6ConfigurationFollowsASilentChangeAndIpv4DoesNot()
     QCOMPARE(device.client.call("getConfiguration", cable).toMap(), (QVariantMap{{"Method"_s, "dhcp"_s}}));
 }
 
-QTEST_GUILESS_MAIN(IpConfigurationTest)
+static const Suite<IpConfigurationTest> suite;
 #include "IpConfigurationTest.moc"

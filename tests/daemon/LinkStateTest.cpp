@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTest>
@@ -232,5 +233,5 @@ void LinkStateTest::autoConnectComesBackAfterAFailure()
     QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
 }
 
-QTEST_GUILESS_MAIN(LinkStateTest)
+static const Suite<LinkStateTest> suite;
 #include "LinkStateTest.moc"

@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <algorithm>
 #include <QRegularExpression>
 #include <QTest>
@@ -120,5 +121,5 @@ void LoggingTest::lineCarriesWhereItComesFrom()
     QVERIFY(device.daemon.log().takeProblem(line));
 }
 
-QTEST_GUILESS_MAIN(LoggingTest)
+static const Suite<LoggingTest> suite;
 #include "LoggingTest.moc"

@@ -1,4 +1,5 @@
 #include "Scene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace test_support;
@@ -225,5 +226,5 @@ void LookupTest::networkThatConnmanRemovedIsNotFound()
     QVERIFY(device.log().takeProblem(unknownLine(scene::home)));
 }
 
-QTEST_GUILESS_MAIN(LookupTest)
+static const Suite<LookupTest> suite;
 #include "LookupTest.moc"

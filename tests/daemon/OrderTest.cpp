@@ -2,6 +2,7 @@
 #include "EventWait.h"
 #include "KeyChord.h"
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace scene;
@@ -150,5 +151,5 @@ void OrderTest::chordIsSpokenBeforeThePowerIsTold()
              qPrintable(traffic.members().join(QLatin1Char(' '))));
 }
 
-QTEST_GUILESS_MAIN(OrderTest)
+static const Suite<OrderTest> suite;
 #include "OrderTest.moc"

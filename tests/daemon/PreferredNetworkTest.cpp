@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -329,5 +330,5 @@ void PreferredNetworkTest::busyPreferredNetworkEndsTheAttempt()
     QCOMPARE(device.connectCalls(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(PreferredNetworkTest)
+static const Suite<PreferredNetworkTest> suite;
 #include "PreferredNetworkTest.moc"

@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <libtactora/DBusArgument.h>
 #include <QTest>
 
@@ -314,5 +315,5 @@ void QueriesTest::technologiesAreThoseOfConnman()
     QVERIFY(device.client.call("checkBluetoothTechnology").toBool());
 }
 
-QTEST_GUILESS_MAIN(QueriesTest)
+static const Suite<QueriesTest> suite;
 #include "QueriesTest.moc"

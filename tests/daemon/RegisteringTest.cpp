@@ -1,4 +1,5 @@
 #include "RegisteringScene.h"
+#include "Suite.h"
 #include <QDBusArgument>
 #include <QTest>
 
@@ -312,5 +313,5 @@ void RegisteringTest::otherClientsAreServedDuringARegistration()
     device.tolerateRefusedAutoConnect();
 }
 
-QTEST_GUILESS_MAIN(RegisteringTest)
+static const Suite<RegisteringTest> suite;
 #include "RegisteringTest.moc"

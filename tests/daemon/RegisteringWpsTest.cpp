@@ -1,4 +1,5 @@
 #include "RegisteringScene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace scene;
@@ -92,5 +93,5 @@ void RegisteringWpsTest::credentialsAreClearedAfterWpsWithoutNetwork()
         device.log().takeProblem("NetworkManager|critical|Connect to any WPS network isn't supported."_s));
 }
 
-QTEST_GUILESS_MAIN(RegisteringWpsTest)
+static const Suite<RegisteringWpsTest> suite;
 #include "RegisteringWpsTest.moc"

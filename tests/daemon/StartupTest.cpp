@@ -1,5 +1,6 @@
 #include "KeyChord.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <csignal>
 #include <QTest>
 
@@ -180,5 +181,5 @@ void StartupTest::logIsUtf8WhateverTheLocale()
         device.daemon.log().takeProblem("NetworkManager|critical|No such network available: \"Gerät\""_s));
 }
 
-QTEST_GUILESS_MAIN(StartupTest)
+static const Suite<StartupTest> suite;
 #include "StartupTest.moc"

@@ -1,4 +1,5 @@
 #include "OperationsScene.h"
+#include "Suite.h"
 #include <QTest>
 
 #include <csignal>
@@ -164,5 +165,5 @@ void WaitingOperationTest::lossOfTheBusEndsTheWaitForThePowerState()
     QVERIFY(endsWithStatusOneAndSaysSo(device));
 }
 
-QTEST_GUILESS_MAIN(WaitingOperationTest)
+static const Suite<WaitingOperationTest> suite;
 #include "WaitingOperationTest.moc"

@@ -1,6 +1,7 @@
 #include "EventWait.h"
 #include "KeyChord.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <QTest>
 #include <QTimer>
 
@@ -137,7 +138,7 @@ void WifiPowerTest::connmanctlMayTakeFiveSecondsButNotSix()
     QVERIFY(device.commands().waitForCall(enable));
     QElapsedTimer clock;
     clock.start();
-    QTimer::singleShot(6000, Qt::PreciseTimer, this, [&] { device.commands().release(); });
+    QTimer::singleShot(6000, Qt::PreciseTimer, &device.client, [&] { device.commands().release(); });
     QVERIFY(device.log().takeProblem(resetFailed));
     QVERIFY2(clock.elapsed() > 4500, qPrintable(QString::number(clock.elapsed())));
     device.client.settle();
@@ -250,5 +251,5 @@ void WifiPowerTest::switchingOnScansTwoSecondsLater()
     QVERIFY(scene::isBetween(clock, 1800, 3800));
 }
 
-QTEST_GUILESS_MAIN(WifiPowerTest)
+static const Suite<WifiPowerTest> suite;
 #include "WifiPowerTest.moc"

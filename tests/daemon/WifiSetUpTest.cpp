@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "Scene.h"
+#include "Suite.h"
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -268,5 +269,5 @@ void WifiSetUpTest::settingTheRegionPowerCyclesWifi()
     QCOMPARE(board.commands().calls(), (QStringList{"iw reg set DE"_s, disable, enable}));
 }
 
-QTEST_GUILESS_MAIN(WifiSetUpTest)
+static const Suite<WifiSetUpTest> suite;
 #include "WifiSetUpTest.moc"

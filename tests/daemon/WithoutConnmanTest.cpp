@@ -1,3 +1,4 @@
+#include "Suite.h"
 #include "TestDevice.h"
 #include "Text.h"
 #include <QTest>
@@ -120,5 +121,5 @@ void WithoutConnmanTest::everyMethodAnswers()
     }
 }
 
-QTEST_GUILESS_MAIN(WithoutConnmanTest)
+static const Suite<WithoutConnmanTest> suite;
 #include "WithoutConnmanTest.moc"

@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "RegisteringScene.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace scene;
@@ -189,5 +190,5 @@ void ExamplesTest::saysSoWhenThereIsNoDaemon()
     QVERIFY2(example.complaint().contains("com.tactora.NetworkManager"_s), qPrintable(example.complaint()));
 }
 
-QTEST_GUILESS_MAIN(ExamplesTest)
+static const Suite<ExamplesTest> suite;
 #include "ExamplesTest.moc"

@@ -1,5 +1,6 @@
 #include "AgentFixture.h"
 #include "RandomRequest.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -142,5 +143,5 @@ void AgentFuzzTest::everyReportedErrorIsKept()
     }
 }
 
-QTEST_GUILESS_MAIN(AgentFuzzTest)
+static const Suite<AgentFuzzTest> suite;
 #include "AgentFuzzTest.moc"

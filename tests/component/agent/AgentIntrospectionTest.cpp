@@ -1,4 +1,5 @@
 #include "AgentFixture.h"
+#include "Suite.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QEventLoop>
@@ -145,5 +146,5 @@ void AgentIntrospectionTest::pathThatIsTakenIsOneCriticalLine()
     QCOMPARE(secondAdaptor.path().path(), QStringLiteral("/agent"));
 }
 
-QTEST_GUILESS_MAIN(AgentIntrospectionTest)
+static const Suite<AgentIntrospectionTest> suite;
 #include "AgentIntrospectionTest.moc"

@@ -1,4 +1,5 @@
 #include "AgentFixture.h"
+#include "Suite.h"
 
 #include <QDBusMetaType>
 #include <QMap>
@@ -347,5 +348,5 @@ void AgentRequestInputTest::emptyCredentialsAreAnswered()
              fields("Name", text(""), "Passphrase", text("")));
 }
 
-QTEST_GUILESS_MAIN(AgentRequestInputTest)
+static const Suite<AgentRequestInputTest> suite;
 #include "AgentRequestInputTest.moc"

@@ -1,6 +1,7 @@
 #include "ConnmanAgent.h"
 #include "ConnmanAgentDBus.h"
 #include "LogCapture.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -25,5 +26,5 @@ void AgentWithoutBusTest::missingSystemBusIsOneCriticalLine()
     QCOMPARE(adaptor.path().path(), QStringLiteral("/agent"));
 }
 
-QTEST_GUILESS_MAIN(AgentWithoutBusTest)
+static const Suite<AgentWithoutBusTest> suite;
 #include "AgentWithoutBusTest.moc"

@@ -1,4 +1,5 @@
 #include "AgentFixture.h"
+#include "Suite.h"
 
 #include <QDBusObjectPath>
 #include <QMap>
@@ -243,5 +244,5 @@ void ConnmanAgentTest::requestInputDoesNothingWhenNotCalledOverDBus()
     QVERIFY(log().messages().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(ConnmanAgentTest)
+static const Suite<ConnmanAgentTest> suite;
 #include "ConnmanAgentTest.moc"

@@ -2,6 +2,7 @@
 #include "ClientProgram.h"
 #include "DaemonDouble.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "Text.h"
 #include <memory>
 #include <QJsonDocument>
@@ -248,5 +249,5 @@ void ClientCommandsTest::withoutTheCredentialNothingIsRegistered()
     QCOMPARE(m_daemon->calls(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(ClientCommandsTest)
+static const Suite<ClientCommandsTest> suite;
 #include "ClientCommandsTest.moc"

@@ -1,6 +1,7 @@
 // The client with the daemon itself.
 #include "ClientProgram.h"
 #include "EventWait.h"
+#include "Suite.h"
 #include "TestDevice.h"
 #include "Text.h"
 #include <QTest>
@@ -100,5 +101,5 @@ void ClientDaemonTest::connectIsCancelledWithCtrlC()
     }
 }
 
-QTEST_GUILESS_MAIN(ClientDaemonTest)
+static const Suite<ClientDaemonTest> suite;
 #include "ClientDaemonTest.moc"

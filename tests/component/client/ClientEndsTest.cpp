@@ -2,6 +2,7 @@
 #include "ClientProgram.h"
 #include "DaemonDouble.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "Text.h"
 #include <memory>
 #include <QTest>
@@ -199,5 +200,5 @@ void ClientEndsTest::credentialsOfAScriptAreItsNextLines()
     QCOMPARE(m_daemon->calls(), (QStringList{"registerWifi a, sweet potato"_s, "forgetWifi a"_s}));
 }
 
-QTEST_GUILESS_MAIN(ClientEndsTest)
+static const Suite<ClientEndsTest> suite;
 #include "ClientEndsTest.moc"

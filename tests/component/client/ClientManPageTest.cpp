@@ -1,5 +1,6 @@
 // The manual page names what the program itself tells with --help.
 #include "ClientProgram.h"
+#include "Suite.h"
 #include "Text.h"
 #include <QFile>
 #include <QMap>
@@ -69,5 +70,5 @@ void ClientManPageTest::nothingElseIsExplained()
     QCOMPARE(m_entries.size(), m_help.size());
 }
 
-QTEST_GUILESS_MAIN(ClientManPageTest)
+static const Suite<ClientManPageTest> suite;
 #include "ClientManPageTest.moc"

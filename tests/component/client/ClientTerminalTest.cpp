@@ -3,6 +3,7 @@
 #include "DaemonDouble.h"
 #include "EventWait.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "TerminalProgram.h"
 #include "Text.h"
 #include <memory>
@@ -262,5 +263,5 @@ void ClientTerminalTest::shellCompletes()
     QVERIFY(shell.waitFor("network-managerctl "_s + completed));
 }
 
-QTEST_GUILESS_MAIN(ClientTerminalTest)
+static const Suite<ClientTerminalTest> suite;
 #include "ClientTerminalTest.moc"

@@ -3,6 +3,7 @@
 #include "DaemonDouble.h"
 #include "EventWait.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "Text.h"
 #include <memory>
 #include <QJsonDocument>
@@ -246,5 +247,5 @@ void ClientWaitingTest::listGoesOnWithWhatHappens()
     QCOMPARE(client.waitForExit(), 0);
 }
 
-QTEST_GUILESS_MAIN(ClientWaitingTest)
+static const Suite<ClientWaitingTest> suite;
 #include "ClientWaitingTest.moc"

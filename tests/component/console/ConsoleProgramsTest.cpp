@@ -1,6 +1,7 @@
 // The console of the simulated device as a program: from a pipe, on a terminal, and as the bus of other
 // programs.
 #include "PipedProgram.h"
+#include "Suite.h"
 #include "TerminalProgram.h"
 #include "TestDevice.h"
 #include "Text.h"
@@ -178,5 +179,5 @@ void ConsoleProgramsTest::versionIsTold()
     QVERIFY(script.output().startsWith("device-console "_s));
 }
 
-QTEST_GUILESS_MAIN(ConsoleProgramsTest)
+static const Suite<ConsoleProgramsTest> suite;
 #include "ConsoleProgramsTest.moc"

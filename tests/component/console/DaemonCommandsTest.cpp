@@ -4,6 +4,7 @@
 #include "Feed.h"
 #include "NetworkNames.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "Words.h"
 #include <memory>
 #include <QFile>
@@ -212,5 +213,5 @@ void DaemonCommandsTest::absentDaemonIsNamed()
                  QStringList{text("reply: getWifiPower failed: The network daemon is not running.")});
 }
 
-QTEST_GUILESS_MAIN(DaemonCommandsTest)
+static const Suite<DaemonCommandsTest> suite;
 #include "DaemonCommandsTest.moc"

@@ -2,6 +2,7 @@
 #include "SimulatedSurroundings.h"
 #include "Feed.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "Words.h"
 #include <memory>
 #include <QDBusConnection>
@@ -82,5 +83,5 @@ void SimulatedSurroundingsTest::commandsChangeTheNetworks()
     QCOMPARE(services(), networks);
 }
 
-QTEST_GUILESS_MAIN(SimulatedSurroundingsTest)
+static const Suite<SimulatedSurroundingsTest> suite;
 #include "SimulatedSurroundingsTest.moc"

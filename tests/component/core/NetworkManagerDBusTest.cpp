@@ -2,6 +2,7 @@
 #include "LogCapture.h"
 #include "NetworkManager.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include "Text.h"
 
 #include <QCoreApplication>
@@ -57,6 +58,8 @@ void NetworkManagerDBusTest::adaptorBelongsToItsNetworkManager()
 }
 
 // The object is built without settings of the machine it runs on.
+static const Suite<NetworkManagerDBusTest> suite;
+
 int main(int argc, char **argv)
 {
     const QTemporaryDir settings;
@@ -64,8 +67,7 @@ int main(int argc, char **argv)
     const PrivateBus bus;
     QCoreApplication application(argc, argv);
     QCoreApplication::setOrganizationName("Tactora AB"_s);
-    NetworkManagerDBusTest test;
-    return QTest::qExec(&test, argc, argv);
+    return runSuite();
 }
 
 #include "NetworkManagerDBusTest.moc"

@@ -3,6 +3,7 @@
 #include "LogCapture.h"
 #include "MockDevices.h"
 #include "MockKeyboard.h"
+#include "Suite.h"
 #include "Text.h"
 
 #include <QCoreApplication>
@@ -166,6 +167,8 @@ void NetworkManagerTest::interfaceStateIsAKnownType()
 }
 
 // The object is built without a bus and without settings of the machine it runs on.
+static const Suite<NetworkManagerTest> suite;
+
 int main(int argc, char **argv)
 {
     const QTemporaryDir settings;
@@ -173,8 +176,7 @@ int main(int argc, char **argv)
     qputenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus");
     QCoreApplication application(argc, argv);
     QCoreApplication::setOrganizationName("Tactora AB"_s);
-    NetworkManagerTest test;
-    return QTest::qExec(&test, argc, argv);
+    return runSuite();
 }
 
 #include "NetworkManagerTest.moc"

@@ -5,6 +5,7 @@
 #include "ConnmanTechnology.h"
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -218,7 +219,7 @@ void AnnouncementsTest::timersWaitForTheEventLoop()
     MirrorWorld world;
     const auto manager = filledManager(world);
     bool isFired = false;
-    QTimer::singleShot(1, this, [&isFired] { isFired = true; });
+    QTimer::singleShot(1, manager.get(), [&isFired] { isFired = true; });
     manager->awaitAnnouncements(QDeadlineTimer(20ms), never);
     QVERIFY(!isFired);
     QTRY_VERIFY(isFired);
@@ -281,5 +282,5 @@ void AnnouncementsTest::goneAndBackAreToldInTheirOrderOnDemand()
     QCOMPARE(registeredPaths(filled.manager), {MirrorWorld::pathOf(Other)});
 }
 
-QTEST_GUILESS_MAIN(AnnouncementsTest)
+static const Suite<AnnouncementsTest> suite;
 #include "AnnouncementsTest.moc"

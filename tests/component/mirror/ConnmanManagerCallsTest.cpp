@@ -3,6 +3,7 @@
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -275,5 +276,5 @@ void ConnmanManagerCallsTest::propertyOfTheManagerIsOnlyLogged()
     QCOMPARE(world.complaints(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(ConnmanManagerCallsTest)
+static const Suite<ConnmanManagerCallsTest> suite;
 #include "ConnmanManagerCallsTest.moc"

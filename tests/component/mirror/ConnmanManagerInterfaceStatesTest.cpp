@@ -3,6 +3,7 @@
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -338,8 +339,8 @@ void ConnmanManagerInterfaceStatesTest::changeToOnlineIsReportedTwoSecondsLater(
     int early = -1;
     int late = -1;
     connect(&recorded->manager, &ConnmanManager::serviceStateChanged, this, [&] {
-        QTimer::singleShot(1500, Qt::PreciseTimer, this, [&] { early = reports.count(); });
-        QTimer::singleShot(2500, Qt::PreciseTimer, this, [&] { late = reports.count(); });
+        QTimer::singleShot(1500, Qt::PreciseTimer, &reports, [&] { early = reports.count(); });
+        QTimer::singleShot(2500, Qt::PreciseTimer, &reports, [&] { late = reports.count(); });
     });
     moveTo(world, QStringLiteral("online"));
     QTRY_VERIFY_WITH_TIMEOUT(late >= 0, LatestMs);
@@ -411,5 +412,5 @@ void ConnmanManagerInterfaceStatesTest::removedServiceThatIsHeldStillSchedulesAR
     QCOMPARE(recorded->announcements.lines(), expected);
 }
 
-QTEST_GUILESS_MAIN(ConnmanManagerInterfaceStatesTest)
+static const Suite<ConnmanManagerInterfaceStatesTest> suite;
 #include "ConnmanManagerInterfaceStatesTest.moc"

@@ -3,6 +3,7 @@
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -326,5 +327,5 @@ void ConnmanManagerRegistryTest::removedServiceIsReleasedThoughItsSuccessorKeeps
     QCOMPARE(registeredPaths(filled.manager), {path(A)});
 }
 
-QTEST_GUILESS_MAIN(ConnmanManagerRegistryTest)
+static const Suite<ConnmanManagerRegistryTest> suite;
 #include "ConnmanManagerRegistryTest.moc"

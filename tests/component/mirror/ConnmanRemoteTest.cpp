@@ -4,6 +4,7 @@
 #include "ConnmanNames.h"
 #include "ConnmanProperties.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
@@ -94,5 +95,5 @@ void ConnmanRemoteTest::propertiesOfAnotherTypeAreAnError()
         QStringLiteral("RemoteTest"), QStringLiteral("Call to GetProperties failed: \"Unexpected reply"))));
 }
 
-QTEST_GUILESS_MAIN(ConnmanRemoteTest)
+static const Suite<ConnmanRemoteTest> suite;
 #include "ConnmanRemoteTest.moc"

@@ -2,6 +2,7 @@
 
 #include "ConnmanService.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -328,5 +329,5 @@ void ConnmanServiceCacheTest::updatedIpv6ConfigurationIsReadFromConnman()
     QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path.path())});
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceCacheTest)
+static const Suite<ConnmanServiceCacheTest> suite;
 #include "ConnmanServiceCacheTest.moc"

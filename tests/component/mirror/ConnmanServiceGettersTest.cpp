@@ -4,6 +4,7 @@
 #include "ConnmanService.h"
 #include "MirrorWorld.h"
 #include "OddValues.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -355,5 +356,5 @@ void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty()
     QCOMPARE(m_world->complaints(), {subProperty(QStringLiteral("Invalid type of"))});
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceGettersTest)
+static const Suite<ConnmanServiceGettersTest> suite;
 #include "ConnmanServiceGettersTest.moc"

@@ -2,6 +2,7 @@
 
 #include "ConnmanService.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -357,5 +358,5 @@ void ConnmanServiceStateTest::stateChangeIsLoggedBeforeItIsAnnounced()
     QCOMPARE(linesAtSignal, expected);
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceStateTest)
+static const Suite<ConnmanServiceStateTest> suite;
 #include "ConnmanServiceStateTest.moc"

@@ -4,6 +4,7 @@
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -163,5 +164,5 @@ void CrowdTest::returnsOfOneServiceAreReadOncePerChange()
     QTRY_COMPARE_WITH_TIMEOUT(readsOfAChange(world, path), 1, 60000);
 }
 
-QTEST_GUILESS_MAIN(CrowdTest)
+static const Suite<CrowdTest> suite;
 #include "CrowdTest.moc"

@@ -5,6 +5,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "OddValues.h"
+#include "Suite.h"
 
 #include <QDBusConnectionInterface>
 #include <QTest>
@@ -249,5 +250,5 @@ void HostilePeerTest::agentRegistrationAnsweredWithAValueSucceeds()
     QCOMPARE(world.complaints(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(HostilePeerTest)
+static const Suite<HostilePeerTest> suite;
 #include "HostilePeerTest.moc"

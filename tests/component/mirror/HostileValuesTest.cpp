@@ -5,6 +5,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "OddValues.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -202,5 +203,5 @@ void HostileValuesTest::recordsWithAnyValuesAreRegistered()
     QCOMPARE(world.complaints(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(HostileValuesTest)
+static const Suite<HostileValuesTest> suite;
 #include "HostileValuesTest.moc"

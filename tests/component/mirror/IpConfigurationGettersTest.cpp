@@ -3,6 +3,7 @@
 #include "ConnmanService.h"
 #include "MirrorWorld.h"
 #include "OddValues.h"
+#include "Suite.h"
 
 #include <QMap>
 #include <QTest>
@@ -319,5 +320,5 @@ void IpConfigurationGettersTest::ipv6ValueThatIsNoTextIsOneLine()
     QCOMPARE(m_world->complaints(), {line(QStringLiteral("Invalid type of property \"Address\""))});
 }
 
-QTEST_GUILESS_MAIN(IpConfigurationGettersTest)
+static const Suite<IpConfigurationGettersTest> suite;
 #include "IpConfigurationGettersTest.moc"

@@ -3,6 +3,7 @@
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -186,5 +187,5 @@ void ServicesChangedTest::announcementIsHandledInOrderWithTheInterfacesLast()
     QCOMPARE(registeredPaths(recorded.manager), {path(A)});
 }
 
-QTEST_GUILESS_MAIN(ServicesChangedTest)
+static const Suite<ServicesChangedTest> suite;
 #include "ServicesChangedTest.moc"

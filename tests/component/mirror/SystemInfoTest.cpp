@@ -6,6 +6,7 @@
 #include "OddValues.h"
 #include "PrivateBus.h"
 #include "SimulatorClient.h"
+#include "Suite.h"
 
 #include <libtactora/Singleton.h>
 
@@ -291,5 +292,5 @@ void SystemInfoTest::thereIsOneInstance()
     QCOMPARE(first->serialNumber(), 4711);
 }
 
-QTEST_GUILESS_MAIN(SystemInfoTest)
+static const Suite<SystemInfoTest> suite;
 #include "SystemInfoTest.moc"

@@ -4,6 +4,7 @@
 #include <dbus/SystemInfo.h>
 
 #include "LogCapture.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -35,5 +36,5 @@ void SystemInfoWithoutBusTest::serialNumberIsTwoLinesAndZero()
     QCOMPARE(log.lines(QStringLiteral("default"), QtCriticalMsg), expected);
 }
 
-QTEST_GUILESS_MAIN(SystemInfoWithoutBusTest)
+static const Suite<SystemInfoWithoutBusTest> suite;
 #include "SystemInfoWithoutBusTest.moc"

@@ -1,4 +1,5 @@
 #include "ServiceFixture.h"
+#include "Suite.h"
 
 #include <functional>
 #include <QHostAddress>
@@ -293,5 +294,5 @@ void ConnmanServiceConfigureTest::operationsReturnWhatConnmanSays()
     QVERIFY(criticalLines().constFirst().endsWith(QStringLiteral("failed: \"Not supported\"")));
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceConfigureTest)
+static const Suite<ConnmanServiceConfigureTest> suite;
 #include "ConnmanServiceConfigureTest.moc"

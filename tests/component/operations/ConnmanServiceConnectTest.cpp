@@ -1,5 +1,6 @@
 #include "EventWait.h"
 #include "ServiceFixture.h"
+#include "Suite.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDBusConnection>
@@ -253,5 +254,5 @@ void ConnmanServiceConnectTest::connectCanBeRepeatedAfterAFailure()
     QCOMPARE(calls(), QStringList({call("Connect"), call("Connect")}));
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceConnectTest)
+static const Suite<ConnmanServiceConnectTest> suite;
 #include "ConnmanServiceConnectTest.moc"

@@ -1,4 +1,5 @@
 #include "ServiceFixture.h"
+#include "Suite.h"
 
 #include <QTest>
 
@@ -291,5 +292,5 @@ void ConnmanServiceDisconnectTest::removeRefreshesTheCache()
     QVERIFY(!service().isFavorite());
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceDisconnectTest)
+static const Suite<ConnmanServiceDisconnectTest> suite;
 #include "ConnmanServiceDisconnectTest.moc"

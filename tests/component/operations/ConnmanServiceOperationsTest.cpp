@@ -1,4 +1,5 @@
 #include "ServiceFixture.h"
+#include "Suite.h"
 
 #include <QDebug>
 #include <QTest>
@@ -148,5 +149,5 @@ void ConnmanServiceOperationsTest::writeToAVanishedConnmanFails()
     QCOMPARE(service().name(), QStringLiteral("HomeNet"));
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceOperationsTest)
+static const Suite<ConnmanServiceOperationsTest> suite;
 #include "ConnmanServiceOperationsTest.moc"

@@ -1,4 +1,5 @@
 #include "ServiceFixture.h"
+#include "Suite.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -37,5 +38,5 @@ void ConnmanServiceTimeoutTest::connectIsGivenUpAfterTwoMinutesAndDisconnectsOnc
     QCOMPARE(debugLines(), QStringList(QStringLiteral("Disconnecting service due to timeout.")));
 }
 
-QTEST_GUILESS_MAIN(ConnmanServiceTimeoutTest)
+static const Suite<ConnmanServiceTimeoutTest> suite;
 #include "ConnmanServiceTimeoutTest.moc"

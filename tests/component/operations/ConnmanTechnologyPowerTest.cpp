@@ -1,4 +1,5 @@
 #include "EventWait.h"
+#include "Suite.h"
 #include "TechnologyFixture.h"
 
 #include <QElapsedTimer>
@@ -191,5 +192,5 @@ void ConnmanTechnologyPowerTest::failedScanIsLogged()
     QCOMPARE(connman().calls(), QStringList(call("Scan")));
 }
 
-QTEST_GUILESS_MAIN(ConnmanTechnologyPowerTest)
+static const Suite<ConnmanTechnologyPowerTest> suite;
 #include "ConnmanTechnologyPowerTest.moc"

@@ -1,4 +1,5 @@
 #include "EventWait.h"
+#include "Suite.h"
 #include "TechnologyFixture.h"
 
 #include <functional>
@@ -290,5 +291,5 @@ void ConnmanTechnologyTest::otherTechnologiesChangesAreIgnored()
     QVERIFY(technology().isConnected());
 }
 
-QTEST_GUILESS_MAIN(ConnmanTechnologyTest)
+static const Suite<ConnmanTechnologyTest> suite;
 #include "ConnmanTechnologyTest.moc"

@@ -6,6 +6,7 @@
 #include "LogCapture.h"
 #include "PrivateBus.h"
 #include "SimulatorClient.h"
+#include "Suite.h"
 
 #include <functional>
 #include <memory>
@@ -386,5 +387,5 @@ void ReentrancyTest::registryEndsDuringConnect()
     QVERIFY(m_manager == nullptr);
 }
 
-QTEST_GUILESS_MAIN(ReentrancyTest)
+static const Suite<ReentrancyTest> suite;
 #include "ReentrancyTest.moc"

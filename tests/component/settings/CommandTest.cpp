@@ -1,6 +1,6 @@
 #include "Command.h"
-#include "PrivateWorld.h"
 #include "SettingsFixture.h"
+#include "Suite.h"
 
 #include <csignal>
 
@@ -147,8 +147,5 @@ void CommandTest::argumentsArePassedWithoutAShell()
     QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw \"a b\" \"\" $HOME;*")));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<CommandTest>(argc, argv);
-}
+static const Suite<CommandTest> suite;
 #include "CommandTest.moc"

@@ -1,6 +1,7 @@
 #include "DeviceFiles.h"
 #include "PrivateWorld.h"
 #include "SettingsFixture.h"
+#include "Suite.h"
 
 #include <csignal>
 
@@ -206,6 +207,8 @@ void FilesTest::earlierFilesBecomeWritableByTheirOwnerOnly()
     QCOMPARE(permissions(regionFile), 0644);
 }
 
+static const Suite<FilesTest> suite;
+
 int main(int argc, char **argv)
 {
     if (argc > 1 && writeForEver == QLatin1String(argv[1])) {
@@ -213,6 +216,6 @@ int main(int argc, char **argv)
         private_world::setIdentity();
         writeUntilKilled();
     }
-    return private_world::run<FilesTest>(argc, argv);
+    return private_world::run(argc, argv);
 }
 #include "FilesTest.moc"

@@ -1,6 +1,6 @@
 #include "DeviceFiles.h"
-#include "PrivateWorld.h"
 #include "SettingsFixture.h"
+#include "Suite.h"
 
 #include <QFile>
 
@@ -105,8 +105,5 @@ void FullDiskTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
                                   "Unable to write file \"/etc/hostname\" \"No space left on device\""))));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<FullDiskTest>(argc, argv);
-}
+static const Suite<FullDiskTest> suite;
 #include "FullDiskTest.moc"

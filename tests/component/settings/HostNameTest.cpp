@@ -1,6 +1,6 @@
 #include "NetworkSettings.h"
-#include "PrivateWorld.h"
 #include "SettingsFixture.h"
+#include "Suite.h"
 
 #include <QDir>
 #include <QFile>
@@ -144,8 +144,5 @@ void HostNameTest::hostNameThatWasSetIsRead()
     QCOMPARE(m_settings.getHostName(), QStringLiteral("box-2"));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<HostNameTest>(argc, argv);
-}
+static const Suite<HostNameTest> suite;
 #include "HostNameTest.moc"

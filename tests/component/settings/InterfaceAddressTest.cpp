@@ -1,8 +1,8 @@
 #include "NetworkSettings.h"
 #include "PrivateBus.h"
-#include "PrivateWorld.h"
 #include "SettingsFixture.h"
 #include "SimulatorClient.h"
+#include "Suite.h"
 
 #include <QFile>
 
@@ -235,8 +235,5 @@ void InterfaceAddressTest::addressCommandIsFollowedThroughItsPauses()
              QStringList(plainLine(QStringLiteral("Failed to set interface address: \"late\\n\""))));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<InterfaceAddressTest>(argc, argv);
-}
+static const Suite<InterfaceAddressTest> suite;
 #include "InterfaceAddressTest.moc"

@@ -1,5 +1,6 @@
 #include "DeviceFiles.h"
 #include "PrivateWorld.h"
+#include "Suite.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -129,12 +130,13 @@ void PowerCutTest::whatHasBeenWrittenOutlivesAPowerCut()
     QCOMPARE(contentAfterPowerCut(QStringLiteral("hostname")), longName(odd).toUtf8());
 }
 
+static const Suite<PowerCutTest> suite;
+
 int main(int argc, char **argv)
 {
     enterMountNamespace(argv);
     const QCoreApplication application(argc, argv);
     private_world::setIdentity();
-    PowerCutTest test;
-    return QTest::qExec(&test, argc, argv);
+    return runSuite();
 }
 #include "PowerCutTest.moc"

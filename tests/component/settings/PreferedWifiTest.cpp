@@ -1,8 +1,8 @@
 #include "ConnmanService.h"
 #include "NetworkSettings.h"
 #include "PrivateBus.h"
-#include "PrivateWorld.h"
 #include "SettingsFixture.h"
+#include "Suite.h"
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>
@@ -247,8 +247,5 @@ void PreferedWifiTest::storeThatBecameWritableIsWrittenWithoutComplaint()
     QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=Office\n"));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<PreferedWifiTest>(argc, argv);
-}
+static const Suite<PreferedWifiTest> suite;
 #include "PreferedWifiTest.moc"

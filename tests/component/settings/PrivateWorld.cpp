@@ -1,5 +1,7 @@
 #include "PrivateWorld.h"
 
+#include "Suite.h"
+
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
@@ -81,6 +83,14 @@ void enter(char **arguments)
     if (!qEnvironmentVariableIsSet(InsideVariable)) {
         startAgain(namespaceCommand(), arguments);
     }
+}
+
+int run(int argc, char **argv)
+{
+    enter(argv);
+    const QCoreApplication application(argc, argv);
+    setIdentity();
+    return runSuite();
 }
 
 } // namespace private_world

@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QStringList>
-#include <QTest>
 
 /// Runs tests of code with fixed paths where those paths are the tests' own.
 namespace private_world {
@@ -17,22 +16,14 @@ void startAgain(const QStringList &command, char **arguments);
 /// can be had.
 void enter(char **arguments);
 
+/// The main() of a program of suites, each in such a namespace.
+int run(int argc, char **argv);
+
 /// Makes the settings stores those of the daemon.
 inline void setIdentity()
 {
     QCoreApplication::setOrganizationName(QStringLiteral("Tactora AB"));
     QCoreApplication::setApplicationName(QStringLiteral("network-manager"));
-}
-
-/// A test program's main().
-template <typename Test>
-int run(int argc, char **argv)
-{
-    enter(argv);
-    QCoreApplication application(argc, argv);
-    setIdentity();
-    Test test;
-    return QTest::qExec(&test, argc, argv);
 }
 
 } // namespace private_world

@@ -1,6 +1,6 @@
 #include "NetworkSettings.h"
-#include "PrivateWorld.h"
 #include "SettingsFixture.h"
+#include "Suite.h"
 
 #include <glib.h>
 
@@ -247,8 +247,5 @@ void ProvisioningFileTest::removingThatFailsLogsNothing()
     QVERIFY(log().messages().isEmpty());
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<ProvisioningFileTest>(argc, argv);
-}
+static const Suite<ProvisioningFileTest> suite;
 #include "ProvisioningFileTest.moc"

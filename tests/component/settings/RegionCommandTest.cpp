@@ -1,8 +1,8 @@
 #include "Command.h"
 #include "EventWait.h"
 #include "NetworkSettings.h"
-#include "PrivateWorld.h"
 #include "RegionFixture.h"
+#include "Suite.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -46,8 +46,10 @@ void RegionCommandTest::missingCommandEndsTheStartOnceAfterFiveSeconds()
     int late = -1;
     settings.applyStoredWifiRegion();
     // The timers of a thread end in the order of their times, however busy the machine is.
-    QTimer::singleShot(startUpTimeoutMs * 9 / 10, Qt::PreciseTimer, this, [&] { early = initDone.count(); });
-    QTimer::singleShot(startUpTimeoutMs * 11 / 10, Qt::PreciseTimer, this, [&] { late = initDone.count(); });
+    QTimer::singleShot(startUpTimeoutMs * 9 / 10, Qt::PreciseTimer, &initDone,
+                       [&] { early = initDone.count(); });
+    QTimer::singleShot(startUpTimeoutMs * 11 / 10, Qt::PreciseTimer, &initDone,
+                       [&] { late = initDone.count(); });
 
     QTRY_VERIFY_WITH_TIMEOUT(late >= 0, eventTimeoutMs);
     QCOMPARE(early, 0);
@@ -223,8 +225,5 @@ void RegionCommandTest::endOfTheObjectEndsTheCommand()
     QVERIFY(log().messages().isEmpty());
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<RegionCommandTest>(argc, argv);
-}
+static const Suite<RegionCommandTest> suite;
 #include "RegionCommandTest.moc"

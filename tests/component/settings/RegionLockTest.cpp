@@ -1,6 +1,6 @@
 #include "NetworkSettings.h"
-#include "PrivateWorld.h"
 #include "RegionFixture.h"
+#include "Suite.h"
 
 /// The lock of the region.
 class RegionLockTest : public RegionFixture
@@ -112,8 +112,5 @@ void RegionLockTest::lockAndRegionShareOneStore()
     QCOMPARE(store(QStringLiteral("main")), QByteArray());
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<RegionLockTest>(argc, argv);
-}
+static const Suite<RegionLockTest> suite;
 #include "RegionLockTest.moc"

@@ -1,7 +1,7 @@
 #include "EventWait.h"
 #include "NetworkSettings.h"
-#include "PrivateWorld.h"
 #include "RegionFixture.h"
+#include "Suite.h"
 
 using test_support::eventTimeoutMs;
 
@@ -196,8 +196,5 @@ void RegionStartUpTest::crashedCommandEndsTheStart()
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<RegionStartUpTest>(argc, argv);
-}
+static const Suite<RegionStartUpTest> suite;
 #include "RegionStartUpTest.moc"

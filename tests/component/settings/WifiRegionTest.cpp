@@ -1,6 +1,6 @@
 #include "NetworkSettings.h"
-#include "PrivateWorld.h"
 #include "RegionFixture.h"
+#include "Suite.h"
 
 #include <QElapsedTimer>
 
@@ -236,8 +236,5 @@ void WifiRegionTest::endIsLoggedBeforeItIsTold()
     QCOMPARE(linesWhenTold, QStringList(successLine));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<WifiRegionTest>(argc, argv);
-}
+static const Suite<WifiRegionTest> suite;
 #include "WifiRegionTest.moc"

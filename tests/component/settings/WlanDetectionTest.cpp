@@ -1,6 +1,6 @@
 #include "NetworkSettings.h"
-#include "PrivateWorld.h"
 #include "SettingsFixture.h"
+#include "Suite.h"
 
 namespace {
 const QString list = QStringLiteral("iw list");
@@ -79,8 +79,5 @@ void WlanDetectionTest::everyQuestionRunsTheCommandAnew()
     QCOMPARE(commands().calls(), QStringList({list, list}));
 }
 
-int main(int argc, char **argv)
-{
-    return private_world::run<WlanDetectionTest>(argc, argv);
-}
+static const Suite<WlanDetectionTest> suite;
 #include "WlanDetectionTest.moc"

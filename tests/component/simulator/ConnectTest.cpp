@@ -1,6 +1,7 @@
 // Connecting and disconnecting: ConnMan's states, their order, and its answers.
 
 #include "NetworkFixture.h"
+#include "Suite.h"
 #include <QTest>
 
 using namespace test_support;
@@ -270,5 +271,5 @@ void ConnectTest::nextFavouriteFollows()
     QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
 }
 
-QTEST_GUILESS_MAIN(ConnectTest)
+static const Suite<ConnectTest> suite;
 #include "ConnectTest.moc"

@@ -3,6 +3,7 @@
 #include "ChildProcess.h"
 #include "DeviceFixture.h"
 #include "EventWait.h"
+#include "Suite.h"
 #include <QProcess>
 #include <QTest>
 
@@ -312,5 +313,5 @@ void ConnmanctlTest::watchesServicesComeAndGo()
              qPrintable(connmanctl.output()));
 }
 
-QTEST_GUILESS_MAIN(ConnmanctlTest)
+static const Suite<ConnmanctlTest> suite;
 #include "ConnmanctlTest.moc"

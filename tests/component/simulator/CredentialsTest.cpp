@@ -1,6 +1,7 @@
 // What ConnMan asks the agent for a passphrase, and what it makes of each answer.
 
 #include "NetworkFixture.h"
+#include "Suite.h"
 #include <QDBusObjectPath>
 #include <QTest>
 
@@ -171,5 +172,5 @@ void CredentialsTest::noAgentIsNotRegistered()
     QCOMPARE(connectService(pskId).text(), QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
 }
 
-QTEST_GUILESS_MAIN(CredentialsTest)
+static const Suite<CredentialsTest> suite;
 #include "CredentialsTest.moc"

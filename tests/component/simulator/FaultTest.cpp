@@ -2,6 +2,7 @@
 
 #include "DeviceFixture.h"
 #include "EventWait.h"
+#include "Suite.h"
 #include "TestAgent.h"
 #include <QDBusConnectionInterface>
 #include <QDBusServiceWatcher>
@@ -323,5 +324,5 @@ void FaultTest::restartKeepsFavouritesOnTheAir()
     QCOMPARE(m_client->property(id, QStringLiteral("Favorite")), QStringLiteral("true"));
 }
 
-QTEST_GUILESS_MAIN(FaultTest)
+static const Suite<FaultTest> suite;
 #include "FaultTest.moc"

@@ -2,6 +2,7 @@
 
 #include "DeviceFixture.h"
 #include "LogCapture.h"
+#include "Suite.h"
 #include <QDBusVariant>
 #include <QTest>
 
@@ -99,5 +100,5 @@ void LifeTest::startReadsTheHardwareAddress()
     QTRY_COMPARE(m_simulator->services(), QStringList{id.arg(QStringLiteral("02a7c4031fa7"))});
 }
 
-QTEST_GUILESS_MAIN(LifeTest)
+static const Suite<LifeTest> suite;
 #include "LifeTest.moc"

@@ -2,6 +2,7 @@
 
 #include "ConnmanWire.h"
 #include "DeviceFixture.h"
+#include "Suite.h"
 #include <QDBusArgument>
 #include <QElapsedTimer>
 #include <QTest>
@@ -191,5 +192,5 @@ void ListTest::favouritesCanBeMoved()
              QStringLiteral("net.connman.Error.InvalidService: Invalid service"));
 }
 
-QTEST_GUILESS_MAIN(ListTest)
+static const Suite<ListTest> suite;
 #include "ListTest.moc"

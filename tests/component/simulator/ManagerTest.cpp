@@ -1,6 +1,7 @@
 // ConnMan's manager and clock, its registered agents and counters, and what it answers to nonsense.
 
 #include "DeviceFixture.h"
+#include "Suite.h"
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QTest>
@@ -109,5 +110,5 @@ void ManagerTest::unknownPathsAndMethodsAreRefusedAsByLibdbus()
             .arg(error, member));
 }
 
-QTEST_GUILESS_MAIN(ManagerTest)
+static const Suite<ManagerTest> suite;
 #include "ManagerTest.moc"

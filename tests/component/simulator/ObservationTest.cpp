@@ -3,6 +3,7 @@
 #include "ConnmanWire.h"
 #include "DeviceFixture.h"
 #include "GVariantText.h"
+#include "Suite.h"
 #include "TestAgent.h"
 #include <QDBusMetaType>
 #include <QDBusSignature>
@@ -213,5 +214,5 @@ void ObservationTest::tellsThatThereIsNoAgent()
              QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
 }
 
-QTEST_GUILESS_MAIN(ObservationTest)
+static const Suite<ObservationTest> suite;
 #include "ObservationTest.moc"

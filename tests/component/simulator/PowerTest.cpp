@@ -1,6 +1,7 @@
 // Technologies switched off and on, and the cable: what comes, goes and gets connected by itself.
 
 #include "DeviceFixture.h"
+#include "Suite.h"
 #include <QDBusVariant>
 #include <QTest>
 
@@ -182,5 +183,5 @@ void PowerTest::onlyTheDefaultConnectionGetsOnline()
     QVERIFY(m_client->waitForState(homeId, QStringLiteral("online")));
 }
 
-QTEST_GUILESS_MAIN(PowerTest)
+static const Suite<PowerTest> suite;
 #include "PowerTest.moc"

@@ -4,6 +4,7 @@
 #include "DeviceFixture.h"
 #include "EventWait.h"
 #include "LogCapture.h"
+#include "Suite.h"
 #include <QDBusVariant>
 #include <QFile>
 #include <QTest>
@@ -328,5 +329,5 @@ void ScriptTest::removesNetwork()
     QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
 }
 
-QTEST_GUILESS_MAIN(ScriptTest)
+static const Suite<ScriptTest> suite;
 #include "ScriptTest.moc"

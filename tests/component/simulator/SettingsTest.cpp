@@ -1,6 +1,7 @@
 // What a client may set of a service: accepted, refused, and what follows.
 
 #include "DeviceFixture.h"
+#include "Suite.h"
 #include <QDBusObjectPath>
 #include <QTest>
 
@@ -298,5 +299,5 @@ void SettingsTest::settingsOutliveARestart()
     QCOMPARE(m_client->property(id, QStringLiteral("AutoConnect")), QStringLiteral("false"));
 }
 
-QTEST_GUILESS_MAIN(SettingsTest)
+static const Suite<SettingsTest> suite;
 #include "SettingsTest.moc"

@@ -1,6 +1,7 @@
 // Joining networks with WPS, hidden ones and enterprise ones: the agent's other dialogues.
 
 #include "NetworkFixture.h"
+#include "Suite.h"
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -236,5 +237,5 @@ void SpecialNetworksTest::removedProvisioningFileForgetsTheNetwork()
     QCOMPARE(m_simulator->storedPassphrase(enterpriseId), QString());
 }
 
-QTEST_GUILESS_MAIN(SpecialNetworksTest)
+static const Suite<SpecialNetworksTest> suite;
 #include "SpecialNetworksTest.moc"

@@ -1,5 +1,6 @@
 // Which words a command takes.
 #include "Command.h"
+#include "Suite.h"
 #include <QTest>
 
 class CommandTest : public QObject
@@ -138,5 +139,5 @@ void CommandTest::networksAreAskedForOnlyWhereOneBelongs()
     QCOMPARE(asked, 1);
 }
 
-QTEST_GUILESS_MAIN(CommandTest)
+static const Suite<CommandTest> suite;
 #include "CommandTest.moc"

@@ -1,5 +1,6 @@
 // Which "error" signals may be about a call. They reach every client, whosever call has failed.
 #include "PatientCaller.h"
+#include "Suite.h"
 #include "Text.h"
 #include <QTest>
 
@@ -47,5 +48,5 @@ void ErrorTextTest::errorMayBeAboutACall()
     QTEST(mayBeAbout(error, method, arguments), "may");
 }
 
-QTEST_GUILESS_MAIN(ErrorTextTest)
+static const Suite<ErrorTextTest> suite;
 #include "ErrorTextTest.moc"

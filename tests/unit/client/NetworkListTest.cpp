@@ -1,5 +1,6 @@
 // What a list tells of the networks.
 #include "NetworkList.h"
+#include "Suite.h"
 #include "Text.h"
 #include <QTest>
 
@@ -68,5 +69,5 @@ void NetworkListTest::unknownSecurityIsToldAsItIs()
     QCOMPARE(networkEntries(networks).constFirst().security, "sae"_s);
 }
 
-QTEST_GUILESS_MAIN(NetworkListTest)
+static const Suite<NetworkListTest> suite;
 #include "NetworkListTest.moc"

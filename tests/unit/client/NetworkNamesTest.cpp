@@ -1,5 +1,6 @@
 // How it is found out which network is meant.
 #include "NetworkNames.h"
+#include "Suite.h"
 #include "Text.h"
 #include <QTest>
 
@@ -161,5 +162,5 @@ void NetworkNamesTest::identifierStandsForAnUnknownName()
     QCOMPARE(m_names.nameOf("nowhere"_s), "nowhere"_s);
 }
 
-QTEST_GUILESS_MAIN(NetworkNamesTest)
+static const Suite<NetworkNamesTest> suite;
 #include "NetworkNamesTest.moc"

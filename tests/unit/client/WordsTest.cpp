@@ -1,5 +1,6 @@
 // How a line is divided into words.
 #include "Words.h"
+#include "Suite.h"
 #include "Text.h"
 #include <QTest>
 
@@ -80,5 +81,5 @@ void WordsTest::escapedWordIsReadBack()
     QCOMPARE(splitWords(escapedWord(word)), std::make_optional(QStringList{word}));
 }
 
-QTEST_GUILESS_MAIN(WordsTest)
+static const Suite<WordsTest> suite;
 #include "WordsTest.moc"

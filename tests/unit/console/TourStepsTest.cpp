@@ -1,5 +1,6 @@
 // How the tour's text is read, and when an event is what a step expects.
 #include "TourSteps.h"
+#include "Suite.h"
 #include <QTest>
 
 namespace {
@@ -101,5 +102,5 @@ void TourStepsTest::eventIsExpected()
     QTEST(isExpected(event, expected), "is");
 }
 
-QTEST_GUILESS_MAIN(TourStepsTest)
+static const Suite<TourStepsTest> suite;
 #include "TourStepsTest.moc"

@@ -2,6 +2,7 @@
 
 #include "Loopback.h"
 #include "OddValues.h"
+#include "Suite.h"
 
 #include <QDBusMetaType>
 #include <QDebug>
@@ -256,5 +257,5 @@ void ConnmanTypesTest::printingARecordLeavesTheStreamAsItWas()
     QCOMPARE(tight, QStringLiteral("1ConnmanServiceInfo(/x, QMap())2t"));
 }
 
-QTEST_GUILESS_MAIN(ConnmanTypesTest)
+static const Suite<ConnmanTypesTest> suite;
 #include "ConnmanTypesTest.moc"

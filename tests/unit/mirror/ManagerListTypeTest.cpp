@@ -3,6 +3,7 @@
 #include "ConnmanManager.h"
 
 #include "LogCapture.h"
+#include "Suite.h"
 
 #include <QDBusMetaType>
 #include <QTest>
@@ -24,5 +25,5 @@ void ManagerListTypeTest::readingTheServicesRegistersTheListType()
     QCOMPARE(QDBusMetaType::typeToSignature(qMetaTypeId<ConnmanServiceInfoList>()), "a(oa{sv})");
 }
 
-QTEST_GUILESS_MAIN(ManagerListTypeTest)
+static const Suite<ManagerListTypeTest> suite;
 #include "ManagerListTypeTest.moc"

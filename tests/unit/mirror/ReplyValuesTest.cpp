@@ -3,6 +3,7 @@
 #include "ReplyValues.h"
 #include "LogCapture.h"
 #include "Loopback.h"
+#include "Suite.h"
 
 #include <QDBusSignature>
 #include <QDBusUnixFileDescriptor>
@@ -121,5 +122,5 @@ void ReplyValuesTest::nothingIsKeptOfAReceivedValue()
     QVERIFY2(bytesInUse() < before + times, "a byte or more is lost each time");
 }
 
-QTEST_GUILESS_MAIN(ReplyValuesTest)
+static const Suite<ReplyValuesTest> suite;
 #include "ReplyValuesTest.moc"

@@ -2,6 +2,7 @@
 #include "LogCapture.h"
 #include "Loopback.h"
 #include "OddValues.h"
+#include "Suite.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -265,5 +266,5 @@ void UtilsTest::rawDictionaryReadsOnlyRawDictionaries()
     }
 }
 
-QTEST_GUILESS_MAIN(UtilsTest)
+static const Suite<UtilsTest> suite;
 #include "UtilsTest.moc"

@@ -1,4 +1,5 @@
 #include "NetworkSettings.h"
+#include "Suite.h"
 
 #include <limits>
 #include <QTest>
@@ -39,5 +40,5 @@ void MacAddressTest::addressIsDerivedFromTheSerialNumber()
     QTEST(NetworkSettings::macAddress(serialNumber), "address");
 }
 
-QTEST_GUILESS_MAIN(MacAddressTest)
+static const Suite<MacAddressTest> suite;
 #include "MacAddressTest.moc"

@@ -5,6 +5,7 @@
 #include "Faults.h"
 #include "GVariantText.h"
 #include "Service.h"
+#include "Suite.h"
 #include "Surroundings.h"
 #include "Timings.h"
 #include <QDBusObjectPath>
@@ -362,5 +363,5 @@ void SimulatorLogicTest::timingsAreSetByName()
     QVERIFY(Timings::fast().scan < Timings().scan);
 }
 
-QTEST_GUILESS_MAIN(SimulatorLogicTest)
+static const Suite<SimulatorLogicTest> suite;
 #include "SimulatorLogicTest.moc"

@@ -2,7 +2,6 @@
 
 #include "Kernel.h"
 #include "OutsideTheWorld.h"
-#include "ScenarioMain.h"
 #include <QCoreApplication>
 
 RealBackend::RealBackend(const QDBusConnection &bus)
@@ -36,14 +35,4 @@ bool RealBackend::ipv6Enabled() const
 std::unique_ptr<Backend> makeBackend(const QString &, const QDBusConnection &client)
 {
     return std::make_unique<RealBackend>(client);
-}
-
-int runScenarios(int argc, char *argv[], const std::function<std::unique_ptr<QObject>()> &makeTest)
-{
-    const QCoreApplication application(argc, argv);
-    if (!isInsideTheWorld()) {
-        OutsideTheWorld outside(QCoreApplication::arguments());
-        return QTest::qExec(&outside, {QCoreApplication::arguments().constFirst()});
-    }
-    return QTest::qExec(makeTest().get(), argc, argv);
 }

@@ -1,8 +1,8 @@
 #include "EventWait.h"
 #include "Kernel.h"
 #include "RealBackend.h"
-#include "ScenarioMain.h"
 #include "Scene.h"
+#include "Suite.h"
 #include "Text.h"
 #include "WebServer.h"
 
@@ -41,6 +41,6 @@ void RealLinkTest::linkFoundOnlineLightsTheLedUnannounced()
     QCOMPARE(scene.speech().requests().size(), 0);
 }
 
-SCENARIO_MAIN(RealLinkTest)
+static const Suite<RealLinkTest> suite;
 
 #include "RealLinkTest.moc"

@@ -1,6 +1,6 @@
 #include "EventWait.h"
-#include "ScenarioMain.h"
 #include "Scene.h"
+#include "Suite.h"
 #include "Text.h"
 
 using namespace test_support;
@@ -241,6 +241,6 @@ void ConfigurationTest::connectOfAConnectedNetworkFailsAndLeavesItUp()
     QCOMPARE(scene.world().addresses(), lease);
 }
 
-SCENARIO_MAIN(ConfigurationTest)
+static const Suite<ConfigurationTest> suite;
 
 #include "ConfigurationTest.moc"

@@ -1,7 +1,7 @@
 #include "BusMonitor.h"
 #include "EventWait.h"
-#include "ScenarioMain.h"
 #include "Scene.h"
+#include "Suite.h"
 #include "Text.h"
 
 using namespace test_support;
@@ -209,6 +209,6 @@ void LinkTest::withoutASpeechServiceTheLedStillTells()
     QVERIFY(scene.daemon.log().takeProblem(unspoken));
 }
 
-SCENARIO_MAIN(LinkTest)
+static const Suite<LinkTest> suite;
 
 #include "LinkTest.moc"

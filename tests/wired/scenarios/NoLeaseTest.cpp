@@ -1,6 +1,6 @@
 #include "EventWait.h"
-#include "ScenarioMain.h"
 #include "Scene.h"
+#include "Suite.h"
 #include "Text.h"
 
 using namespace test_support;
@@ -45,6 +45,6 @@ void NoLeaseTest::linkLocalAddressIsReportedButNeverSpoken()
     QVERIFY(scene.waitForLed(LedPattern::off()));
 }
 
-SCENARIO_MAIN(NoLeaseTest)
+static const Suite<NoLeaseTest> suite;
 
 #include "NoLeaseTest.moc"

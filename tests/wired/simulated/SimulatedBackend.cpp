@@ -1,6 +1,5 @@
 #include "SimulatedBackend.h"
 
-#include "ScenarioMain.h"
 #include <limits>
 #include <QCoreApplication>
 #include <QDBusArgument>
@@ -126,10 +125,4 @@ void SimulatedBackend::setSpeechServicePresent(bool present)
 std::unique_ptr<Backend> makeBackend(const QString &busAddress, const QDBusConnection &)
 {
     return std::make_unique<SimulatedBackend>(busAddress);
-}
-
-int runScenarios(int argc, char *argv[], const std::function<std::unique_ptr<QObject>()> &makeTest)
-{
-    const QCoreApplication application(argc, argv);
-    return QTest::qExec(makeTest().get(), argc, argv);
 }

@@ -1,6 +1,7 @@
 #include "KeyboardReport.h"
 #include "MockDevices.h"
 #include "MockKeyboard.h"
+#include "Suite.h"
 #include <libkeyboard/Keyboard.h>
 
 #include <QSignalSpy>
@@ -160,5 +161,5 @@ void KeyboardTest::keysAfterAnOverrunAreReportedAsEver()
                                             QStringLiteral("up 37"), QStringLiteral("up 32")}));
 }
 
-QTEST_GUILESS_MAIN(KeyboardTest)
-#include "tst_keyboard.moc"
+static const Suite<KeyboardTest> suite;
+#include "KeyboardTest.moc"

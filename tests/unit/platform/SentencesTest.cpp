@@ -1,3 +1,5 @@
+#include "Suite.h"
+
 #include <libspeech/SpeechKeys.h>
 #include <libtranslation/Sid.h>
 
@@ -63,5 +65,5 @@ void SentencesTest::requestKeysAreSpeltAsTheServiceReadsThem()
     QTEST(key, "spelling");
 }
 
-QTEST_APPLESS_MAIN(SentencesTest)
-#include "tst_sentences.moc"
+static const Suite<SentencesTest> suite;
+#include "SentencesTest.moc"

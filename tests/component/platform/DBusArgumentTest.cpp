@@ -1,5 +1,6 @@
 #include "BusName.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 #include <libtactora/DBusArgument.h>
 
 #include <memory>
@@ -293,5 +294,5 @@ void DBusArgumentTest::argumentThatHoldsNothingReceivedComesBackUnchanged()
     QCOMPARE(dbusArgumentUnpack(empty).userType(), qMetaTypeId<QDBusArgument>());
 }
 
-QTEST_GUILESS_MAIN(DBusArgumentTest)
-#include "tst_dbusargument.moc"
+static const Suite<DBusArgumentTest> suite;
+#include "DBusArgumentTest.moc"

@@ -1,5 +1,6 @@
 #include "LogCapture.h"
 #include "PrivateBus.h"
+#include "Suite.h"
 
 #include <csignal>
 #include <QDBusConnection>
@@ -149,5 +150,5 @@ void SupportTest::takeCriticalsLeavesTheOthers()
     QCOMPARE(log.lines(QStringLiteral("default")), QStringList{QStringLiteral("two")});
 }
 
-QTEST_GUILESS_MAIN(SupportTest)
-#include "tst_support.moc"
+static const Suite<SupportTest> suite;
+#include "SupportTest.moc"

@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "MockDevices.h"
 #include "MockLed.h"
+#include "Suite.h"
 #include <libled/Led.h>
 
 #include <functional>
@@ -221,5 +222,5 @@ void LedPresenceTest::fileThatWentAwayIsNotMadeAnew()
     QCOMPARE(log.takeCriticals().size(), 1);
 }
 
-QTEST_GUILESS_MAIN(LedPresenceTest)
-#include "tst_led_presence.moc"
+static const Suite<LedPresenceTest> suite;
+#include "LedPresenceTest.moc"

@@ -1,3 +1,5 @@
+#include "Suite.h"
+
 #include <libtactora/Singleton.h>
 
 #include <atomic>
@@ -171,5 +173,5 @@ void SingletonTest::constructorMayAskForAnotherInstance()
     QCOMPARE(Singleton<Nested>::instance()->other, Singleton<Other>::instance());
 }
 
-QTEST_APPLESS_MAIN(SingletonTest)
-#include "tst_singleton.moc"
+static const Suite<SingletonTest> suite;
+#include "SingletonTest.moc"

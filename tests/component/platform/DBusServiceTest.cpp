@@ -1,5 +1,6 @@
 #include "DBusServiceFixture.h"
 #include "LogCapture.h"
+#include "Suite.h"
 
 #include <QDBusServiceWatcher>
 #include <QTest>
@@ -189,5 +190,5 @@ void DBusServiceTest::everyOneOfManyQuickAppearancesIsReported()
     QCOMPARE(report.lines, expected);
 }
 
-QTEST_GUILESS_MAIN(DBusServiceTest)
-#include "tst_dbusservice.moc"
+static const Suite<DBusServiceTest> suite;
+#include "DBusServiceTest.moc"

@@ -1,6 +1,7 @@
 #include "KeyboardReport.h"
 #include "MockDevices.h"
 #include "MockKeyboard.h"
+#include "Suite.h"
 #include "UnprivilegedScope.h"
 #include <libkeyboard/Keyboard.h>
 
@@ -265,5 +266,5 @@ void KeyboardOpeningTest::openKeyboardKeepsItsDeviceWhenGivenAnother()
     QTRY_COMPARE(report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
 }
 
-QTEST_GUILESS_MAIN(KeyboardOpeningTest)
-#include "tst_keyboard_opening.moc"
+static const Suite<KeyboardOpeningTest> suite;
+#include "KeyboardOpeningTest.moc"

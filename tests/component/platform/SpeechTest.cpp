@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "PrivateBus.h"
 #include "SpeechService.h"
+#include "Suite.h"
 #include <libspeech/Speech.h>
 #include <libspeech/SpeechKeys.h>
 #include <libtactora/Singleton.h>
@@ -289,5 +290,5 @@ void SpeechTest::lostBusIsQuietlyBorne()
     QCOMPARE(m_log->takeCriticals(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(SpeechTest)
-#include "tst_speech.moc"
+static const Suite<SpeechTest> suite;
+#include "SpeechTest.moc"

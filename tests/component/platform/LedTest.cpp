@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "MockDevices.h"
 #include "MockLed.h"
+#include "Suite.h"
 #include "UnprivilegedScope.h"
 #include <libled/Led.h>
 
@@ -152,5 +153,5 @@ void LedTest::sameCallTwiceWritesOnce()
     QCOMPARE(mock.takeWrites(), QStringList());
 }
 
-QTEST_GUILESS_MAIN(LedTest)
-#include "tst_led.moc"
+static const Suite<LedTest> suite;
+#include "LedTest.moc"

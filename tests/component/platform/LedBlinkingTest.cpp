@@ -1,5 +1,6 @@
 #include "MockDevices.h"
 #include "MockLed.h"
+#include "Suite.h"
 #include <libled/Led.h>
 
 #include <functional>
@@ -242,5 +243,5 @@ void LedBlinkingTest::steadyLightEndsTheLibrarysBlinking()
     QCOMPARE(files.content(brightness), QByteArray("127"));
 }
 
-QTEST_GUILESS_MAIN(LedBlinkingTest)
-#include "tst_led_blinking.moc"
+static const Suite<LedBlinkingTest> suite;
+#include "LedBlinkingTest.moc"

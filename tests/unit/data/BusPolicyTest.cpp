@@ -1,4 +1,6 @@
 // The bus policy on a real dbus-daemon: who gets through to the daemon's connection, and who does not.
+#include "Suite.h"
+
 #include <grp.h>
 #include <memory>
 #include <QDBusConnection>
@@ -98,7 +100,7 @@ const char *const testGroup = "games";
 
 } // namespace
 
-class bus_policy : public QObject
+class BusPolicyTest : public QObject
 {
     Q_OBJECT
 
@@ -126,7 +128,7 @@ private:
     Agent m_agent;
 };
 
-void bus_policy::init()
+void BusPolicyTest::init()
 {
     m_bus = std::make_unique<Bus>(contentOf(POLICY_TEMPLATE).replace("@NETWORK_GROUP@", testGroup));
     QVERIFY2(!m_bus->address().isEmpty(), m_bus->complaints().constData());
@@ -138,31 +140,31 @@ void bus_policy::init()
         m_connection->registerObject(QStringLiteral("/agent"), &m_agent, QDBusConnection::ExportAllSlots));
 }
 
-void bus_policy::cleanup()
+void BusPolicyTest::cleanup()
 {
     m_connection.reset();
     QDBusConnection::disconnectFromBus(QStringLiteral("daemon"));
     m_bus.reset();
 }
 
-void bus_policy::installedFileNamesAGroup()
+void BusPolicyTest::installedFileNamesAGroup()
 {
     const QByteArray installed = contentOf(POLICY_INSTALLED);
     QVERIFY(installed.contains("<policy group=\""));
     QVERIFY(!installed.contains('@'));
 }
 
-void bus_policy::busTakesTheFileWithoutComplaint()
+void BusPolicyTest::busTakesTheFileWithoutComplaint()
 {
     QCOMPARE(m_bus->complaints(), QByteArray());
 }
 
-void bus_policy::rootOwnsTheName()
+void BusPolicyTest::rootOwnsTheName()
 {
     QCOMPARE(m_connection->registerService(serviceName), geteuid() == 0);
 }
 
-void bus_policy::othersCannotOwnTheName()
+void BusPolicyTest::othersCannotOwnTheName()
 {
     if (geteuid() != 0) {
         QSKIP("only root can act as somebody else");
@@ -174,7 +176,7 @@ void bus_policy::othersCannotOwnTheName()
     QVERIFY2(answer.contains(QStringLiteral("AccessDenied")), qPrintable(answer));
 }
 
-void bus_policy::callsGetThrough_data()
+void BusPolicyTest::callsGetThrough_data()
 {
     QTest::addColumn<int>("who");
     QTest::addColumn<QString>("path");
@@ -196,7 +198,7 @@ void bus_policy::callsGetThrough_data()
     QTest::newRow("stranger introspects") << int(Who::Stranger) << root << introspect << false;
 }
 
-void bus_policy::callsGetThrough()
+void BusPolicyTest::callsGetThrough()
 {
     if (geteuid() != 0) {
         QSKIP("only root can act as somebody else");
@@ -217,7 +219,7 @@ void bus_policy::callsGetThrough()
     }
 }
 
-void bus_policy::connectionMayHoldThousandsOfMatchRules()
+void BusPolicyTest::connectionMayHoldThousandsOfMatchRules()
 {
     const auto rulesTaken = [](const QDBusConnection &connection) {
         constexpr int wanted = 5000;
@@ -241,7 +243,7 @@ void bus_policy::connectionMayHoldThousandsOfMatchRules()
     QDBusConnection::disconnectFromBus(QStringLiteral("plain"));
 }
 
-QStringList bus_policy::identity(Who who)
+QStringList BusPolicyTest::identity(Who who)
 {
     const group *members = getgrnam(testGroup);
     switch (who) {
@@ -257,7 +259,7 @@ QStringList bus_policy::identity(Who who)
     return {};
 }
 
-QString bus_policy::callAs(Who who, const QStringList &dbusSend)
+QString BusPolicyTest::callAs(Who who, const QStringList &dbusSend)
 {
     QProcess caller;
     caller.setProcessChannelMode(QProcess::MergedChannels);
@@ -270,5 +272,5 @@ QString bus_policy::callAs(Who who, const QStringList &dbusSend)
     return QString::fromUtf8(caller.readAll());
 }
 
-QTEST_GUILESS_MAIN(bus_policy)
-#include "bus_policy.moc"
+static const Suite<BusPolicyTest> suite;
+#include "BusPolicyTest.moc"

@@ -1,6 +1,7 @@
 #include "DBusServiceFixture.h"
 #include "FrozenBus.h"
 #include "LogCapture.h"
+#include "Suite.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -98,5 +99,5 @@ void DBusServiceSurroundingsTest::busThatGoesAwayIsQuietlyBorne()
     QVERIFY(log.messages().isEmpty());
 }
 
-QTEST_GUILESS_MAIN(DBusServiceSurroundingsTest)
-#include "tst_dbusservice_surroundings.moc"
+static const Suite<DBusServiceSurroundingsTest> suite;
+#include "DBusServiceSurroundingsTest.moc"

@@ -1,3 +1,5 @@
+#include "Suite.h"
+
 #include <libtactora/Settings.h>
 
 #include <memory>
@@ -131,5 +133,5 @@ void SettingsTest::withoutAnEnvironmentTheFileIsTheDevices()
     QCOMPARE(QSettings().fileName(), QStringLiteral("/etc/xdg/Tactora AB/network-manager.conf"));
 }
 
-QTEST_GUILESS_MAIN(SettingsTest)
-#include "tst_settings.moc"
+static const Suite<SettingsTest> suite;
+#include "SettingsTest.moc"

@@ -1,0 +1,6 @@
+#include "PrivateWorld.h"
+
+int main(int argc, char *argv[])
+{
+    return private_world::run(argc, argv);
+}
