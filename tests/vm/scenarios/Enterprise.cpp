@@ -1,4 +1,3 @@
-#include "Device.h"
 #include "Scenarios.h"
 
 #include <QFile>
@@ -8,11 +7,6 @@ namespace {
 
 const QString peap = QStringLiteral("peap");
 const QString ttls = QStringLiteral("ttls");
-
-QString provisioningFile(const QString &identifier)
-{
-    return Device::file(QStringLiteral("/var/lib/connman/%1.config").arg(identifier));
-}
 
 } // namespace
 

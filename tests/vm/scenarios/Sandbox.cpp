@@ -74,16 +74,19 @@ void MachineScenarios::journalHasThePriorities()
 {
     const qint64 start = QDateTime::currentMSecsSinceEpoch();
     QVERIFY(!does(QStringLiteral("connect"), {QString()}));
+    QVERIFY(!does(QStringLiteral("forgetWifi"), {QString()}));
     QVERIFY(does(QStringLiteral("setWifiRegion"), {QStringLiteral("SE")}));
     m_world.spoil();
     const auto tells = [&](const QString &priorities, const QString &text) {
         return Systemd::journal(daemonUnit, start, priorities).contains(text);
     };
     const QString critical = QStringLiteral("Can't connect with an empty network-name.");
+    const QString warning = QStringLiteral("Can't forget an empty SSID.");
     const QString debug = QStringLiteral("The region has been set successfully.");
 
     QVERIFY(eventually([&] { return tells(QStringLiteral("debug..debug"), debug); }));
     QVERIFY(tells(QStringLiteral("err..err"), critical));
+    QVERIFY(tells(QStringLiteral("warning..warning"), warning));
     QVERIFY(!tells(QStringLiteral("debug..debug"), critical));
     QVERIFY(!tells(QStringLiteral("info"), debug));
 }

@@ -1,5 +1,6 @@
 #include "Scenarios.h"
 
+#include "Device.h"
 #include "Eventually.h"
 
 #include <QFile>
@@ -77,4 +78,9 @@ bool Scenarios::isRejoined(const QString &identifier)
 {
     return eventually([&] { return daemon().hasSent(QStringLiteral("networkConnected(Atelier)")); }) &&
            isJoined(identifier);
+}
+
+QString Scenarios::provisioningFile(const QString &identifier)
+{
+    return Device::file(QStringLiteral("/var/lib/connman/%1.config").arg(identifier));
 }

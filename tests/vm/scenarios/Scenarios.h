@@ -103,6 +103,8 @@ protected:
     bool isJoined(const QString &identifier);
     /// Waits until the daemon has told that "Atelier" is joined again, and it is.
     bool isRejoined(const QString &identifier);
+    /// The file that makes ConnMan know an enterprise network.
+    static QString provisioningFile(const QString &identifier);
 
     Daemon &daemon() { return m_world.daemon(); }
     Connman &connman() { return m_world.connman(); }

@@ -44,8 +44,13 @@ void MachineScenarios::upgradeWhileJoinedKeepsEverything()
     QVERIFY(installedVersion().startsWith(QStringLiteral("0~")));
     QVERIFY(m_world.waitUntilStarted(1));
     QVERIFY(eventually([&] { return daemon().call(QStringLiteral("getWifiPower")).toBool(); }));
+    const QString office = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    QVERIFY(does(QStringLiteral("registerWiFiWpa2Enterprise"),
+                 {Secret::officeUser, office, Secret::officePassword, QStringLiteral("peap"),
+                  QStringLiteral("MSCHAPV2")}));
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
+    QVERIFY(QFile::exists(provisioningFile(office)));
     QVERIFY(does(QStringLiteral("setHostName"), {QStringLiteral("before")}));
     QVERIFY(does(QStringLiteral("setLockRegion"), {true}));
     const QString region = daemon().call(QStringLiteral("getWifiRegion")).toString();
@@ -59,4 +64,5 @@ void MachineScenarios::upgradeWhileJoinedKeepsEverything()
     QCOMPARE(daemon().call(QStringLiteral("getHostName")).toString(), QStringLiteral("before"));
     QCOMPARE(daemon().call(QStringLiteral("getWifiRegion")).toString(), region);
     QVERIFY(does(QStringLiteral("getLockRegion")));
+    QVERIFY(QFile::exists(provisioningFile(office)));
 }

@@ -48,8 +48,9 @@ std::unique_ptr<Program> makeDaemon(const QString &keyboardDevice)
     if (!file.open(QIODevice::WriteOnly)) {
         qWarning("the daemon's options cannot be set");
     }
-    // World::waitUntilStarted() reads this category's debug lines.
+    // World::waitUntilStarted() reads the former's debug lines, journalHasThePriorities() a warning of the
+    // latter.
     QTextStream(&file) << "NETWORK_MANAGER_OPTIONS=\"--device " << keyboardDevice << "\"\n"
-                       << "QT_LOGGING_RULES=\"NetworkSettings.debug=true\"\n";
+                       << "QT_LOGGING_RULES=\"NetworkSettings.debug=true;NetworkManager.warning=true\"\n";
     return std::make_unique<SystemService>(QStringLiteral("network-manager"));
 }
