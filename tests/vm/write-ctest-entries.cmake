@@ -11,7 +11,7 @@ if(NOT status EQUAL 0)
   return()
 endif()
 add_test([[vm.boot]] [[${RUN}]] --collect --cuts 3 --build-dir [[${BUILD_DIR}]])
-set_tests_properties([[vm.boot]] PROPERTIES LABELS vm TIMEOUT 5400 PROCESSORS 2 FIXTURES_SETUP test-machine)
+set_tests_properties([[vm.boot]] PROPERTIES LABELS vm TIMEOUT 5400 RUN_SERIAL TRUE FIXTURES_SETUP test-machine)
 ")
 foreach(name IN LISTS names)
   string(APPEND entries
