@@ -19,6 +19,7 @@ const QString MemoryTarget = QStringLiteral("<= 10 KiB");
 struct Costs
 {
     QVector<double> milliseconds;
+    QVector<double> cpu;
     QVector<double> kib;
     QVector<double> cpuUntilQuiet;
     QVector<double> cpuOfChanges;
@@ -53,7 +54,8 @@ void runOnce(const QString &who, uint services, SimulatorClient *changing, Costs
     program.start(QStringLiteral(MIRROR_PROGRAM), arguments);
     const QByteArrayList numbers = nextLine(program).split(' ');
     costs.milliseconds << numbers.value(0).toDouble() / 1000;
-    costs.kib << numbers.value(1).toDouble() / services;
+    costs.cpu << numbers.value(1).toDouble();
+    costs.kib << numbers.value(2).toDouble() / services;
     if (changing != nullptr) {
         costs.cpuUntilQuiet << nextLine(program).toDouble();
         changeStates(*changing);
@@ -79,6 +81,8 @@ void bench(uint services, bool untilQuiet)
     const QString what = QStringLiteral("mirror of %1 services, %2").arg(services);
     printRow(what.arg(QStringLiteral("time to the last answer")), QStringLiteral("ms"),
              median(bare.milliseconds), median(daemon.milliseconds), untilQuiet ? TimeTarget : QString());
+    printRow(what.arg(QStringLiteral("processor time till then")), QStringLiteral("ms"), median(bare.cpu),
+             median(daemon.cpu), untilQuiet ? TimeTarget : QString());
     printRow(what.arg(QStringLiteral("memory per service")), QStringLiteral("KiB"), median(bare.kib),
              median(daemon.kib), untilQuiet ? MemoryTarget : QString());
     if (untilQuiet) {

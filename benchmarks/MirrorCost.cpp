@@ -3,21 +3,21 @@
 //
 //     bench-mirror bare|daemon COUNT [settle]
 //
-// mirrors COUNT services and prints "<microseconds to the last answer> <KiB resident>". With "settle" it goes
-// on: it prints the CPU milliseconds until it was quiet, waits for a line on its input while the services
-// change, and prints the CPU milliseconds that the changes took.
+// mirrors COUNT services and prints "<microseconds to the last answer> <CPU milliseconds till then> <KiB of
+// its own>". With "settle" it goes on: it prints the CPU milliseconds until it was quiet, waits for a line on
+// its input while the services change, and prints the CPU milliseconds that the changes took.
 
 #include "BareClient.h"
 #include "ConnmanManager.h"
 #include "ConnmanNames.h"
 #include "ConnmanTypes.h"
+#include "Memory.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QElapsedTimer>
 #include <QEventLoop>
-#include <QFile>
 #include <QSocketNotifier>
 #include <QTextStream>
 #include <QTimer>
@@ -32,14 +32,9 @@ namespace {
 /// The manager looks at new states two seconds after they came; by then it has.
 constexpr int SettleMs = 3000;
 
-qint64 residentKiB()
+double ownKiB()
 {
-    QFile statm(QStringLiteral("/proc/self/statm"));
-    if (!statm.open(QIODevice::ReadOnly)) {
-        return 0;
-    }
-    const qint64 pages = statm.readAll().split(' ').value(1).toLongLong();
-    return pages * sysconf(_SC_PAGESIZE) / 1024;
+    return memoryKiB(getpid(), QStringLiteral("Anonymous"));
 }
 
 double milliseconds(const timeval &time)
@@ -81,13 +76,14 @@ void runUntilInput()
 void measure(const std::function<void()> &mirror, bool settles)
 {
     QTextStream out(stdout);
-    const qint64 residentBefore = residentKiB();
+    const double before = ownKiB();
     const double cpuAtStart = cpuMilliseconds();
     QElapsedTimer timer;
     timer.start();
     mirror();
     const qint64 elapsed = timer.nsecsElapsed() / 1000;
-    out << elapsed << ' ' << residentKiB() - residentBefore << Qt::endl;
+    const double cpuToLastAnswer = cpuMilliseconds() - cpuAtStart;
+    out << elapsed << ' ' << cpuToLastAnswer << ' ' << ownKiB() - before << Qt::endl;
     if (!settles) {
         return;
     }

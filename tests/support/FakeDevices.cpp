@@ -47,6 +47,14 @@ FakeDevices::FakeDevices()
 
 FakeDevices::~FakeDevices() = default;
 
+QString FakeDevices::root() const
+{
+    char *directory = umockdev_testbed_get_root_dir(m_testbed.get());
+    const QString path = QString::fromUtf8(directory);
+    g_free(directory);
+    return path;
+}
+
 QStringList FakeDevices::environment() const
 {
     QString preload = QStringLiteral("libumockdev-preload.so.0");
@@ -54,11 +62,7 @@ QStringList FakeDevices::environment() const
     // The sanitizer's allocator must be there before anything else that is preloaded.
     preload.prepend(QStringLiteral(SANITIZER_RUNTIME ":"));
 #endif
-    char *root = umockdev_testbed_get_root_dir(m_testbed.get());
-    const QStringList variables = {QStringLiteral("UMOCKDEV_DIR=") + QString::fromUtf8(root),
-                                   QStringLiteral("LD_PRELOAD=") + preload};
-    g_free(root);
-    return variables;
+    return {QStringLiteral("UMOCKDEV_DIR=") + root(), QStringLiteral("LD_PRELOAD=") + preload};
 }
 
 void FakeDevices::addLed(const QString &name)
@@ -78,10 +82,7 @@ void FakeDevices::removeLed(const QString &name)
 
 QString FakeDevices::ledFile(const QString &led, const QString &file) const
 {
-    char *root = umockdev_testbed_get_root_dir(m_testbed.get());
-    const QString path = QStringLiteral("%1/sys/class/leds/%2/%3").arg(QString::fromUtf8(root), led, file);
-    g_free(root);
-    return path;
+    return QStringLiteral("%1/sys/class/leds/%2/%3").arg(root(), led, file);
 }
 
 QByteArray FakeDevices::readLed(const QString &led, const QString &file) const
@@ -104,9 +105,7 @@ LedPattern FakeDevices::led(const QString &name) const
 
 void FakeDevices::rewriteTriggers() const
 {
-    char *root = umockdev_testbed_get_root_dir(m_testbed.get());
-    const QDir leds(QString::fromUtf8(root) + QStringLiteral("/sys/class/leds"));
-    g_free(root);
+    const QDir leds(root() + QStringLiteral("/sys/class/leds"));
     for (const QString &name : leds.entryList(QDir::AllDirs | QDir::NoDotAndDotDot)) {
         const bool isTimer = hasTimer(readLed(name, QStringLiteral("trigger")));
         QFile trigger(ledFile(name, QStringLiteral("trigger")));

@@ -42,6 +42,8 @@ public:
     FakeDevices(const FakeDevices &) = delete;
     FakeDevices &operator=(const FakeDevices &) = delete;
 
+    /// What stands in for the directories /sys and /dev.
+    QString root() const;
     /// What makes a process see these devices: "NAME=value" each.
     QStringList environment() const;
 
