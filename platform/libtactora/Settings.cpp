@@ -11,10 +11,9 @@ namespace {
 // Asked of QSettings itself, so that both scopes cannot but agree on the file.
 QString systemScopeDirectory()
 {
-    const QSettings systemScope(QSettings::NativeFormat, QSettings::SystemScope,
-                                QCoreApplication::organizationName(), QCoreApplication::applicationName());
-    const QString organizationDirectory = QFileInfo(systemScope.fileName()).path();
-    return QFileInfo(organizationDirectory).path();
+    const QSettings organizationsFile(QSettings::NativeFormat, QSettings::SystemScope,
+                                      QCoreApplication::organizationName());
+    return QFileInfo(organizationsFile.fileName()).path();
 }
 
 } // namespace
