@@ -84,3 +84,9 @@ QString Scenarios::provisioningFile(const QString &identifier)
 {
     return Device::file(QStringLiteral("/var/lib/connman/%1.config").arg(identifier));
 }
+
+int runScenarios(QObject &scenarios, const QStringList &arguments)
+{
+    qputenv("QTEST_FUNCTION_TIMEOUT", "1200000");
+    return QTest::qExec(&scenarios, arguments);
+}

@@ -126,3 +126,7 @@ const QString officeUser = QStringLiteral("braille");
 const QString officePassword = QStringLiteral("six dots");
 
 } // namespace Secret
+
+/// A program of scenarios. Qt Test ends one whose function takes five minutes, with all that would follow;
+/// these may wait for longer, and fail alone.
+int runScenarios(QObject &scenarios, const QStringList &arguments);

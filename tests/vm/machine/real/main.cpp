@@ -3,7 +3,6 @@
 
 #include <QCoreApplication>
 #include <QFile>
-#include <QTest>
 
 namespace {
 
@@ -42,8 +41,8 @@ int main(int argc, char **argv)
     const int boot = takeNumber(arguments, QStringLiteral("--boot"));
     if (boot < 0) {
         MachineScenarios scenarios;
-        return QTest::qExec(&scenarios, arguments);
+        return runScenarios(scenarios, arguments);
     }
     BootScenarios scenarios(boot, takeNumber(arguments, QStringLiteral("--cuts")));
-    return QTest::qExec(&scenarios, arguments);
+    return runScenarios(scenarios, arguments);
 }

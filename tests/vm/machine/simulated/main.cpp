@@ -3,7 +3,6 @@
 
 #include <QCoreApplication>
 #include <QMetaMethod>
-#include <QTest>
 
 namespace {
 
@@ -50,5 +49,5 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     Bench bench; // before the first use of the system bus, which is its own
     Scenarios scenarios;
-    return QTest::qExec(&scenarios, expanded(QCoreApplication::arguments()));
+    return runScenarios(scenarios, expanded(QCoreApplication::arguments()));
 }
