@@ -9,6 +9,7 @@
 #include "ServiceLookup.h"
 
 #include <QDBusConnection>
+#include <QSettings>
 #include <QThread>
 #include <QTimer>
 
@@ -22,12 +23,23 @@ constexpr auto ConnmanctlTimeout = 5000ms;
 constexpr unsigned long PowerStatePollMs = 250;
 /// How long Wi-Fi stays off in a power cycle.
 constexpr unsigned long PowerCyclePauseMs = 500;
+/// Between a start with Wi-Fi off and a second look: by then ConnMan has given up what it could not do, which
+/// takes it four seconds, and listens again.
+constexpr auto SecondLookDelay = 5000ms;
 
 // Between switching Wi-Fi on and the scan, and between the scan and joining the preferred network.
 constexpr auto ScanDelayAfterConnmanctl = 5000ms;
 constexpr auto PauseAfterConnmanctlScan = 500ms;
 constexpr auto ScanDelayAfterPowerOn = 2000ms;
 constexpr auto PauseAfterPowerOnScan = 250ms;
+
+/// What ConnMan was told last, as it remembers it itself; on the bus it only tells what is.
+bool isMeantToBeOn()
+{
+    const QSettings connman(QStringLiteral("/var/lib/connman/settings"), QSettings::IniFormat);
+    return connman.value(QStringLiteral("WiFi/Enable")).toBool() &&
+           !connman.value(QStringLiteral("global/OfflineMode")).toBool();
+}
 
 } // namespace
 
@@ -87,11 +99,21 @@ void WifiSwitch::reset(bool enable, bool quiet)
 void WifiSwitch::powerCycle()
 {
     if (!isOn()) {
+        QTimer::singleShot(SecondLookDelay, Qt::CoarseTimer, this, &WifiSwitch::switchOnIfLeftOff);
         return;
     }
     reset(false, false);
     QThread::msleep(PowerCyclePauseMs);
     reset(true, false);
+}
+
+// The interface goes down to get its address. A ConnMan that is just switching Wi-Fi on then fails, and never
+// tries again: after a power-on the printer would stay without its network.
+void WifiSwitch::switchOnIfLeftOff()
+{
+    if (isMeantToBeOn() && !isOn()) {
+        setPower(true);
+    }
 }
 
 void WifiSwitch::tryPreferredAfter(std::chrono::milliseconds delay, std::chrono::milliseconds pauseAfterScan)

@@ -31,13 +31,15 @@ public:
     bool setPower(bool on);
     /// Runs "connmanctl", for 5 s at most. A failure is spoken and logged unless `quiet`.
     void reset(bool enable, bool quiet);
-    /// Off and on again, if it is on, so that a new region takes effect.
+    /// Off and on again, if it is on, so that a new region takes effect. Where it is off although ConnMan was
+    /// told to have it on, it is switched on 5 s later.
     void powerCycle();
 
 signals:
     void powerChanged(bool on);
 
 private:
+    void switchOnIfLeftOff();
     void tryPreferredAfter(std::chrono::milliseconds delay, std::chrono::milliseconds pauseAfterScan);
 
     ServiceLookup &m_lookup;

@@ -22,6 +22,9 @@ private slots:
     void macAddressThatFailsTwiceIsGivenUp();
     void boardWithoutRegionIsPowerCycledOnceToo();
     void wifiThatIsOffIsNotPowerCycled();
+    void wifiThatConnmanLeftOffIsSwitchedOn();
+    void wifiThatIsMeantToBeOffStaysOff_data();
+    void wifiThatIsMeantToBeOffStaysOff();
     void powerCycleLeavesWifiOffForHalfASecond();
     void powerCycleThatFailsIsReportedTwice();
     void regionCommandThatHangsIsKilledAfterFiveSeconds();
@@ -37,6 +40,8 @@ const QString up = "ip link set dev wlan0 up"_s;
 const QString setSweden = "iw reg set SE"_s;
 const QString disable = "connmanctl disable wifi"_s;
 const QString enable = "connmanctl enable wifi"_s;
+const QString switchOn =
+    "/net/connman/technology/wifi net.connman.Technology.SetProperty(\"Powered\", <true>)"_s;
 const QString off = "powerChanged(false)"_s;
 const QString on = "powerChanged(true)"_s;
 const QString regionDone = "NetworkSettings|debug|The region has been set successfully."_s;
@@ -199,6 +204,40 @@ void WifiSetUpTest::wifiThatIsOffIsNotPowerCycled()
     QVERIFY(board.log().waitFor(regionDone));
     board.client.settle();
     QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden}));
+    QCOMPARE(board.client.record(), QStringList());
+}
+
+void WifiSetUpTest::wifiThatConnmanLeftOffIsSwitchedOn()
+{
+    Board board;
+    board.switchWifiOff();
+    board.daemon.sandbox().setConnmanFile("settings"_s,
+                                          "[global]\nOfflineMode=false\n\n[WiFi]\nEnable=true\n");
+    QVERIFY(board.start());
+    QVERIFY(board.client.waitFor(on));
+    QVERIFY(board.simulator.calls().contains(switchOn));
+    QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden}));
+}
+
+void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOff_data()
+{
+    QTest::addColumn<QByteArray>("settings");
+    QTest::newRow("switched off") << QByteArray("[global]\nOfflineMode=false\n\n[WiFi]\nEnable=false\n");
+    QTest::newRow("offline") << QByteArray("[global]\nOfflineMode=true\n\n[WiFi]\nEnable=true\n");
+    QTest::newRow("nothing is known") << QByteArray();
+}
+
+void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOff()
+{
+    QFETCH(QByteArray, settings);
+    constexpr int secondLookMs = 5000;
+    Board board;
+    board.switchWifiOff();
+    board.daemon.sandbox().setConnmanFile("settings"_s, settings);
+    board.daemon.setLoggingRules("NetworkSettings=true"_s);
+    QVERIFY(board.start());
+    QVERIFY(board.log().waitFor(regionDone));
+    QVERIFY(!board.simulator.waitForCall(switchOn, secondLookMs * 3 / 2));
     QCOMPARE(board.client.record(), QStringList());
 }
 

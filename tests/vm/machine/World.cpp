@@ -74,10 +74,7 @@ bool World::restartConnman()
 
 bool World::waitUntilConnmanIsBack()
 {
-    return waitUntilStarted(1) && eventually([&] {
-               return m_connman.isWifiPowered() ||
-                      m_daemon->call(QStringLiteral("setWifiPower"), {true}).toBool();
-           });
+    return waitUntilStarted(1) && eventually([&] { return m_connman.isWifiPowered(); });
 }
 
 bool World::restartBoth()

@@ -32,9 +32,9 @@ public:
 
     /// Stops and starts ConnMan under the running daemon and waits until it is back.
     bool restartConnman();
-    /// Waits until the daemon has met a new ConnMan and Wi-Fi is on. A ConnMan that was still switching it on
-    /// when the daemon took the card down, to give it its address, leaves it off; the daemon's user switches
-    /// it on then.
+    /// Waits until the daemon has met a new ConnMan and Wi-Fi is on: a ConnMan that was still switching it on
+    /// when the daemon took the card down, to give it its address, leaves it off until the daemon sees to
+    /// that.
     bool waitUntilConnmanIsBack();
     /// Stops both and starts them as the second and every later boot does: ConnMan meets the card with the
     /// address that the daemon has given it, and names networks after that.
