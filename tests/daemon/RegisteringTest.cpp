@@ -240,6 +240,7 @@ void RegisteringTest::favouriteFoundOnlyByTheServiceCheckIsRefused()
 {
     Operations device;
     QVERIFY(device.begin());
+    device.simulator.setTiming("scan"_s, 1000); // time for the network to come, on a busy machine too
     // Announced only after the first look-up has given up.
     connect(&device.simulator, &SimulatorClient::called, this, [&](const QString &line) {
         if (line == scan && device.simulator.callsStartingWith(scan).size() == 2) {
@@ -259,6 +260,7 @@ void RegisteringTest::networkFoundOnlyByTheServiceCheckIsRegistered()
 {
     Operations device;
     QVERIFY(device.begin());
+    device.simulator.setTiming("scan"_s, 1000); // time for the network to come, on a busy machine too
     connect(&device.simulator, &SimulatorClient::called, this, [&](const QString &line) {
         if (line == scan && device.simulator.callsStartingWith(scan).size() == 2) {
             device.simulator.addNetwork(network("Den"_s, "psk"_s));

@@ -37,6 +37,7 @@ void RegisteringWpsTest::wpsNetworkFoundOnlyAtTheSecondLookIsRegistered()
 {
     Operations device;
     QVERIFY(device.begin());
+    device.simulator.setTiming("scan"_s, 1000); // time for the network to come, on a busy machine too
     connect(&device.simulator, &SimulatorClient::called, this, [&](const QString &line) {
         if (line == scan && device.simulator.callsStartingWith(scan).size() == 2) {
             device.simulator.addNetwork(network("Den"_s, "wps"_s));
