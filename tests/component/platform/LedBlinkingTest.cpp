@@ -1,25 +1,13 @@
+#include "LedScene.h"
 #include "MockDevices.h"
 #include "MockLed.h"
 #include "Suite.h"
 #include <libled/Led.h>
 
-#include <functional>
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTest>
-
-Q_DECLARE_METATYPE(std::function<void(Led &)>)
-
-namespace {
-
-const QLatin1String brightness("brightness");
-const QLatin1String trigger("trigger");
-const QLatin1String ledName("led8");
-
-constexpr int untilToldOtherwise = -1;
-
-} // namespace
 
 /// Blinking, by the kernel and by the library.
 class LedBlinkingTest : public QObject
@@ -154,19 +142,18 @@ void LedBlinkingTest::blinkIsNotCutShort()
 
 void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt_data()
 {
-    QTest::addColumn<std::function<void(Led &)>>("call");
+    QTest::addColumn<Call>("call");
     QTest::addColumn<QString>("expectedTrigger");
-    QTest::newRow("on") << std::function<void(Led &)>([](Led &led) { led.on(); }) << QStringLiteral("none");
-    QTest::newRow("blink for good") << std::function<void(Led &)>([](Led &led) {
-        led.blink(500, untilToldOtherwise);
-    }) << QStringLiteral("timer");
+    QTest::newRow("on") << Call([](Led &led) { led.on(); }) << QStringLiteral("none");
+    QTest::newRow("blink for good") << Call([](Led &led) { led.blink(500, untilToldOtherwise); })
+                                    << QStringLiteral("timer");
     QTest::newRow("blink for longer")
-        << std::function<void(Led &)>([](Led &led) { led.blink(500, 60000); }) << QStringLiteral("timer");
+        << Call([](Led &led) { led.blink(500, 60000); }) << QStringLiteral("timer");
 }
 
 void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt()
 {
-    QFETCH(std::function<void(Led &)>, call);
+    QFETCH(Call, call);
     QFETCH(QString, expectedTrigger);
     const MockDevices devices;
     MockLed files(devices, ledName);

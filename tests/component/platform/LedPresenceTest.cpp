@@ -1,28 +1,15 @@
+#include "LedScene.h"
 #include "LogCapture.h"
 #include "MockDevices.h"
 #include "MockLed.h"
 #include "Suite.h"
 #include <libled/Led.h>
 
-#include <functional>
 #include <QCoreApplication>
 #include <QFile>
 #include <QTest>
 
 using test_support::LogCapture;
-
-using Call = std::function<void(Led &)>;
-Q_DECLARE_METATYPE(Call)
-
-namespace {
-
-const QLatin1String brightness("brightness");
-const QLatin1String trigger("trigger");
-const QLatin1String ledName("led8");
-
-constexpr int untilToldOtherwise = -1;
-
-} // namespace
 
 /// A LED that fails, goes away or comes.
 class LedPresenceTest : public QObject

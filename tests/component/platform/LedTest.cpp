@@ -1,3 +1,4 @@
+#include "LedScene.h"
 #include "LogCapture.h"
 #include "MockDevices.h"
 #include "MockLed.h"
@@ -5,23 +6,10 @@
 #include "UnprivilegedScope.h"
 #include <libled/Led.h>
 
-#include <functional>
 #include <QFile>
 #include <QTest>
 
 using test_support::LogCapture;
-
-Q_DECLARE_METATYPE(std::function<void(Led &)>)
-
-namespace {
-
-const QLatin1String brightness("brightness");
-const QLatin1String trigger("trigger");
-const QLatin1String ledName("led8");
-
-constexpr int untilToldOtherwise = -1;
-
-} // namespace
 
 class LedTest : public QObject
 {
@@ -128,10 +116,10 @@ void LedTest::ledOfAKernelWithoutTriggersIsSwitchedByBrightnessAlone()
 void LedTest::sameCallTwiceWritesOnce_data()
 {
     QTest::addColumn<MockLed::Files>("files");
-    QTest::addColumn<std::function<void(Led &)>>("call");
-    const std::function<void(Led &)> on = [](Led &led) { led.on(); };
-    const std::function<void(Led &)> off = [](Led &led) { led.off(); };
-    const std::function<void(Led &)> blink = [](Led &led) { led.blink(500, untilToldOtherwise); };
+    QTest::addColumn<Call>("call");
+    const Call on = [](Led &led) { led.on(); };
+    const Call off = [](Led &led) { led.off(); };
+    const Call blink = [](Led &led) { led.blink(500, untilToldOtherwise); };
     QTest::newRow("on") << MockLed::kernelBlinking() << on;
     QTest::newRow("off") << MockLed::kernelBlinking() << off;
     QTest::newRow("blink") << MockLed::kernelBlinking() << blink;
@@ -143,7 +131,7 @@ void LedTest::sameCallTwiceWritesOnce_data()
 void LedTest::sameCallTwiceWritesOnce()
 {
     QFETCH(MockLed::Files, files);
-    QFETCH(std::function<void(Led &)>, call);
+    QFETCH(Call, call);
     const MockDevices devices;
     MockLed mock(devices, ledName, files);
     Led led(ledName, nullptr);
