@@ -1,4 +1,4 @@
-#include "KeyboardReport.h"
+#include "KeyboardScene.h"
 #include "MockDevices.h"
 #include "MockKeyboard.h"
 #include "Suite.h"
@@ -13,13 +13,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-using libkeyboard::Keyboard;
-
 namespace {
-
-const QLatin1String device("/dev/input/event0");
-constexpr int modifier = 32;
-constexpr int anotherKey = 37;
 
 /// This process's descriptors that lead to a file.
 QVector<int> descriptorsOf(const QString &path)
@@ -79,15 +73,12 @@ void KeyboardOpeningTest::deviceIsOpenForThisProcessOnlyAndAsLongAsTheKeyboard()
 
 void KeyboardOpeningTest::openDeviceIsOpenAndSilent()
 {
-    const MockDevices devices;
-    const MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(!keyboard.isOpen());
-    QVERIFY(keyboard.open());
-    QVERIFY(keyboard.isOpen());
+    KeyboardScene scene;
+    QVERIFY(!scene.keyboard.isOpen());
+    QVERIFY(scene.keyboard.open());
+    QVERIFY(scene.keyboard.isOpen());
     QCoreApplication::processEvents();
-    QCOMPARE(report.lines, QStringList());
+    QCOMPARE(scene.report.lines, QStringList());
 }
 
 void KeyboardOpeningTest::deviceCanBeGivenLater()
@@ -101,57 +92,46 @@ void KeyboardOpeningTest::deviceCanBeGivenLater()
 
 void KeyboardOpeningTest::openingTwiceIsOpeningOnce()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    keys.release(modifier);
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    scene.keys.release(modifier);
+    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
 }
 
 void KeyboardOpeningTest::vanishedDeviceGivesOneErrorAndCloses()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.vanish();
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
-    QVERIFY(!keyboard.isOpen());
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.vanish();
+    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    QVERIFY(!scene.keyboard.isOpen());
     QCoreApplication::processEvents();
-    QCOMPARE(report.lines.size(), 1);
+    QCOMPARE(scene.report.lines.size(), 1);
 }
 
 void KeyboardOpeningTest::deviceThatHangsUpGivesOneErrorAndCloses()
 {
-    const MockDevices devices;
-    const MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.hangUp();
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
-    QVERIFY(!keyboard.isOpen());
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.hangUp();
+    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    QVERIFY(!scene.keyboard.isOpen());
     QCoreApplication::processEvents();
-    QCOMPARE(report.lines.size(), 1);
+    QCOMPARE(scene.report.lines.size(), 1);
 }
 
 void KeyboardOpeningTest::keysBeforeTheHangUpAreReportedFirst()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    QTRY_COMPARE(report.lines.size(), 1);
-    keys.hangUp();
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"),
-                                            QStringLiteral("error /dev/input/event0: No such device")}));
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    QTRY_COMPARE(scene.report.lines.size(), 1);
+    scene.keys.hangUp();
+    QTRY_COMPARE(
+        scene.report.lines,
+        (QStringList{QStringLiteral("down 32"), QStringLiteral("error /dev/input/event0: No such device")}));
 }
 
 void KeyboardOpeningTest::keyboardWorksAgainAfterItsDeviceVanished()
@@ -229,41 +209,32 @@ void KeyboardOpeningTest::closedKeyboardReportsNothing()
 
 void KeyboardOpeningTest::closingInAHandlerEndsTheReports()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QObject::connect(&keyboard, &Keyboard::keyDown, &keyboard, &Keyboard::close);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    keys.press(anotherKey);
-    QTRY_VERIFY(!keyboard.isOpen());
-    QCOMPARE(report.lines, QStringList{QStringLiteral("down 32")});
+    KeyboardScene scene;
+    QObject::connect(&scene.keyboard, &Keyboard::keyDown, &scene.keyboard, &Keyboard::close);
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    scene.keys.press(anotherKey);
+    QTRY_VERIFY(!scene.keyboard.isOpen());
+    QCOMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
 }
 
 void KeyboardOpeningTest::closedKeyboardCanBeOpenedAgain()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keyboard.close();
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("down 32")});
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keyboard.close();
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
 }
 
 void KeyboardOpeningTest::openKeyboardKeepsItsDeviceWhenGivenAnother()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keyboard.setDevice(QStringLiteral("/dev/input/event1"));
-    keys.vanish();
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keyboard.setDevice(QStringLiteral("/dev/input/event1"));
+    scene.keys.vanish();
+    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
 }
 
 static const Suite<KeyboardOpeningTest> suite;

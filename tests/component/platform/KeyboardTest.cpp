@@ -1,21 +1,9 @@
-#include "KeyboardReport.h"
-#include "MockDevices.h"
-#include "MockKeyboard.h"
+#include "KeyboardScene.h"
 #include "Suite.h"
 #include <libkeyboard/Keyboard.h>
 
 #include <QSignalSpy>
 #include <QTest>
-
-using libkeyboard::Keyboard;
-
-namespace {
-
-const QLatin1String device("/dev/input/event0");
-constexpr int modifier = 32;
-constexpr int anotherKey = 37;
-
-} // namespace
 
 /// The keys of an open keyboard.
 class KeyboardTest : public QObject
@@ -36,40 +24,33 @@ private slots:
 
 void KeyboardTest::deviceIsNotGrabbed()
 {
-    const MockDevices devices;
-    const MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    QVERIFY(keyboard.open());
-    QVERIFY(!keys.isGrabbed());
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    QVERIFY(!scene.keys.isGrabbed());
 }
 
 void KeyboardTest::keysAreReportedByTheirEvdevCode()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    keys.press(anotherKey);
-    keys.release(anotherKey);
-    keys.release(modifier);
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37"),
-                                            QStringLiteral("up 37"), QStringLiteral("up 32")}));
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    scene.keys.press(anotherKey);
+    scene.keys.release(anotherKey);
+    scene.keys.release(modifier);
+    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37"),
+                                                  QStringLiteral("up 37"), QStringLiteral("up 32")}));
 }
 
 void KeyboardTest::keysCanBeRecordedAndQueued()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    QSignalSpy down(&keyboard, &Keyboard::keyDown);
+    KeyboardScene scene;
+    QSignalSpy down(&scene.keyboard, &Keyboard::keyDown);
     Keyboard::Key queued{};
     QObject::connect(
-        &keyboard, &Keyboard::keyDown, this, [&queued](Keyboard::Key key) { queued = key; },
+        &scene.keyboard, &Keyboard::keyDown, this, [&queued](Keyboard::Key key) { queued = key; },
         Qt::QueuedConnection);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
     QTRY_COMPARE(queued, Keyboard::Key{modifier});
     QCOMPARE(down.size(), 1);
     QCOMPARE(down.constFirst().constFirst().value<Keyboard::Key>(), Keyboard::Key{modifier});
@@ -77,88 +58,70 @@ void KeyboardTest::keysCanBeRecordedAndQueued()
 
 void KeyboardTest::autoRepeatIsNotReported()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    keys.repeat(modifier);
-    keys.repeat(modifier);
-    keys.release(modifier);
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    scene.keys.repeat(modifier);
+    scene.keys.repeat(modifier);
+    scene.keys.release(modifier);
+    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
 }
 
 void KeyboardTest::nothingIsReportedOutsideTheEventLoop()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    keyboard.open();
-    keyboard.setDevice(QStringLiteral("/dev/input/event1"));
-    QCOMPARE(report.lines, QStringList());
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("down 32")});
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    scene.keyboard.open();
+    scene.keyboard.setDevice(QStringLiteral("/dev/input/event1"));
+    QCOMPARE(scene.report.lines, QStringList());
+    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
 }
 
 void KeyboardTest::keyReleasedDuringAnOverrunDoesNotStayHeld()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("down 32")});
-    keys.releaseUnseen(modifier);
-    keys.overrun();
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
+    scene.keys.releaseUnseen(modifier);
+    scene.keys.overrun();
+    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
 }
 
 void KeyboardTest::keyPressedDuringAnOverrunIsReported()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.pressUnseen(modifier);
-    keys.overrun();
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("down 32")});
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.pressUnseen(modifier);
+    scene.keys.overrun();
+    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
 }
 
 void KeyboardTest::keyThatDidNotChangeDuringAnOverrunIsNotReported()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.press(modifier);
-    QTRY_COMPARE(report.lines.size(), 1);
-    keys.pressUnseen(anotherKey);
-    keys.overrun();
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37")}));
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.press(modifier);
+    QTRY_COMPARE(scene.report.lines.size(), 1);
+    scene.keys.pressUnseen(anotherKey);
+    scene.keys.overrun();
+    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37")}));
 }
 
 void KeyboardTest::keysAfterAnOverrunAreReportedAsEver()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    Keyboard keyboard(device);
-    const KeyboardReport report(keyboard);
-    QVERIFY(keyboard.open());
-    keys.pressUnseen(modifier);
-    keys.overrun();
-    QTRY_COMPARE(report.lines.size(), 1);
-    keys.press(anotherKey);
-    keys.repeat(anotherKey);
-    keys.release(anotherKey);
-    keys.release(modifier);
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37"),
-                                            QStringLiteral("up 37"), QStringLiteral("up 32")}));
+    KeyboardScene scene;
+    QVERIFY(scene.keyboard.open());
+    scene.keys.pressUnseen(modifier);
+    scene.keys.overrun();
+    QTRY_COMPARE(scene.report.lines.size(), 1);
+    scene.keys.press(anotherKey);
+    scene.keys.repeat(anotherKey);
+    scene.keys.release(anotherKey);
+    scene.keys.release(modifier);
+    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37"),
+                                                  QStringLiteral("up 37"), QStringLiteral("up 32")}));
 }
 
 static const Suite<KeyboardTest> suite;
