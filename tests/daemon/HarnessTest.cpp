@@ -15,6 +15,7 @@ class HarnessTest : public QObject
 
 private slots:
     void clientMayGoBeforeItsCallsAreAnswered();
+    void linesBeforeAnAnswerAreInTheLog();
 };
 
 void HarnessTest::clientMayGoBeforeItsCallsAreAnswered()
@@ -30,6 +31,18 @@ void HarnessTest::clientMayGoBeforeItsCallsAreAnswered()
     }
     QVERIFY(device.daemon.sendSignal(SIGCONT));
     device.client.settle(); // a daemon that ends before it has seen to them still has their messages
+}
+
+void HarnessTest::linesBeforeAnAnswerAreInTheLog()
+{
+    LonelyDaemon device;
+    QVERIFY(device.start());
+    QDBusMessage call = QDBusMessage::createMethodCall("com.tactora.NetworkManager"_s, "/"_s,
+                                                       "com.tactora.NetworkManager"_s, "getHwAddress"_s);
+    call << "x"_s;
+    // No event is seen to meanwhile, the daemon's output neither.
+    QCOMPARE(device.client.connection().call(call, QDBus::Block).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(device.daemon.log().takeProblems().size(), 1);
 }
 
 static const Suite<HarnessTest> suite;

@@ -12,6 +12,7 @@ Daemon::Daemon(const QString &busAddress, QObject *parent)
 {
     setVariable(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), busAddress);
     setVariable(QStringLiteral("QT_MESSAGE_PATTERN"), DaemonLog::messagePattern());
+    m_process.setReadChannel(QProcess::StandardError);
     connect(&m_process, &QProcess::readyReadStandardOutput, this,
             [this] { m_output += m_process.readAllStandardOutput(); });
     connect(&m_process, &QProcess::readyReadStandardError, this,
@@ -26,6 +27,15 @@ Daemon::~Daemon()
     if (QTest::currentTestFailed()) {
         m_log.print();
     }
+}
+
+DaemonLog &Daemon::log()
+{
+    constexpr int withoutWaiting = 0;
+    while (m_process.waitForReadyRead(withoutWaiting)) {
+        // the process's own signal hands over what was read
+    }
+    return m_log;
 }
 
 void Daemon::checkEnd()

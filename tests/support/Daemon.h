@@ -24,7 +24,9 @@ public:
     ~Daemon() override;
 
     DaemonSandbox &sandbox() { return m_sandbox; }
-    DaemonLog &log() { return m_log; }
+    /// Whatever the daemon has written by now is in it: an answer on the bus says that the lines before it
+    /// are.
+    DaemonLog &log();
 
     /// Qt's logging rules, separated by ";"; none by default, that is, only critical lines are logged.
     void setLoggingRules(const QString &rules) { setVariable(QStringLiteral("QT_LOGGING_RULES"), rules); }
