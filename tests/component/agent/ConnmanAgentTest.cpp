@@ -43,6 +43,7 @@ private slots:
     void otherErrorsEmitNothing_data();
     void otherErrorsEmitNothing();
     void lastErrorIsTheLatest();
+    void lastErrorOutlivesTheNextRequest();
 
     void reportedPeerErrorIsOnlyLogged();
     void browserRequestIsAlwaysRefused_data();
@@ -156,6 +157,16 @@ void ConnmanAgentTest::lastErrorIsTheLatest()
     QCOMPARE(agent().lastError(), QString());
     call(QStringLiteral("ReportError"), {path(service), QStringLiteral("connect-failed")});
     call(QStringLiteral("ReportError"), {path(service), QStringLiteral("invalid-key")});
+    QCOMPARE(agent().lastError(), QStringLiteral("invalid-key"));
+}
+
+void ConnmanAgentTest::lastErrorOutlivesTheNextRequest()
+{
+    call(QStringLiteral("ReportError"), {path(service), QStringLiteral("invalid-key")});
+    agent().setRequest(QStringLiteral("wifi_x"), QStringLiteral("secret"), RequestType::Psk, QString());
+    QCOMPARE(agent().lastError(), QStringLiteral("invalid-key"));
+    QCOMPARE(call(QStringLiteral("RequestInput"), {path(service), pskFields()}).type(),
+             QDBusMessage::ReplyMessage);
     QCOMPARE(agent().lastError(), QStringLiteral("invalid-key"));
 }
 
