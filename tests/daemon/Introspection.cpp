@@ -1,4 +1,5 @@
 #include "Introspection.h"
+#include "Text.h"
 
 #include <functional>
 #include <QXmlStreamReader>
@@ -42,14 +43,14 @@ QString memberText(QXmlStreamReader &reader)
         if (argument.name() == QLatin1String("arg")) {
             const QString type = attribute(argument, "type");
             if (attribute(argument, "direction") == QLatin1String("out") && kind == QLatin1String("method")) {
-                out = QStringLiteral(" -> ") + type;
+                out = " -> "_s + type;
             } else {
                 in << type;
             }
         }
         argument.skipCurrentElement();
     });
-    return QStringLiteral("%1 %2(%3)%4").arg(kind, name, in.join(QStringLiteral(", ")), out);
+    return "%1 %2(%3)%4"_s.arg(kind, name, in.join(", "_s), out);
 }
 
 } // namespace

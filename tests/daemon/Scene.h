@@ -8,8 +8,6 @@
 /// What the tests of the daemon have in common: the device's two links and how speech looks.
 namespace scene {
 
-using test_support::operator""_s;
-
 const QString cable = "ethernet_020000000100_cable"_s;
 const QString home = "wifi_020000000200_486f6d65_managed_psk"_s;
 /// Makes "Home" the preferred network.

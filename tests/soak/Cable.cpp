@@ -2,24 +2,25 @@
 
 #include "EventWait.h"
 #include "TestDevice.h"
+#include "Text.h"
 
 #include <QDBusArgument>
 
 namespace soak {
 
 namespace {
-const QString connmanName = QStringLiteral("net.connman");
-const QString servicePath = QStringLiteral("/net/connman/service/ethernet_020000000100_cable");
+const QString connmanName = "net.connman"_s;
+const QString servicePath = "/net/connman/service/ethernet_020000000100_cable"_s;
 } // namespace
 
 Cable::Cable(test_support::TestDevice &device)
     : m_device(device)
 {
     QDBusConnection bus = device.client.connection();
-    bus.connect(connmanName, servicePath, QStringLiteral("net.connman.Service"),
-                QStringLiteral("PropertyChanged"), this, SLOT(propertyChanged(QString, QDBusVariant)));
-    bus.connect(connmanName, QStringLiteral("/"), QStringLiteral("net.connman.Manager"),
-                QStringLiteral("ServicesChanged"), this, SLOT(servicesChanged(QDBusMessage)));
+    bus.connect(connmanName, servicePath, "net.connman.Service"_s, "PropertyChanged"_s, this,
+                SLOT(propertyChanged(QString, QDBusVariant)));
+    bus.connect(connmanName, "/"_s, "net.connman.Manager"_s, "ServicesChanged"_s, this,
+                SLOT(servicesChanged(QDBusMessage)));
 }
 
 bool Cable::plugIn()

@@ -3,6 +3,7 @@
 #include "Daemon.h"
 #include "EventWait.h"
 #include "Run.h"
+#include "Text.h"
 
 #include <QFile>
 #include <QTextStream>
@@ -17,7 +18,7 @@ constexpr int shownLines = 10;
 constexpr int settleTimeMs = 3000;
 
 /// What Qt says of values that it unpacks before the daemon sees them.
-const QStringList unavoidable{QStringLiteral("default|warning|QDBusSignature: invalid signature \"\"")};
+const QStringList unavoidable{"default|warning|QDBusSignature: invalid signature \"\""_s};
 
 bool isOwnComplaint(const QString &line)
 {
@@ -39,29 +40,26 @@ void show(const QStringList &lines)
 qint64 settledMemoryKiB(const test_support::Daemon &daemon)
 {
     test_support::waitUntil([&daemon] { return !daemon.isRunning(); }, settleTimeMs);
-    QFile status(QStringLiteral("/proc/%1/status").arg(daemon.processId()));
+    QFile status("/proc/%1/status"_s.arg(daemon.processId()));
     if (!status.open(QIODevice::ReadOnly)) {
         return 0;
     }
     const QString text = QString::fromLatin1(status.readAll());
-    return text.section(QStringLiteral("RssAnon:"), 1)
-        .section(QStringLiteral("kB"), 0, 0)
-        .trimmed()
-        .toLongLong();
+    return text.section("RssAnon:"_s, 1).section("kB"_s, 0, 0).trimmed().toLongLong();
 }
 
 void examineEnd(Run &run, test_support::Daemon &daemon)
 {
     const bool isAlive = daemon.isRunning();
     const int status = isAlive ? (daemon.sendSignal(SIGTERM), daemon.waitForExit()) : daemon.waitForExit();
-    run.check(QStringLiteral("runs to the end, status"),
-              (isAlive ? QString() : QStringLiteral("ended early, ")) + QString::number(status),
-              QStringLiteral("0"), isAlive && status == 0);
+    run.check("runs to the end, status"_s,
+              (isAlive ? QString() : "ended early, "_s) + QString::number(status), "0"_s,
+              isAlive && status == 0);
     if (daemon.isRunning()) {
         daemon.sendSignal(SIGKILL);
         daemon.waitForExit();
     }
-    run.checkEqual(QStringLiteral("unexpected log lines"), unexpectedLines(daemon), 0);
+    run.checkEqual("unexpected log lines"_s, unexpectedLines(daemon), 0);
 }
 
 int unexpectedLines(test_support::Daemon &daemon)

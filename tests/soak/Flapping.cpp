@@ -7,6 +7,7 @@
 #include "Figure.h"
 #include "Run.h"
 #include "TestDevice.h"
+#include "Text.h"
 
 #include <functional>
 
@@ -16,7 +17,7 @@ namespace soak {
 
 namespace {
 
-const QString flapper = QStringLiteral("wifi_020000000200_466c6170_managed_psk");
+const QString flapper = "wifi_020000000200_466c6170_managed_psk"_s;
 constexpr int warmUpRounds = 30;
 /// So many different services come for each time that one of them returns.
 constexpr int strangersPerReturn = 5;
@@ -25,8 +26,7 @@ constexpr int roundsAtOnce = 5;
 
 QString strangersIdentifier(int number)
 {
-    return QStringLiteral("wifi_020000000200_%1_managed_psk")
-        .arg(static_cast<uint>(number), 8, 16, QLatin1Char('0'));
+    return "wifi_020000000200_%1_managed_psk"_s.arg(static_cast<uint>(number), 8, 16, QLatin1Char('0'));
 }
 
 using Round = std::function<void(int number)>;
@@ -48,7 +48,7 @@ public:
         m_run.checkEqual(what, made, count);
         const qint64 before = m_memoryKiB;
         look();
-        m_run.checkGrowth(what + QStringLiteral(", growth"), m_memoryKiB - before, m_figure.limit);
+        m_run.checkGrowth(what + ", growth"_s, m_memoryKiB - before, m_figure.limit);
     }
 
     void warmUp(const Round &round) { repeat(-warmUpRounds, 0, round); }
@@ -64,12 +64,10 @@ public:
     qint64 questionsAfterAStateChange(const QString &identifier)
     {
         m_device.simulator.clearCalls();
-        m_device.simulator.setServiceProperty(identifier, QStringLiteral("State"),
-                                              QStringLiteral("association"));
+        m_device.simulator.setServiceProperty(identifier, "State"_s, "association"_s);
         m_device.client.settle();
         return m_device.simulator
-            .callsStartingWith(
-                QStringLiteral("/net/connman/service/%1 net.connman.Service.GetProperties").arg(identifier))
+            .callsStartingWith("/net/connman/service/%1 net.connman.Service.GetProperties"_s.arg(identifier))
             .size();
     }
 
@@ -114,14 +112,14 @@ void flappingServices(Run &run, const Figure &figure)
     }
     flapping.look();
 
-    flapping.measure(QStringLiteral("returns of one service"), run.count(), returning);
+    flapping.measure("returns of one service"_s, run.count(), returning);
     device.simulator.addService(flapper);
     device.client.settle();
-    run.checkEqual(QStringLiteral("GetProperties for its next change of state"),
+    run.checkEqual("GetProperties for its next change of state"_s,
                    flapping.questionsAfterAStateChange(flapper), 1);
     device.simulator.removeService(flapper);
-    flapping.measure(QStringLiteral("different services"), run.count() * strangersPerReturn, stranger);
-    flapping.measure(QStringLiteral("replugs of the cable"), run.count(), replug);
+    flapping.measure("different services"_s, run.count() * strangersPerReturn, stranger);
+    flapping.measure("replugs of the cable"_s, run.count(), replug);
     examineEnd(run, device.daemon);
 }
 

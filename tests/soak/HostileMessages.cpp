@@ -8,6 +8,7 @@
 #include "HostileConnman.h"
 #include "Run.h"
 #include "TestDevice.h"
+#include "Text.h"
 
 using namespace test_support;
 
@@ -15,7 +16,7 @@ namespace soak {
 
 namespace {
 
-const QString connmanName = QStringLiteral("net.connman");
+const QString connmanName = "net.connman"_s;
 
 /// As many calls as ConnMan's and a client's connection may well have under way.
 constexpr int mostWaiting = 32;
@@ -84,13 +85,12 @@ private:
 /// The real ConnMan is back: what it has is told again.
 void checkThatItStillWorks(Run &run, TestDevice &device)
 {
-    const QString identifier = QStringLiteral("ethernet_020000000100_cable");
+    const QString identifier = "ethernet_020000000100_cable"_s;
     device.simulator.setPresent(connmanName, true);
     device.simulator.addService(identifier);
     device.client.settle();
     const bool isListed = device.client.call("networks").toMap().contains(identifier);
-    run.check(QStringLiteral("follows ConnMan afterwards"),
-              isListed ? QStringLiteral("yes") : QStringLiteral("no"), QStringLiteral("yes"), isListed);
+    run.check("follows ConnMan afterwards"_s, isListed ? "yes"_s : "no"_s, "yes"_s, isListed);
 }
 
 } // namespace
@@ -109,13 +109,12 @@ void hostileMessages(Run &run, const Figure &figure)
         const qint64 before = siege.memoryWithoutServicesKiB();
         siege.send(run.count() - warmUp);
         const qint64 after = siege.memoryWithoutServicesKiB();
-        run.checkEqual(QStringLiteral("messages withstood"), siege.sent(), run.count());
-        run.checkEqual(QStringLiteral("calls without an answer"), siege.unanswered(), 0);
-        run.check(QStringLiteral("the hostile peers keep their connections"),
-                  siege.isConnected() ? QStringLiteral("yes") : QStringLiteral("no"), QStringLiteral("yes"),
-                  siege.isConnected());
+        run.checkEqual("messages withstood"_s, siege.sent(), run.count());
+        run.checkEqual("calls without an answer"_s, siege.unanswered(), 0);
+        run.check("the hostile peers keep their connections"_s, siege.isConnected() ? "yes"_s : "no"_s,
+                  "yes"_s, siege.isConnected());
         if (device.daemon.isRunning()) {
-            run.checkGrowth(QStringLiteral("growth"), after - before, figure.limit);
+            run.checkGrowth("growth"_s, after - before, figure.limit);
         }
     }
     if (device.daemon.isRunning()) {

@@ -5,6 +5,7 @@
 #include "Figure.h"
 #include "Run.h"
 #include "TestDevice.h"
+#include "Text.h"
 
 using namespace test_support;
 
@@ -12,8 +13,8 @@ namespace soak {
 
 namespace {
 
-const QString connmanName = QStringLiteral("net.connman");
-const QString cable = QStringLiteral("ethernet_020000000100_cable");
+const QString connmanName = "net.connman"_s;
+const QString cable = "ethernet_020000000100_cable"_s;
 constexpr int warmUpShare = 10;
 constexpr int serviceCount = 10;
 
@@ -67,12 +68,11 @@ void returnsOfConnman(Run &run, const Figure &figure)
     comings.leaveAndReturn(run.count() - warmUp);
     const qint64 after = settledMemoryKiB(device.daemon);
 
-    run.checkEqual(QStringLiteral("returns"), comings.returns(), run.count());
-    run.checkEqual(QStringLiteral("networks listed while it was away"), comings.ghosts(), 0);
-    run.checkGrowth(QStringLiteral("growth"), after - before, figure.limit);
-    run.checkEqual(QStringLiteral("networks listed after the last return"), comings.networks().size(),
-                   serviceCount + 1);
-    run.checkEqual(QStringLiteral("agents known to ConnMan"), device.simulator.agents().size(), 1);
+    run.checkEqual("returns"_s, comings.returns(), run.count());
+    run.checkEqual("networks listed while it was away"_s, comings.ghosts(), 0);
+    run.checkGrowth("growth"_s, after - before, figure.limit);
+    run.checkEqual("networks listed after the last return"_s, comings.networks().size(), serviceCount + 1);
+    run.checkEqual("agents known to ConnMan"_s, device.simulator.agents().size(), 1);
     examineEnd(run, device.daemon);
 }
 

@@ -1,4 +1,5 @@
 #include "Run.h"
+#include "Text.h"
 
 #include <QTextStream>
 #include <utility>
@@ -32,7 +33,7 @@ Run::Run(QString figure, int count, quint32 seed, qint64 timeLimitMs)
 void Run::check(const QString &what, const QString &measured, const QString &limit, bool holds)
 {
     m_holds = m_holds && holds;
-    print(what, measured, limit, holds ? QStringLiteral("yes") : QStringLiteral("NO"));
+    print(what, measured, limit, holds ? "yes"_s : "NO"_s);
 }
 
 void Run::checkEqual(const QString &what, qint64 measured, qint64 expected)
@@ -42,20 +43,20 @@ void Run::checkEqual(const QString &what, qint64 measured, qint64 expected)
 
 void Run::checkTime(const QString &what, qint64 measuredMs, qint64 limitMs)
 {
-    checkCost(what, measuredMs, limitMs, QStringLiteral("ms"));
+    checkCost(what, measuredMs, limitMs, "ms"_s);
 }
 
 void Run::checkGrowth(const QString &what, qint64 measuredKiB, qint64 limitKiB)
 {
-    checkCost(what, measuredKiB, limitKiB, QStringLiteral("KiB"));
+    checkCost(what, measuredKiB, limitKiB, "KiB"_s);
 }
 
 void Run::checkCost(const QString &what, qint64 measured, qint64 limit, const QString &unit)
 {
-    const QString measuredText = QStringLiteral("%1 %2").arg(measured).arg(unit);
-    const QString limitText = QStringLiteral("%1 %2").arg(limit).arg(unit);
+    const QString measuredText = "%1 %2"_s.arg(measured).arg(unit);
+    const QString limitText = "%1 %2"_s.arg(limit).arg(unit);
     if (isInstrumented) {
-        print(what, measuredText, limitText, QStringLiteral("not asked of a sanitizer"));
+        print(what, measuredText, limitText, "not asked of a sanitizer"_s);
     } else {
         check(what, measuredText, limitText, measured <= limit);
     }
@@ -64,7 +65,7 @@ void Run::checkCost(const QString &what, qint64 measured, qint64 limit, const QS
 void Run::print(const QString &what, const QString &measured, const QString &limit,
                 const QString &holds) const
 {
-    out() << QStringLiteral("| %1: %2 | %3 | %4 | %5 |\n").arg(m_figure, what, measured, limit, holds);
+    out() << "| %1: %2 | %3 | %4 | %5 |\n"_s.arg(m_figure, what, measured, limit, holds);
     out().flush();
 }
 

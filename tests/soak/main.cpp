@@ -3,6 +3,7 @@
 
 #include "Figure.h"
 #include "Run.h"
+#include "Text.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -32,8 +33,7 @@ void list()
 {
     QTextStream out(stdout);
     for (const Figure &figure : figures()) {
-        out << QStringLiteral("%1 %2 (%3, short %4)\n")
-                   .arg(QLatin1String(figure.name), -12)
+        out << "%1 %2 (%3, short %4)\n"_s.arg(QLatin1String(figure.name), -12)
                    .arg(QLatin1String(figure.what))
                    .arg(figure.longCount)
                    .arg(figure.shortCount);
@@ -52,16 +52,13 @@ std::vector<Figure> choose(const QStringList &names)
 Options parse(const QCoreApplication &application)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Measures what must hold in a long life."));
+    parser.setApplicationDescription("Measures what must hold in a long life."_s);
     parser.addHelpOption();
-    const QCommandLineOption listOption(QStringLiteral("list"), QStringLiteral("List the figures."));
-    const QCommandLineOption shortOption(QStringLiteral("short"), QStringLiteral("The short form."));
-    const QCommandLineOption figureOption(QStringLiteral("figure"), QStringLiteral("Only this one."),
-                                          QStringLiteral("name"));
-    const QCommandLineOption timesOption(QStringLiteral("times"), QStringLiteral("Do so many times as much."),
-                                         QStringLiteral("n"), QStringLiteral("1"));
-    const QCommandLineOption seedOption(QStringLiteral("seed"), QStringLiteral("Of the random numbers."),
-                                        QStringLiteral("number"));
+    const QCommandLineOption listOption("list"_s, "List the figures."_s);
+    const QCommandLineOption shortOption("short"_s, "The short form."_s);
+    const QCommandLineOption figureOption("figure"_s, "Only this one."_s, "name"_s);
+    const QCommandLineOption timesOption("times"_s, "Do so many times as much."_s, "n"_s, "1"_s);
+    const QCommandLineOption seedOption("seed"_s, "Of the random numbers."_s, "number"_s);
     parser.addOptions({listOption, shortOption, figureOption, timesOption, seedOption});
     parser.process(application);
     if (parser.isSet(listOption)) {

@@ -1,6 +1,7 @@
 #include "BusMonitor.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <QRegularExpression>
 
 namespace test_support {
@@ -9,9 +10,9 @@ BusMonitor::BusMonitor(const QString &rule)
 {
     QObject::connect(&m_monitor, &QProcess::readyReadStandardOutput, &m_monitor,
                      [this] { m_seen += QString::fromUtf8(m_monitor.readAllStandardOutput()); });
-    m_monitor.start(QStringLiteral("dbus-monitor"), {QStringLiteral("--system"), rule});
+    m_monitor.start("dbus-monitor"_s, {"--system"_s, rule});
     // A connection that becomes a monitor loses its name first, and dbus-monitor prints that too.
-    if (!waitFor(QStringLiteral("member=NameLost"), 1)) {
+    if (!waitFor("member=NameLost"_s, 1)) {
         qFatal("No bus monitor: %s", qPrintable(m_monitor.errorString()));
     }
 }
@@ -23,10 +24,9 @@ bool BusMonitor::waitFor(const QString &text, int times)
 
 QStringList BusMonitor::members() const
 {
-    static const QRegularExpression header(
-        QStringLiteral("^(?:method call|signal) time=\\S+ sender=:\\S+ -> "
-                       "destination=(?!org\\.freedesktop\\.DBus ).*member=(\\w+)$"),
-        QRegularExpression::MultilineOption);
+    static const QRegularExpression header("^(?:method call|signal) time=\\S+ sender=:\\S+ -> "
+                                           "destination=(?!org\\.freedesktop\\.DBus ).*member=(\\w+)$"_s,
+                                           QRegularExpression::MultilineOption);
     QStringList members;
     for (auto match = header.globalMatch(m_seen); match.hasNext();) {
         members << match.next().captured(1);

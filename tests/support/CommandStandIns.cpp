@@ -1,6 +1,7 @@
 #include "CommandStandIns.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <QDebug>
 #include <QStandardPaths>
 #include <sys/file.h>
@@ -8,7 +9,7 @@
 namespace test_support {
 
 namespace {
-const QStringList programs = {QStringLiteral("iw"), QStringLiteral("ip"), QStringLiteral("connmanctl")};
+const QStringList programs = {"iw"_s, "ip"_s, "connmanctl"_s};
 
 void writeFile(const QString &path, const QByteArray &content)
 {
@@ -21,28 +22,28 @@ void writeFile(const QString &path, const QByteArray &content)
 
 CommandStandIns::CommandStandIns(const QString &directory)
     : m_directory(directory)
-    , m_hold(m_directory.filePath(QStringLiteral("hold")))
+    , m_hold(m_directory.filePath("hold"_s))
 {
-    m_directory.mkdir(QStringLiteral("bin"));
-    m_directory.mkdir(QStringLiteral("scripts"));
+    m_directory.mkdir("bin"_s);
+    m_directory.mkdir("scripts"_s);
     for (const QString &program : programs) {
         QFile::link(QStringLiteral(STAND_IN_PROGRAM), path() + QLatin1Char('/') + program);
     }
     m_hold.open(QIODevice::WriteOnly);
     flock(m_hold.handle(), LOCK_EX);
     clearCalls();
-    script(QStringLiteral("iw list"), {QStringLiteral("print Wiphy phy0")});
+    script("iw list"_s, {"print Wiphy phy0"_s});
 }
 
 QString CommandStandIns::path() const
 {
-    return m_directory.filePath(QStringLiteral("bin"));
+    return m_directory.filePath("bin"_s);
 }
 
 void CommandStandIns::script(const QString &command, const QStringList &instructions)
 {
     const QString text = instructions.join(QLatin1Char('\n'));
-    writeFile(m_directory.filePath(QStringLiteral("scripts/") + command), text.toUtf8());
+    writeFile(m_directory.filePath("scripts/"_s + command), text.toUtf8());
 }
 
 void CommandStandIns::useOwn(const QString &program)
@@ -73,7 +74,7 @@ QStringList CommandStandIns::calls() const
 
 QString CommandStandIns::logFile() const
 {
-    return m_directory.filePath(QStringLiteral("log"));
+    return m_directory.filePath("log"_s);
 }
 
 void CommandStandIns::clearCalls()

@@ -1,6 +1,7 @@
 #include "Daemon.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <csignal>
 #include <QFile>
 #include <QTest>
@@ -10,8 +11,8 @@ namespace test_support {
 Daemon::Daemon(const QString &busAddress, QObject *parent)
     : QObject(parent)
 {
-    setVariable(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), busAddress);
-    setVariable(QStringLiteral("QT_MESSAGE_PATTERN"), DaemonLog::messagePattern());
+    setVariable("DBUS_SYSTEM_BUS_ADDRESS"_s, busAddress);
+    setVariable("QT_MESSAGE_PATTERN"_s, DaemonLog::messagePattern());
     m_process.setReadChannel(QProcess::StandardError);
     connect(&m_process, &QProcess::readyReadStandardOutput, this,
             [this] { m_output += m_process.readAllStandardOutput(); });
@@ -59,7 +60,7 @@ bool Daemon::start(const QStringList &arguments)
 {
     const QStringList command = m_wrapper + QStringList(QStringLiteral(DAEMON_PROGRAM)) + arguments;
     m_sandbox.devices().rewriteTriggers();
-    m_process.start(QStringLiteral("bwrap"), m_sandbox.namespaceArguments(environment()) + command);
+    m_process.start("bwrap"_s, m_sandbox.namespaceArguments(environment()) + command);
     const bool started = m_process.waitForStarted(eventTimeoutMs);
     m_group = static_cast<pid_t>(m_process.processId());
     return started;
@@ -68,7 +69,7 @@ bool Daemon::start(const QStringList &arguments)
 qint64 Daemon::processId() const
 {
     // The process started is bwrap, which stays as the parent.
-    QFile children(QStringLiteral("/proc/%1/task/%1/children").arg(m_process.processId()));
+    QFile children("/proc/%1/task/%1/children"_s.arg(m_process.processId()));
     return children.open(QIODevice::ReadOnly) ? children.readAll().trimmed().toLongLong() : 0;
 }
 
@@ -80,11 +81,10 @@ bool Daemon::sendSignal(int signal) const
 
 bool Daemon::catches(int signal) const
 {
-    QFile status(QStringLiteral("/proc/%1/status").arg(processId()));
+    QFile status("/proc/%1/status"_s.arg(processId()));
     status.open(QIODevice::ReadOnly);
     const QString text = QString::fromLatin1(status.readAll());
-    const QString caught =
-        text.section(QStringLiteral("SigCgt:"), 1).section(QLatin1Char('\n'), 0, 0).trimmed();
+    const QString caught = text.section("SigCgt:"_s, 1).section(QLatin1Char('\n'), 0, 0).trimmed();
     return (caught.toULongLong(nullptr, 16) >> (signal - 1) & 1U) != 0;
 }
 

@@ -3,6 +3,7 @@
 #include "ChildProcess.h"
 #include "DaemonLog.h"
 #include "DaemonSandbox.h"
+#include "Text.h"
 #include <QMap>
 #include <QObject>
 #include <QStringList>
@@ -29,7 +30,7 @@ public:
     DaemonLog &log();
 
     /// Qt's logging rules, separated by ";"; none by default, that is, only critical lines are logged.
-    void setLoggingRules(const QString &rules) { setVariable(QStringLiteral("QT_LOGGING_RULES"), rules); }
+    void setLoggingRules(const QString &rules) { setVariable("QT_LOGGING_RULES"_s, rules); }
 
     /// One more environment variable for the daemon.
     void setVariable(const QString &name, const QString &value) { m_variables[name] = value; }

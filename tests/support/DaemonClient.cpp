@@ -1,6 +1,7 @@
 #include "DaemonClient.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
 #include <QDebug>
@@ -9,18 +10,14 @@
 namespace test_support {
 
 namespace {
-const QString daemonName = QStringLiteral("com.tactora.NetworkManager");
-const QString daemonPath = QStringLiteral("/");
+const QString daemonName = "com.tactora.NetworkManager"_s;
+const QString daemonPath = "/"_s;
 // Longer than any wait of a test, so that a test fails with its own words.
 constexpr int callTimeoutMs = 4 * eventTimeoutMs;
 
-const QStringList daemonSignals = {QStringLiteral("error"),
-                                   QStringLiteral("powerChanged"),
-                                   QStringLiteral("regionChanged"),
-                                   QStringLiteral("networkRegistered"),
-                                   QStringLiteral("networkForgot"),
-                                   QStringLiteral("networkConnected"),
-                                   QStringLiteral("networkDisconnected")};
+const QStringList daemonSignals = {
+    "error"_s,         "powerChanged"_s,     "regionChanged"_s,      "networkRegistered"_s,
+    "networkForgot"_s, "networkConnected"_s, "networkDisconnected"_s};
 
 QString textOf(const QVariant &value);
 
@@ -28,9 +25,9 @@ QString textOf(const QVariantMap &map)
 {
     QStringList entries;
     for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
-        entries << QStringLiteral("\"%1\": %2").arg(entry.key(), textOf(entry.value()));
+        entries << "\"%1\": %2"_s.arg(entry.key(), textOf(entry.value()));
     }
-    return QStringLiteral("{%1}").arg(entries.join(QStringLiteral(", ")));
+    return "{%1}"_s.arg(entries.join(", "_s));
 }
 
 QString textOf(const QStringList &list)
@@ -39,7 +36,7 @@ QString textOf(const QStringList &list)
     for (const QString &entry : list) {
         entries << textOf(entry);
     }
-    return QStringLiteral("[%1]").arg(entries.join(QStringLiteral(", ")));
+    return "[%1]"_s.arg(entries.join(", "_s));
 }
 
 // A reply's dictionary arrives as a raw argument, and so do those inside it.
@@ -57,7 +54,7 @@ QString textOf(const QVariant &packed)
     const QVariant value = unpacked(packed);
     switch (value.type()) {
     case QVariant::String:
-        return QStringLiteral("\"%1\"").arg(value.toString());
+        return "\"%1\""_s.arg(value.toString());
     case QVariant::StringList:
         return textOf(value.toStringList());
     case QVariant::Map:
@@ -73,7 +70,7 @@ QString textOf(const QVariantList &values)
     for (const QVariant &value : values) {
         texts << textOf(value);
     }
-    return texts.join(QStringLiteral(", "));
+    return texts.join(", "_s);
 }
 } // namespace
 
@@ -115,8 +112,7 @@ QDBusPendingCallWatcher *DaemonClient::sendCall(const QString &method, const QVa
             [this, method](QDBusPendingCallWatcher *finished) {
                 const QDBusMessage reply = finished->reply();
                 const bool isError = reply.type() == QDBusMessage::ErrorMessage;
-                m_record << QStringLiteral("%1 -> %2")
-                                .arg(method, isError ? reply.errorName() : textOf(reply.arguments()));
+                m_record << "%1 -> %2"_s.arg(method, isError ? reply.errorName() : textOf(reply.arguments()));
                 finished->deleteLater();
             });
     return watcher;
@@ -142,7 +138,7 @@ QDBusMessage DaemonClient::callForReply(const QString &method, const QVariantLis
 void DaemonClient::settle()
 {
     const QDBusPendingCallWatcher watcher(
-        m_connection.asyncCall(message(QStringLiteral("getWifiRegion"), {}), callTimeoutMs));
+        m_connection.asyncCall(message("getWifiRegion"_s, {}), callTimeoutMs));
     waitForReply(&watcher);
 }
 
@@ -162,7 +158,7 @@ bool DaemonClient::waitFor(const QString &entry, int times) const
 
 void DaemonClient::onSignal(const QDBusMessage &message)
 {
-    m_record << QStringLiteral("%1(%2)").arg(message.member(), textOf(message.arguments()));
+    m_record << "%1(%2)"_s.arg(message.member(), textOf(message.arguments()));
 }
 
 } // namespace test_support

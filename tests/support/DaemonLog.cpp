@@ -1,6 +1,7 @@
 #include "DaemonLog.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <cstdio>
 #include <utility>
 
@@ -8,7 +9,7 @@ namespace test_support {
 
 QString DaemonLog::messagePattern()
 {
-    return QStringLiteral("%{category}|%{type}|%{message}");
+    return "%{category}|%{type}|%{message}"_s;
 }
 
 void DaemonLog::add(const QByteArray &output)

@@ -1,4 +1,5 @@
 #include "DaemonSandbox.h"
+#include "Text.h"
 
 #include <QDebug>
 #include <QFile>
@@ -8,14 +9,12 @@ namespace test_support {
 
 namespace {
 // Told to the daemon where the test has them: how instrumented builds report.
-const QStringList inheritedVariables = {
-    QStringLiteral("ASAN_OPTIONS"), QStringLiteral("UBSAN_OPTIONS"),     QStringLiteral("LSAN_OPTIONS"),
-    QStringLiteral("GCOV_PREFIX"),  QStringLiteral("GCOV_PREFIX_STRIP"), QStringLiteral("LD_LIBRARY_PATH")};
+const QStringList inheritedVariables = {"ASAN_OPTIONS"_s, "UBSAN_OPTIONS"_s,     "LSAN_OPTIONS"_s,
+                                        "GCOV_PREFIX"_s,  "GCOV_PREFIX_STRIP"_s, "LD_LIBRARY_PATH"_s};
 
 // What is /lib on one machine is a link to usr/lib on the next.
-const QStringList programDirectories = {
-    QStringLiteral("/usr"),   QStringLiteral("/bin"),   QStringLiteral("/sbin"),  QStringLiteral("/lib"),
-    QStringLiteral("/lib32"), QStringLiteral("/lib64"), QStringLiteral("/libx32")};
+const QStringList programDirectories = {"/usr"_s,   "/bin"_s,   "/sbin"_s,  "/lib"_s,
+                                        "/lib32"_s, "/lib64"_s, "/libx32"_s};
 
 QStringList programDirectoryArguments()
 {
@@ -23,9 +22,9 @@ QStringList programDirectoryArguments()
     for (const QString &directory : programDirectories) {
         const QFileInfo info(directory);
         if (info.isSymLink()) {
-            arguments << QStringLiteral("--symlink") << QFile::symLinkTarget(directory) << directory;
+            arguments << "--symlink"_s << QFile::symLinkTarget(directory) << directory;
         } else if (info.exists()) {
-            arguments << QStringLiteral("--ro-bind") << directory << directory;
+            arguments << "--ro-bind"_s << directory << directory;
         }
     }
     return arguments;
@@ -48,27 +47,27 @@ void write(const QString &path, const QByteArray &content)
 
 DaemonSandbox::DaemonSandbox()
     : m_commands([this] {
-        QDir(m_directory.path()).mkdir(QStringLiteral("commands"));
-        return m_directory.filePath(QStringLiteral("commands"));
+        QDir(m_directory.path()).mkdir("commands"_s);
+        return m_directory.filePath("commands"_s);
     }())
-    , m_keyboard(m_devices.addKeyboard(QStringLiteral("event0")))
+    , m_keyboard(m_devices.addKeyboard("event0"_s))
 {
-    m_devices.addLed(QStringLiteral("led8"));
-    m_devices.addLed(QStringLiteral("led10"));
+    m_devices.addLed("led8"_s);
+    m_devices.addLed("led10"_s);
     const QDir root(m_directory.path());
-    root.mkpath(QStringLiteral("etc/xdg/Tactora AB"));
-    root.mkpath(QStringLiteral("var/lib/connman"));
+    root.mkpath("etc/xdg/Tactora AB"_s);
+    root.mkpath("var/lib/connman"_s);
     setHostName("printer\n");
 }
 
 QByteArray DaemonSandbox::hostName() const
 {
-    return read(hostPath(QStringLiteral("/etc/hostname")));
+    return read(hostPath("/etc/hostname"_s));
 }
 
 void DaemonSandbox::setHostName(const QByteArray &content)
 {
-    write(hostPath(QStringLiteral("/etc/hostname")), content);
+    write(hostPath("/etc/hostname"_s), content);
 }
 
 void DaemonSandbox::mountHostName(const QByteArray &content)
@@ -79,13 +78,13 @@ void DaemonSandbox::mountHostName(const QByteArray &content)
 
 void DaemonSandbox::makeHostNameUnusable()
 {
-    QFile::remove(hostPath(QStringLiteral("/etc/hostname")));
-    QDir(m_directory.path()).mkdir(QStringLiteral("etc/hostname"));
+    QFile::remove(hostPath("/etc/hostname"_s));
+    QDir(m_directory.path()).mkdir("etc/hostname"_s);
 }
 
 QString DaemonSandbox::settingsFile(const QString &store) const
 {
-    return hostPath(QStringLiteral("/etc/xdg/Tactora AB/%1.conf").arg(store));
+    return hostPath("/etc/xdg/Tactora AB/%1.conf"_s.arg(store));
 }
 
 QByteArray DaemonSandbox::settings(const QString &store) const
@@ -100,30 +99,30 @@ void DaemonSandbox::setSettings(const QString &store, const QByteArray &content)
 
 QByteArray DaemonSandbox::connmanFile(const QString &name) const
 {
-    return read(hostPath(QStringLiteral("/var/lib/connman/") + name));
+    return read(hostPath("/var/lib/connman/"_s + name));
 }
 
 void DaemonSandbox::setConnmanFile(const QString &name, const QByteArray &content)
 {
-    write(hostPath(QStringLiteral("/var/lib/connman/") + name), content);
+    write(hostPath("/var/lib/connman/"_s + name), content);
 }
 
 QStringList DaemonSandbox::connmanFiles() const
 {
-    return QDir(hostPath(QStringLiteral("/var/lib/connman"))).entryList(QDir::Files);
+    return QDir(hostPath("/var/lib/connman"_s)).entryList(QDir::Files);
 }
 
 void DaemonSandbox::removeConnmanDirectory()
 {
-    QDir(hostPath(QStringLiteral("/var/lib/connman"))).removeRecursively();
+    QDir(hostPath("/var/lib/connman"_s)).removeRecursively();
 }
 
 QStringList DaemonSandbox::environment() const
 {
     QStringList variables = m_devices.environment();
-    variables << QStringLiteral("PATH=") + m_commands.path();
-    variables << QStringLiteral("STAND_IN_DIR=") + m_commands.directory();
-    variables << QStringLiteral("HOME=") + m_directory.path();
+    variables << "PATH="_s + m_commands.path();
+    variables << "STAND_IN_DIR="_s + m_commands.directory();
+    variables << "HOME="_s + m_directory.path();
     for (const QString &name : inheritedVariables) {
         if (qEnvironmentVariableIsSet(name.toUtf8().constData())) {
             variables << name + QLatin1Char('=') + qEnvironmentVariable(name.toUtf8().constData());
@@ -134,26 +133,30 @@ QStringList DaemonSandbox::environment() const
 
 QStringList DaemonSandbox::namespaceArguments(const QStringList &environment) const
 {
-    QStringList arguments = {QStringLiteral("--die-with-parent"), QStringLiteral("--clearenv")};
+    QStringList arguments = {"--die-with-parent"_s, "--clearenv"_s};
     for (const QString &variable : environment) {
-        arguments << QStringLiteral("--setenv") << variable.section(QLatin1Char('='), 0, 0)
+        arguments << "--setenv"_s << variable.section(QLatin1Char('='), 0, 0)
                   << variable.section(QLatin1Char('='), 1);
     }
     arguments << programDirectoryArguments();
-    arguments << QStringLiteral("--bind") << QStringLiteral("/proc") << QStringLiteral("/proc");
-    arguments << QStringLiteral("--dev-bind") << QStringLiteral("/dev") << QStringLiteral("/dev");
-    arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/etc")) << QStringLiteral("/etc");
-    arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/var")) << QStringLiteral("/var");
+    arguments << "--bind"_s
+              << "/proc"_s
+              << "/proc"_s;
+    arguments << "--dev-bind"_s
+              << "/dev"_s
+              << "/dev"_s;
+    arguments << "--bind"_s << hostPath("/etc"_s) << "/etc"_s;
+    arguments << "--bind"_s << hostPath("/var"_s) << "/var"_s;
     if (m_isHostNameMounted) {
-        arguments << QStringLiteral("--bind") << hostPath(QStringLiteral("/etc/hostname"))
-                  << QStringLiteral("/etc/hostname");
+        arguments << "--bind"_s << hostPath("/etc/hostname"_s) << "/etc/hostname"_s;
     }
-    arguments << QStringLiteral("--ro-bind-try") << QStringLiteral("/etc/ld.so.cache")
-              << QStringLiteral("/etc/ld.so.cache");
+    arguments << "--ro-bind-try"_s
+              << "/etc/ld.so.cache"_s
+              << "/etc/ld.so.cache"_s;
     // Where the bus, the fakes and the stand-ins have their files, and where the daemon itself was built.
     // After /var, because either may be below it.
     for (const QString &directory : {QDir::tempPath(), QStringLiteral(BUILD_DIRECTORY)}) {
-        arguments << QStringLiteral("--bind") << directory << directory;
+        arguments << "--bind"_s << directory << directory;
     }
     return arguments;
 }

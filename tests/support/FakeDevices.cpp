@@ -1,4 +1,5 @@
 #include "FakeDevices.h"
+#include "Text.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,8 +9,7 @@
 namespace test_support {
 
 namespace {
-const QStringList ledAttributes = {QStringLiteral("brightness"), QStringLiteral("trigger"),
-                                   QStringLiteral("delay_on"), QStringLiteral("delay_off")};
+const QStringList ledAttributes = {"brightness"_s, "trigger"_s, "delay_on"_s, "delay_off"_s};
 
 // The kernel lists all triggers, the one in use in brackets; the fake file keeps what was written.
 constexpr char idleTriggers[] = "[none] timer heartbeat\n";
@@ -57,12 +57,12 @@ QString FakeDevices::root() const
 
 QStringList FakeDevices::environment() const
 {
-    QString preload = QStringLiteral("libumockdev-preload.so.0");
+    QString preload = "libumockdev-preload.so.0"_s;
 #ifdef SANITIZER_RUNTIME
     // The sanitizer's allocator must be there before anything else that is preloaded.
     preload.prepend(QStringLiteral(SANITIZER_RUNTIME ":"));
 #endif
-    return {QStringLiteral("UMOCKDEV_DIR=") + root(), QStringLiteral("LD_PRELOAD=") + preload};
+    return {"UMOCKDEV_DIR="_s + root(), "LD_PRELOAD="_s + preload};
 }
 
 void FakeDevices::addLed(const QString &name)
@@ -82,7 +82,7 @@ void FakeDevices::removeLed(const QString &name)
 
 QString FakeDevices::ledFile(const QString &led, const QString &file) const
 {
-    return QStringLiteral("%1/sys/class/leds/%2/%3").arg(root(), led, file);
+    return "%1/sys/class/leds/%2/%3"_s.arg(root(), led, file);
 }
 
 QByteArray FakeDevices::readLed(const QString &led, const QString &file) const
@@ -96,19 +96,18 @@ QByteArray FakeDevices::readLed(const QString &led, const QString &file) const
 
 LedPattern FakeDevices::led(const QString &name) const
 {
-    if (hasTimer(readLed(name, QStringLiteral("trigger")))) {
-        return LedPattern::blink(readLed(name, QStringLiteral("delay_on")).toInt() +
-                                 readLed(name, QStringLiteral("delay_off")).toInt());
+    if (hasTimer(readLed(name, "trigger"_s))) {
+        return LedPattern::blink(readLed(name, "delay_on"_s).toInt() + readLed(name, "delay_off"_s).toInt());
     }
-    return readLed(name, QStringLiteral("brightness")).toInt() > 0 ? LedPattern::on() : LedPattern::off();
+    return readLed(name, "brightness"_s).toInt() > 0 ? LedPattern::on() : LedPattern::off();
 }
 
 void FakeDevices::rewriteTriggers() const
 {
-    const QDir leds(root() + QStringLiteral("/sys/class/leds"));
+    const QDir leds(root() + "/sys/class/leds"_s);
     for (const QString &name : leds.entryList(QDir::AllDirs | QDir::NoDotAndDotDot)) {
-        const bool isTimer = hasTimer(readLed(name, QStringLiteral("trigger")));
-        QFile trigger(ledFile(name, QStringLiteral("trigger")));
+        const bool isTimer = hasTimer(readLed(name, "trigger"_s));
+        QFile trigger(ledFile(name, "trigger"_s));
         if (trigger.open(QIODevice::WriteOnly | QIODevice::ExistingOnly)) {
             trigger.write(isTimer ? "none [timer] heartbeat\n" : idleTriggers);
         }

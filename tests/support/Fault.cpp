@@ -1,6 +1,7 @@
 #include "Fault.h"
 
 #include "SimulatorClient.h"
+#include "Text.h"
 #include <QTest>
 #include <utility>
 
@@ -9,40 +10,39 @@ namespace test_support {
 FaultKind::FaultKind(const QString &kind, QVariantMap details)
     : m_map(std::move(details))
 {
-    m_map.insert(QStringLiteral("kind"), kind);
+    m_map.insert("kind"_s, kind);
 }
 
 FaultKind FaultKind::error(const QString &name, const QString &message)
 {
-    return FaultKind(QStringLiteral("error"),
-                     {{QStringLiteral("name"), name}, {QStringLiteral("message"), message}});
+    return FaultKind("error"_s, {{"name"_s, name}, {"message"_s, message}});
 }
 
 FaultKind FaultKind::reply(const QVariantList &arguments)
 {
-    return FaultKind(QStringLiteral("reply"), {{QStringLiteral("arguments"), arguments}});
+    return FaultKind("reply"_s, {{"arguments"_s, arguments}});
 }
 
 FaultKind FaultKind::delay(int milliseconds)
 {
-    return FaultKind(QStringLiteral("delay"), {{QStringLiteral("milliseconds"), milliseconds}});
+    return FaultKind("delay"_s, {{"milliseconds"_s, milliseconds}});
 }
 
 FaultKind FaultKind::after(int milliseconds) const
 {
     FaultKind late(*this);
-    late.m_map.insert(QStringLiteral("milliseconds"), milliseconds);
+    late.m_map.insert("milliseconds"_s, milliseconds);
     return late;
 }
 
 FaultKind FaultKind::never()
 {
-    return FaultKind(QStringLiteral("never"));
+    return FaultKind("never"_s);
 }
 
 FaultKind FaultKind::vanish()
 {
-    return FaultKind(QStringLiteral("vanish"));
+    return FaultKind("vanish"_s);
 }
 
 Fault::Fault(SimulatorClient &client, uint id, QString description)
@@ -72,7 +72,7 @@ uint Fault::fired() const
 void Fault::verify()
 {
     if (m_client != nullptr) {
-        const QByteArray complaint = (QStringLiteral("The fault never fired: ") + m_description).toUtf8();
+        const QByteArray complaint = ("The fault never fired: "_s + m_description).toUtf8();
         QTest::qVerify(fired() > 0, "fired() > 0", complaint.constData(), __FILE__, __LINE__);
     }
     m_client = nullptr;

@@ -1,4 +1,5 @@
 #include "LogCapture.h"
+#include "Text.h"
 
 #include <algorithm>
 #include <QTest>
@@ -107,7 +108,7 @@ void LogCapture::replay() const
         const QByteArray category = message.category.toUtf8();
         const QMessageLogContext context(nullptr, 0, nullptr, category.constData());
         if (m_previous != nullptr && message.type != QtFatalMsg) {
-            m_previous(message.type, context, message.category + QStringLiteral(": ") + message.text);
+            m_previous(message.type, context, message.category + ": "_s + message.text);
         }
     }
 }

@@ -1,6 +1,7 @@
 #include "PrivateBus.h"
 
 #include "ChildProcess.h"
+#include "Text.h"
 #include <QDebug>
 #include <QFile>
 
@@ -12,7 +13,7 @@ constexpr char systemVariable[] = "DBUS_SYSTEM_BUS_ADDRESS";
 constexpr char sessionVariable[] = "DBUS_SESSION_BUS_ADDRESS";
 
 // No <type>: a bus of type "system" wants to raise its file descriptor limit and to drop privileges.
-const QString configurationTemplate = QStringLiteral(R"(<!DOCTYPE busconfig PUBLIC
+const QString configurationTemplate = R"(<!DOCTYPE busconfig PUBLIC
  "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
 <busconfig>
@@ -26,7 +27,7 @@ const QString configurationTemplate = QStringLiteral(R"(<!DOCTYPE busconfig PUBL
   <limit name="max_match_rules_per_connection">%2</limit>
   <limit name="max_replies_per_connection">%3</limit>
 </busconfig>
-)");
+)"_s;
 
 void setOrUnset(const char *variable, const QByteArray &value)
 {
@@ -73,9 +74,8 @@ bool PrivateBus::writeConfiguration(const BusLimits &limits) const
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
-    const QString refusal = limits.refusedName.isEmpty()
-                                ? QString()
-                                : QStringLiteral("<deny own=\"%1\"/>").arg(limits.refusedName);
+    const QString refusal =
+        limits.refusedName.isEmpty() ? QString() : "<deny own=\"%1\"/>"_s.arg(limits.refusedName);
     const QString text = configurationTemplate.arg(m_directory.path())
                              .arg(limits.maxMatchRulesPerConnection)
                              .arg(limits.maxRepliesPerConnection)
@@ -85,12 +85,12 @@ bool PrivateBus::writeConfiguration(const BusLimits &limits) const
 
 QString PrivateBus::configurationFile() const
 {
-    return m_directory.filePath(QStringLiteral("bus.conf"));
+    return m_directory.filePath("bus.conf"_s);
 }
 
 QString PrivateBus::logFile() const
 {
-    return m_directory.filePath(QStringLiteral("bus.log"));
+    return m_directory.filePath("bus.log"_s);
 }
 
 QString PrivateBus::log() const
@@ -103,9 +103,8 @@ void PrivateBus::start()
 {
     // A file, not a pipe: nobody may be reading while the daemon complains, and it must not block then.
     m_daemon->setStandardErrorFile(logFile());
-    m_daemon->start(QStringLiteral("dbus-daemon"), {QStringLiteral("--nofork"), QStringLiteral("--nosyslog"),
-                                                    QStringLiteral("--print-address"),
-                                                    QStringLiteral("--config-file=") + configurationFile()});
+    m_daemon->start("dbus-daemon"_s, {"--nofork"_s, "--nosyslog"_s, "--print-address"_s,
+                                      "--config-file="_s + configurationFile()});
     while (m_daemon->state() != QProcess::NotRunning && !m_daemon->canReadLine()) {
         if (!m_daemon->waitForReadyRead(startTimeoutMs)) {
             break;

@@ -1,4 +1,5 @@
 #include "SimulatorClient.h"
+#include "Text.h"
 
 #include <QDBusArgument>
 #include <QDBusConnectionInterface>
@@ -14,8 +15,8 @@
 namespace test_support {
 
 namespace {
-const QString simulatorName = QStringLiteral("com.tactora.Simulator");
-const QString simulatorPath = QStringLiteral("/simulator");
+const QString simulatorName = "com.tactora.Simulator"_s;
+const QString simulatorPath = "/simulator"_s;
 
 QVariant wrapped(const QVariant &value)
 {
@@ -26,7 +27,7 @@ QVariant wrapped(const QVariant &value)
 
 SimulatorClient::SimulatorClient(const QString &address, Timings timings, QObject *parent)
     : QObject(parent)
-    , m_connectionName(QStringLiteral("simulator-client-") + QUuid::createUuid().toString(QUuid::Id128))
+    , m_connectionName("simulator-client-"_s + QUuid::createUuid().toString(QUuid::Id128))
     , m_connection(QDBusConnection::connectToBus(address, m_connectionName))
     , m_process(std::make_unique<ChildProcess>())
 {
@@ -40,13 +41,13 @@ SimulatorClient::~SimulatorClient()
 
 void SimulatorClient::start(const QString &address, Timings timings)
 {
-    m_connection.connect(simulatorName, simulatorPath, simulatorName, QStringLiteral("called"), this,
+    m_connection.connect(simulatorName, simulatorPath, simulatorName, "called"_s, this,
                          SIGNAL(called(QString)));
-    m_connection.connect(simulatorName, simulatorPath, simulatorName, QStringLiteral("spoke"), this,
+    m_connection.connect(simulatorName, simulatorPath, simulatorName, "spoke"_s, this,
                          SIGNAL(spoke(QString, QVariantMap)));
-    QStringList arguments{QStringLiteral("--address"), address};
+    QStringList arguments{"--address"_s, address};
     if (timings == Timings::Fast) {
-        arguments.append(QStringLiteral("--fast"));
+        arguments.append("--fast"_s);
     }
     m_process->setProcessChannelMode(QProcess::ForwardedChannels);
     m_process->start(QStringLiteral(SIMULATOR_PROGRAM), arguments);
@@ -92,169 +93,168 @@ QDBusMessage SimulatorClient::call(const QString &member, const QVariantList &ar
 
 QDBusObjectPath SimulatorClient::addService(const QString &identifier, const QVariantMap &properties)
 {
-    return QDBusReply<QDBusObjectPath>(call(QStringLiteral("addService"), {identifier, properties}));
+    return QDBusReply<QDBusObjectPath>(call("addService"_s, {identifier, properties}));
 }
 
 void SimulatorClient::addServices(uint first, uint count)
 {
-    call(QStringLiteral("addServices"), {first, count});
+    call("addServices"_s, {first, count});
 }
 
 void SimulatorClient::removeService(const QString &identifier)
 {
-    call(QStringLiteral("removeService"), {identifier});
+    call("removeService"_s, {identifier});
 }
 
 void SimulatorClient::setServiceProperty(const QString &identifier, const QString &name,
                                          const QVariant &value, bool silent)
 {
-    call(QStringLiteral("setServiceProperty"), {identifier, name, wrapped(value), silent});
+    call("setServiceProperty"_s, {identifier, name, wrapped(value), silent});
 }
 
 void SimulatorClient::removeServiceProperty(const QString &identifier, const QString &name)
 {
-    call(QStringLiteral("removeServiceProperty"), {identifier, name});
+    call("removeServiceProperty"_s, {identifier, name});
 }
 
 QVariantMap SimulatorClient::serviceProperties(const QString &identifier)
 {
-    return QDBusReply<QVariantMap>(call(QStringLiteral("serviceProperties"), {identifier}));
+    return QDBusReply<QVariantMap>(call("serviceProperties"_s, {identifier}));
 }
 
 QStringList SimulatorClient::services()
 {
-    return QDBusReply<QStringList>(call(QStringLiteral("services")));
+    return QDBusReply<QStringList>(call("services"_s));
 }
 
 void SimulatorClient::addTechnology(const QString &name, const QVariantMap &properties)
 {
-    call(QStringLiteral("addTechnology"), {name, properties});
+    call("addTechnology"_s, {name, properties});
 }
 
 void SimulatorClient::removeTechnology(const QString &name)
 {
-    call(QStringLiteral("removeTechnology"), {name});
+    call("removeTechnology"_s, {name});
 }
 
 void SimulatorClient::setTechnologyProperty(const QString &name, const QString &property,
                                             const QVariant &value, bool silent)
 {
-    call(QStringLiteral("setTechnologyProperty"), {name, property, wrapped(value), silent});
+    call("setTechnologyProperty"_s, {name, property, wrapped(value), silent});
 }
 
 void SimulatorClient::removeTechnologyProperty(const QString &name, const QString &property)
 {
-    call(QStringLiteral("removeTechnologyProperty"), {name, property});
+    call("removeTechnologyProperty"_s, {name, property});
 }
 
 void SimulatorClient::emitSignal(const QString &path, const QString &interface, const QString &member,
                                  const QVariantList &arguments)
 {
-    call(QStringLiteral("emitSignal"),
+    call("emitSignal"_s,
          {QVariant::fromValue(QDBusObjectPath(path)), interface, member, QVariant(arguments)});
 }
 
 QString SimulatorClient::addNetwork(const QVariantMap &options)
 {
-    return QDBusReply<QString>(call(QStringLiteral("addNetwork"), {options}));
+    return QDBusReply<QString>(call("addNetwork"_s, {options}));
 }
 
 void SimulatorClient::removeNetwork(const QString &ssid)
 {
-    call(QStringLiteral("removeNetwork"), {ssid});
+    call("removeNetwork"_s, {ssid});
 }
 
 void SimulatorClient::setInReach(const QString &ssid, bool inReach)
 {
-    call(QStringLiteral("setInReach"), {ssid, inReach});
+    call("setInReach"_s, {ssid, inReach});
 }
 
 void SimulatorClient::setCable(bool plugged, const QVariantMap &options)
 {
-    call(QStringLiteral("setCable"), {plugged, options});
+    call("setCable"_s, {plugged, options});
 }
 
 void SimulatorClient::setAddressesServed(bool served)
 {
-    call(QStringLiteral("setAddressesServed"), {served});
+    call("setAddressesServed"_s, {served});
 }
 
 void SimulatorClient::setHardwareAddress(const QString &address)
 {
-    call(QStringLiteral("setHardwareAddress"), {address});
+    call("setHardwareAddress"_s, {address});
 }
 
 void SimulatorClient::setConnmanDirectory(const QString &path)
 {
-    call(QStringLiteral("setConnmanDirectory"), {path});
+    call("setConnmanDirectory"_s, {path});
 }
 
 void SimulatorClient::setTiming(const QString &name, int milliseconds)
 {
-    call(QStringLiteral("setTiming"), {name, milliseconds});
+    call("setTiming"_s, {name, milliseconds});
 }
 
 void SimulatorClient::setPresent(const QString &name, bool present)
 {
-    call(QStringLiteral("setPresent"), {name, present});
+    call("setPresent"_s, {name, present});
 }
 
 void SimulatorClient::restartConnman()
 {
-    call(QStringLiteral("restartConnman"));
+    call("restartConnman"_s);
 }
 
 void SimulatorClient::stopConnman()
 {
-    call(QStringLiteral("stopConnman"));
+    call("stopConnman"_s);
 }
 
 void SimulatorClient::startConnman()
 {
-    call(QStringLiteral("startConnman"));
+    call("startConnman"_s);
 }
 
 void SimulatorClient::eraseConnman()
 {
-    call(QStringLiteral("eraseConnman"));
+    call("eraseConnman"_s);
 }
 
 QString SimulatorClient::storedPassphrase(const QString &identifier)
 {
-    return QDBusReply<QString>(call(QStringLiteral("storedPassphrase"), {identifier}));
+    return QDBusReply<QString>(call("storedPassphrase"_s, {identifier}));
 }
 
 void SimulatorClient::setConfigurationReply(const QVariantMap &reply)
 {
-    call(QStringLiteral("setConfigurationReply"), {reply});
+    call("setConfigurationReply"_s, {reply});
 }
 
 void SimulatorClient::setSerialNumber(int serialNumber)
 {
-    call(QStringLiteral("setSerialNumber"), {serialNumber});
+    call("setSerialNumber"_s, {serialNumber});
 }
 
 Fault SimulatorClient::injectFault(const QString &interface, const QString &member, const FaultKind &kind,
                                    const QString &path, uint count)
 {
-    const QDBusReply<uint> id =
-        call(QStringLiteral("injectFault"), {interface, member, path, count, kind.toMap()});
+    const QDBusReply<uint> id = call("injectFault"_s, {interface, member, path, count, kind.toMap()});
     return {*this, id, interface + QLatin1Char('.') + member + QLatin1Char(' ') + path};
 }
 
 uint SimulatorClient::faultFired(uint id)
 {
-    return QDBusReply<uint>(call(QStringLiteral("faultFired"), {id}));
+    return QDBusReply<uint>(call("faultFired"_s, {id}));
 }
 
 void SimulatorClient::clearFaults()
 {
-    call(QStringLiteral("clearFaults"));
+    call("clearFaults"_s);
 }
 
 QStringList SimulatorClient::calls()
 {
-    return QDBusReply<QStringList>(call(QStringLiteral("calls")));
+    return QDBusReply<QStringList>(call("calls"_s));
 }
 
 QStringList SimulatorClient::callsStartingWith(const QString &prefix)
@@ -270,7 +270,7 @@ QStringList SimulatorClient::callsStartingWith(const QString &prefix)
 
 void SimulatorClient::clearCalls()
 {
-    call(QStringLiteral("clearCalls"));
+    call("clearCalls"_s);
 }
 
 bool SimulatorClient::waitForCall(const QString &line, int timeoutMs)
@@ -290,33 +290,33 @@ bool SimulatorClient::waitForCall(const QString &line, int timeoutMs)
 
 QStringList SimulatorClient::speech()
 {
-    return QDBusReply<QStringList>(call(QStringLiteral("speech")));
+    return QDBusReply<QStringList>(call("speech"_s));
 }
 
 QList<QDBusObjectPath> SimulatorClient::agents()
 {
-    return QDBusReply<QList<QDBusObjectPath>>(call(QStringLiteral("agents")));
+    return QDBusReply<QList<QDBusObjectPath>>(call("agents"_s));
 }
 
 SimulatorClient::AgentReply SimulatorClient::callAgent(const QString &member, const QVariantList &arguments)
 {
     QEventLoop loop;
-    QDBusPendingCallWatcher watcher(m_connection.asyncCall(
-        request(QStringLiteral("callAgent"), {member, QVariant(arguments)}), defaultTimeoutMs));
+    QDBusPendingCallWatcher watcher(
+        m_connection.asyncCall(request("callAgent"_s, {member, QVariant(arguments)}), defaultTimeoutMs));
     connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
     if (!watcher.isFinished()) {
         loop.exec();
     }
     const QDBusPendingReply<QVariantList, QString> reply = watcher;
     if (reply.isError()) {
-        return {{}, reply.error().name() + QStringLiteral(": ") + reply.error().message()};
+        return {{}, reply.error().name() + ": "_s + reply.error().message()};
     }
     return {reply.argumentAt<0>(), reply.argumentAt<1>()};
 }
 
 bool SimulatorClient::quit()
 {
-    call(QStringLiteral("quit"));
+    call("quit"_s);
     return m_process->waitForFinished(defaultTimeoutMs) && m_process->exitStatus() == QProcess::NormalExit &&
            m_process->exitCode() == 0;
 }

@@ -1,6 +1,7 @@
 #include "TerminalProgram.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <array>
 #include <csignal>
 #include <cstdlib>
@@ -43,8 +44,8 @@ TerminalProgram::TerminalProgram(QObject *parent)
     : QObject(parent)
     , m_terminal(openTerminal())
 {
-    setVariable(QStringLiteral("TERM"), QStringLiteral("xterm"));
-    setVariable(QStringLiteral("INPUTRC"), QStringLiteral("/dev/null"));
+    setVariable("TERM"_s, "xterm"_s);
+    setVariable("INPUTRC"_s, "/dev/null"_s);
 }
 
 TerminalProgram::~TerminalProgram()

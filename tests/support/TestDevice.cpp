@@ -1,4 +1,5 @@
 #include "TestDevice.h"
+#include "Text.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -35,15 +36,14 @@ Q_DECLARE_METATYPE(test_support::ServiceEntry)
 namespace test_support {
 
 namespace {
-const QString loadingServices = QStringLiteral("/ net.connman.Manager.GetServices()");
-const QString noRadioComplaint = QStringLiteral("default|critical|WLAN not supported on this board.");
+const QString loadingServices = "/ net.connman.Manager.GetServices()"_s;
+const QString noRadioComplaint = "default|critical|WLAN not supported on this board."_s;
 
 void announceChanged(SimulatorClient &simulator, const QList<ServiceEntry> &changed)
 {
     qDBusRegisterMetaType<ServiceEntry>();
     qDBusRegisterMetaType<QList<ServiceEntry>>();
-    simulator.emitSignal(QStringLiteral("/"), QStringLiteral("net.connman.Manager"),
-                         QStringLiteral("ServicesChanged"),
+    simulator.emitSignal("/"_s, "net.connman.Manager"_s, "ServicesChanged"_s,
                          {QVariant::fromValue(changed), QVariant::fromValue(QList<QDBusObjectPath>())});
 }
 } // namespace
@@ -70,8 +70,8 @@ bool TestDevice::startAndAttach()
 void TestDevice::reportState(const QString &identifier, const QString &state)
 {
     constexpr bool silently = true;
-    simulator.setServiceProperty(identifier, QStringLiteral("State"), state, silently);
-    const QDBusObjectPath path(QStringLiteral("/net/connman/service/") + identifier);
+    simulator.setServiceProperty(identifier, "State"_s, state, silently);
+    const QDBusObjectPath path("/net/connman/service/"_s + identifier);
     announceChanged(simulator, {{path, {}}});
     client.settle();
 }
@@ -83,7 +83,7 @@ void TestDevice::announceNothing()
 
 void TestDevice::removeRadio()
 {
-    commands().script(QStringLiteral("iw list"), {});
+    commands().script("iw list"_s, {});
 }
 
 bool TestDevice::startWithoutRadio()

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "SpeechRecord.h"
+#include "Text.h"
 #include <memory>
 #include <QDBusConnection>
 #include <QString>
@@ -19,8 +20,8 @@ public:
     Q_DISABLE_COPY_MOVE(Backend)
 
     // What the DHCP server gives out, apart from an address.
-    static QString gateway() { return QStringLiteral("198.51.100.1"); }
-    static QString netmask() { return QStringLiteral("255.255.255.0"); }
+    static QString gateway() { return "198.51.100.1"_s; }
+    static QString netmask() { return "255.255.255.0"_s; }
     virtual QStringList offeredNameservers() const = 0;
 
     /// ConnMan's identifier of the wired service.

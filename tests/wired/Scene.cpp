@@ -1,6 +1,7 @@
 #include "Scene.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <algorithm>
 #include <QDBusArgument>
 #include <QTest>
@@ -8,18 +9,17 @@
 namespace {
 
 // The daemon looks after one technology, "wifi", and this ConnMan has none.
-const QString noTechnology = QStringLiteral("ConnmanTechnology|critical|");
-const QString noWlan = QStringLiteral("default|critical|WLAN not supported on this board.");
+const QString noTechnology = "ConnmanTechnology|critical|"_s;
+const QString noWlan = "default|critical|WLAN not supported on this board."_s;
 // Asked for whenever the link comes up: an IPv6 address set by hand, which nobody has set.
-const QString noIpv6Address =
-    QStringLiteral("ConnmanService.properties|critical|Missing property \"Address\"");
+const QString noIpv6Address = "ConnmanService.properties|critical|Missing property \"Address\""_s;
 
 } // namespace
 
 Scene::Scene()
     : toleratedProblems{noTechnology, noWlan, noIpv6Address}
 {
-    daemon.sandbox().commands().script(QStringLiteral("iw list"), {});
+    daemon.sandbox().commands().script("iw list"_s, {});
 }
 
 Scene::~Scene()
@@ -58,9 +58,8 @@ QVariantMap Scene::listedService()
 
 bool Scene::daemonKnowsTheLease()
 {
-    const QString known =
-        subMap(listedService(), QStringLiteral("IPv4")).value(QStringLiteral("Address")).toString();
-    return !known.isEmpty() && backend->addresses() == QStringList{known + QStringLiteral("/24")};
+    const QString known = subMap(listedService(), "IPv4"_s).value("Address"_s).toString();
+    return !known.isEmpty() && backend->addresses() == QStringList{known + "/24"_s};
 }
 
 QVariantMap subMap(const QVariantMap &map, const QString &key)

@@ -5,6 +5,7 @@
 #include "DaemonClient.h"
 #include "FakeDevices.h"
 #include "PrivateBus.h"
+#include "Text.h"
 
 /// A daemon on a device without WLAN, with a wired link, ConnMan and a speech service around it.
 struct Scene
@@ -38,7 +39,7 @@ struct Scene
     /// Runs the event loop until the Ethernet LED shows `pattern`.
     bool waitForLed(const test_support::LedPattern &pattern)
     {
-        return daemon.sandbox().devices().waitForLed(QStringLiteral("led10"), pattern);
+        return daemon.sandbox().devices().waitForLed("led10"_s, pattern);
     }
 };
 

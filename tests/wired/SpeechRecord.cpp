@@ -1,13 +1,14 @@
 #include "SpeechRecord.h"
 
 #include "EventWait.h"
+#include "Text.h"
 #include <algorithm>
 
 int SpeechRecord::count(int sentenceId) const
 {
     return static_cast<int>(
         std::count_if(m_requests.cbegin(), m_requests.cend(), [sentenceId](const QVariantMap &request) {
-            return request.value(QStringLiteral("sentenceId")) == sentenceId;
+            return request.value("sentenceId"_s) == sentenceId;
         }));
 }
 

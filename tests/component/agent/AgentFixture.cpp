@@ -1,4 +1,5 @@
 #include "AgentFixture.h"
+#include "Text.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -9,22 +10,22 @@
 
 namespace {
 
-const QString connmanConnection = QStringLiteral("connman");
-const QString agentCategory = QStringLiteral("ConnmanAgent");
+const QString connmanConnection = "connman"_s;
+const QString agentCategory = "ConnmanAgent"_s;
 
 QString typeName(QtMsgType type)
 {
     switch (type) {
     case QtDebugMsg:
-        return QStringLiteral("debug");
+        return "debug"_s;
     case QtInfoMsg:
-        return QStringLiteral("info");
+        return "info"_s;
     case QtWarningMsg:
-        return QStringLiteral("warning");
+        return "warning"_s;
     case QtCriticalMsg:
-        return QStringLiteral("critical");
+        return "critical"_s;
     case QtFatalMsg:
-        return QStringLiteral("fatal");
+        return "fatal"_s;
     }
     return {};
 }
@@ -43,7 +44,7 @@ AgentFixture::~AgentFixture()
 
 void AgentFixture::init()
 {
-    QLoggingCategory::setFilterRules(QStringLiteral("ConnmanAgent.debug=true\nConnmanAgent.warning=true"));
+    QLoggingCategory::setFilterRules("ConnmanAgent.debug=true\nConnmanAgent.warning=true"_s);
     m_log = std::make_unique<test_support::LogCapture>();
     m_agent = std::make_unique<ConnmanAgent>(nullptr);
     m_adaptor = new ConnmanAgentDBus(m_agent.get());
@@ -68,9 +69,8 @@ QStringList AgentFixture::agentLines() const
 
 QDBusMessage AgentFixture::call(const QString &member, const QVariantList &arguments)
 {
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(QDBusConnection::systemBus().baseService(), QStringLiteral("/agent"),
-                                       QStringLiteral("net.connman.Agent"), member);
+    QDBusMessage message = QDBusMessage::createMethodCall(QDBusConnection::systemBus().baseService(),
+                                                          "/agent"_s, "net.connman.Agent"_s, member);
     message.setArguments(arguments);
     QDBusPendingCallWatcher watcher(m_connman.asyncCall(message));
     QEventLoop loop;
@@ -81,13 +81,13 @@ QDBusMessage AgentFixture::call(const QString &member, const QVariantList &argum
 
 QDBusMessage AgentFixture::requestInput(const QVariantMap &fields)
 {
-    return call(QStringLiteral("RequestInput"), {servicePath(), fields});
+    return call("RequestInput"_s, {servicePath(), fields});
 }
 
 QVariantMap AgentFixture::answer(const QDBusMessage &reply)
 {
     if (reply.type() != QDBusMessage::ReplyMessage || reply.signature() != QLatin1String("a{sv}")) {
-        QTest::qFail(qPrintable(QStringLiteral("no dictionary: ") + error(reply)), __FILE__, __LINE__);
+        QTest::qFail(qPrintable("no dictionary: "_s + error(reply)), __FILE__, __LINE__);
         return {};
     }
     return qdbus_cast<QVariantMap>(reply.arguments().constFirst());
@@ -96,20 +96,17 @@ QVariantMap AgentFixture::answer(const QDBusMessage &reply)
 QString AgentFixture::error(const QDBusMessage &reply)
 {
     if (reply.type() != QDBusMessage::ErrorMessage) {
-        return QStringLiteral("message of type %1 with signature \"%2\"")
-            .arg(reply.type())
-            .arg(reply.signature());
+        return "message of type %1 with signature \"%2\""_s.arg(reply.type()).arg(reply.signature());
     }
-    return reply.errorName() + QStringLiteral(": ") + reply.errorMessage();
+    return reply.errorName() + ": "_s + reply.errorMessage();
 }
 
 QString AgentFixture::invalidArgs(const QString &message)
 {
-    return QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs: ") + message;
+    return "org.freedesktop.DBus.Error.InvalidArgs: "_s + message;
 }
 
 QVariant AgentFixture::servicePath()
 {
-    return QVariant::fromValue(
-        QDBusObjectPath(QStringLiteral("/net/connman/service/wifi_0_home_managed_psk")));
+    return QVariant::fromValue(QDBusObjectPath("/net/connman/service/wifi_0_home_managed_psk"_s));
 }

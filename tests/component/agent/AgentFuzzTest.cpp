@@ -1,6 +1,7 @@
 #include "AgentFixture.h"
 #include "RandomRequest.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -33,7 +34,7 @@ bool asksFor(const QVariantMap &request, const char *field, const char *type)
     if (attributes.userType() != QMetaType::QVariantMap) {
         return false;
     }
-    const QVariant received = attributes.toMap().value(QStringLiteral("Type"));
+    const QVariant received = attributes.toMap().value("Type"_s);
     return received.userType() == QMetaType::QString && received.toString() == QLatin1String(type);
 }
 
@@ -78,8 +79,8 @@ void AgentFuzzTest::initTestCase()
 QVariantMap AgentFuzzTest::answerOf(RequestType type) const
 {
     const Expected &expected = expectations[static_cast<int>(type)];
-    const QString first = QStringLiteral("first");
-    const QString second = QStringLiteral("second");
+    const QString first = "first"_s;
+    const QString second = "second"_s;
     if (expected.optional == nullptr) {
         return {{QLatin1String(expected.required), second}};
     }
@@ -101,7 +102,7 @@ void AgentFuzzTest::everyRequestIsAnsweredOrRefusedOnce()
     QFETCH(int, requestType);
     const auto type = static_cast<RequestType>(requestType);
     RandomRequest random(m_seed);
-    agent().setRequest(QStringLiteral("wifi_0"), QStringLiteral("second"), type, QStringLiteral("first"));
+    agent().setRequest("wifi_0"_s, "second"_s, type, "first"_s);
 
     int answers = 0;
     for (int i = 0; i < requests; ++i) {
@@ -112,9 +113,9 @@ void AgentFuzzTest::everyRequestIsAnsweredOrRefusedOnce()
             ++answers;
         } else {
             QVERIFY2(error(reply).startsWith(type == RequestType::None
-                                                 ? QStringLiteral("org.freedesktop.DBus.Error.Failed: ")
+                                                 ? "org.freedesktop.DBus.Error.Failed: "_s
                                                  : invalidArgs(QString())),
-                     qPrintable(QStringLiteral("request %1: %2").arg(i).arg(error(reply))));
+                     qPrintable("request %1: %2"_s.arg(i).arg(error(reply))));
         }
         log().clear();
     }
@@ -126,9 +127,8 @@ void AgentFuzzTest::everyPeerAuthorizationIsRefused()
 {
     RandomRequest random(m_seed);
     for (int i = 0; i < requests / 5; ++i) {
-        QCOMPARE(error(call(QStringLiteral("RequestPeerAuthorization"),
-                            {servicePath(), random.dictionary(depth)})),
-                 invalidArgs(QStringLiteral("Unsupported peer-request type.")));
+        QCOMPARE(error(call("RequestPeerAuthorization"_s, {servicePath(), random.dictionary(depth)})),
+                 invalidArgs("Unsupported peer-request type."_s));
     }
 }
 
@@ -137,8 +137,7 @@ void AgentFuzzTest::everyReportedErrorIsKept()
     RandomRequest random(m_seed);
     for (int i = 0; i < requests / 5; ++i) {
         const QString reported = random.text();
-        QCOMPARE(call(QStringLiteral("ReportError"), {servicePath(), reported}).type(),
-                 QDBusMessage::ReplyMessage);
+        QCOMPARE(call("ReportError"_s, {servicePath(), reported}).type(), QDBusMessage::ReplyMessage);
         QCOMPARE(agent().lastError(), reported);
     }
 }

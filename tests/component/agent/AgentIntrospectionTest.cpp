@@ -1,5 +1,6 @@
 #include "AgentFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusPendingCallWatcher>
 #include <QEventLoop>
@@ -28,10 +29,9 @@ QStringList membersOf(const QString &introspection, const QString &interface)
             arguments.append(QStringList({attribute("direction"), attribute("type"), attribute("name")})
                                  .join(QLatin1Char(' ')));
             members.last() = members.last().section(QLatin1Char('('), 0, 0) + QLatin1Char('(') +
-                             arguments.join(QStringLiteral(", ")) + QLatin1Char(')');
+                             arguments.join(", "_s) + QLatin1Char(')');
         } else if (xml.name() != QLatin1String("annotation")) {
-            members.append(xml.name().toString() + QLatin1Char(' ') + attribute("name") +
-                           QStringLiteral("()"));
+            members.append(xml.name().toString() + QLatin1Char(' ') + attribute("name") + "()"_s);
             arguments.clear();
         }
     }
@@ -59,9 +59,9 @@ private:
 
 QString AgentIntrospectionTest::introspection()
 {
-    const QDBusMessage request = QDBusMessage::createMethodCall(
-        QDBusConnection::systemBus().baseService(), QStringLiteral("/agent"),
-        QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
+    const QDBusMessage request =
+        QDBusMessage::createMethodCall(QDBusConnection::systemBus().baseService(), "/agent"_s,
+                                       "org.freedesktop.DBus.Introspectable"_s, "Introspect"_s);
     QDBusPendingCallWatcher watcher(QDBusConnection::systemBus().asyncCall(request));
     QEventLoop loop;
     connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
@@ -74,15 +74,15 @@ QString AgentIntrospectionTest::introspection()
 void AgentIntrospectionTest::interfaceHasConnmansSevenMethodsAndNothingElse()
 {
     const QStringList members = {
-        QStringLiteral("method Release()"),
-        QStringLiteral("method ReportError(in o service, in s error)"),
-        QStringLiteral("method ReportPeerError(in o peer, in s error)"),
-        QStringLiteral("method RequestBrowser(in o service, in s url)"),
-        QStringLiteral("method RequestInput(out a{sv} , in o service, in a{sv} fields)"),
-        QStringLiteral("method RequestPeerAuthorization(out a{sv} , in o peer, in a{sv} fields)"),
-        QStringLiteral("method Cancel()"),
+        "method Release()"_s,
+        "method ReportError(in o service, in s error)"_s,
+        "method ReportPeerError(in o peer, in s error)"_s,
+        "method RequestBrowser(in o service, in s url)"_s,
+        "method RequestInput(out a{sv} , in o service, in a{sv} fields)"_s,
+        "method RequestPeerAuthorization(out a{sv} , in o peer, in a{sv} fields)"_s,
+        "method Cancel()"_s,
     };
-    QCOMPARE(membersOf(introspection(), QStringLiteral("net.connman.Agent")), members);
+    QCOMPARE(membersOf(introspection(), "net.connman.Agent"_s), members);
 }
 
 void AgentIntrospectionTest::onlyTheAgentsInterfaceIsExported()
@@ -95,10 +95,8 @@ void AgentIntrospectionTest::onlyTheAgentsInterfaceIsExported()
         }
     }
     interfaces.sort();
-    QCOMPARE(interfaces, QStringList({QStringLiteral("net.connman.Agent"),
-                                      QStringLiteral("org.freedesktop.DBus.Introspectable"),
-                                      QStringLiteral("org.freedesktop.DBus.Peer"),
-                                      QStringLiteral("org.freedesktop.DBus.Properties")}));
+    QCOMPARE(interfaces, QStringList({"net.connman.Agent"_s, "org.freedesktop.DBus.Introspectable"_s,
+                                      "org.freedesktop.DBus.Peer"_s, "org.freedesktop.DBus.Properties"_s}));
 }
 
 void AgentIntrospectionTest::callWithOtherArgumentsIsUnknown_data()
@@ -106,14 +104,12 @@ void AgentIntrospectionTest::callWithOtherArgumentsIsUnknown_data()
     QTest::addColumn<QString>("member");
     QTest::addColumn<QVariantList>("arguments");
 
-    const QString textPath = QStringLiteral("/a");
-    QTest::newRow("input without fields") << QStringLiteral("RequestInput") << QVariantList{servicePath()};
-    QTest::newRow("input of a text path")
-        << QStringLiteral("RequestInput") << QVariantList{textPath, QVariantMap()};
-    QTest::newRow("input with a list")
-        << QStringLiteral("RequestInput") << QVariantList{servicePath(), QStringList()};
-    QTest::newRow("error of a number") << QStringLiteral("ReportError") << QVariantList{servicePath(), 5};
-    QTest::newRow("error of nothing") << QStringLiteral("ReportError") << QVariantList();
+    const QString textPath = "/a"_s;
+    QTest::newRow("input without fields") << "RequestInput"_s << QVariantList{servicePath()};
+    QTest::newRow("input of a text path") << "RequestInput"_s << QVariantList{textPath, QVariantMap()};
+    QTest::newRow("input with a list") << "RequestInput"_s << QVariantList{servicePath(), QStringList()};
+    QTest::newRow("error of a number") << "ReportError"_s << QVariantList{servicePath(), 5};
+    QTest::newRow("error of nothing") << "ReportError"_s << QVariantList();
 }
 
 void AgentIntrospectionTest::callWithOtherArgumentsIsUnknown()
@@ -121,19 +117,18 @@ void AgentIntrospectionTest::callWithOtherArgumentsIsUnknown()
     QFETCH(QString, member);
     QFETCH(QVariantList, arguments);
 
-    QCOMPARE(call(member, arguments).errorName(), QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod"));
+    QCOMPARE(call(member, arguments).errorName(), "org.freedesktop.DBus.Error.UnknownMethod"_s);
     QCOMPARE(agentLines(), QStringList());
 }
 
 void AgentIntrospectionTest::unknownMethodIsRefused()
 {
-    QCOMPARE(call(QStringLiteral("setRequest")).errorName(),
-             QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod"));
+    QCOMPARE(call("setRequest"_s).errorName(), "org.freedesktop.DBus.Error.UnknownMethod"_s);
 }
 
 void AgentIntrospectionTest::agentsSignalStaysInTheProcess()
 {
-    QVERIFY(!introspection().contains(QStringLiteral("connectFailed")));
+    QVERIFY(!introspection().contains("connectFailed"_s));
 }
 
 void AgentIntrospectionTest::pathThatIsTakenIsOneCriticalLine()
@@ -141,9 +136,9 @@ void AgentIntrospectionTest::pathThatIsTakenIsOneCriticalLine()
     ConnmanAgent second(nullptr);
     const ConnmanAgentDBus secondAdaptor(&second);
 
-    QCOMPARE(log().lines(QStringLiteral("default"), QtCriticalMsg),
-             QStringList(QStringLiteral("Unable to register object on system-bus.")));
-    QCOMPARE(secondAdaptor.path().path(), QStringLiteral("/agent"));
+    QCOMPARE(log().lines("default"_s, QtCriticalMsg),
+             QStringList("Unable to register object on system-bus."_s));
+    QCOMPARE(secondAdaptor.path().path(), "/agent"_s);
 }
 
 static const Suite<AgentIntrospectionTest> suite;

@@ -1,5 +1,6 @@
 #include "AgentFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusMetaType>
 #include <QMap>
@@ -12,8 +13,8 @@ Q_DECLARE_METATYPE(RequestType)
 
 namespace {
 
-const QString firstValue = QStringLiteral("the name");
-const QString secondValue = QStringLiteral("the secret");
+const QString firstValue = "the name"_s;
+const QString secondValue = "the secret"_s;
 
 QString text(const char *latin1)
 {
@@ -22,7 +23,7 @@ QString text(const char *latin1)
 
 QVariantMap ofType(const QVariant &type)
 {
-    return {{QStringLiteral("Type"), type}};
+    return {{"Type"_s, type}};
 }
 
 QVariantMap ofType(const char *type)

@@ -2,6 +2,7 @@
 #include "ConnmanAgentDBus.h"
 #include "LogCapture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -21,9 +22,8 @@ void AgentWithoutBusTest::missingSystemBusIsOneCriticalLine()
     ConnmanAgent agent(nullptr);
     const ConnmanAgentDBus adaptor(&agent);
 
-    QCOMPARE(log.lines(QStringLiteral("default"), QtCriticalMsg),
-             QStringList(QStringLiteral("Unable to connect to system-bus.")));
-    QCOMPARE(adaptor.path().path(), QStringLiteral("/agent"));
+    QCOMPARE(log.lines("default"_s, QtCriticalMsg), QStringList("Unable to connect to system-bus."_s));
+    QCOMPARE(adaptor.path().path(), "/agent"_s);
 }
 
 static const Suite<AgentWithoutBusTest> suite;

@@ -1,5 +1,6 @@
 #include "AgentFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusObjectPath>
 #include <QMap>
@@ -10,9 +11,9 @@ using RequestType = ConnmanAgent::RequestType;
 
 namespace {
 
-const QString passphrase = QStringLiteral("Passphrase");
-const QDBusObjectPath service(QStringLiteral("/net/connman/service/x"));
-const QDBusObjectPath peer(QStringLiteral("/net/connman/peer/y"));
+const QString passphrase = "Passphrase"_s;
+const QDBusObjectPath service("/net/connman/service/x"_s);
+const QDBusObjectPath peer("/net/connman/peer/y"_s);
 
 QVariant path(const QDBusObjectPath &object)
 {
@@ -21,7 +22,7 @@ QVariant path(const QDBusObjectPath &object)
 
 QVariantMap pskFields()
 {
-    return {{passphrase, QVariantMap{{QStringLiteral("Type"), QStringLiteral("psk")}}}};
+    return {{passphrase, QVariantMap{{"Type"_s, "psk"_s}}}};
 }
 
 } // namespace
@@ -67,67 +68,65 @@ void ConnmanAgentTest::requestTypesHaveTheirNumbers()
 
 void ConnmanAgentTest::agentIsAtItsPath()
 {
-    QCOMPARE(adaptor().path().path(), QStringLiteral("/agent"));
+    QCOMPARE(adaptor().path().path(), "/agent"_s);
     QCOMPARE(adaptor().parent(), &agent());
     QCOMPARE(log().messages().size(), 0);
 }
 
 void ConnmanAgentTest::releaseIsOnlyLogged()
 {
-    agent().setRequest(QString(), QStringLiteral("secret"), RequestType::Psk, QString());
-    const QDBusMessage reply = call(QStringLiteral("Release"));
+    agent().setRequest(QString(), "secret"_s, RequestType::Psk, QString());
+    const QDBusMessage reply = call("Release"_s);
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(), QStringList(QStringLiteral("debug|Release()")));
-    QCOMPARE(answer(requestInput(pskFields())).value(passphrase), QVariant(QStringLiteral("secret")));
+    QCOMPARE(agentLines(), QStringList("debug|Release()"_s));
+    QCOMPARE(answer(requestInput(pskFields())).value(passphrase), QVariant("secret"_s));
 }
 
 void ConnmanAgentTest::cancelIsOnlyLogged()
 {
-    agent().setRequest(QString(), QStringLiteral("secret"), RequestType::Psk, QString());
-    const QDBusMessage reply = call(QStringLiteral("Cancel"));
+    agent().setRequest(QString(), "secret"_s, RequestType::Psk, QString());
+    const QDBusMessage reply = call("Cancel"_s);
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(), QStringList(QStringLiteral("debug|Cancel()")));
-    QCOMPARE(answer(requestInput(pskFields())).value(passphrase), QVariant(QStringLiteral("secret")));
+    QCOMPARE(agentLines(), QStringList("debug|Cancel()"_s));
+    QCOMPARE(answer(requestInput(pskFields())).value(passphrase), QVariant("secret"_s));
 }
 
 void ConnmanAgentTest::reportedErrorIsLoggedKeptAndAnswered()
 {
-    const QDBusMessage reply =
-        call(QStringLiteral("ReportError"), {path(service), QStringLiteral("invalid-key")});
+    const QDBusMessage reply = call("ReportError"_s, {path(service), "invalid-key"_s});
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(), QStringList(QStringLiteral(
-                               "critical|Error: \"invalid-key\" on service \"/net/connman/service/x\"")));
-    QCOMPARE(agent().lastError(), QStringLiteral("invalid-key"));
+    QCOMPARE(agentLines(),
+             QStringList("critical|Error: \"invalid-key\" on service \"/net/connman/service/x\""_s));
+    QCOMPARE(agent().lastError(), "invalid-key"_s);
 }
 
 void ConnmanAgentTest::connectFailedIsEmittedExactlyOnceAndAnswered()
 {
     const QSignalSpy connectFailed(&agent(), &ConnmanAgent::connectFailed);
-    const QDBusMessage reply =
-        call(QStringLiteral("ReportError"), {path(service), QStringLiteral("connect-failed")});
+    const QDBusMessage reply = call("ReportError"_s, {path(service), "connect-failed"_s});
 
     QCOMPARE(connectFailed.count(), 1);
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(agent().lastError(), QStringLiteral("connect-failed"));
-    QCOMPARE(agentLines(), QStringList(QStringLiteral(
-                               "critical|Error: \"connect-failed\" on service \"/net/connman/service/x\"")));
+    QCOMPARE(agent().lastError(), "connect-failed"_s);
+    QCOMPARE(agentLines(),
+             QStringList("critical|Error: \"connect-failed\" on service \"/net/connman/service/x\""_s));
 }
 
 void ConnmanAgentTest::connectFailedIsEmittedBeforeTheErrorIsKept()
 {
-    QString errorAtSignal = QStringLiteral("unset");
+    QString errorAtSignal = "unset"_s;
     int linesAtSignal = -1;
     connect(&agent(), &ConnmanAgent::connectFailed, this, [&] {
         errorAtSignal = agent().lastError();
         linesAtSignal = agentLines().size();
     });
-    call(QStringLiteral("ReportError"), {path(service), QStringLiteral("connect-failed")});
+    call("ReportError"_s, {path(service), "connect-failed"_s});
 
     QCOMPARE(errorAtSignal, QString());
     QCOMPARE(linesAtSignal, 0);
@@ -147,7 +146,7 @@ void ConnmanAgentTest::otherErrorsEmitNothing()
     QFETCH(QString, error);
     const QSignalSpy connectFailed(&agent(), &ConnmanAgent::connectFailed);
 
-    QCOMPARE(call(QStringLiteral("ReportError"), {path(service), error}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(call("ReportError"_s, {path(service), error}).type(), QDBusMessage::ReplyMessage);
     QCOMPARE(connectFailed.count(), 0);
     QCOMPARE(agent().lastError(), error);
 }
@@ -155,31 +154,29 @@ void ConnmanAgentTest::otherErrorsEmitNothing()
 void ConnmanAgentTest::lastErrorIsTheLatest()
 {
     QCOMPARE(agent().lastError(), QString());
-    call(QStringLiteral("ReportError"), {path(service), QStringLiteral("connect-failed")});
-    call(QStringLiteral("ReportError"), {path(service), QStringLiteral("invalid-key")});
-    QCOMPARE(agent().lastError(), QStringLiteral("invalid-key"));
+    call("ReportError"_s, {path(service), "connect-failed"_s});
+    call("ReportError"_s, {path(service), "invalid-key"_s});
+    QCOMPARE(agent().lastError(), "invalid-key"_s);
 }
 
 void ConnmanAgentTest::lastErrorOutlivesTheNextRequest()
 {
-    call(QStringLiteral("ReportError"), {path(service), QStringLiteral("invalid-key")});
-    agent().setRequest(QStringLiteral("wifi_x"), QStringLiteral("secret"), RequestType::Psk, QString());
-    QCOMPARE(agent().lastError(), QStringLiteral("invalid-key"));
-    QCOMPARE(call(QStringLiteral("RequestInput"), {path(service), pskFields()}).type(),
-             QDBusMessage::ReplyMessage);
-    QCOMPARE(agent().lastError(), QStringLiteral("invalid-key"));
+    call("ReportError"_s, {path(service), "invalid-key"_s});
+    agent().setRequest("wifi_x"_s, "secret"_s, RequestType::Psk, QString());
+    QCOMPARE(agent().lastError(), "invalid-key"_s);
+    QCOMPARE(call("RequestInput"_s, {path(service), pskFields()}).type(), QDBusMessage::ReplyMessage);
+    QCOMPARE(agent().lastError(), "invalid-key"_s);
 }
 
 void ConnmanAgentTest::reportedPeerErrorIsOnlyLogged()
 {
     const QSignalSpy connectFailed(&agent(), &ConnmanAgent::connectFailed);
-    const QDBusMessage reply =
-        call(QStringLiteral("ReportPeerError"), {path(peer), QStringLiteral("connect-failed")});
+    const QDBusMessage reply = call("ReportPeerError"_s, {path(peer), "connect-failed"_s});
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(), QStringList(QStringLiteral(
-                               "critical|Service: \"/net/connman/peer/y\" Error: \"connect-failed\"")));
+    QCOMPARE(agentLines(),
+             QStringList("critical|Service: \"/net/connman/peer/y\" Error: \"connect-failed\""_s));
     QCOMPARE(connectFailed.count(), 0);
     QCOMPARE(agent().lastError(), QString());
 }
@@ -195,13 +192,12 @@ void ConnmanAgentTest::browserRequestIsAlwaysRefused_data()
 void ConnmanAgentTest::browserRequestIsAlwaysRefused()
 {
     QFETCH(int, requestType);
-    agent().setRequest(QString(), QStringLiteral("secret"), static_cast<RequestType>(requestType), QString());
-    const QDBusMessage reply =
-        call(QStringLiteral("RequestBrowser"), {path(service), QStringLiteral("http://portal/")});
+    agent().setRequest(QString(), "secret"_s, static_cast<RequestType>(requestType), QString());
+    const QDBusMessage reply = call("RequestBrowser"_s, {path(service), "http://portal/"_s});
 
-    QCOMPARE(error(reply), invalidArgs(QStringLiteral("Unsupported browser-request.")));
-    QCOMPARE(agentLines(), QStringList(QStringLiteral(
-                               "critical|Service: \"/net/connman/service/x\" Url: \"http://portal/\"")));
+    QCOMPARE(error(reply), invalidArgs("Unsupported browser-request."_s));
+    QCOMPARE(agentLines(),
+             QStringList("critical|Service: \"/net/connman/service/x\" Url: \"http://portal/\""_s));
 }
 
 void ConnmanAgentTest::peerAuthorizationIsAlwaysRefused_data()
@@ -212,15 +208,14 @@ void ConnmanAgentTest::peerAuthorizationIsAlwaysRefused_data()
 void ConnmanAgentTest::peerAuthorizationIsAlwaysRefused()
 {
     QFETCH(int, requestType);
-    agent().setRequest(QString(), QStringLiteral("secret"), static_cast<RequestType>(requestType), QString());
+    agent().setRequest(QString(), "secret"_s, static_cast<RequestType>(requestType), QString());
     const QDBusMessage reply =
-        call(QStringLiteral("RequestPeerAuthorization"),
-             {path(peer), QVariantMap{{QStringLiteral("WPS"), QStringLiteral("12345670")}}});
+        call("RequestPeerAuthorization"_s, {path(peer), QVariantMap{{"WPS"_s, "12345670"_s}}});
 
-    QCOMPARE(error(reply), invalidArgs(QStringLiteral("Unsupported peer-request type.")));
-    QCOMPARE(agentLines(), QStringList({QStringLiteral("debug|Service: \"/net/connman/peer/y\" Request: "
-                                                       "QMap((\"WPS\", QVariant(QString, \"12345670\")))"),
-                                        QStringLiteral("critical|Unsupported peer-request type.")}));
+    QCOMPARE(error(reply), invalidArgs("Unsupported peer-request type."_s));
+    QCOMPARE(agentLines(), QStringList({"debug|Service: \"/net/connman/peer/y\" Request: "
+                                        "QMap((\"WPS\", QVariant(QString, \"12345670\")))"_s,
+                                        "critical|Unsupported peer-request type."_s}));
 }
 
 void ConnmanAgentTest::handlersDoNothingWhenNotCalledOverDBus()
@@ -228,9 +223,9 @@ void ConnmanAgentTest::handlersDoNothingWhenNotCalledOverDBus()
     const QSignalSpy connectFailed(&agent(), &ConnmanAgent::connectFailed);
     agent().release();
     agent().cancel();
-    agent().reportError(service, QStringLiteral("connect-failed"));
-    agent().reportPeerError(peer, QStringLiteral("connect-failed"));
-    agent().requestBrowser(service, QStringLiteral("http://portal/"));
+    agent().reportError(service, "connect-failed"_s);
+    agent().reportPeerError(peer, "connect-failed"_s);
+    agent().requestBrowser(service, "http://portal/"_s);
     QCOMPARE(agent().requestPeerAuthorization(peer, pskFields()), QVariantMap());
 
     QCOMPARE(connectFailed.count(), 0);
@@ -249,7 +244,7 @@ void ConnmanAgentTest::requestInputDoesNothingWhenNotCalledOverDBus_data()
 void ConnmanAgentTest::requestInputDoesNothingWhenNotCalledOverDBus()
 {
     QFETCH(int, requestType);
-    agent().setRequest(QString(), QStringLiteral("secret"), static_cast<RequestType>(requestType), QString());
+    agent().setRequest(QString(), "secret"_s, static_cast<RequestType>(requestType), QString());
 
     QCOMPARE(agent().requestInput(service, pskFields()), QVariantMap());
     QVERIFY(log().messages().isEmpty());

@@ -1,4 +1,5 @@
 #include "RandomRequest.h"
+#include "Text.h"
 
 #include <array>
 #include <limits>
@@ -90,7 +91,7 @@ QString RandomRequest::text()
 QVariant RandomRequest::value(int depth)
 {
     if (depth > 0 && number(3) == 0) {
-        return QVariantMap{{QStringLiteral("Type"), text()}};
+        return QVariantMap{{"Type"_s, text()}};
     }
     if (depth > 0 && number(2) == 0) {
         return dictionary(depth - 1);
@@ -132,7 +133,7 @@ QVariant RandomRequest::rawValue(int depth)
     case 2:
         return QVariant::fromValue(Pair{text(), number(9)});
     case 3:
-        return QVariant::fromValue(QList<QDBusObjectPath>({QDBusObjectPath(QStringLiteral("/a"))}));
+        return QVariant::fromValue(QList<QDBusObjectPath>({QDBusObjectPath("/a"_s)}));
     case 4:
         return QVariant::fromValue(TextMap{{key(), text()}});
     case 5:
@@ -144,9 +145,9 @@ QVariant RandomRequest::rawValue(int depth)
     case 8:
         return QVariant::fromValue(QDBusVariant(depth > 0 ? value(depth - 1) : plainValue()));
     case 9:
-        return QVariant::fromValue(QDBusObjectPath(QStringLiteral("/net/connman")));
+        return QVariant::fromValue(QDBusObjectPath("/net/connman"_s));
     case 10:
-        return QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}")));
+        return QVariant::fromValue(QDBusSignature("a{sv}"_s));
     default:
         return QVariantList({text(), number(9)});
     }

@@ -1,17 +1,17 @@
 #include "DaemonDouble.h"
 
 #include "DaemonInterface.h"
+#include "Text.h"
 #include "Values.h"
 #include <utility>
 
 namespace {
-const QString connectionName = QStringLiteral("daemon double");
+const QString connectionName = "daemon double"_s;
 }
 
 DaemonDouble::DaemonDouble(const QString &busAddress)
     : m_connection(QDBusConnection::connectToBus(busAddress, connectionName))
-    , m_isReady(m_connection.registerVirtualObject(QStringLiteral("/"), this) &&
-                m_connection.registerService(daemonName()))
+    , m_isReady(m_connection.registerVirtualObject("/"_s, this) && m_connection.registerService(daemonName()))
 {
 }
 
@@ -27,7 +27,7 @@ QString DaemonDouble::introspect(const QString & /*path*/) const
 
 bool DaemonDouble::handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/)
 {
-    m_signatures << QStringLiteral("%1(%2)").arg(message.member(), message.signature());
+    m_signatures << "%1(%2)"_s.arg(message.member(), message.signature());
     m_calls << message.member() + QLatin1Char(' ') + valueText(message.arguments());
     if (m_held.contains(message.member())) {
         m_waiting << message;
@@ -49,18 +49,18 @@ void DaemonDouble::release()
 void DaemonDouble::answer(const QDBusMessage &call)
 {
     if (!m_refusal.isEmpty()) {
-        m_connection.send(call.createErrorReply(m_refusal, QStringLiteral("refused")));
+        m_connection.send(call.createErrorReply(m_refusal, "refused"_s));
         return;
     }
     if (m_errors.contains(call.member())) {
-        sendSignal(QStringLiteral("error"), {m_errors.value(call.member())});
+        sendSignal("error"_s, {m_errors.value(call.member())});
     }
     m_connection.send(call.createReply(m_answers.value(call.member(), m_answer)));
 }
 
 void DaemonDouble::sendSignal(const QString &name, const QVariantList &arguments)
 {
-    QDBusMessage message = QDBusMessage::createSignal(QStringLiteral("/"), daemonName(), name);
+    QDBusMessage message = QDBusMessage::createSignal("/"_s, daemonName(), name);
     message.setArguments(arguments);
     m_connection.send(message);
 }

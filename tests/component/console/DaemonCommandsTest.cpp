@@ -5,6 +5,7 @@
 #include "NetworkNames.h"
 #include "PrivateBus.h"
 #include "Suite.h"
+#include "Text.h"
 #include "Words.h"
 #include <memory>
 #include <QFile>
@@ -35,7 +36,7 @@ QStringList methods(const QByteArray &xml)
         } else if (reader.isStartElement() && attribute("direction") == QLatin1String("in")) {
             in += attribute("type");
         } else if (reader.isEndElement() && reader.name() == QLatin1String("method")) {
-            signatures.last() += QStringLiteral("(%1)").arg(in);
+            signatures.last() += "(%1)"_s.arg(in);
         }
     }
     signatures.sort();

@@ -3,6 +3,7 @@
 #include "Feed.h"
 #include "PrivateBus.h"
 #include "Suite.h"
+#include "Text.h"
 #include "Words.h"
 #include <memory>
 #include <QDBusConnection>
@@ -24,8 +25,7 @@ private:
     QStringList services() const;
 
     test_support::PrivateBus m_bus;
-    QDBusConnection m_connection{
-        QDBusConnection::connectToBus(m_bus.address(), QStringLiteral("surroundings test"))};
+    QDBusConnection m_connection{QDBusConnection::connectToBus(m_bus.address(), "surroundings test"_s)};
     Feed m_feed;
     std::unique_ptr<SimulatedSurroundings> m_surroundings;
 };
@@ -37,9 +37,9 @@ bool SimulatedSurroundingsTest::type(const QString &line)
 
 QStringList SimulatedSurroundingsTest::services() const
 {
-    const QString simulator = QStringLiteral("com.tactora.Simulator");
-    const QDBusReply<QStringList> reply = m_connection.call(QDBusMessage::createMethodCall(
-        simulator, QStringLiteral("/simulator"), simulator, QStringLiteral("services")));
+    const QString simulator = "com.tactora.Simulator"_s;
+    const QDBusReply<QStringList> reply =
+        m_connection.call(QDBusMessage::createMethodCall(simulator, "/simulator"_s, simulator, "services"_s));
     return reply.value();
 }
 
@@ -58,7 +58,7 @@ void SimulatedSurroundingsTest::commandsChangeTheNetworks_data()
         QTest::newRow(name) << QString::fromLatin1(lines) << networks;
     };
     const auto wifi = [](const char *rest) {
-        return QStringList{QStringLiteral("wifi_020000000200_") + QLatin1String(rest)};
+        return QStringList{"wifi_020000000200_"_s + QLatin1String(rest)};
     };
     const QStringList home = wifi("486f6d65_managed_psk");
     row("open", "add Home", wifi("486f6d65_managed_none"));
@@ -69,7 +69,7 @@ void SimulatedSurroundingsTest::commandsChangeTheNetworks_data()
     row("gone", "add Home; remove Home", {});
     row("out of reach", "add Home secretsecret; reach Home out", {});
     row("back in reach", "add Home secretsecret; reach Home out; reach Home in", home);
-    row("cable", "cable in", {QStringLiteral("ethernet_020000000100_cable")});
+    row("cable", "cable in", {"ethernet_020000000100_cable"_s});
     row("cable pulled out", "cable in; cable out", {});
 }
 
@@ -77,7 +77,7 @@ void SimulatedSurroundingsTest::commandsChangeTheNetworks()
 {
     QFETCH(const QString, lines);
     QFETCH(const QStringList, networks);
-    for (const QString &line : lines.split(QStringLiteral("; "))) {
+    for (const QString &line : lines.split("; "_s)) {
         QVERIFY2(type(line), qPrintable(line));
     }
     QCOMPARE(services(), networks);

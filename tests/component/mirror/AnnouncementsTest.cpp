@@ -6,6 +6,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -20,7 +21,7 @@ namespace {
 
 const QLatin1String Service("wifi_020000000000_61_managed_psk");
 const QLatin1String Other("wifi_020000000000_62_managed_none");
-const QString ConnmanName = QStringLiteral("net.connman");
+const QString ConnmanName = "net.connman"_s;
 constexpr auto Limit = 200ms;
 /// For what must not last: longer than any limit here, and much shorter than this.
 constexpr auto LongLimit = 60s;
@@ -107,18 +108,17 @@ void AnnouncementsTest::announcementThatComesLaterEndsTheWait()
 {
     MirrorWorld world;
     const auto manager = filledManager(world);
-    world.simulator().setTiming(QStringLiteral("scan"), 10);
-    world.simulator().setTiming(QStringLiteral("announce"), 100);
-    world.simulator().addNetwork(
-        {{QStringLiteral("ssid"), QStringLiteral("Home")}, {QStringLiteral("atOnce"), false}});
-    const ConnmanTechnology wifi(world.connection(), QStringLiteral("wifi"), nullptr);
+    world.simulator().setTiming("scan"_s, 10);
+    world.simulator().setTiming("announce"_s, 100);
+    world.simulator().addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
+    const ConnmanTechnology wifi(world.connection(), "wifi"_s, nullptr);
     QVERIFY(wifi.scan());
     QVERIFY(manager->services().isEmpty());
     QElapsedTimer elapsed;
     elapsed.start();
     manager->awaitAnnouncements(QDeadlineTimer(LongLimit), [&] { return !manager->services().isEmpty(); });
     QVERIFY(elapsed.elapsed() < EarlyMs);
-    QCOMPARE(manager->services().constFirst()->name(), QStringLiteral("Home"));
+    QCOMPARE(manager->services().constFirst()->name(), "Home"_s);
 }
 
 void AnnouncementsTest::unrelatedAnnouncementsDoNotEndTheWait()
@@ -127,10 +127,10 @@ void AnnouncementsTest::unrelatedAnnouncementsDoNotEndTheWait()
     const auto manager = filledManager(world);
     world.emitServicesChanged({}, {});
     world.receive();
-    world.simulator().setTiming(QStringLiteral("announce"), 100);
+    world.simulator().setTiming("announce"_s, 100);
     world.simulator().addService(Service);
     world.emitServicesChanged({}, {});
-    world.emitServicesChanged({}, {QStringLiteral("/net/connman/service/nothing")});
+    world.emitServicesChanged({}, {"/net/connman/service/nothing"_s});
     QElapsedTimer elapsed;
     elapsed.start();
     manager->awaitAnnouncements(QDeadlineTimer(LongLimit), [&] {
@@ -205,13 +205,13 @@ void AnnouncementsTest::eventsOfOtherObjectsWaitForTheEventLoop()
 void AnnouncementsTest::propertyChangesOfServicesWaitForTheEventLoop()
 {
     MirrorWorld world;
-    world.addService(Service, {{QStringLiteral("Name"), QStringLiteral("Home")}});
+    world.addService(Service, {{"Name"_s, "Home"_s}});
     const auto manager = filledManager(world);
     const auto service = manager->services().constFirst();
-    world.emitPropertyChanged(service->path(), QStringLiteral("Name"), QStringLiteral("Renamed"));
+    world.emitPropertyChanged(service->path(), "Name"_s, "Renamed"_s);
     manager->awaitAnnouncements(QDeadlineTimer(Limit), never);
-    QCOMPARE(service->name(), QStringLiteral("Home"));
-    QTRY_COMPARE(service->name(), QStringLiteral("Renamed"));
+    QCOMPARE(service->name(), "Home"_s);
+    QTRY_COMPARE(service->name(), "Renamed"_s);
 }
 
 void AnnouncementsTest::timersWaitForTheEventLoop()
@@ -228,15 +228,15 @@ void AnnouncementsTest::timersWaitForTheEventLoop()
 void AnnouncementsTest::servicesOfAConnmanThatHasGoneAreForgotten()
 {
     MirrorWorld world;
-    world.addService(Service, {{QStringLiteral("State"), QStringLiteral("ready")}});
+    world.addService(Service, {{"State"_s, "ready"_s}});
     RecordedManager filled(world);
-    QCOMPARE(filled.interfaceLines(), {interfaceIs(QStringLiteral("wlan0"), State::Ready)});
+    QCOMPARE(filled.interfaceLines(), {interfaceIs("wlan0"_s, State::Ready)});
     filled.forget();
     world.simulator().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
-    QCOMPARE(filled.announcements.lines(), {interfaceIs(QStringLiteral("wlan0"), State::Unknown)});
-    QCOMPARE(world.debugLines(QStringLiteral("ConnmanManager.services")),
-             {QStringLiteral("Removing service \"%1\"").arg(MirrorWorld::pathOf(Service))});
+    QCOMPARE(filled.announcements.lines(), {interfaceIs("wlan0"_s, State::Unknown)});
+    QCOMPARE(world.debugLines("ConnmanManager.services"_s),
+             {"Removing service \"%1\""_s.arg(MirrorWorld::pathOf(Service))});
 }
 
 void AnnouncementsTest::forgettingThemAsksNothing()

@@ -4,6 +4,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -21,21 +22,21 @@ const QLatin1String RegisterAgent("RegisterAgent");
 
 QDBusObjectPath agentPath()
 {
-    return QDBusObjectPath(QStringLiteral("/agent"));
+    return QDBusObjectPath("/agent"_s);
 }
 
 QVariant technologies(const QStringList &names)
 {
     ConnmanServiceInfoList list;
     for (const QString &name : names) {
-        list.append({QDBusObjectPath(QStringLiteral("/net/connman/technology/") + name), {}});
+        list.append({QDBusObjectPath("/net/connman/technology/"_s + name), {}});
     }
     return QVariant::fromValue(list);
 }
 
 FaultKind notToday()
 {
-    return FaultKind::error(QStringLiteral("net.connman.Error.Failed"), QStringLiteral("Not \"today\""));
+    return FaultKind::error("net.connman.Error.Failed"_s, "Not \"today\""_s);
 }
 
 } // namespace
@@ -72,19 +73,18 @@ void ConnmanManagerCallsTest::namesAreConnmans()
 {
     MirrorWorld world;
     const ConnmanManager manager(world.connection(), nullptr);
-    QCOMPARE(manager.serviceName(), QStringLiteral("net.connman"));
-    QCOMPARE(manager.serviceObject(), QStringLiteral("/"));
-    QCOMPARE(manager.interfaceName(), QStringLiteral("net.connman.Manager"));
+    QCOMPARE(manager.serviceName(), "net.connman"_s);
+    QCOMPARE(manager.serviceObject(), "/"_s);
+    QCOMPARE(manager.interfaceName(), "net.connman.Manager"_s);
 }
 
 void ConnmanManagerCallsTest::signalsAndSlotsHaveTheirOrder()
 {
-    const QStringList expected{
-        QStringLiteral("serviceChanged(std::shared_ptr<ConnmanService>)"),
-        QStringLiteral("serviceStateChanged(std::shared_ptr<ConnmanService>)"),
-        QStringLiteral("interfaceStateChanged(QString,ConnmanManager::InterfaceState)"),
-        QStringLiteral("propertyChanged(QString,QDBusVariant)"),
-        QStringLiteral("servicesChanged(ConnmanServiceInfoList,QList<QDBusObjectPath>)")};
+    const QStringList expected{"serviceChanged(std::shared_ptr<ConnmanService>)"_s,
+                               "serviceStateChanged(std::shared_ptr<ConnmanService>)"_s,
+                               "interfaceStateChanged(QString,ConnmanManager::InterfaceState)"_s,
+                               "propertyChanged(QString,QDBusVariant)"_s,
+                               "servicesChanged(ConnmanServiceInfoList,QList<QDBusObjectPath>)"_s};
     QCOMPARE(ownMethods(ConnmanManager::staticMetaObject), expected);
 }
 
@@ -99,7 +99,7 @@ void ConnmanManagerCallsTest::constructionLogsOneDebugLine()
 {
     MirrorWorld world;
     const ConnmanManager manager(world.connection(), nullptr);
-    QCOMPARE(world.debugLines(ManagerLog), {QStringLiteral("ConnmanManager()")});
+    QCOMPARE(world.debugLines(ManagerLog), {"ConnmanManager()"_s});
     QCOMPARE(world.log().messages().size(), 1);
     QCOMPARE(world.simulator().calls(), QStringList());
 }
@@ -117,27 +117,25 @@ void ConnmanManagerCallsTest::failedSubscriptionsAreOneLineEach()
 {
     MirrorWorld world;
     ConnmanManager manager(MirrorWorld::noConnection(), nullptr);
-    const QString line =
-        QStringLiteral("Unable to connect %1 signal for \"net.connman\" \"/\" \"net.connman.Manager\"");
-    const QStringList expected{critical(ManagerLog, line.arg(QStringLiteral("PropertyChanged"))),
-                               critical(ManagerLog, line.arg(QStringLiteral("ServicesChanged")))};
+    const QString line = "Unable to connect %1 signal for \"net.connman\" \"/\" \"net.connman.Manager\""_s;
+    const QStringList expected{critical(ManagerLog, line.arg("PropertyChanged"_s)),
+                               critical(ManagerLog, line.arg("ServicesChanged"_s))};
     QCOMPARE(world.complaints(), expected);
     world.log().clear();
     QVERIFY(!manager.updateServices());
     QCOMPARE(world.complaints(),
-             {critical(ServicesLog,
-                       QStringLiteral("Call to GetServices failed: \"Not connected to D-Bus server\""))});
+             {critical(ServicesLog, "Call to GetServices failed: \"Not connected to D-Bus server\""_s)});
 }
 
 void ConnmanManagerCallsTest::connmanHasItsTechnologies()
 {
     MirrorWorld world;
     ConnmanManager manager(world.connection(), nullptr);
-    QVERIFY(manager.hasTechnology(QStringLiteral("wifi")));
-    world.simulator().removeTechnology(QStringLiteral("wifi"));
-    QVERIFY(!manager.hasTechnology(QStringLiteral("wifi")));
-    world.simulator().addTechnology(QStringLiteral("wifi"));
-    QVERIFY(manager.hasTechnology(QStringLiteral("wifi")));
+    QVERIFY(manager.hasTechnology("wifi"_s));
+    world.simulator().removeTechnology("wifi"_s);
+    QVERIFY(!manager.hasTechnology("wifi"_s));
+    world.simulator().addTechnology("wifi"_s);
+    QVERIFY(manager.hasTechnology("wifi"_s));
     QCOMPARE(world.complaints(), QStringList());
 }
 
@@ -146,20 +144,19 @@ void ConnmanManagerCallsTest::technologyIsFoundByAPartOfItsPath_data()
     QTest::addColumn<QStringList>("listed");
     QTest::addColumn<QString>("name");
     QTest::addColumn<bool>("expected");
-    const QStringList both{QStringLiteral("ethernet"), QStringLiteral("wifi")};
-    const QStringList wired{QStringLiteral("ethernet")};
-    QTest::newRow("first") << both << QStringLiteral("ethernet") << true;
-    QTest::newRow("last") << both << QStringLiteral("wifi") << true;
-    QTest::newRow("not listed") << wired << QStringLiteral("wifi") << false;
-    QTest::newRow("part of the name") << both << QStringLiteral("wi") << true;
-    QTest::newRow("part of the path") << wired << QStringLiteral("/technology/eth") << true;
-    QTest::newRow("other case") << both << QStringLiteral("WiFi") << false;
-    QTest::newRow("longer name") << both << QStringLiteral("wifi5") << false;
-    QTest::newRow("name within a longer one")
-        << QStringList{QStringLiteral("p2p_wifi_x")} << QStringLiteral("wifi") << true;
+    const QStringList both{"ethernet"_s, "wifi"_s};
+    const QStringList wired{"ethernet"_s};
+    QTest::newRow("first") << both << "ethernet"_s << true;
+    QTest::newRow("last") << both << "wifi"_s << true;
+    QTest::newRow("not listed") << wired << "wifi"_s << false;
+    QTest::newRow("part of the name") << both << "wi"_s << true;
+    QTest::newRow("part of the path") << wired << "/technology/eth"_s << true;
+    QTest::newRow("other case") << both << "WiFi"_s << false;
+    QTest::newRow("longer name") << both << "wifi5"_s << false;
+    QTest::newRow("name within a longer one") << QStringList{"p2p_wifi_x"_s} << "wifi"_s << true;
     QTest::newRow("empty") << wired << QString() << true;
     QTest::newRow("empty, none listed") << QStringList() << QString() << false;
-    QTest::newRow("none listed") << QStringList() << QStringLiteral("wifi") << false;
+    QTest::newRow("none listed") << QStringList() << "wifi"_s << false;
 }
 
 void ConnmanManagerCallsTest::technologyIsFoundByAPartOfItsPath()
@@ -179,8 +176,8 @@ void ConnmanManagerCallsTest::technologyQueryIsOneCall()
 {
     MirrorWorld world;
     ConnmanManager manager(world.connection(), nullptr);
-    manager.hasTechnology(QStringLiteral("wifi"));
-    QCOMPARE(world.simulator().calls(), {QStringLiteral("/ net.connman.Manager.GetTechnologies()")});
+    manager.hasTechnology("wifi"_s);
+    QCOMPARE(world.simulator().calls(), {"/ net.connman.Manager.GetTechnologies()"_s});
 }
 
 void ConnmanManagerCallsTest::failedTechnologyQueryIsOneLineAndFalse()
@@ -189,9 +186,8 @@ void ConnmanManagerCallsTest::failedTechnologyQueryIsOneLineAndFalse()
     ConnmanManager manager(world.connection(), nullptr);
     const Fault fault = world.simulator().injectFault(ManagerInterface, GetTechnologies, notToday());
     QVERIFY(!manager.hasTechnology(QString()));
-    QCOMPARE(
-        world.complaints(),
-        {critical(TechnologyLog, QStringLiteral("Call to GetTechnologies failed: \"Not \\\"today\\\"\""))});
+    QCOMPARE(world.complaints(),
+             {critical(TechnologyLog, "Call to GetTechnologies failed: \"Not \\\"today\\\"\""_s)});
 }
 
 void ConnmanManagerCallsTest::vanishedConnmanHasNoTechnology()
@@ -202,7 +198,7 @@ void ConnmanManagerCallsTest::vanishedConnmanHasNoTechnology()
     QVERIFY(!manager.hasTechnology(QString()));
     QCOMPARE(world.complaints().size(), 1);
     QVERIFY(world.complaints().constFirst().startsWith(
-        critical(TechnologyLog, QStringLiteral("Call to GetTechnologies failed: "))));
+        critical(TechnologyLog, "Call to GetTechnologies failed: "_s)));
 }
 
 void ConnmanManagerCallsTest::registeringTheAgentIsOneCall()
@@ -210,8 +206,7 @@ void ConnmanManagerCallsTest::registeringTheAgentIsOneCall()
     MirrorWorld world;
     ConnmanManager manager(world.connection(), nullptr);
     QVERIFY(manager.registerAgent(agentPath()));
-    QCOMPARE(world.simulator().calls(),
-             {QStringLiteral("/ net.connman.Manager.RegisterAgent(objectpath \"/agent\")")});
+    QCOMPARE(world.simulator().calls(), {"/ net.connman.Manager.RegisterAgent(objectpath \"/agent\")"_s});
     QCOMPARE(world.complaints(), QStringList());
 }
 
@@ -231,8 +226,7 @@ void ConnmanManagerCallsTest::refusedAgentIsOneLineAndFalse()
     QVERIFY(!manager.registerAgent(agentPath()));
     QCOMPARE(world.complaints(),
              {critical(ManagerLog,
-                       QStringLiteral(
-                           "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": Not \"today\""))});
+                       "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": Not \"today\""_s)});
 }
 
 void ConnmanManagerCallsTest::agentRegisteredTwiceIsOneLineAndFalse()
@@ -243,8 +237,7 @@ void ConnmanManagerCallsTest::agentRegisteredTwiceIsOneLineAndFalse()
     QVERIFY(!manager.registerAgent(agentPath()));
     QCOMPARE(world.complaints(),
              {critical(ManagerLog,
-                       QStringLiteral(
-                           "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": Already exists"))});
+                       "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": Already exists"_s)});
 }
 
 void ConnmanManagerCallsTest::agentWithoutConnmanIsOneLineAndFalse()
@@ -253,10 +246,9 @@ void ConnmanManagerCallsTest::agentWithoutConnmanIsOneLineAndFalse()
     ConnmanManager manager(MirrorWorld::noConnection(), nullptr);
     world.log().clear();
     QVERIFY(!manager.registerAgent(agentPath()));
-    QCOMPARE(
-        world.complaints(),
-        {critical(ManagerLog, QStringLiteral("Unable to call RegisterAgent(\"/agent\") on \"net.connman\": "
-                                             "Not connected to D-Bus server"))});
+    QCOMPARE(world.complaints(),
+             {critical(ManagerLog, "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": "
+                                   "Not connected to D-Bus server"_s)});
 }
 
 void ConnmanManagerCallsTest::propertyOfTheManagerIsOnlyLogged()
@@ -264,12 +256,11 @@ void ConnmanManagerCallsTest::propertyOfTheManagerIsOnlyLogged()
     MirrorWorld world;
     RecordedManager recorded(world);
     recorded.forget();
-    world.simulator().emitSignal(
-        QStringLiteral("/"), ManagerInterface, QStringLiteral("PropertyChanged"),
-        {QStringLiteral("State"), QVariant::fromValue(QDBusVariant(QStringLiteral("online")))});
+    world.simulator().emitSignal("/"_s, ManagerInterface, "PropertyChanged"_s,
+                                 {"State"_s, QVariant::fromValue(QDBusVariant("online"_s))});
     world.deliver();
-    QCOMPARE(world.debugLines(QStringLiteral("ConnmanManager.properties")),
-             {QStringLiteral("PropertyChanged( \"State\" ,  QVariant(QString, \"online\") )")});
+    QCOMPARE(world.debugLines("ConnmanManager.properties"_s),
+             {"PropertyChanged( \"State\" ,  QVariant(QString, \"online\") )"_s});
     QCOMPARE(world.log().messages().size(), 1);
     QCOMPARE(world.simulator().calls(), QStringList());
     QCOMPARE(recorded.announcements.lines(), QStringList());

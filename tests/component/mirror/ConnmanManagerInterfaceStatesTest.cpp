@@ -4,6 +4,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -28,12 +29,12 @@ constexpr int TooLateMs = 3000;
 
 QString identifier(int number)
 {
-    return QStringLiteral("wifi_020000000000_%1_managed_psk").arg(number, 2, 10, QLatin1Char('0'));
+    return "wifi_020000000000_%1_managed_psk"_s.arg(number, 2, 10, QLatin1Char('0'));
 }
 
 QVariantMap ethernet(const QString &interfaceName)
 {
-    return {{QStringLiteral("Interface"), interfaceName}};
+    return {{"Interface"_s, interfaceName}};
 }
 
 QVariantMap properties(const QString &interfaceName, const QString &stateWord)
@@ -54,7 +55,7 @@ void moveTo(MirrorWorld &world, const QString &stateWord)
 /// The service changes its interface while its first state settles, which shows when that is over.
 std::unique_ptr<RecordedManager> settledManager(MirrorWorld &world, const QString &stateWord)
 {
-    const QString path = world.addService(Service, properties(QStringLiteral("early0"), stateWord)).path();
+    const QString path = world.addService(Service, properties("early0"_s, stateWord)).path();
     auto recorded = std::make_unique<RecordedManager>(world);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     world.simulator().setServiceProperty(Service, EthernetKey, ethernet(Wlan), true);
@@ -134,8 +135,8 @@ void ConnmanManagerInterfaceStatesTest::highestStateOfTheServicesCounts()
 void ConnmanManagerInterfaceStatesTest::everyInterfaceIsReportedForItself()
 {
     MirrorWorld world;
-    world.addService(identifier(1), properties(Wlan, QStringLiteral("idle")));
-    world.addService(identifier(2), properties(Wire, QStringLiteral("online")));
+    world.addService(identifier(1), properties(Wlan, "idle"_s));
+    world.addService(identifier(2), properties(Wire, "online"_s));
     const RecordedManager recorded(world);
     QStringList lines = recorded.interfaceLines();
     lines.sort();
@@ -148,15 +149,15 @@ void ConnmanManagerInterfaceStatesTest::serviceWithoutAnInterfaceNeverCounts_dat
     QTest::addColumn<QVariant>("value");
     QTest::newRow("empty name") << QVariant(ethernet(QString()));
     QTest::newRow("no name") << QVariant(QVariantMap());
-    QTest::newRow("no dictionary") << QVariant(QStringLiteral("wlan0"));
+    QTest::newRow("no dictionary") << QVariant("wlan0"_s);
 }
 
 void ConnmanManagerInterfaceStatesTest::serviceWithoutAnInterfaceNeverCounts()
 {
     QFETCH(QVariant, value);
     MirrorWorld world;
-    world.addService(identifier(1), {{EthernetKey, value}, {StateKey, QStringLiteral("online")}});
-    world.addService(identifier(2), properties(Wlan, QStringLiteral("idle")));
+    world.addService(identifier(1), {{EthernetKey, value}, {StateKey, "online"_s}});
+    world.addService(identifier(2), properties(Wlan, "idle"_s));
     RecordedManager recorded(world);
     QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Idle)});
     world.emitServicesChanged({}, {MirrorWorld::pathOf(identifier(1))});
@@ -167,7 +168,7 @@ void ConnmanManagerInterfaceStatesTest::serviceWithoutAnInterfaceNeverCounts()
 void ConnmanManagerInterfaceStatesTest::serviceWithoutAKnownStateCountsAsUnknown()
 {
     MirrorWorld world;
-    world.addService(identifier(1), properties(Wlan, QStringLiteral("dreaming")));
+    world.addService(identifier(1), properties(Wlan, "dreaming"_s));
     const RecordedManager recorded(world);
     QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Unknown)});
 }
@@ -178,11 +179,11 @@ void ConnmanManagerInterfaceStatesTest::changeOfOneServiceLooksAtNoOther()
 {
     MirrorWorld world;
     world.addService(identifier(1), {{EthernetKey, QVariantMap()}});
-    world.addService(Service, properties(Wlan, QStringLiteral("idle")));
+    world.addService(Service, properties(Wlan, "idle"_s));
     RecordedManager recorded(world);
     QVERIFY(!world.complaints().isEmpty());
     world.log().clear();
-    world.simulator().setServiceProperty(Service, StateKey, QStringLiteral("ready"), true);
+    world.simulator().setServiceProperty(Service, StateKey, "ready"_s, true);
     world.emitServicesChanged({MirrorWorld::pathOf(Service)}, {});
     world.deliver();
     QVERIFY(recorded.interfaceLines().contains(interfaceIs(Wlan, State::Ready)));
@@ -192,7 +193,7 @@ void ConnmanManagerInterfaceStatesTest::changeOfOneServiceLooksAtNoOther()
 void ConnmanManagerInterfaceStatesTest::unchangedStateIsNotReportedAgain()
 {
     MirrorWorld world;
-    world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
+    world.addService(identifier(1), properties(Wlan, "ready"_s));
     RecordedManager recorded(world);
     recorded.announcements.clear();
     QVERIFY(recorded.manager.updateServices());
@@ -204,10 +205,10 @@ void ConnmanManagerInterfaceStatesTest::unchangedStateIsNotReportedAgain()
 void ConnmanManagerInterfaceStatesTest::changedStateIsReportedByTheNextAnnouncement()
 {
     MirrorWorld world;
-    world.addService(identifier(1), properties(Wlan, QStringLiteral("idle")));
+    world.addService(identifier(1), properties(Wlan, "idle"_s));
     RecordedManager recorded(world);
     recorded.announcements.clear();
-    world.simulator().setServiceProperty(identifier(1), StateKey, QStringLiteral("ready"), true);
+    world.simulator().setServiceProperty(identifier(1), StateKey, "ready"_s, true);
     world.emitServicesChanged({MirrorWorld::pathOf(identifier(1))}, {});
     world.deliver();
     const QStringList expected{stateOf(identifier(1), State::Ready), interfaceIs(Wlan, State::Ready)};
@@ -217,7 +218,7 @@ void ConnmanManagerInterfaceStatesTest::changedStateIsReportedByTheNextAnnouncem
 void ConnmanManagerInterfaceStatesTest::interfaceThatLosesItsLastServiceIsReportedUnknownOnce()
 {
     MirrorWorld world;
-    world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
+    world.addService(identifier(1), properties(Wlan, "ready"_s));
     RecordedManager recorded(world);
     recorded.announcements.clear();
     world.emitServicesChanged({}, {MirrorWorld::pathOf(identifier(1))});
@@ -232,7 +233,7 @@ void ConnmanManagerInterfaceStatesTest::interfaceThatLosesItsLastServiceIsReport
 void ConnmanManagerInterfaceStatesTest::interfaceThatComesBackIsReportedAgain()
 {
     MirrorWorld world;
-    const QString path = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready"))).path();
+    const QString path = world.addService(identifier(1), properties(Wlan, "ready"_s)).path();
     RecordedManager recorded(world);
     world.emitServicesChanged({}, {path});
     world.emitServicesChanged({path}, {});
@@ -245,8 +246,8 @@ void ConnmanManagerInterfaceStatesTest::interfaceThatComesBackIsReportedAgain()
 void ConnmanManagerInterfaceStatesTest::interfaceKeepsItsStateWhileAnotherServiceHoldsIt()
 {
     MirrorWorld world;
-    world.addService(identifier(1), properties(Wlan, QStringLiteral("idle")));
-    world.addService(identifier(2), properties(Wlan, QStringLiteral("ready")));
+    world.addService(identifier(1), properties(Wlan, "idle"_s));
+    world.addService(identifier(2), properties(Wlan, "ready"_s));
     RecordedManager recorded(world);
     recorded.announcements.clear();
     world.emitServicesChanged({}, {MirrorWorld::pathOf(identifier(1))});
@@ -260,7 +261,7 @@ void ConnmanManagerInterfaceStatesTest::interfaceKeepsItsStateWhileAnotherServic
 void ConnmanManagerInterfaceStatesTest::serviceThatMovesToAnotherInterfaceTakesItsStateAlong()
 {
     MirrorWorld world;
-    const QString path = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready"))).path();
+    const QString path = world.addService(identifier(1), properties(Wlan, "ready"_s)).path();
     RecordedManager recorded(world);
     recorded.announcements.clear();
     world.simulator().setServiceProperty(identifier(1), EthernetKey, ethernet(Wire), true);
@@ -275,7 +276,7 @@ void ConnmanManagerInterfaceStatesTest::serviceThatMovesToAnotherInterfaceTakesI
 void ConnmanManagerInterfaceStatesTest::removalAloneReportsNothing()
 {
     MirrorWorld world;
-    const QDBusObjectPath path = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
+    const QDBusObjectPath path = world.addService(identifier(1), properties(Wlan, "ready"_s));
     RecordedManager recorded(world);
     recorded.announcements.clear();
     recorded.manager.remService(path);
@@ -288,8 +289,8 @@ void ConnmanManagerInterfaceStatesTest::removalAloneReportsNothing()
 void ConnmanManagerInterfaceStatesTest::receiverMayChangeTheRegistryDuringTheReport()
 {
     MirrorWorld world;
-    const QDBusObjectPath first = world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
-    world.addService(identifier(2), properties(Wire, QStringLiteral("idle")));
+    const QDBusObjectPath first = world.addService(identifier(1), properties(Wlan, "ready"_s));
+    world.addService(identifier(2), properties(Wire, "idle"_s));
     ConnmanManager manager(world.connection(), nullptr);
     ManagerAnnouncements announcements(manager);
     bool isRemoved = false;
@@ -303,16 +304,16 @@ void ConnmanManagerInterfaceStatesTest::receiverMayChangeTheRegistryDuringTheRep
     });
     QVERIFY(manager.updateServices());
     QVERIFY(isRemoved);
-    QVERIFY(announcements.lines(QStringLiteral("interface")).contains(interfaceIs(Wlan, State::Ready)));
-    QVERIFY(announcements.lines(QStringLiteral("interface")).contains(interfaceIs(Wire, State::Idle)));
+    QVERIFY(announcements.lines("interface"_s).contains(interfaceIs(Wlan, State::Ready)));
+    QVERIFY(announcements.lines("interface"_s).contains(interfaceIs(Wire, State::Idle)));
     QCOMPARE(manager.services().size(), 2);
 }
 
 void ConnmanManagerInterfaceStatesTest::updateWithinTheReportReportsNothingTwice()
 {
     MirrorWorld world;
-    world.addService(identifier(1), properties(Wlan, QStringLiteral("ready")));
-    world.addService(identifier(2), properties(Wire, QStringLiteral("idle")));
+    world.addService(identifier(1), properties(Wlan, "ready"_s));
+    world.addService(identifier(2), properties(Wire, "idle"_s));
     ConnmanManager manager(world.connection(), nullptr);
     const ManagerAnnouncements announcements(manager);
     bool isUpdated = false;
@@ -324,7 +325,7 @@ void ConnmanManagerInterfaceStatesTest::updateWithinTheReportReportsNothingTwice
     });
     QVERIFY(manager.updateServices());
     QVERIFY(isUpdated);
-    QStringList lines = announcements.lines(QStringLiteral("interface"));
+    QStringList lines = announcements.lines("interface"_s);
     lines.sort();
     const QStringList expected{interfaceIs(Wire, State::Idle), interfaceIs(Wlan, State::Ready)};
     QCOMPARE(lines, expected);
@@ -334,7 +335,7 @@ void ConnmanManagerInterfaceStatesTest::updateWithinTheReportReportsNothingTwice
 void ConnmanManagerInterfaceStatesTest::changeToOnlineIsReportedTwoSecondsLater()
 {
     MirrorWorld world;
-    const auto recorded = settledManager(world, QStringLiteral("ready"));
+    const auto recorded = settledManager(world, "ready"_s);
     const QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     int early = -1;
     int late = -1;
@@ -342,7 +343,7 @@ void ConnmanManagerInterfaceStatesTest::changeToOnlineIsReportedTwoSecondsLater(
         QTimer::singleShot(1500, Qt::PreciseTimer, &reports, [&] { early = reports.count(); });
         QTimer::singleShot(2500, Qt::PreciseTimer, &reports, [&] { late = reports.count(); });
     });
-    moveTo(world, QStringLiteral("online"));
+    moveTo(world, "online"_s);
     QTRY_VERIFY_WITH_TIMEOUT(late >= 0, LatestMs);
     QCOMPARE(early, 0);
     QCOMPARE(late, 1);
@@ -353,9 +354,9 @@ void ConnmanManagerInterfaceStatesTest::changeToOnlineIsReportedTwoSecondsLater(
 void ConnmanManagerInterfaceStatesTest::changeIsToldAtOnceAndReportedWhenSettled()
 {
     MirrorWorld world;
-    const auto recorded = settledManager(world, QStringLiteral("idle"));
+    const auto recorded = settledManager(world, "idle"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
-    moveTo(world, QStringLiteral("association"));
+    moveTo(world, "association"_s);
     QCOMPARE(recorded->announcements.lines(), {stateOf(Service, State::Association)});
     QVERIFY(reports.wait(LatestMs));
     QCOMPARE(recorded->interfaceLines(), {interfaceIs(Wlan, State::Association)});
@@ -364,9 +365,9 @@ void ConnmanManagerInterfaceStatesTest::changeIsToldAtOnceAndReportedWhenSettled
 void ConnmanManagerInterfaceStatesTest::leavingOnlineSchedulesNoReport()
 {
     MirrorWorld world;
-    const auto recorded = settledManager(world, QStringLiteral("online"));
+    const auto recorded = settledManager(world, "online"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
-    moveTo(world, QStringLiteral("ready"));
+    moveTo(world, "ready"_s);
     QCOMPARE(recorded->announcements.lines(), {stateOf(Service, State::Ready)});
     QVERIFY(!reports.wait(TooLateMs));
     // It was there to be reported all the time.
@@ -377,10 +378,10 @@ void ConnmanManagerInterfaceStatesTest::leavingOnlineSchedulesNoReport()
 void ConnmanManagerInterfaceStatesTest::stateThatDoesNotSettleIsNeverReported()
 {
     MirrorWorld world;
-    const auto recorded = settledManager(world, QStringLiteral("ready"));
+    const auto recorded = settledManager(world, "ready"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
-    moveTo(world, QStringLiteral("association"));
-    moveTo(world, QStringLiteral("ready"));
+    moveTo(world, "association"_s);
+    moveTo(world, "ready"_s);
     const QStringList expected{stateOf(Service, State::Association), stateOf(Service, State::Ready)};
     QCOMPARE(recorded->announcements.lines(), expected);
     QVERIFY(!reports.wait(TooLateMs));
@@ -389,11 +390,11 @@ void ConnmanManagerInterfaceStatesTest::stateThatDoesNotSettleIsNeverReported()
 void ConnmanManagerInterfaceStatesTest::severalChangesWithinTheSettlingTimeAreOneReport()
 {
     MirrorWorld world;
-    const auto recorded = settledManager(world, QStringLiteral("idle"));
+    const auto recorded = settledManager(world, "idle"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
-    moveTo(world, QStringLiteral("association"));
-    moveTo(world, QStringLiteral("configuration"));
-    moveTo(world, QStringLiteral("ready"));
+    moveTo(world, "association"_s);
+    moveTo(world, "configuration"_s);
+    moveTo(world, "ready"_s);
     QVERIFY(reports.wait(LatestMs));
     QVERIFY(!reports.wait(TooLateMs));
     QCOMPARE(recorded->interfaceLines(), {interfaceIs(Wlan, State::Ready)});
@@ -402,11 +403,11 @@ void ConnmanManagerInterfaceStatesTest::severalChangesWithinTheSettlingTimeAreOn
 void ConnmanManagerInterfaceStatesTest::removedServiceThatIsHeldStillSchedulesAReport()
 {
     MirrorWorld world;
-    const auto recorded = settledManager(world, QStringLiteral("ready"));
+    const auto recorded = settledManager(world, "ready"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     const std::shared_ptr<ConnmanService> held = recorded->manager.services().constFirst();
     recorded->manager.remService(QDBusObjectPath(MirrorWorld::pathOf(Service)));
-    moveTo(world, QStringLiteral("disconnect"));
+    moveTo(world, "disconnect"_s);
     QVERIFY(reports.wait(LatestMs));
     const QStringList expected{stateOf(Service, State::Disconnect), interfaceIs(Wlan, State::Unknown)};
     QCOMPARE(recorded->announcements.lines(), expected);

@@ -4,6 +4,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -23,7 +24,7 @@ const QLatin1String GetServicesCall("/ net.connman.Manager.GetServices()");
 
 const QVariantMap &idle()
 {
-    static const QVariantMap properties{{QStringLiteral("State"), QStringLiteral("idle")}};
+    static const QVariantMap properties{{"State"_s, "idle"_s}};
     return properties;
 }
 
@@ -44,8 +45,7 @@ QString path(const QString &identifier)
 
 QString nonExistent(const QString &servicePath)
 {
-    return warning(ServicesLog,
-                   QStringLiteral("Trying to remove non-existant service \"%1\"").arg(servicePath));
+    return warning(ServicesLog, "Trying to remove non-existant service \"%1\""_s.arg(servicePath));
 }
 
 } // namespace
@@ -96,7 +96,7 @@ void ConnmanManagerRegistryTest::firstFillAnnouncesEveryServiceToReceiversConnec
     ConnmanManager manager(world.connection(), nullptr);
     const ManagerAnnouncements announcements(manager);
     QTRY_COMPARE(manager.services().size(), 2);
-    const QStringList services = announcements.lines(QStringLiteral("added"));
+    const QStringList services = announcements.lines("added"_s);
     QCOMPARE(services.size(), 2);
     QVERIFY(services.contains(added(A)));
     QVERIFY(services.contains(added(B)));
@@ -129,7 +129,7 @@ void ConnmanManagerRegistryTest::updateAddsWhatIsNewAndLeavesTheRestAlone()
     QCOMPARE(world.simulator().calls(), expectedCalls);
     const QStringList expectedPaths{path(A), path(B)};
     QCOMPARE(registeredPaths(filled.manager), expectedPaths);
-    QCOMPARE(filled.announcements.lines(QStringLiteral("added")), {added(B)});
+    QCOMPARE(filled.announcements.lines("added"_s), {added(B)});
 }
 
 void ConnmanManagerRegistryTest::updateKeepsServicesThatConnmanNoLongerLists()
@@ -148,16 +148,15 @@ void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
     world.addService(A, idle());
     FilledManager filled(world);
     // An interface's new state that has yet to settle: any update would report it.
-    world.simulator().setServiceProperty(A, QStringLiteral("State"), QStringLiteral("ready"), true);
-    world.emitPropertyChanged(path(A), QStringLiteral("State"), QStringLiteral("ready"));
+    world.simulator().setServiceProperty(A, "State"_s, "ready"_s, true);
+    world.emitPropertyChanged(path(A), "State"_s, "ready"_s);
     world.deliver();
     filled.forget();
-    const Fault fault = world.simulator().injectFault(
-        QStringLiteral("net.connman.Manager"), QStringLiteral("GetServices"),
-        FaultKind::error(QStringLiteral("net.connman.Error.Failed"), QStringLiteral("Not today")));
+    const Fault fault =
+        world.simulator().injectFault("net.connman.Manager"_s, "GetServices"_s,
+                                      FaultKind::error("net.connman.Error.Failed"_s, "Not today"_s));
     QVERIFY(!filled.manager.updateServices());
-    QCOMPARE(world.complaints(),
-             {critical(ServicesLog, QStringLiteral("Call to GetServices failed: \"Not today\""))});
+    QCOMPARE(world.complaints(), {critical(ServicesLog, "Call to GetServices failed: \"Not today\""_s)});
     QCOMPARE(world.simulator().calls(), {QString(GetServicesCall)});
     QCOMPARE(registeredPaths(filled.manager), {path(A)});
     QCOMPARE(filled.announcements.lines(), QStringList());
@@ -169,8 +168,7 @@ void ConnmanManagerRegistryTest::addedServiceIsAnnouncedFilledButNotYetRegistere
 {
     MirrorWorld world;
     FilledManager filled(world);
-    const QDBusObjectPath servicePath =
-        world.addService(A, {{QStringLiteral("Name"), QStringLiteral("Home")}});
+    const QDBusObjectPath servicePath = world.addService(A, {{"Name"_s, "Home"_s}});
     filled.manager.remService(servicePath);
     QString seenName;
     int seenServices = -1;
@@ -180,7 +178,7 @@ void ConnmanManagerRegistryTest::addedServiceIsAnnouncedFilledButNotYetRegistere
                 seenServices = filled.manager.services().size();
             });
     QVERIFY(filled.manager.addService(servicePath));
-    QCOMPARE(seenName, QStringLiteral("Home"));
+    QCOMPARE(seenName, "Home"_s);
     QCOMPARE(seenServices, 0);
     QCOMPARE(registeredPaths(filled.manager), {servicePath.path()});
 }
@@ -202,7 +200,7 @@ void ConnmanManagerRegistryTest::addingAServiceLogsOneDebugLine()
     MirrorWorld world;
     ConnmanManager manager(world.connection(), nullptr);
     manager.addService(QDBusObjectPath(path(A)));
-    QCOMPARE(world.debugLines(ServicesLog), {QStringLiteral("Adding service \"%1\"").arg(path(A))});
+    QCOMPARE(world.debugLines(ServicesLog), {"Adding service \"%1\""_s.arg(path(A))});
 }
 
 void ConnmanManagerRegistryTest::addingAServiceIsLoggedBeforeTheServiceIsMade()
@@ -213,7 +211,7 @@ void ConnmanManagerRegistryTest::addingAServiceIsLoggedBeforeTheServiceIsMade()
     manager.addService(QDBusObjectPath(path(A)));
     const auto messages = world.log().messages();
     QCOMPARE(messages.at(0).category, QString(ServicesLog));
-    QCOMPARE(messages.at(1).category, QStringLiteral("ConnmanService"));
+    QCOMPARE(messages.at(1).category, "ConnmanService"_s);
 }
 
 void ConnmanManagerRegistryTest::addingAKnownServiceDoesNothing()
@@ -237,15 +235,14 @@ void ConnmanManagerRegistryTest::addingAServiceThatConnmanDoesNotHaveRegistersIt
     QVERIFY(manager.addService(QDBusObjectPath(path(A))));
     QCOMPARE(announcements.lines(), {added(A)});
     QCOMPARE(registeredPaths(manager), {path(A)});
-    QCOMPARE(world.complaints(),
-             {critical(QStringLiteral("ConnmanService.properties"),
-                       QStringLiteral("Service-properties doesn't contain a value for State"))});
+    QCOMPARE(world.complaints(), {critical("ConnmanService.properties"_s,
+                                           "Service-properties doesn't contain a value for State"_s)});
 }
 
 void ConnmanManagerRegistryTest::removingAServiceOnlyForgetsIt()
 {
     MirrorWorld world;
-    world.addService(A, {{QStringLiteral("State"), QStringLiteral("ready")}});
+    world.addService(A, {{"State"_s, "ready"_s}});
     FilledManager filled(world);
     filled.manager.remService(QDBusObjectPath(path(A)));
     QVERIFY(filled.manager.services().isEmpty());
@@ -260,7 +257,7 @@ void ConnmanManagerRegistryTest::removingAServiceLogsOneDebugLine()
     world.addService(A, idle());
     FilledManager filled(world);
     filled.manager.remService(QDBusObjectPath(path(A)));
-    QCOMPARE(world.debugLines(ServicesLog), {QStringLiteral("Removing service \"%1\"").arg(path(A))});
+    QCOMPARE(world.debugLines(ServicesLog), {"Removing service \"%1\""_s.arg(path(A))});
 }
 
 void ConnmanManagerRegistryTest::removingAnUnknownServiceIsAWarningAndNothingElse()
@@ -283,7 +280,7 @@ void ConnmanManagerRegistryTest::removedServiceThatIsHeldStillReportsItsState()
     FilledManager filled(world);
     const std::shared_ptr<ConnmanService> held = filled.manager.services().constFirst();
     filled.manager.remService(QDBusObjectPath(path(A)));
-    world.simulator().setServiceProperty(A, QStringLiteral("State"), QStringLiteral("association"));
+    world.simulator().setServiceProperty(A, "State"_s, "association"_s);
     world.deliver();
     QVERIFY(filled.announcements.lines().contains(stateOf(A, State::Association)));
 }
@@ -291,22 +288,22 @@ void ConnmanManagerRegistryTest::removedServiceThatIsHeldStillReportsItsState()
 void ConnmanManagerRegistryTest::removedServiceOutlivesTheRegistryAndTheManager()
 {
     MirrorWorld world;
-    world.addService(A, {{QStringLiteral("Name"), QStringLiteral("Home")}});
+    world.addService(A, {{"Name"_s, "Home"_s}});
     auto filled = std::make_unique<FilledManager>(world);
     const std::shared_ptr<ConnmanService> held = filled->manager.services().constFirst();
     filled->manager.remService(QDBusObjectPath(path(A)));
-    QCOMPARE(held->name(), QStringLiteral("Home"));
+    QCOMPARE(held->name(), "Home"_s);
     filled.reset();
     QVERIFY(held->dbusUpdateProperties());
-    QCOMPARE(held->name(), QStringLiteral("Home"));
+    QCOMPARE(held->name(), "Home"_s);
 }
 
 void ConnmanManagerRegistryTest::removedServiceIsReleasedThoughItsSuccessorKeepsChanging()
 {
     constexpr int latestMs = 10000; // two seconds would do, on a machine that does nothing else
     constexpr int pauseMs = 200;
-    const QString state = QStringLiteral("State");
-    const QString nextState = QStringLiteral("association");
+    const QString state = "State"_s;
+    const QString nextState = "association"_s;
     MirrorWorld world;
     world.addService(A, idle());
     FilledManager filled(world);
@@ -320,7 +317,7 @@ void ConnmanManagerRegistryTest::removedServiceIsReleasedThoughItsSuccessorKeeps
     const QDeadlineTimer deadline(latestMs);
     bool isReleased = false;
     for (bool goesOn = false; !isReleased && !deadline.hasExpired(); goesOn = !goesOn) {
-        world.simulator().setServiceProperty(A, state, goesOn ? nextState : QStringLiteral("idle"));
+        world.simulator().setServiceProperty(A, state, goesOn ? nextState : "idle"_s);
         isReleased = QTest::qWaitFor([&removed] { return removed.expired(); }, pauseMs);
     }
     QVERIFY(isReleased);

@@ -5,6 +5,7 @@
 #include "ConnmanProperties.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCall>
@@ -20,7 +21,7 @@ namespace {
 Q_LOGGING_CATEGORY(logRemoteTest, "RemoteTest", QtCriticalMsg)
 
 const QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
-const QString NoReply = QStringLiteral("org.freedesktop.DBus.Error.NoReply");
+const QString NoReply = "org.freedesktop.DBus.Error.NoReply"_s;
 /// Shorter than Qt's own 25 s, so that a time-out that is not obeyed fails the test by its own.
 constexpr auto Short = 200ms;
 
@@ -84,15 +85,14 @@ void ConnmanRemoteTest::propertiesOfAnotherTypeAreAnError()
     MirrorWorld world;
     const ConnmanRemote remote = impatientRemote(world);
     ConnmanProperties properties(remote, logRemoteTest);
-    const Fault odd =
-        world.simulator().injectFault(ConnmanNames::ServiceInterface, ConnmanNames::GetProperties,
-                                      FaultKind::reply({QStringLiteral("text")}));
+    const Fault odd = world.simulator().injectFault(
+        ConnmanNames::ServiceInterface, ConnmanNames::GetProperties, FaultKind::reply({"text"_s}));
     const QDBusError error = properties.fetch();
     QCOMPARE(error.type(), QDBusError::InvalidSignature);
     properties.logFailedFetch(error);
     QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(critical(
-        QStringLiteral("RemoteTest"), QStringLiteral("Call to GetProperties failed: \"Unexpected reply"))));
+    QVERIFY(world.complaints().constFirst().startsWith(
+        critical("RemoteTest"_s, "Call to GetProperties failed: \"Unexpected reply"_s)));
 }
 
 static const Suite<ConnmanRemoteTest> suite;

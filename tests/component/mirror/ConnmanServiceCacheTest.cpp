@@ -3,6 +3,7 @@
 #include "ConnmanService.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -75,15 +76,15 @@ void ConnmanServiceCacheTest::constructionReadsNothingAndKnowsNothing()
 void ConnmanServiceCacheTest::constructionLogsOneDebugLine()
 {
     MirrorWorld world;
-    const ConnmanService service(world.connection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
-    QCOMPARE(world.debugLines(QStringLiteral("ConnmanService")),
-             {QStringLiteral("ConnmanService( \"net.connman\" , \"/x\" , \"net.connman.Service\"")});
+    const ConnmanService service(world.connection(), QDBusObjectPath("/x"_s), nullptr);
+    QCOMPARE(world.debugLines("ConnmanService"_s),
+             {"ConnmanService( \"net.connman\" , \"/x\" , \"net.connman.Service\""_s});
 }
 
 void ConnmanServiceCacheTest::constructionLogsBeforeItSubscribes()
 {
     MirrorWorld world;
-    const ConnmanService service(MirrorWorld::noConnection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
+    const ConnmanService service(MirrorWorld::noConnection(), QDBusObjectPath("/x"_s), nullptr);
     const auto messages = world.log().messages();
     QCOMPARE(messages.size(), 2);
     QCOMPARE(messages.constFirst().type, QtDebugMsg);
@@ -92,9 +93,8 @@ void ConnmanServiceCacheTest::constructionLogsBeforeItSubscribes()
 
 void ConnmanServiceCacheTest::signalAndSlotsHaveTheirOrder()
 {
-    const QStringList expected{QStringLiteral("stateChanged(ConnmanService::State)"),
-                               QStringLiteral("propertyChanged(QString,QDBusVariant)"),
-                               QStringLiteral("serviceChanged()")};
+    const QStringList expected{"stateChanged(ConnmanService::State)"_s,
+                               "propertyChanged(QString,QDBusVariant)"_s, "serviceChanged()"_s};
     QCOMPARE(ownMethods(ConnmanService::staticMetaObject), expected);
 }
 
@@ -108,25 +108,23 @@ void ConnmanServiceCacheTest::identifierIsTheLastElementOfThePath()
 void ConnmanServiceCacheTest::failedSubscriptionIsOneLineAndTheServiceIsUsable()
 {
     MirrorWorld world;
-    ConnmanService service(MirrorWorld::noConnection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
+    ConnmanService service(MirrorWorld::noConnection(), QDBusObjectPath("/x"_s), nullptr);
     QCOMPARE(world.complaints(),
-             {critical(QStringLiteral("ConnmanService"),
-                       QStringLiteral("Unable to connect PropertyChanged signal for service \"/x\""))});
+             {critical("ConnmanService"_s, "Unable to connect PropertyChanged signal for service \"/x\""_s)});
     world.log().clear();
     QVERIFY(service.dbusUpdateProperties());
     QCOMPARE(world.complaints(),
-             {critical(PropertiesLog,
-                       QStringLiteral("Call to GetProperties failed: \"Not connected to D-Bus server\""))});
+             {critical(PropertiesLog, "Call to GetProperties failed: \"Not connected to D-Bus server\""_s)});
 }
 
 void ConnmanServiceCacheTest::updateReadsAllProperties()
 {
     MirrorWorld world;
-    const QDBusObjectPath path = world.addService(Identifier, {{Name, QStringLiteral("Home")}});
+    const QDBusObjectPath path = world.addService(Identifier, {{Name, "Home"_s}});
     ConnmanService service(world.connection(), path, nullptr);
     QVERIFY(service.dbusUpdateProperties());
     QCOMPARE(service.properties().keys(), world.simulator().serviceProperties(Identifier).keys());
-    QCOMPARE(service.properties().value(Name), QVariant(QStringLiteral("Home")));
+    QCOMPARE(service.properties().value(Name), QVariant("Home"_s));
     QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path.path())});
     QCOMPARE(world.complaints(), QStringList());
 }
@@ -134,22 +132,21 @@ void ConnmanServiceCacheTest::updateReadsAllProperties()
 void ConnmanServiceCacheTest::updateMakesDictionariesMaps()
 {
     MirrorWorld world;
-    const QVariantMap ipv4{{QStringLiteral("Method"), QStringLiteral("dhcp")},
-                           {QStringLiteral("Address"), QStringLiteral("10.0.0.2")}};
-    const QDBusObjectPath path = world.addService(Identifier, {{QStringLiteral("IPv4"), ipv4}});
+    const QVariantMap ipv4{{"Method"_s, "dhcp"_s}, {"Address"_s, "10.0.0.2"_s}};
+    const QDBusObjectPath path = world.addService(Identifier, {{"IPv4"_s, ipv4}});
     ConnmanService service(world.connection(), path, nullptr);
     service.dbusUpdateProperties();
-    QCOMPARE(service.properties().value(QStringLiteral("IPv4")).userType(), int(QMetaType::QVariantMap));
-    QCOMPARE(service.properties().value(QStringLiteral("IPv4")).toMap(), ipv4);
+    QCOMPARE(service.properties().value("IPv4"_s).userType(), int(QMetaType::QVariantMap));
+    QCOMPARE(service.properties().value("IPv4"_s).toMap(), ipv4);
 }
 
 void ConnmanServiceCacheTest::updateDropsPropertiesThatAreNoLongerReported()
 {
     MirrorWorld world;
-    const QDBusObjectPath path = world.addService(Identifier, {{QStringLiteral("Extra"), true}});
+    const QDBusObjectPath path = world.addService(Identifier, {{"Extra"_s, true}});
     ConnmanService service(world.connection(), path, nullptr);
     service.dbusUpdateProperties();
-    QVERIFY(service.properties().contains(QStringLiteral("Extra")));
+    QVERIFY(service.properties().contains("Extra"_s));
     const Fault fault = world.answerGetProperties({{State, Idle}});
     service.dbusUpdateProperties();
     const QVariantMap expected{{State, Idle}};
@@ -174,8 +171,7 @@ void ConnmanServiceCacheTest::updateAnsweredWithUnknownObjectIsSilentAndKeepsThe
     ConnmanService service(world.connection(), world.addService(Identifier), nullptr);
     service.dbusUpdateProperties();
     const QVariantMap before = service.properties();
-    const Fault fault = world.failGetProperties(QStringLiteral("org.freedesktop.DBus.Error.UnknownObject"),
-                                                QStringLiteral("It is gone"));
+    const Fault fault = world.failGetProperties("org.freedesktop.DBus.Error.UnknownObject"_s, "It is gone"_s);
     QVERIFY(service.dbusUpdateProperties());
     QCOMPARE(service.properties(), before);
     QCOMPARE(world.complaints(), QStringList());
@@ -184,13 +180,13 @@ void ConnmanServiceCacheTest::updateAnsweredWithUnknownObjectIsSilentAndKeepsThe
 void ConnmanServiceCacheTest::updateAnsweredWithAnErrorIsOneLineAndKeepsTheCache_data()
 {
     QTest::addColumn<QString>("errorName");
-    QTest::newRow("ConnMan's own") << QStringLiteral("net.connman.Error.Failed");
-    QTest::newRow("access denied") << QStringLiteral("org.freedesktop.DBus.Error.AccessDenied");
-    QTest::newRow("unknown method") << QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod");
-    QTest::newRow("unknown interface") << QStringLiteral("org.freedesktop.DBus.Error.UnknownInterface");
-    QTest::newRow("service unknown") << QStringLiteral("org.freedesktop.DBus.Error.ServiceUnknown");
-    QTest::newRow("no reply") << QStringLiteral("org.freedesktop.DBus.Error.NoReply");
-    QTest::newRow("limits exceeded") << QStringLiteral("org.freedesktop.DBus.Error.LimitsExceeded");
+    QTest::newRow("ConnMan's own") << "net.connman.Error.Failed"_s;
+    QTest::newRow("access denied") << "org.freedesktop.DBus.Error.AccessDenied"_s;
+    QTest::newRow("unknown method") << "org.freedesktop.DBus.Error.UnknownMethod"_s;
+    QTest::newRow("unknown interface") << "org.freedesktop.DBus.Error.UnknownInterface"_s;
+    QTest::newRow("service unknown") << "org.freedesktop.DBus.Error.ServiceUnknown"_s;
+    QTest::newRow("no reply") << "org.freedesktop.DBus.Error.NoReply"_s;
+    QTest::newRow("limits exceeded") << "org.freedesktop.DBus.Error.LimitsExceeded"_s;
 }
 
 void ConnmanServiceCacheTest::updateAnsweredWithAnErrorIsOneLineAndKeepsTheCache()
@@ -200,11 +196,10 @@ void ConnmanServiceCacheTest::updateAnsweredWithAnErrorIsOneLineAndKeepsTheCache
     ConnmanService service(world.connection(), world.addService(Identifier), nullptr);
     service.dbusUpdateProperties();
     const QVariantMap before = service.properties();
-    const Fault fault = world.failGetProperties(errorName, QStringLiteral("Not today"));
+    const Fault fault = world.failGetProperties(errorName, "Not today"_s);
     QVERIFY(service.dbusUpdateProperties());
     QCOMPARE(service.properties(), before);
-    QCOMPARE(world.complaints(),
-             {critical(PropertiesLog, QStringLiteral("Call to GetProperties failed: \"Not today\""))});
+    QCOMPARE(world.complaints(), {critical(PropertiesLog, "Call to GetProperties failed: \"Not today\""_s)});
 }
 
 void ConnmanServiceCacheTest::updateWhileConnmanVanishesIsOneLineAndKeepsTheCache()
@@ -213,13 +208,13 @@ void ConnmanServiceCacheTest::updateWhileConnmanVanishesIsOneLineAndKeepsTheCach
     ConnmanService service(world.connection(), world.addService(Identifier), nullptr);
     service.dbusUpdateProperties();
     const QVariantMap before = service.properties();
-    const Fault fault = world.simulator().injectFault(QStringLiteral("net.connman.Service"),
-                                                      QStringLiteral("GetProperties"), FaultKind::vanish());
+    const Fault fault =
+        world.simulator().injectFault("net.connman.Service"_s, "GetProperties"_s, FaultKind::vanish());
     QVERIFY(service.dbusUpdateProperties());
     QCOMPARE(service.properties(), before);
     QCOMPARE(world.complaints().size(), 1);
     QVERIFY(world.complaints().constFirst().startsWith(
-        critical(PropertiesLog, QStringLiteral("Call to GetProperties failed: "))));
+        critical(PropertiesLog, "Call to GetProperties failed: "_s)));
 }
 
 void ConnmanServiceCacheTest::updateAnsweredWithNothingEmptiesTheCache()
@@ -254,9 +249,9 @@ void ConnmanServiceCacheTest::newPropertyIsStored()
     MirrorWorld world;
     const QDBusObjectPath path = world.addService(Identifier);
     ConnmanService service(world.connection(), path, nullptr);
-    world.emitPropertyChanged(path.path(), QStringLiteral("Novelty"), 5);
+    world.emitPropertyChanged(path.path(), "Novelty"_s, 5);
     world.deliver();
-    const QVariantMap expected{{QStringLiteral("Novelty"), 5}};
+    const QVariantMap expected{{"Novelty"_s, 5}};
     QCOMPARE(service.properties(), expected);
 }
 
@@ -265,21 +260,21 @@ void ConnmanServiceCacheTest::changedDictionaryIsStoredAsAMap()
     MirrorWorld world;
     const QDBusObjectPath path = world.addService(Identifier);
     ConnmanService service(world.connection(), path, nullptr);
-    const QVariantMap ipv4{{QStringLiteral("Method"), QStringLiteral("auto")}};
-    world.emitPropertyChanged(path.path(), QStringLiteral("IPv4"), ipv4);
+    const QVariantMap ipv4{{"Method"_s, "auto"_s}};
+    world.emitPropertyChanged(path.path(), "IPv4"_s, ipv4);
     world.deliver();
-    QCOMPARE(service.properties().value(QStringLiteral("IPv4")), QVariant(ipv4));
+    QCOMPARE(service.properties().value("IPv4"_s), QVariant(ipv4));
     QCOMPARE(service.getIpv4Configuration(), ipv4);
 }
 
 void ConnmanServiceCacheTest::changedPropertyLogsOneDebugLine()
 {
     MirrorWorld world;
-    ConnmanService service(world.connection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
+    ConnmanService service(world.connection(), QDBusObjectPath("/x"_s), nullptr);
     service.propertyChanged(Strength, QDBusVariant(byte(17)));
-    service.propertyChanged(Name, QDBusVariant(QStringLiteral("Home")));
-    const QStringList expected{QStringLiteral("propertyChanged( \"Strength\" ,  QVariant(uchar, 17) )"),
-                               QStringLiteral("propertyChanged( \"Name\" ,  QVariant(QString, \"Home\") )")};
+    service.propertyChanged(Name, QDBusVariant("Home"_s));
+    const QStringList expected{"propertyChanged( \"Strength\" ,  QVariant(uchar, 17) )"_s,
+                               "propertyChanged( \"Name\" ,  QVariant(QString, \"Home\") )"_s};
     QCOMPARE(world.debugLines(PropertiesLog), expected);
 }
 
@@ -287,8 +282,7 @@ void ConnmanServiceCacheTest::propertyChangesOfOtherServicesAreNotHeard()
 {
     MirrorWorld world;
     ConnmanService service(world.connection(), world.addService(Identifier), nullptr);
-    world.emitPropertyChanged(MirrorWorld::pathOf(QStringLiteral("wifi_other")), Name,
-                              QStringLiteral("Else"));
+    world.emitPropertyChanged(MirrorWorld::pathOf("wifi_other"_s), Name, "Else"_s);
     world.deliver();
     QVERIFY(service.properties().isEmpty());
 }
@@ -308,9 +302,9 @@ void ConnmanServiceCacheTest::gettersCallNothing()
     service.type();
     service.interface();
     service.getIpv4Configuration();
-    service.getIpv4ConfigurationValue(QStringLiteral("Address"));
+    service.getIpv4ConfigurationValue("Address"_s);
     service.getIpv6Configuration();
-    service.getIpv6ConfigurationValue(QStringLiteral("Address"));
+    service.getIpv6ConfigurationValue("Address"_s);
     service.state();
     QCOMPARE(world.simulator().calls(), QStringList());
 }
@@ -320,11 +314,9 @@ void ConnmanServiceCacheTest::updatedIpv6ConfigurationIsReadFromConnman()
     MirrorWorld world;
     const QDBusObjectPath path = world.addService(Identifier);
     ConnmanService service(world.connection(), path, nullptr);
-    const QVariantMap ipv6{{QStringLiteral("Method"), QStringLiteral("auto")},
-                           {QStringLiteral("PrefixLength"), byte(64)}};
-    world.simulator().setServiceProperty(Identifier, QStringLiteral("IPv6.Configuration"), ipv6, true);
-    const QVariantMap expected{{QStringLiteral("Method"), QStringLiteral("auto")},
-                               {QStringLiteral("PrefixLength"), 64}};
+    const QVariantMap ipv6{{"Method"_s, "auto"_s}, {"PrefixLength"_s, byte(64)}};
+    world.simulator().setServiceProperty(Identifier, "IPv6.Configuration"_s, ipv6, true);
+    const QVariantMap expected{{"Method"_s, "auto"_s}, {"PrefixLength"_s, 64}};
     QCOMPARE(service.getUpdatedIpv6Configuration(), expected);
     QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path.path())});
 }

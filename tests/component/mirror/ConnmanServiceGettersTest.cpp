@@ -5,6 +5,7 @@
 #include "MirrorWorld.h"
 #include "OddValues.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -95,35 +96,32 @@ const QVector<GetterInfo> &getters()
 
 QString missing(const QString &key)
 {
-    return critical(PropertiesLog,
-                    QStringLiteral("Missing property \"%1\" of service \"%2\"").arg(key, QString(Path)));
+    return critical(PropertiesLog, "Missing property \"%1\" of service \"%2\""_s.arg(key, QString(Path)));
 }
 
 QString invalidType(const QString &key)
 {
-    return critical(
-        PropertiesLog,
-        QStringLiteral("Invalid type of property \"%1\" of service \"%2\"").arg(key, QString(Path)));
+    return critical(PropertiesLog,
+                    "Invalid type of property \"%1\" of service \"%2\""_s.arg(key, QString(Path)));
 }
 
 QString subProperty(const QString &complaint)
 {
-    return critical(PropertiesLog,
-                    QStringLiteral("%1 sub-property Interface in property Ethernet of service \"%2\"")
-                        .arg(complaint, QString(Path)));
+    return critical(PropertiesLog, "%1 sub-property Interface in property Ethernet of service \"%2\""_s.arg(
+                                       complaint, QString(Path)));
 }
 
 QVariantMap ethernet(const QVariant &interfaceName)
 {
-    return {{QStringLiteral("Ethernet"), QVariantMap{{QStringLiteral("Interface"), interfaceName}}}};
+    return {{"Ethernet"_s, QVariantMap{{"Interface"_s, interfaceName}}}};
 }
 
 /// What can be none of: a number, a boolean, a text, a list of texts, a dictionary.
 QVector<OddValue> valuesOfNoUse()
 {
     QVector<OddValue> values = rawOddValues();
-    values.append({"o", QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x")))});
-    values.append({"v", QVariant::fromValue(QDBusVariant(QStringLiteral("text")))});
+    values.append({"o", QVariant::fromValue(QDBusObjectPath("/x"_s))});
+    values.append({"v", QVariant::fromValue(QDBusVariant("text"_s))});
     return values;
 }
 
@@ -198,15 +196,14 @@ void ConnmanServiceGettersTest::valueIsConverted_data()
                         const QVariant &expected) {
         QTest::newRow(title) << getter << QVariantMap{{QLatin1String(key), value}} << expected;
     };
-    const QStringList words{QStringLiteral("psk"), QStringLiteral("wps")};
-    const QStringList addresses{QStringLiteral("10.0.0.1"), QStringLiteral("fe80::1"),
-                                QStringLiteral("8.8.8.8")};
-    const QString text = QStringLiteral("Café");
+    const QStringList words{"psk"_s, "wps"_s};
+    const QStringList addresses{"10.0.0.1"_s, "fe80::1"_s, "8.8.8.8"_s};
+    const QString text = "Café"_s;
 
     row("strength, a byte as ConnMan sends it", strength, "Strength", QVariant::fromValue(uchar(61)), 61);
     row("strength 0", strength, "Strength", QVariant::fromValue(uchar(0)), 0);
     row("strength, an int", strength, "Strength", 61, 61);
-    row("strength, digits", strength, "Strength", QStringLiteral("61"), 61);
+    row("strength, digits", strength, "Strength", "61"_s, 61);
     row("favorite", favorite, "Favorite", true, true);
     row("not favorite", favorite, "Favorite", false, false);
     row("favorite, a number", favorite, "Favorite", 1, true);
@@ -214,17 +211,16 @@ void ConnmanServiceGettersTest::valueIsConverted_data()
     row("no auto-connect", autoConnect, "AutoConnect", false, false);
     row("security", security, "Security", words, words);
     row("no security", security, "Security", QStringList(), QStringList());
-    row("security, a text", security, "Security", QStringLiteral("psk"), QStringList{QStringLiteral("psk")});
+    row("security, a text", security, "Security", "psk"_s, QStringList{"psk"_s});
     row("name servers in order", nameservers, "Nameservers", addresses, addresses);
     row("no name servers", nameservers, "Nameservers", QStringList(), QStringList());
     row("name server that is no address", nameservers, "Nameservers", QStringList{text},
         QStringList{QString()});
     row("name", name, "Name", text, text);
     row("empty name", name, "Name", QString(), QString());
-    row("name, a number", name, "Name", 7, QStringLiteral("7"));
-    row("type", type, "Type", QStringLiteral("wifi"), QStringLiteral("wifi"));
-    QTest::newRow("interface") << Getter(interface) << ethernet(QStringLiteral("wlan0"))
-                               << QVariant(QStringLiteral("wlan0"));
+    row("name, a number", name, "Name", 7, "7"_s);
+    row("type", type, "Type", "wifi"_s, "wifi"_s);
+    QTest::newRow("interface") << Getter(interface) << ethernet("wlan0"_s) << QVariant("wlan0"_s);
     QTest::newRow("empty interface") << Getter(interface) << ethernet(QString()) << QVariant(QString());
 }
 
@@ -283,16 +279,16 @@ void ConnmanServiceGettersTest::valueOfNoUseIsOneLineAndTheFallback_data()
         }
         const bool wantsDictionary = info.get == interface || info.get == ipv6;
         if (wantsDictionary) {
-            row(info, "text", 0, QStringLiteral("wlan0"));
+            row(info, "text", 0, "wlan0"_s);
             row(info, "number", 0, 7);
-            row(info, "list of texts", 0, QStringList{QStringLiteral("wlan0")});
+            row(info, "list of texts", 0, QStringList{"wlan0"_s});
         } else {
-            row(info, "dictionary", 0, QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}});
+            row(info, "dictionary", 0, QVariantMap{{"Method"_s, "dhcp"_s}});
             row(info, "dictionary", 1, QVariantMap());
         }
     }
     const GetterInfo &strengthInfo = getters().constFirst();
-    row(strengthInfo, "list of texts", 0, QStringList{QStringLiteral("61")});
+    row(strengthInfo, "list of texts", 0, QStringList{"61"_s});
 }
 
 void ConnmanServiceGettersTest::valueOfNoUseIsOneLineAndTheFallback()
@@ -309,32 +305,30 @@ void ConnmanServiceGettersTest::valueOfNoUseIsOneLineAndTheFallback()
 void ConnmanServiceGettersTest::strengthThatIsNoNumberIsOneLineAndUnknown_data()
 {
     QTest::addColumn<QString>("text");
-    QTest::newRow("word") << QStringLiteral("strong");
+    QTest::newRow("word") << "strong"_s;
     QTest::newRow("empty") << QString();
-    QTest::newRow("fraction") << QStringLiteral("6.1");
+    QTest::newRow("fraction") << "6.1"_s;
 }
 
 void ConnmanServiceGettersTest::strengthThatIsNoNumberIsOneLineAndUnknown()
 {
     QFETCH(QString, text);
-    fill({{QStringLiteral("Strength"), text}});
+    fill({{"Strength"_s, text}});
     QCOMPARE(m_service->strength(), -1);
-    QCOMPARE(
-        m_world->complaints(),
-        {critical(PropertiesLog, QStringLiteral("Unable to convert value for Strength to integer for service "
-                                                "\"%1\"")
-                                     .arg(QString(Path)))});
+    QCOMPARE(m_world->complaints(),
+             {critical(PropertiesLog, "Unable to convert value for Strength to integer for service "
+                                      "\"%1\""_s.arg(QString(Path)))});
 }
 
 void ConnmanServiceGettersTest::missingInterfaceEntryIsOneLineAndEmpty()
 {
-    fill({{QStringLiteral("Ethernet"), QVariantMap{{QStringLiteral("MTU"), 1500}}}});
+    fill({{"Ethernet"_s, QVariantMap{{"MTU"_s, 1500}}}});
     QCOMPARE(m_service->interface(), QString());
-    QCOMPARE(m_world->complaints(), {subProperty(QStringLiteral("Missing"))});
+    QCOMPARE(m_world->complaints(), {subProperty("Missing"_s)});
 
-    fill({{QStringLiteral("Ethernet"), QVariantMap()}});
+    fill({{"Ethernet"_s, QVariantMap()}});
     QCOMPARE(m_service->interface(), QString());
-    QCOMPARE(m_world->complaints(), {subProperty(QStringLiteral("Missing"))});
+    QCOMPARE(m_world->complaints(), {subProperty("Missing"_s)});
 }
 
 void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty_data()
@@ -345,7 +339,7 @@ void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty_data()
         QTest::addRow("%d %s", i, odd[i].signature) << odd[i].value;
     }
     // The second level stays as it came: a dictionary there is a raw argument.
-    QTest::newRow("dictionary") << QVariant(QVariantMap{{QStringLiteral("Name"), QStringLiteral("wlan0")}});
+    QTest::newRow("dictionary") << QVariant(QVariantMap{{"Name"_s, "wlan0"_s}});
 }
 
 void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty()
@@ -353,7 +347,7 @@ void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty()
     QFETCH(QVariant, value);
     fill(ethernet(value));
     QCOMPARE(m_service->interface(), QString());
-    QCOMPARE(m_world->complaints(), {subProperty(QStringLiteral("Invalid type of"))});
+    QCOMPARE(m_world->complaints(), {subProperty("Invalid type of"_s)});
 }
 
 static const Suite<ConnmanServiceGettersTest> suite;

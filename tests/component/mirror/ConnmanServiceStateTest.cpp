@@ -3,6 +3,7 @@
 #include "ConnmanService.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -48,7 +49,7 @@ void changeState(MirrorWorld &world, const QString &word)
 
 QString unknownState(const QString &word)
 {
-    return critical(PropertiesLog, QStringLiteral("Unknown/invalid state received: \"%1\"").arg(word));
+    return critical(PropertiesLog, "Unknown/invalid state received: \"%1\""_s.arg(word));
 }
 
 } // namespace
@@ -112,7 +113,7 @@ void ConnmanServiceStateTest::everyStateWordIsFollowed_data()
 void ConnmanServiceStateTest::everyStateWordIsFollowed()
 {
     QFETCH(State, state);
-    const QString start = state == State::Idle ? QStringLiteral("ready") : QStringLiteral("idle");
+    const QString start = state == State::Idle ? "ready"_s : "idle"_s;
     MirrorWorld world;
     const auto service = serviceInState(world, start);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
@@ -125,7 +126,7 @@ void ConnmanServiceStateTest::everyStateWordIsFollowed()
 void ConnmanServiceStateTest::firstFillFollowsTheState()
 {
     MirrorWorld world;
-    const QDBusObjectPath path = world.addService(Identifier, {{StateKey, QStringLiteral("ready")}});
+    const QDBusObjectPath path = world.addService(Identifier, {{StateKey, "ready"_s}});
     ConnmanService service(world.connection(), path, nullptr);
     const QSignalSpy changes(&service, &ConnmanService::stateChanged);
     service.serviceChanged();
@@ -137,14 +138,14 @@ void ConnmanServiceStateTest::firstFillFollowsTheState()
 void ConnmanServiceStateTest::stateIsSetBeforeItIsAnnounced()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("association"));
+    const auto service = serviceInState(world, "association"_s);
     State seen = State::Unknown;
     State seenPrevious = State::Unknown;
     connect(service.get(), &ConnmanService::stateChanged, this, [&] {
         seen = service->state();
         seenPrevious = service->previousState();
     });
-    changeState(world, QStringLiteral("configuration"));
+    changeState(world, "configuration"_s);
     QCOMPARE(seen, State::Configuration);
     QCOMPARE(seenPrevious, State::Association);
 }
@@ -152,10 +153,10 @@ void ConnmanServiceStateTest::stateIsSetBeforeItIsAnnounced()
 void ConnmanServiceStateTest::previousStateIsTheOneBeforeTheLatestChange()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("association"));
-    changeState(world, QStringLiteral("configuration"));
-    changeState(world, QStringLiteral("ready"));
-    changeState(world, QStringLiteral("ready"));
+    const auto service = serviceInState(world, "association"_s);
+    changeState(world, "configuration"_s);
+    changeState(world, "ready"_s);
+    changeState(world, "ready"_s);
     QCOMPARE(service->state(), State::Ready);
     QCOMPARE(service->previousState(), State::Configuration);
 }
@@ -163,40 +164,39 @@ void ConnmanServiceStateTest::previousStateIsTheOneBeforeTheLatestChange()
 void ConnmanServiceStateTest::changeFromAssociationToReadyRefreshesAllPropertiesAndIsAnnouncedOnce()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("association"));
+    const auto service = serviceInState(world, "association"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, QStringLiteral("Novelty"), 1, true);
-    world.simulator().setServiceProperty(Identifier, StateKey, QStringLiteral("ready"), true);
-    world.emitPropertyChanged(service->path(), StateKey, QStringLiteral("ready"));
+    world.simulator().setServiceProperty(Identifier, "Novelty"_s, 1, true);
+    world.simulator().setServiceProperty(Identifier, StateKey, "ready"_s, true);
+    world.emitPropertyChanged(service->path(), StateKey, "ready"_s);
     world.deliver();
     QCOMPARE(states(changes), {State::Ready});
     QCOMPARE(service->previousState(), State::Association);
-    QCOMPARE(service->properties().value(QStringLiteral("Novelty")), QVariant(1));
+    QCOMPARE(service->properties().value("Novelty"_s), QVariant(1));
     QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(service->path())});
 }
 
 void ConnmanServiceStateTest::listenersOfAStateChangeFindTheAddressesCurrent()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("configuration"));
-    const QVariantMap ipv4{{QStringLiteral("Method"), QStringLiteral("dhcp")},
-                           {QStringLiteral("Address"), QStringLiteral("10.0.0.2")}};
+    const auto service = serviceInState(world, "configuration"_s);
+    const QVariantMap ipv4{{"Method"_s, "dhcp"_s}, {"Address"_s, "10.0.0.2"_s}};
     world.simulator().setServiceProperty(Identifier, Ipv4, ipv4, true);
     QString seen;
     connect(service.get(), &ConnmanService::stateChanged, this,
-            [&] { seen = service->getIpv4ConfigurationValue(QStringLiteral("Address")); });
-    changeState(world, QStringLiteral("ready"));
-    QCOMPARE(seen, QStringLiteral("10.0.0.2"));
+            [&] { seen = service->getIpv4ConfigurationValue("Address"_s); });
+    changeState(world, "ready"_s);
+    QCOMPARE(seen, "10.0.0.2"_s);
 }
 
 void ConnmanServiceStateTest::sameStateTwiceIsAnnouncedOnce()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("association"));
+    const auto service = serviceInState(world, "association"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, StateKey, QStringLiteral("ready"), true);
-    world.emitPropertyChanged(service->path(), StateKey, QStringLiteral("ready"));
-    world.emitPropertyChanged(service->path(), StateKey, QStringLiteral("ready"));
+    world.simulator().setServiceProperty(Identifier, StateKey, "ready"_s, true);
+    world.emitPropertyChanged(service->path(), StateKey, "ready"_s);
+    world.emitPropertyChanged(service->path(), StateKey, "ready"_s);
     world.deliver();
     QCOMPARE(states(changes), {State::Ready});
     const QString call = MirrorWorld::getPropertiesCall(service->path());
@@ -209,10 +209,10 @@ void ConnmanServiceStateTest::sameStateTwiceIsAnnouncedOnce()
 void ConnmanServiceStateTest::refreshHasTheLastWordOnTheState()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("association"));
+    const auto service = serviceInState(world, "association"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, StateKey, QStringLiteral("failure"), true);
-    world.emitPropertyChanged(service->path(), StateKey, QStringLiteral("configuration"));
+    world.simulator().setServiceProperty(Identifier, StateKey, "failure"_s, true);
+    world.emitPropertyChanged(service->path(), StateKey, "configuration"_s);
     world.deliver();
     QCOMPARE(states(changes), {State::Failure});
 }
@@ -220,7 +220,7 @@ void ConnmanServiceStateTest::refreshHasTheLastWordOnTheState()
 void ConnmanServiceStateTest::serviceChangedWithTheSameStateAnnouncesNothing()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("idle"));
+    const auto service = serviceInState(world, "idle"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
     service->serviceChanged();
     QCOMPARE(changes.count(), 0);
@@ -230,9 +230,9 @@ void ConnmanServiceStateTest::serviceChangedWithTheSameStateAnnouncesNothing()
 void ConnmanServiceStateTest::serviceChangedFollowsAStateThatCameWithoutASignal()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("idle"));
+    const auto service = serviceInState(world, "idle"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, StateKey, QStringLiteral("online"), true);
+    world.simulator().setServiceProperty(Identifier, StateKey, "online"_s, true);
     service->serviceChanged();
     QCOMPARE(states(changes), {State::Online});
     QCOMPARE(service->previousState(), State::Idle);
@@ -241,18 +241,18 @@ void ConnmanServiceStateTest::serviceChangedFollowsAStateThatCameWithoutASignal(
 void ConnmanServiceStateTest::unlistedStateIsOneLineAndKeepsTheOldOne_data()
 {
     QTest::addColumn<QString>("word");
-    QTest::newRow("unknown") << QStringLiteral("unknown");
-    QTest::newRow("unlisted") << QStringLiteral("offline");
+    QTest::newRow("unknown") << "unknown"_s;
+    QTest::newRow("unlisted") << "offline"_s;
     QTest::newRow("empty") << QString();
-    QTest::newRow("capitalised") << QStringLiteral("Ready");
-    QTest::newRow("with a blank") << QStringLiteral("ready ");
+    QTest::newRow("capitalised") << "Ready"_s;
+    QTest::newRow("with a blank") << "ready "_s;
 }
 
 void ConnmanServiceStateTest::unlistedStateIsOneLineAndKeepsTheOldOne()
 {
     QFETCH(QString, word);
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("ready"));
+    const auto service = serviceInState(world, "ready"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
     changeState(world, word);
     QCOMPARE(changes.count(), 0);
@@ -263,46 +263,43 @@ void ConnmanServiceStateTest::unlistedStateIsOneLineAndKeepsTheOldOne()
 void ConnmanServiceStateTest::missingStateIsOneLineAndKeepsTheOldOne()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("ready"));
-    const Fault fault = world.answerGetProperties({{QStringLiteral("Name"), QStringLiteral("Home")}});
+    const auto service = serviceInState(world, "ready"_s);
+    const Fault fault = world.answerGetProperties({{"Name"_s, "Home"_s}});
     service->serviceChanged();
     QCOMPARE(service->state(), State::Ready);
-    QCOMPARE(
-        world.complaints(),
-        {critical(PropertiesLog, QStringLiteral("Service-properties doesn't contain a value for State"))});
+    QCOMPARE(world.complaints(),
+             {critical(PropertiesLog, "Service-properties doesn't contain a value for State"_s)});
 }
 
 void ConnmanServiceStateTest::stateThatIsNoTextIsOneLineAndKeepsTheOldOne()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("ready"));
+    const auto service = serviceInState(world, "ready"_s);
     const Fault fault = world.answerGetProperties({{StateKey, QVariantMap()}});
     service->serviceChanged();
     QCOMPARE(service->state(), State::Ready);
     QCOMPARE(world.complaints(),
-             {critical(PropertiesLog,
-                       QStringLiteral("Invalid value of State for service \"%1\"").arg(service->path()))});
+             {critical(PropertiesLog, "Invalid value of State for service \"%1\""_s.arg(service->path()))});
 }
 
 void ConnmanServiceStateTest::updateStateOnAnEmptyCacheIsOneLine()
 {
     MirrorWorld world;
-    ConnmanService service(world.connection(), QDBusObjectPath(QStringLiteral("/x")), nullptr);
+    ConnmanService service(world.connection(), QDBusObjectPath("/x"_s), nullptr);
     QVERIFY(!service.updateState());
     QCOMPARE(service.state(), State::Unknown);
-    QCOMPARE(
-        world.complaints(),
-        {critical(PropertiesLog, QStringLiteral("Service-properties doesn't contain a value for State"))});
+    QCOMPARE(world.complaints(),
+             {critical(PropertiesLog, "Service-properties doesn't contain a value for State"_s)});
 }
 
 void ConnmanServiceStateTest::stateAfterAnInvalidOneIsFollowedAgain()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("idle"));
-    changeState(world, QStringLiteral("unknown"));
+    const auto service = serviceInState(world, "idle"_s);
+    changeState(world, "unknown"_s);
     QCOMPARE(service->state(), State::Idle);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    changeState(world, QStringLiteral("ready"));
+    changeState(world, "ready"_s);
     QCOMPARE(states(changes), {State::Ready});
     QCOMPARE(service->previousState(), State::Idle);
 }
@@ -310,22 +307,20 @@ void ConnmanServiceStateTest::stateAfterAnInvalidOneIsFollowedAgain()
 void ConnmanServiceStateTest::failedRefreshStillFollowsTheAnnouncedState()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("association"));
+    const auto service = serviceInState(world, "association"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    const Fault fault =
-        world.failGetProperties(QStringLiteral("net.connman.Error.Failed"), QStringLiteral("Not today"));
-    changeState(world, QStringLiteral("ready"));
+    const Fault fault = world.failGetProperties("net.connman.Error.Failed"_s, "Not today"_s);
+    changeState(world, "ready"_s);
     QCOMPARE(states(changes), {State::Ready});
-    QCOMPARE(world.complaints(),
-             {critical(PropertiesLog, QStringLiteral("Call to GetProperties failed: \"Not today\""))});
+    QCOMPARE(world.complaints(), {critical(PropertiesLog, "Call to GetProperties failed: \"Not today\""_s)});
 }
 
 void ConnmanServiceStateTest::vanishedServiceStillFollowsTheAnnouncedState()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("ready"));
+    const auto service = serviceInState(world, "ready"_s);
     const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.emitPropertyChanged(service->path(), StateKey, QStringLiteral("disconnect"));
+    world.emitPropertyChanged(service->path(), StateKey, "disconnect"_s);
     world.simulator().removeService(Identifier);
     world.deliver();
     QCOMPARE(states(changes), {State::Disconnect});
@@ -335,26 +330,25 @@ void ConnmanServiceStateTest::vanishedServiceStillFollowsTheAnnouncedState()
 void ConnmanServiceStateTest::stateChangeLogsOneDebugLine()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("idle"));
+    const auto service = serviceInState(world, "idle"_s);
     world.log().clear();
-    world.simulator().setServiceProperty(Identifier, StateKey, QStringLiteral("ready"), true);
+    world.simulator().setServiceProperty(Identifier, StateKey, "ready"_s, true);
     service->serviceChanged();
     QCOMPARE(world.debugLines(PropertiesLog),
-             {QStringLiteral("State of \"%1\" changed \"idle\" => \"ready\"").arg(service->path())});
+             {"State of \"%1\" changed \"idle\" => \"ready\""_s.arg(service->path())});
 }
 
 void ConnmanServiceStateTest::stateChangeIsLoggedBeforeItIsAnnounced()
 {
     MirrorWorld world;
-    const auto service = serviceInState(world, QStringLiteral("idle"));
+    const auto service = serviceInState(world, "idle"_s);
     world.log().clear();
     QStringList linesAtSignal;
     connect(service.get(), &ConnmanService::stateChanged, this,
             [&] { linesAtSignal = world.debugLines(PropertiesLog); });
-    changeState(world, QStringLiteral("ready"));
-    const QStringList expected{
-        QStringLiteral("propertyChanged( \"State\" ,  QVariant(QString, \"ready\") )"),
-        QStringLiteral("State of \"%1\" changed \"idle\" => \"ready\"").arg(service->path())};
+    changeState(world, "ready"_s);
+    const QStringList expected{"propertyChanged( \"State\" ,  QVariant(QString, \"ready\") )"_s,
+                               "State of \"%1\" changed \"idle\" => \"ready\""_s.arg(service->path())};
     QCOMPARE(linesAtSignal, expected);
 }
 

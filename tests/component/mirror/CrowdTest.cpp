@@ -5,6 +5,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -32,7 +33,7 @@ constexpr uint AtATime = 5;
 
 QString numberedPath(int number)
 {
-    return MirrorWorld::pathOf(QStringLiteral("wifi_crowd_%1").arg(number));
+    return MirrorWorld::pathOf("wifi_crowd_%1"_s.arg(number));
 }
 
 /// Every State that each service has reported, by identifier.
@@ -54,12 +55,11 @@ std::vector<std::unique_ptr<ConnmanService>> crowd(const MirrorWorld &world)
 int toldOfAChange(MirrorWorld &world, const std::vector<std::unique_ptr<ConnmanService>> &services)
 {
     for (const auto &service : services) {
-        world.emitPropertyChanged(service->path(), QStringLiteral("Strength"),
-                                  QVariant::fromValue(uchar(61)));
+        world.emitPropertyChanged(service->path(), "Strength"_s, QVariant::fromValue(uchar(61)));
     }
     world.deliver();
     return static_cast<int>(std::count_if(services.cbegin(), services.cend(), [](const auto &service) {
-        return service->properties().contains(QStringLiteral("Strength"));
+        return service->properties().contains("Strength"_s);
     }));
 }
 
@@ -67,7 +67,7 @@ int toldOfAChange(MirrorWorld &world, const std::vector<std::unique_ptr<ConnmanS
 int readsOfAChange(MirrorWorld &world, const QDBusObjectPath &path)
 {
     world.simulator().clearCalls();
-    world.emitPropertyChanged(path.path(), StateKey, QStringLiteral("idle"));
+    world.emitPropertyChanged(path.path(), StateKey, "idle"_s);
     world.deliver();
     return world.simulator().calls().count(MirrorWorld::getPropertiesCall(path.path()));
 }
@@ -120,7 +120,7 @@ void CrowdTest::fiveThousandServicesLoseNoStateChange()
         QVERIFY(hasServices(manager, AtATime));
         const QStringList identifiers = world.simulator().services();
         for (const QString &identifier : identifiers) {
-            world.simulator().setServiceProperty(identifier, StateKey, QStringLiteral("ready"));
+            world.simulator().setServiceProperty(identifier, StateKey, "ready"_s);
         }
         world.deliver();
         for (const QString &identifier : identifiers) {
@@ -140,7 +140,7 @@ void CrowdTest::fiveThousandServicesLoseNoStateChange()
 void CrowdTest::removedServiceIsReleased()
 {
     MirrorWorld world;
-    const QDBusObjectPath path = world.addService(QStringLiteral("wifi_crowd_0"));
+    const QDBusObjectPath path = world.addService("wifi_crowd_0"_s);
     RecordedManager filled(world);
     const std::weak_ptr<ConnmanService> service = filled.manager.services().constFirst();
     QVERIFY(!service.expired());
@@ -154,7 +154,7 @@ void CrowdTest::returnsOfOneServiceAreReadOncePerChange()
 {
     constexpr int Returns = 50;
     MirrorWorld world;
-    const QDBusObjectPath path = world.addService(QStringLiteral("wifi_crowd_0"));
+    const QDBusObjectPath path = world.addService("wifi_crowd_0"_s);
     RecordedManager filled(world);
     for (int count = 0; count < Returns; ++count) {
         filled.manager.remService(path);

@@ -6,6 +6,7 @@
 #include "MirrorWorld.h"
 #include "OddValues.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusConnectionInterface>
 #include <QTest>
@@ -37,24 +38,23 @@ void addReplyRows()
         QTest::newRow(received) << QVariantList{argument} << QString(QLatin1String(received));
     };
     registerOddTypes();
-    QTest::newRow("no arguments") << QVariantList() << QStringLiteral("<empty signature>");
-    row("s", QStringLiteral("text"));
+    QTest::newRow("no arguments") << QVariantList() << "<empty signature>"_s;
+    row("s", "text"_s);
     row("i", 7);
-    row("as", QStringList{QStringLiteral("/x")});
-    row("a{sv}", QVariantMap{{QStringLiteral("/x"), 1}});
-    row("ao", QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(QStringLiteral("/x"))}));
+    row("as", QStringList{"/x"_s});
+    row("a{sv}", QVariantMap{{"/x"_s, 1}});
+    row("ao", QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath("/x"_s)}));
     row("ai", QVariant::fromValue(QList<int>{1}));
-    row("av", QVariantList{1, QStringLiteral("text")});
-    row("a{ss}", QVariant::fromValue(TextMap{{QStringLiteral("a"), QStringLiteral("b")}}));
-    row("(si)", QVariant::fromValue(OddPair{QStringLiteral("text"), 7}));
-    row("(oa{sv})", QVariant::fromValue(ConnmanServiceInfo{QDBusObjectPath(QStringLiteral("/x")), {}}));
+    row("av", QVariantList{1, "text"_s});
+    row("a{ss}", QVariant::fromValue(TextMap{{"a"_s, "b"_s}}));
+    row("(si)", QVariant::fromValue(OddPair{"text"_s, 7}));
+    row("(oa{sv})", QVariant::fromValue(ConnmanServiceInfo{QDBusObjectPath("/x"_s), {}}));
 }
 
 QString unexpectedSignature(const QString &category, const QString &method, const QString &received)
 {
-    return critical(category,
-                    QStringLiteral("Call to %1 failed: \"Unexpected reply signature: got \\\"%2\\\"")
-                        .arg(method, received));
+    return critical(
+        category, "Call to %1 failed: \"Unexpected reply signature: got \\\"%2\\\""_s.arg(method, received));
 }
 
 } // namespace
@@ -83,15 +83,15 @@ void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache_data
 {
     QTest::addColumn<QVariantList>("arguments");
     QTest::addColumn<QString>("received");
-    QTest::newRow("no arguments") << QVariantList() << QStringLiteral("<empty signature>");
+    QTest::newRow("no arguments") << QVariantList() << "<empty signature>"_s;
     const QVector<OddValue> values = rawOddValues();
     for (int i = 0; i < values.size(); ++i) {
         QTest::addRow("%d %s", i, values[i].signature)
             << QVariantList{values[i].value} << QString(QLatin1String(values[i].signature));
     }
-    QTest::newRow("s") << QVariantList{QStringLiteral("text")} << QStringLiteral("s");
-    QTest::newRow("y") << QVariantList{QVariant::fromValue(uchar(7))} << QStringLiteral("y");
-    QTest::newRow("as") << QVariantList{QStringList{QStringLiteral("State")}} << QStringLiteral("as");
+    QTest::newRow("s") << QVariantList{"text"_s} << "s"_s;
+    QTest::newRow("y") << QVariantList{QVariant::fromValue(uchar(7))} << "y"_s;
+    QTest::newRow("as") << QVariantList{QStringList{"State"_s}} << "as"_s;
 }
 
 void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache()
@@ -109,7 +109,7 @@ void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache()
     QCOMPARE(service.properties(), before);
     QCOMPARE(world.complaints().size(), 1);
     QVERIFY(world.complaints().constFirst().startsWith(
-        unexpectedSignature(QStringLiteral("ConnmanService.properties"), GetProperties, received)));
+        unexpectedSignature("ConnmanService.properties"_s, GetProperties, received)));
 }
 
 void HostilePeerTest::servicesThatAreNoListAreOneLine_data()
@@ -124,13 +124,13 @@ void HostilePeerTest::servicesThatAreNoListAreOneLine()
     MirrorWorld world;
     world.addService(Service);
     ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, QStringLiteral("GetServices"),
-                                                      FaultKind::reply(arguments));
+    const Fault fault =
+        world.simulator().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply(arguments));
     QVERIFY(!manager.updateServices());
     QVERIFY(manager.services().isEmpty());
     QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(unexpectedSignature(
-        QStringLiteral("ConnmanManager.services"), QStringLiteral("GetServices"), received)));
+    QVERIFY(world.complaints().constFirst().startsWith(
+        unexpectedSignature("ConnmanManager.services"_s, "GetServices"_s, received)));
     QVERIFY(manager.updateServices());
     QCOMPARE(registeredPaths(manager), {path()});
 }
@@ -146,23 +146,23 @@ void HostilePeerTest::technologiesThatAreNoListAreOneLine()
     QFETCH(QString, received);
     MirrorWorld world;
     ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, QStringLiteral("GetTechnologies"),
-                                                      FaultKind::reply(arguments));
+    const Fault fault =
+        world.simulator().injectFault(ManagerInterface, "GetTechnologies"_s, FaultKind::reply(arguments));
     QVERIFY(!manager.hasTechnology(QString()));
     QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(unexpectedSignature(
-        QStringLiteral("ConnmanManager.technology"), QStringLiteral("GetTechnologies"), received)));
+    QVERIFY(world.complaints().constFirst().startsWith(
+        unexpectedSignature("ConnmanManager.technology"_s, "GetTechnologies"_s, received)));
     QVERIFY(manager.hasTechnology(QString()));
 }
 
 void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard_data()
 {
     QTest::addColumn<QVariantList>("arguments");
-    const QString name = QStringLiteral("Strength");
+    const QString name = "Strength"_s;
     const QVariant wrapped = QVariant::fromValue(QDBusVariant(QVariant::fromValue(uchar(61))));
     QTest::newRow("none") << QVariantList();
     QTest::newRow("s") << QVariantList{name};
-    QTest::newRow("ss") << QVariantList{name, QStringLiteral("61")};
+    QTest::newRow("ss") << QVariantList{name, "61"_s};
     QTest::newRow("sy") << QVariantList{name, QVariant::fromValue(uchar(61))};
     QTest::newRow("vs") << QVariantList{wrapped, name};
     QTest::newRow("svs") << QVariantList{name, wrapped, name};
@@ -174,17 +174,17 @@ void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard()
     QFETCH(QVariantList, arguments);
     MirrorWorld world;
     const ConnmanManager manager(world.connection(), nullptr);
-    const ConnmanTechnology wifi(world.connection(), QStringLiteral("wifi"), nullptr);
+    const ConnmanTechnology wifi(world.connection(), "wifi"_s, nullptr);
     ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
     world.log().clear();
     world.simulator().emitSignal(path(), ServiceInterface, PropertyChanged, arguments);
-    world.simulator().emitSignal(QStringLiteral("/net/connman/technology/wifi"),
-                                 QStringLiteral("net.connman.Technology"), PropertyChanged, arguments);
+    world.simulator().emitSignal("/net/connman/technology/wifi"_s, "net.connman.Technology"_s,
+                                 PropertyChanged, arguments);
     world.simulator().emitSignal(ManagerPath, ManagerInterface, PropertyChanged, arguments);
     world.deliver();
     QVERIFY(service.properties().isEmpty());
     QVERIFY(!world.log().contains(PropertyChanged));
-    world.emitPropertyChanged(path(), QStringLiteral("Strength"), QVariant::fromValue(uchar(61)));
+    world.emitPropertyChanged(path(), "Strength"_s, QVariant::fromValue(uchar(61)));
     world.deliver();
     QCOMPARE(service.strength(), 61);
 }
@@ -193,15 +193,15 @@ void HostilePeerTest::announcementOfAnotherShapeIsNotHeard_data()
 {
     QTest::addColumn<QVariantList>("arguments");
     const QVariant records = QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(path()), {}}});
-    const QVariant paths = QVariant::fromValue(
-        QList<QDBusObjectPath>{QDBusObjectPath(QStringLiteral("/net/connman/service/b"))});
+    const QVariant paths =
+        QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath("/net/connman/service/b"_s)});
     QTest::newRow("none") << QVariantList();
     QTest::newRow("only the changed") << QVariantList{records};
     QTest::newRow("only the removed") << QVariantList{paths};
     QTest::newRow("swapped") << QVariantList{paths, records};
     QTest::newRow("removed as texts") << QVariantList{records, QStringList{path()}};
     QTest::newRow("changed as paths") << QVariantList{paths, paths};
-    QTest::newRow("changed as a dictionary") << QVariantList{QVariantMap{{QStringLiteral("a"), 1}}, paths};
+    QTest::newRow("changed as a dictionary") << QVariantList{QVariantMap{{"a"_s, 1}}, paths};
     QTest::newRow("one more") << QVariantList{records, paths, 1};
 }
 
@@ -210,7 +210,7 @@ void HostilePeerTest::announcementOfAnotherShapeIsNotHeard()
     QFETCH(QVariantList, arguments);
     MirrorWorld world;
     const RecordedManager recorded(world);
-    world.simulator().emitSignal(ManagerPath, ManagerInterface, QStringLiteral("ServicesChanged"), arguments);
+    world.simulator().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s, arguments);
     world.deliver();
     QVERIFY(recorded.manager.services().isEmpty());
     QCOMPARE(world.complaints(), QStringList());
@@ -226,14 +226,13 @@ void HostilePeerTest::signalsOfOthersThanConnmanAreNotHeard()
     const RecordedManager recorded(world);
     world.simulator().clearCalls();
     ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
-    QDBusConnection stranger =
-        QDBusConnection::connectToBus(world.bus().address(), QStringLiteral("stranger"));
+    QDBusConnection stranger = QDBusConnection::connectToBus(world.bus().address(), "stranger"_s);
     QDBusMessage signal = QDBusMessage::createSignal(path(), ServiceInterface, PropertyChanged);
-    signal << QStringLiteral("State") << QVariant::fromValue(QDBusVariant(QStringLiteral("online")));
+    signal << "State"_s << QVariant::fromValue(QDBusVariant("online"_s));
     QVERIFY(stranger.send(signal));
     // A round trip to the bus, so that it has passed the signal on before ConnMan's next message.
-    QVERIFY(stranger.interface()->isServiceRegistered(QStringLiteral("net.connman")));
-    QDBusConnection::disconnectFromBus(QStringLiteral("stranger"));
+    QVERIFY(stranger.interface()->isServiceRegistered("net.connman"_s));
+    QDBusConnection::disconnectFromBus("stranger"_s);
     world.deliver();
     QVERIFY(service.properties().isEmpty());
     QCOMPARE(recorded.manager.services().constFirst()->state(), State::Idle);
@@ -244,9 +243,9 @@ void HostilePeerTest::agentRegistrationAnsweredWithAValueSucceeds()
 {
     MirrorWorld world;
     ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, QStringLiteral("RegisterAgent"),
-                                                      FaultKind::reply({QStringLiteral("text")}));
-    QVERIFY(manager.registerAgent(QDBusObjectPath(QStringLiteral("/agent"))));
+    const Fault fault =
+        world.simulator().injectFault(ManagerInterface, "RegisterAgent"_s, FaultKind::reply({"text"_s}));
+    QVERIFY(manager.registerAgent(QDBusObjectPath("/agent"_s)));
     QCOMPARE(world.complaints(), QStringList());
 }
 

@@ -6,6 +6,7 @@
 #include "MirrorWorld.h"
 #include "OddValues.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -28,21 +29,20 @@ QString path()
 QVector<OddValue> anyValues()
 {
     QVector<OddValue> values = rawOddValues();
-    const QVariantMap dictionary{{QStringLiteral("Method"), QStringLiteral("dhcp")}};
-    const QVariantMap deep{
-        {QStringLiteral("Interface"), QVariantMap{{QStringLiteral("Interface"), dictionary}}}};
-    values.append({"s", QStringLiteral("text")});
+    const QVariantMap dictionary{{"Method"_s, "dhcp"_s}};
+    const QVariantMap deep{{"Interface"_s, QVariantMap{{"Interface"_s, dictionary}}}};
+    values.append({"s", "text"_s});
     values.append({"i", -7});
     values.append({"y", QVariant::fromValue(uchar(7))});
     values.append({"b", true});
     values.append({"d", 0.5});
-    values.append({"as", QStringList{QStringLiteral("a"), QStringLiteral("b")}});
+    values.append({"as", QStringList{"a"_s, "b"_s}});
     values.append({"ay", QByteArray("\0\xff", 2)});
     values.append({"a{sv}", dictionary});
     values.append({"empty a{sv}", QVariantMap()});
     values.append({"deep a{sv}", deep});
     values.append({"v", QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(7))))});
-    values.append({"o", QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x")))});
+    values.append({"o", QVariant::fromValue(QDBusObjectPath("/x"_s))});
     values.append({"long s", QString(1 << 20, QLatin1Char('x'))});
     return values;
 }
@@ -58,18 +58,10 @@ void addAnyValueRows()
 
 const QStringList &serviceKeys()
 {
-    static const QStringList keys{QStringLiteral("AutoConnect"),
-                                  QStringLiteral("Ethernet"),
-                                  QStringLiteral("Favorite"),
-                                  QStringLiteral("IPv4"),
-                                  QStringLiteral("IPv4.Configuration"),
-                                  QStringLiteral("IPv6.Configuration"),
-                                  QStringLiteral("Name"),
-                                  QStringLiteral("Nameservers"),
-                                  QStringLiteral("Security"),
-                                  QStringLiteral("State"),
-                                  QStringLiteral("Strength"),
-                                  QStringLiteral("Type")};
+    static const QStringList keys{"AutoConnect"_s, "Ethernet"_s,           "Favorite"_s,
+                                  "IPv4"_s,        "IPv4.Configuration"_s, "IPv6.Configuration"_s,
+                                  "Name"_s,        "Nameservers"_s,        "Security"_s,
+                                  "State"_s,       "Strength"_s,           "Type"_s};
     return keys;
 }
 
@@ -168,10 +160,10 @@ void HostileValuesTest::anyValueInTheManagersPropertyChangeIsSurvived()
     QFETCH(QVariant, value);
     MirrorWorld world;
     const ConnmanManager manager(world.connection(), nullptr);
-    world.simulator().emitSignal(ManagerPath, ManagerInterface, QStringLiteral("PropertyChanged"),
-                                 {QStringLiteral("State"), QVariant::fromValue(QDBusVariant(value))});
+    world.simulator().emitSignal(ManagerPath, ManagerInterface, "PropertyChanged"_s,
+                                 {"State"_s, QVariant::fromValue(QDBusVariant(value))});
     world.deliver();
-    QCOMPARE(world.debugLines(QStringLiteral("ConnmanManager.properties")).size(), 1);
+    QCOMPARE(world.debugLines("ConnmanManager.properties"_s).size(), 1);
     QCOMPARE(world.complaints(), QStringList());
 }
 
@@ -185,17 +177,17 @@ void HostileValuesTest::recordsWithAnyValuesAreRegistered()
     QFETCH(QVariant, value);
     MirrorWorld world;
     world.addService(Service);
-    const QVariantMap properties{{QStringLiteral("State"), value}, {QString(), value}};
+    const QVariantMap properties{{"State"_s, value}, {QString(), value}};
     const QVariant records =
         QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(path()), properties}});
     ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, QStringLiteral("GetServices"),
-                                                      FaultKind::reply({records}));
+    const Fault fault =
+        world.simulator().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply({records}));
     QVERIFY(manager.updateServices());
-    const Fault technologies = world.simulator().injectFault(
-        ManagerInterface, QStringLiteral("GetTechnologies"), FaultKind::reply({records}));
+    const Fault technologies =
+        world.simulator().injectFault(ManagerInterface, "GetTechnologies"_s, FaultKind::reply({records}));
     QVERIFY(manager.hasTechnology(Service));
-    world.simulator().emitSignal(ManagerPath, ManagerInterface, QStringLiteral("ServicesChanged"),
+    world.simulator().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s,
                                  {records, QVariant::fromValue(QList<QDBusObjectPath>())});
     world.deliver();
     QCOMPARE(registeredPaths(manager), {path()});

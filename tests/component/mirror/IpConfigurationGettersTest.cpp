@@ -4,6 +4,7 @@
 #include "MirrorWorld.h"
 #include "OddValues.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QMap>
 #include <QTest>
@@ -36,22 +37,22 @@ QString line(const QString &text)
 
 QString methodIsInvalid()
 {
-    return line(QStringLiteral("Value of Method is invalid"));
+    return line("Value of Method is invalid"_s);
 }
 
 QString emptyIpv4()
 {
-    return line(QStringLiteral("Empty or missing ipv4-configuration."));
+    return line("Empty or missing ipv4-configuration."_s);
 }
 
 QString emptyIpv6()
 {
-    return line(QStringLiteral("Empty or missing ipv6-configuration."));
+    return line("Empty or missing ipv6-configuration."_s);
 }
 
 QString complaintAbout(const QString &complaint, const QString &key)
 {
-    return line(QStringLiteral("%1 property \"%2\" of service \"%3\"").arg(complaint, key, QString(Path)));
+    return line("%1 property \"%2\" of service \"%3\""_s.arg(complaint, key, QString(Path)));
 }
 
 } // namespace
@@ -133,13 +134,13 @@ void IpConfigurationGettersTest::methodDecidesWhichIpv4DictionaryCounts_data()
     const QVariantMap nothing;
     const QStringList silence;
     const QStringList invalid{methodIsInvalid()};
-    const QString used = QStringLiteral("10.0.0.2");
-    const QString set = QStringLiteral("192.168.1.2");
-    const QVariantMap dhcp = withMethod(QStringLiteral("dhcp"), used);
-    const QVariantMap automatic = withMethod(QStringLiteral("auto"), used);
-    const QVariantMap manualInUse = withMethod(QStringLiteral("manual"), used);
-    const QVariantMap setDhcp = withMethod(QStringLiteral("dhcp"), set);
-    const QVariantMap setManual = withMethod(QStringLiteral("manual"), set);
+    const QString used = "10.0.0.2"_s;
+    const QString set = "192.168.1.2"_s;
+    const QVariantMap dhcp = withMethod("dhcp"_s, used);
+    const QVariantMap automatic = withMethod("auto"_s, used);
+    const QVariantMap manualInUse = withMethod("manual"_s, used);
+    const QVariantMap setDhcp = withMethod("dhcp"_s, set);
+    const QVariantMap setManual = withMethod("manual"_s, set);
     const QVariantMap addressOnly{{Address, used}};
 
     row("dhcp in use", dhcp, setDhcp, dhcp, silence);
@@ -151,19 +152,18 @@ void IpConfigurationGettersTest::methodDecidesWhichIpv4DictionaryCounts_data()
     row("manual in use, empty set", manualInUse, nothing, nothing, silence);
     row("manual in use, nothing set", manualInUse, std::nullopt, nothing, silence);
     row("none in use, dhcp set", nothing, setDhcp, setDhcp, silence);
-    row("none in use, auto set", nothing, withMethod(QStringLiteral("auto"), set),
-        withMethod(QStringLiteral("auto"), set), silence);
+    row("none in use, auto set", nothing, withMethod("auto"_s, set), withMethod("auto"_s, set), silence);
     row("none in use, manual set", nothing, setManual, setManual, silence);
     row("address only in use, dhcp set", addressOnly, setDhcp, addressOnly, silence);
     row("address only in use, manual set", addressOnly, setManual, setManual, silence);
     row("none in use, empty set", nothing, nothing, nothing, invalid);
     row("none in use, nothing set", nothing, std::nullopt, nothing, invalid);
     row("address only in both", addressOnly, addressOnly, nothing, invalid);
-    row("off in use", withMethod(QStringLiteral("off"), used), setDhcp, nothing, invalid);
-    row("fixed in use", withMethod(QStringLiteral("fixed"), used), setManual, nothing, invalid);
-    row("capitalised in use", withMethod(QStringLiteral("DHCP"), used), setDhcp, nothing, invalid);
+    row("off in use", withMethod("off"_s, used), setDhcp, nothing, invalid);
+    row("fixed in use", withMethod("fixed"_s, used), setManual, nothing, invalid);
+    row("capitalised in use", withMethod("DHCP"_s, used), setDhcp, nothing, invalid);
     row("empty method in use", withMethod(QString(), used), setDhcp, nothing, invalid);
-    row("off set", nothing, withMethod(QStringLiteral("off"), set), nothing, invalid);
+    row("off set", nothing, withMethod("off"_s, set), nothing, invalid);
     row("method in use is a list of numbers", {{Method, QVariant::fromValue(QList<int>{1})}}, setDhcp,
         nothing, invalid);
 }
@@ -180,9 +180,9 @@ void IpConfigurationGettersTest::methodDecidesWhichIpv4DictionaryCounts()
 
 void IpConfigurationGettersTest::missingIpv4IsOneLineAndEmpty()
 {
-    fill({{Ipv4Configuration, withMethod(QStringLiteral("dhcp"), QStringLiteral("10.0.0.2"))}});
+    fill({{Ipv4Configuration, withMethod("dhcp"_s, "10.0.0.2"_s)}});
     QCOMPARE(m_service->getIpv4Configuration(), QVariantMap());
-    QCOMPARE(m_world->complaints(), {complaintAbout(QStringLiteral("Missing"), Ipv4)});
+    QCOMPARE(m_world->complaints(), {complaintAbout("Missing"_s, Ipv4)});
 }
 
 void IpConfigurationGettersTest::ipv4OfAnotherTypeIsOneLineAndEmpty_data()
@@ -192,9 +192,9 @@ void IpConfigurationGettersTest::ipv4OfAnotherTypeIsOneLineAndEmpty_data()
     for (int i = 0; i < odd.size(); ++i) {
         QTest::addRow("%d %s", i, odd[i].signature) << odd[i].value;
     }
-    QTest::newRow("text") << QVariant(QStringLiteral("dhcp"));
+    QTest::newRow("text") << QVariant("dhcp"_s);
     QTest::newRow("number") << QVariant(4);
-    QTest::newRow("list of texts") << QVariant(QStringList{QStringLiteral("dhcp")});
+    QTest::newRow("list of texts") << QVariant(QStringList{"dhcp"_s});
 }
 
 void IpConfigurationGettersTest::ipv4OfAnotherTypeIsOneLineAndEmpty()
@@ -202,23 +202,23 @@ void IpConfigurationGettersTest::ipv4OfAnotherTypeIsOneLineAndEmpty()
     QFETCH(QVariant, value);
     fill({{Ipv4, value}});
     QCOMPARE(m_service->getIpv4Configuration(), QVariantMap());
-    QCOMPARE(m_world->complaints(), {complaintAbout(QStringLiteral("Invalid type of"), Ipv4)});
+    QCOMPARE(m_world->complaints(), {complaintAbout("Invalid type of"_s, Ipv4)});
 }
 
 void IpConfigurationGettersTest::ipv4ConfigurationOfAnotherTypeIsOneLine()
 {
-    const QVariantMap dhcp = withMethod(QStringLiteral("dhcp"), QStringLiteral("10.0.0.2"));
-    fill({{Ipv4, dhcp}, {Ipv4Configuration, QStringLiteral("dhcp")}});
+    const QVariantMap dhcp = withMethod("dhcp"_s, "10.0.0.2"_s);
+    fill({{Ipv4, dhcp}, {Ipv4Configuration, "dhcp"_s}});
     QCOMPARE(m_service->getIpv4Configuration(), dhcp);
-    QCOMPARE(m_world->complaints(), {complaintAbout(QStringLiteral("Invalid type of"), Ipv4Configuration)});
+    QCOMPARE(m_world->complaints(), {complaintAbout("Invalid type of"_s, Ipv4Configuration)});
 }
 
 void IpConfigurationGettersTest::everyIpv4ValueIsText()
 {
-    const QVariantMap values{{Method, QStringLiteral("dhcp")},
-                             {Address, QStringLiteral("10.0.0.2")},
-                             {QStringLiteral("Netmask"), QStringLiteral("255.0.0.0")},
-                             {QStringLiteral("Gateway"), QStringLiteral("10.0.0.1")}};
+    const QVariantMap values{{Method, "dhcp"_s},
+                             {Address, "10.0.0.2"_s},
+                             {"Netmask"_s, "255.0.0.0"_s},
+                             {"Gateway"_s, "10.0.0.1"_s}};
     fill({{Ipv4, values}});
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
         QCOMPARE(m_service->getIpv4ConfigurationValue(it.key()), it.value().toString());
@@ -228,7 +228,7 @@ void IpConfigurationGettersTest::everyIpv4ValueIsText()
 
 void IpConfigurationGettersTest::valueOfAnEmptyIpv4ConfigurationIsOneLine()
 {
-    fill({{Ipv4, withMethod(QStringLiteral("manual"), QStringLiteral("10.0.0.2"))}});
+    fill({{Ipv4, withMethod("manual"_s, "10.0.0.2"_s)}});
     QCOMPARE(m_service->getIpv4ConfigurationValue(Address), QString());
     QCOMPARE(m_world->complaints(), {emptyIpv4()});
 }
@@ -243,17 +243,17 @@ void IpConfigurationGettersTest::valueOfAnUndecidableIpv4ConfigurationIsTwoLines
 
 void IpConfigurationGettersTest::ipv4ValueThatIsMissingIsOneLine()
 {
-    fill({{Ipv4, withMethod(QStringLiteral("dhcp"), QStringLiteral("10.0.0.2"))}});
-    QCOMPARE(m_service->getIpv4ConfigurationValue(QStringLiteral("Gateway")), QString());
-    QCOMPARE(m_world->complaints(), {line(QStringLiteral("Missing property \"Gateway\""))});
+    fill({{Ipv4, withMethod("dhcp"_s, "10.0.0.2"_s)}});
+    QCOMPARE(m_service->getIpv4ConfigurationValue("Gateway"_s), QString());
+    QCOMPARE(m_world->complaints(), {line("Missing property \"Gateway\""_s)});
 }
 
 void IpConfigurationGettersTest::ipv4ValueThatIsNoTextIsOneLine()
 {
-    const QVariantMap inner{{QStringLiteral("a"), 1}};
-    fill({{Ipv4, QVariantMap{{Method, QStringLiteral("dhcp")}, {Address, inner}}}});
+    const QVariantMap inner{{"a"_s, 1}};
+    fill({{Ipv4, QVariantMap{{Method, "dhcp"_s}, {Address, inner}}}});
     QCOMPARE(m_service->getIpv4ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {line(QStringLiteral("Invalid type of property \"Address\""))});
+    QCOMPARE(m_world->complaints(), {line("Invalid type of property \"Address\""_s)});
 }
 
 void IpConfigurationGettersTest::ipv6PrefixLengthIsAnInt()
@@ -267,7 +267,7 @@ void IpConfigurationGettersTest::ipv6PrefixLengthIsAnInt()
 
 void IpConfigurationGettersTest::ipv6ConfigurationWithoutPrefixLengthIsUnchanged()
 {
-    const QVariantMap automatic{{Method, QStringLiteral("auto")}};
+    const QVariantMap automatic{{Method, "auto"_s}};
     fill({{Ipv6Configuration, automatic}});
     QCOMPARE(m_service->getIpv6Configuration(), automatic);
 }
@@ -275,19 +275,18 @@ void IpConfigurationGettersTest::ipv6ConfigurationWithoutPrefixLengthIsUnchanged
 void IpConfigurationGettersTest::ipv6ConfigurationIsLoggedForDebugging()
 {
     fill({{Ipv6Configuration,
-           QVariantMap{{Method, QStringLiteral("auto")}, {PrefixLength, QVariant::fromValue(uchar(64))}}}});
+           QVariantMap{{Method, "auto"_s}, {PrefixLength, QVariant::fromValue(uchar(64))}}}});
     m_service->getIpv6Configuration();
     QCOMPARE(m_world->debugLines(PropertiesLog),
-             {QStringLiteral(
-                 "QMap((\"Method\", QVariant(QString, \"auto\"))(\"PrefixLength\", QVariant(int, 64)))")});
+             {"QMap((\"Method\", QVariant(QString, \"auto\"))(\"PrefixLength\", QVariant(int, 64)))"_s});
 }
 
 void IpConfigurationGettersTest::ipv6ValuesAreText()
 {
-    fill({{Ipv6Configuration, QVariantMap{{Address, QStringLiteral("fd00::2")},
-                                          {PrefixLength, QVariant::fromValue(uchar(64))}}}});
-    QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QStringLiteral("fd00::2"));
-    QCOMPARE(m_service->getIpv6ConfigurationValue(PrefixLength), QStringLiteral("64"));
+    fill({{Ipv6Configuration,
+           QVariantMap{{Address, "fd00::2"_s}, {PrefixLength, QVariant::fromValue(uchar(64))}}}});
+    QCOMPARE(m_service->getIpv6ConfigurationValue(Address), "fd00::2"_s);
+    QCOMPARE(m_service->getIpv6ConfigurationValue(PrefixLength), "64"_s);
     QCOMPARE(m_world->complaints(), QStringList());
 }
 
@@ -302,22 +301,22 @@ void IpConfigurationGettersTest::valueOfAMissingIpv6ConfigurationIsTwoLines()
 {
     fill({});
     QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QString());
-    const QStringList expected{complaintAbout(QStringLiteral("Missing"), Ipv6Configuration), emptyIpv6()};
+    const QStringList expected{complaintAbout("Missing"_s, Ipv6Configuration), emptyIpv6()};
     QCOMPARE(m_world->complaints(), expected);
 }
 
 void IpConfigurationGettersTest::ipv6ValueThatIsMissingIsOneLine()
 {
-    fill({{Ipv6Configuration, QVariantMap{{Method, QStringLiteral("auto")}}}});
+    fill({{Ipv6Configuration, QVariantMap{{Method, "auto"_s}}}});
     QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {line(QStringLiteral("Missing property \"Address\""))});
+    QCOMPARE(m_world->complaints(), {line("Missing property \"Address\""_s)});
 }
 
 void IpConfigurationGettersTest::ipv6ValueThatIsNoTextIsOneLine()
 {
     fill({{Ipv6Configuration, QVariantMap{{Address, QVariant::fromValue(QList<int>{1})}}}});
     QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {line(QStringLiteral("Invalid type of property \"Address\""))});
+    QCOMPARE(m_world->complaints(), {line("Invalid type of property \"Address\""_s)});
 }
 
 static const Suite<IpConfigurationGettersTest> suite;

@@ -1,6 +1,7 @@
 #include "ManagerAnnouncements.h"
 
 #include "MirrorWorld.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 
@@ -47,22 +48,22 @@ void RecordedManager::forget()
 
 QStringList RecordedManager::interfaceLines() const
 {
-    return announcements.lines(QStringLiteral("interface"));
+    return announcements.lines("interface"_s);
 }
 
 QString added(const QString &identifier)
 {
-    return QStringLiteral("added %1").arg(identifier);
+    return "added %1"_s.arg(identifier);
 }
 
 QString stateOf(const QString &identifier, ConnmanService::State state)
 {
-    return QStringLiteral("state %1 %2").arg(identifier).arg(static_cast<int>(state));
+    return "state %1 %2"_s.arg(identifier).arg(static_cast<int>(state));
 }
 
 QString interfaceIs(const QString &name, ConnmanService::State state)
 {
-    return QStringLiteral("interface %1 %2").arg(name).arg(static_cast<int>(state));
+    return "interface %1 %2"_s.arg(name).arg(static_cast<int>(state));
 }
 
 QStringList registeredPaths(const ConnmanManager &manager)

@@ -2,6 +2,7 @@
 
 #include "ConnmanService.h"
 #include "OddValues.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
@@ -22,7 +23,7 @@ const QLatin1String ServicePrefix("/net/connman/service/");
 QString newConnectionName()
 {
     static int count = 0;
-    return QStringLiteral("mirror-%1").arg(++count);
+    return "mirror-%1"_s.arg(++count);
 }
 
 } // namespace
@@ -35,11 +36,10 @@ MirrorWorld::MirrorWorld()
     registerConnmanTypes();
     registerOddTypes();
     qRegisterMetaType<ConnmanService::State>("ConnmanService::State");
-    QLoggingCategory::setFilterRules(QStringLiteral("Connman*=true\nUtils=true"));
+    QLoggingCategory::setFilterRules("Connman*=true\nUtils=true"_s);
     removeAllServices();
-    m_connection.connect(QStringLiteral("net.connman"), ManagerPath, ManagerInterface,
-                         QStringLiteral("ServicesChanged"), QStringLiteral("a(oa{sv})ao"), this,
-                         SLOT(announced(ConnmanServiceInfoList, QList<QDBusObjectPath>)));
+    m_connection.connect("net.connman"_s, ManagerPath, ManagerInterface, "ServicesChanged"_s, "a(oa{sv})ao"_s,
+                         this, SLOT(announced(ConnmanServiceInfoList, QList<QDBusObjectPath>)));
     m_simulator.clearCalls();
 }
 
@@ -51,7 +51,7 @@ MirrorWorld::~MirrorWorld()
 
 QDBusConnection MirrorWorld::noConnection()
 {
-    return QDBusConnection(QStringLiteral("no such connection"));
+    return QDBusConnection("no such connection"_s);
 }
 
 void MirrorWorld::removeAllServices()
@@ -75,19 +75,19 @@ QDBusObjectPath MirrorWorld::addService(const QString &identifier, const QVarian
 
 Fault MirrorWorld::answerGetProperties(const QVariantMap &properties)
 {
-    return m_simulator.injectFault(ServiceInterface, QStringLiteral("GetProperties"),
-                                   FaultKind::reply({properties}), {}, 0);
+    return m_simulator.injectFault(ServiceInterface, "GetProperties"_s, FaultKind::reply({properties}), {},
+                                   0);
 }
 
 Fault MirrorWorld::failGetProperties(const QString &errorName, const QString &message)
 {
-    return m_simulator.injectFault(ServiceInterface, QStringLiteral("GetProperties"),
-                                   FaultKind::error(errorName, message), {}, 0);
+    return m_simulator.injectFault(ServiceInterface, "GetProperties"_s, FaultKind::error(errorName, message),
+                                   {}, 0);
 }
 
 void MirrorWorld::emitPropertyChanged(const QString &path, const QString &name, const QVariant &value)
 {
-    m_simulator.emitSignal(path, ServiceInterface, QStringLiteral("PropertyChanged"),
+    m_simulator.emitSignal(path, ServiceInterface, "PropertyChanged"_s,
                            {name, QVariant::fromValue(QDBusVariant(value))});
 }
 
@@ -101,7 +101,7 @@ void MirrorWorld::emitServicesChanged(const QStringList &changed, const QStringL
     for (const QString &path : removed) {
         gone.append(QDBusObjectPath(path));
     }
-    m_simulator.emitSignal(ManagerPath, ManagerInterface, QStringLiteral("ServicesChanged"),
+    m_simulator.emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s,
                            {QVariant::fromValue(records), QVariant::fromValue(gone)});
 }
 
@@ -109,8 +109,7 @@ void MirrorWorld::receive()
 {
     // The bus keeps the order of one sender's messages: what was sent before this answer is here with it.
     const QDBusMessage ping =
-        QDBusMessage::createMethodCall(QStringLiteral("net.connman"), ManagerPath,
-                                       QStringLiteral("org.freedesktop.DBus.Peer"), QStringLiteral("Ping"));
+        QDBusMessage::createMethodCall("net.connman"_s, ManagerPath, "org.freedesktop.DBus.Peer"_s, "Ping"_s);
     const QDBusMessage answer = m_connection.call(ping);
     if (answer.type() != QDBusMessage::ReplyMessage) {
         qCritical() << "ConnMan does not answer:" << answer.errorMessage();
@@ -149,7 +148,7 @@ QString MirrorWorld::pathOf(const QString &identifier)
 
 QString MirrorWorld::getPropertiesCall(const QString &path)
 {
-    return path + QStringLiteral(" net.connman.Service.GetProperties()");
+    return path + " net.connman.Service.GetProperties()"_s;
 }
 
 void MirrorWorld::announced(const ConnmanServiceInfoList &changed, const QList<QDBusObjectPath> & /*removed*/)
@@ -161,12 +160,12 @@ void MirrorWorld::announced(const ConnmanServiceInfoList &changed, const QList<Q
 
 QString critical(const QString &category, const QString &text)
 {
-    return QStringLiteral("critical %1: %2").arg(category, text);
+    return "critical %1: %2"_s.arg(category, text);
 }
 
 QString warning(const QString &category, const QString &text)
 {
-    return QStringLiteral("warning %1: %2").arg(category, text);
+    return "warning %1: %2"_s.arg(category, text);
 }
 
 QStringList ownMethods(const QMetaObject &metaObject)

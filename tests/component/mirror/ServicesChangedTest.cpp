@@ -4,6 +4,7 @@
 #include "ManagerAnnouncements.h"
 #include "MirrorWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -18,7 +19,7 @@ const QLatin1String ServicesLog("ConnmanManager.services");
 
 const QVariantMap &idle()
 {
-    static const QVariantMap properties{{QStringLiteral("State"), QStringLiteral("idle")}};
+    static const QVariantMap properties{{"State"_s, "idle"_s}};
     return properties;
 }
 
@@ -39,8 +40,7 @@ QString path(const QString &identifier)
 
 QString nonExistent(const QString &servicePath)
 {
-    return warning(ServicesLog,
-                   QStringLiteral("Trying to remove non-existant service \"%1\"").arg(servicePath));
+    return warning(ServicesLog, "Trying to remove non-existant service \"%1\""_s.arg(servicePath));
 }
 
 } // namespace
@@ -77,27 +77,27 @@ void ServicesChangedTest::announcedServiceThatIsKnownIsReadAgain()
     world.addService(A, idle());
     FilledManager filled(world);
     const auto service = filled.manager.services().constFirst();
-    world.simulator().setServiceProperty(A, QStringLiteral("Name"), QStringLiteral("Renamed"), true);
+    world.simulator().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
     world.emitServicesChanged({path(A)}, {});
     world.deliver();
-    QCOMPARE(service->name(), QStringLiteral("Renamed"));
+    QCOMPARE(service->name(), "Renamed"_s);
     QCOMPARE(filled.manager.services(), {service});
     QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path(A))});
-    QCOMPARE(filled.announcements.lines(QStringLiteral("added")), QStringList());
+    QCOMPARE(filled.announcements.lines("added"_s), QStringList());
 }
 
 void ServicesChangedTest::announcedPropertiesAreNotUsed()
 {
     MirrorWorld world;
-    world.addService(A, {{QStringLiteral("Name"), QStringLiteral("Home")}});
+    world.addService(A, {{"Name"_s, "Home"_s}});
     FilledManager filled(world);
-    const QVariantMap lie{{QStringLiteral("Name"), QStringLiteral("Lie")}};
+    const QVariantMap lie{{"Name"_s, "Lie"_s}};
     const ConnmanServiceInfoList changed{{QDBusObjectPath(path(A)), lie}};
     world.simulator().emitSignal(
-        QStringLiteral("/"), QStringLiteral("net.connman.Manager"), QStringLiteral("ServicesChanged"),
+        "/"_s, "net.connman.Manager"_s, "ServicesChanged"_s,
         {QVariant::fromValue(changed), QVariant::fromValue(QList<QDBusObjectPath>())});
     world.deliver();
-    QCOMPARE(filled.manager.services().constFirst()->name(), QStringLiteral("Home"));
+    QCOMPARE(filled.manager.services().constFirst()->name(), "Home"_s);
     QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path(A))});
 }
 
@@ -128,8 +128,8 @@ void ServicesChangedTest::newServiceAnnouncedAsChangedAndRemovedIsAddedThenRemov
     QVERIFY(recorded.manager.services().isEmpty());
     const QStringList expected{stateOf(A, State::Idle), added(A)};
     QCOMPARE(recorded.announcements.lines(), expected);
-    const QStringList expectedLog{QStringLiteral("Adding service \"%1\"").arg(path(A)),
-                                  QStringLiteral("Removing service \"%1\"").arg(path(A))};
+    const QStringList expectedLog{"Adding service \"%1\""_s.arg(path(A)),
+                                  "Removing service \"%1\""_s.arg(path(A))};
     QCOMPARE(world.debugLines(ServicesLog), expectedLog);
     QCOMPARE(world.complaints(), QStringList());
 }
@@ -140,11 +140,11 @@ void ServicesChangedTest::knownServiceAnnouncedAsChangedAndRemovedIsReadThenRemo
     world.addService(A, idle());
     FilledManager filled(world);
     const auto service = filled.manager.services().constFirst();
-    world.simulator().setServiceProperty(A, QStringLiteral("Name"), QStringLiteral("Renamed"), true);
+    world.simulator().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
     world.emitServicesChanged({path(A)}, {path(A)});
     world.deliver();
     QVERIFY(filled.manager.services().isEmpty());
-    QCOMPARE(service->name(), QStringLiteral("Renamed"));
+    QCOMPARE(service->name(), "Renamed"_s);
     QCOMPARE(world.complaints(), QStringList());
 }
 
@@ -165,9 +165,7 @@ void ServicesChangedTest::unknownRemovalIsAWarningAndNothingElse()
 void ServicesChangedTest::announcementIsHandledInOrderWithTheInterfacesLast()
 {
     MirrorWorld world;
-    const QVariantMap onWlan{
-        {QStringLiteral("State"), QStringLiteral("ready")},
-        {QStringLiteral("Ethernet"), QVariantMap{{QStringLiteral("Interface"), QStringLiteral("wlan0")}}}};
+    const QVariantMap onWlan{{"State"_s, "ready"_s}, {"Ethernet"_s, QVariantMap{{"Interface"_s, "wlan0"_s}}}};
     const QDBusObjectPath first = world.addService(A, onWlan);
     const QDBusObjectPath second = world.addService(B, onWlan);
     RecordedManager recorded(world);
@@ -179,7 +177,7 @@ void ServicesChangedTest::announcementIsHandledInOrderWithTheInterfacesLast()
     world.emitServicesChanged({path(B), path(A)}, {path(B)});
     world.deliver();
     const QStringList expected{stateOf(B, State::Ready), added(B), stateOf(A, State::Ready), added(A),
-                               interfaceIs(QStringLiteral("wlan0"), State::Ready)};
+                               interfaceIs("wlan0"_s, State::Ready)};
     QCOMPARE(recorded.announcements.lines(), expected);
     const QStringList expectedCalls{MirrorWorld::getPropertiesCall(path(B)),
                                     MirrorWorld::getPropertiesCall(path(A))};

@@ -7,6 +7,7 @@
 #include "PrivateBus.h"
 #include "SimulatorClient.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <libtactora/Singleton.h>
 
@@ -110,9 +111,8 @@ void SystemInfoTest::serialNumberQueryIsOneCallWithThreeInts()
     const SystemInfo info;
     info.serialNumber();
     // No type is named: ConnMan's call log does so for all but texts, booleans and 32-bit ints.
-    QCOMPARE(m_simulator->calls(),
-             {QStringLiteral("/ com.tactora.ConfigurationManager.process("
-                             "{\"commandId\": <3>, \"senderId\": <0>, \"subCommandId\": <0>})")});
+    QCOMPARE(m_simulator->calls(), {"/ com.tactora.ConfigurationManager.process("
+                                    "{\"commandId\": <3>, \"senderId\": <0>, \"subCommandId\": <0>})"_s});
 }
 
 void SystemInfoTest::serialNumberIsAskedForEachTime()
@@ -127,19 +127,18 @@ void SystemInfoTest::serialNumberIsAskedForEachTime()
 void SystemInfoTest::replyWithoutAUsableSerialNumberGivesZero_data()
 {
     QTest::addColumn<QVariantMap>("reply");
-    const QVariantMap other{{QStringLiteral("version"), QStringLiteral("1")}};
+    const QVariantMap other{{"version"_s, "1"_s}};
     QTest::newRow("empty") << QVariantMap();
     QTest::newRow("without systemInfo") << other;
     QTest::newRow("serialNo on the wrong level") << QVariantMap{{SerialNo, 4711}};
     QTest::newRow("empty systemInfo") << QVariantMap{{SystemInfoKey, QVariantMap()}};
     QTest::newRow("without serialNo") << QVariantMap{{SystemInfoKey, other}};
-    QTest::newRow("systemInfo a text") << QVariantMap{{SystemInfoKey, QStringLiteral("4711")}};
+    QTest::newRow("systemInfo a text") << QVariantMap{{SystemInfoKey, "4711"_s}};
     QTest::newRow("systemInfo a number") << QVariantMap{{SystemInfoKey, 4711}};
-    QTest::newRow("serialNo a word") << replyWithSerial(QStringLiteral("none"));
+    QTest::newRow("serialNo a word") << replyWithSerial("none"_s);
     QTest::newRow("serialNo empty") << replyWithSerial(QString());
     QTest::newRow("serialNo a dictionary") << replyWithSerial(other);
-    QTest::newRow("serialNo a path") << replyWithSerial(
-        QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x"))));
+    QTest::newRow("serialNo a path") << replyWithSerial(QVariant::fromValue(QDBusObjectPath("/x"_s)));
     const QVector<OddValue> odd = rawOddValues();
     for (int i = 0; i < odd.size(); ++i) {
         QTest::addRow("systemInfo %d %s", i, odd[i].signature) << QVariantMap{{SystemInfoKey, odd[i].value}};
@@ -160,17 +159,16 @@ void SystemInfoTest::replyWithoutAUsableSerialNumberGivesZero()
 void SystemInfoTest::requestGoesOutAsItIs()
 {
     const SystemInfo info;
-    info.process({{QStringLiteral("commandId"), 9}, {QStringLiteral("text"), QStringLiteral("x")}});
-    QCOMPARE(m_simulator->calls(), {QStringLiteral("/ com.tactora.ConfigurationManager.process("
-                                                   "{\"commandId\": <9>, \"text\": <\"x\">})")});
+    info.process({{"commandId"_s, 9}, {"text"_s, "x"_s}});
+    QCOMPARE(m_simulator->calls(), {"/ com.tactora.ConfigurationManager.process("
+                                    "{\"commandId\": <9>, \"text\": <\"x\">})"_s});
 }
 
 void SystemInfoTest::replyIsUnpackedAtEveryLevel()
 {
-    const QVariantMap innermost{{QStringLiteral("number"), 7}};
-    const QVariantMap inner{{QStringLiteral("inner"), innermost},
-                            {QStringLiteral("list"), QVariantList{1, QStringLiteral("x")}}};
-    const QVariantMap reply{{QStringLiteral("outer"), inner}};
+    const QVariantMap innermost{{"number"_s, 7}};
+    const QVariantMap inner{{"inner"_s, innermost}, {"list"_s, QVariantList{1, "x"_s}}};
+    const QVariantMap reply{{"outer"_s, inner}};
     m_simulator->setConfigurationReply(reply);
     const SystemInfo info;
     QCOMPARE(info.process({}), reply);
@@ -180,21 +178,19 @@ void SystemInfoTest::errorIsOneLineAndAnEmptyReply()
 {
     const SystemInfo info;
     const Fault fault = m_simulator->injectFault(
-        ServiceName, Process,
-        FaultKind::error(QStringLiteral("com.tactora.Error.Failed"), QStringLiteral("Not today")));
+        ServiceName, Process, FaultKind::error("com.tactora.Error.Failed"_s, "Not today"_s));
     const LogCapture log;
     QVERIFY(info.process({{SerialNo, 1}}).isEmpty());
     QCOMPARE(log.messages().size(), 1);
     QCOMPARE(log.lines(Plain, QtCriticalMsg),
-             {QStringLiteral("SystemInfo::process ERROR: reply is not valid \"Not today\"")});
+             {"SystemInfo::process ERROR: reply is not valid \"Not today\""_s});
 }
 
 void SystemInfoTest::errorGivesSerialNumberZero()
 {
     const SystemInfo info;
     const Fault fault = m_simulator->injectFault(
-        ServiceName, Process,
-        FaultKind::error(QStringLiteral("com.tactora.Error.Failed"), QStringLiteral("Not today")));
+        ServiceName, Process, FaultKind::error("com.tactora.Error.Failed"_s, "Not today"_s));
     const LogCapture log;
     QCOMPARE(info.serialNumber(), 0);
     QCOMPARE(log.messages().size(), 1);
@@ -204,7 +200,7 @@ void SystemInfoTest::replyThatIsNoDictionaryIsOneLineAndEmpty_data()
 {
     QTest::addColumn<QVariantList>("arguments");
     QTest::newRow("nothing") << QVariantList();
-    QTest::newRow("text") << QVariantList{QStringLiteral("4711")};
+    QTest::newRow("text") << QVariantList{"4711"_s};
     QTest::newRow("number") << QVariantList{4711};
     const QVector<OddValue> odd = rawOddValues();
     for (int i = 0; i < odd.size(); ++i) {
@@ -220,10 +216,9 @@ void SystemInfoTest::replyThatIsNoDictionaryIsOneLineAndEmpty()
     const LogCapture log;
     QCOMPARE(info.serialNumber(), 0);
     QCOMPARE(log.messages().size(), 1);
-    QVERIFY(
-        log.lines(Plain, QtCriticalMsg)
-            .value(0)
-            .startsWith(QStringLiteral("SystemInfo::process ERROR: reply is not valid \"Unexpected reply")));
+    QVERIFY(log.lines(Plain, QtCriticalMsg)
+                .value(0)
+                .startsWith("SystemInfo::process ERROR: reply is not valid \"Unexpected reply"_s));
 }
 
 void SystemInfoTest::managerThatVanishesDuringTheCallIsOneLine()
@@ -235,7 +230,7 @@ void SystemInfoTest::managerThatVanishesDuringTheCallIsOneLine()
     QCOMPARE(log.messages().size(), 1);
     QVERIFY(log.lines(Plain, QtCriticalMsg)
                 .value(0)
-                .startsWith(QStringLiteral("SystemInfo::process ERROR: reply is not valid \"")));
+                .startsWith("SystemInfo::process ERROR: reply is not valid \""_s));
 }
 
 void SystemInfoTest::absentManagerIsTwoLinesAndZero()
@@ -245,8 +240,8 @@ void SystemInfoTest::absentManagerIsTwoLinesAndZero()
     const SystemInfo info;
     QCOMPARE(info.serialNumber(), 0);
     const QStringList expected{
-        QStringLiteral("Critical error! \"com.tactora.ConfigurationManager\" interface is not valid."),
-        QStringLiteral("SystemInfo::process ERROR: interface is not valid.")};
+        "Critical error! \"com.tactora.ConfigurationManager\" interface is not valid."_s,
+        "SystemInfo::process ERROR: interface is not valid."_s};
     QCOMPARE(log.messages().size(), 2);
     QCOMPARE(log.lines(Plain, QtCriticalMsg), expected);
     QCOMPARE(m_simulator->calls(), QStringList());

@@ -5,6 +5,7 @@
 
 #include "LogCapture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -31,9 +32,9 @@ void SystemInfoWithoutBusTest::serialNumberIsTwoLinesAndZero()
     const SystemInfo info;
     QCOMPARE(info.serialNumber(), 0);
     const QStringList expected{
-        QStringLiteral("Critical error! \"com.tactora.ConfigurationManager\" interface is not valid."),
-        QStringLiteral("SystemInfo::process ERROR: interface is not valid.")};
-    QCOMPARE(log.lines(QStringLiteral("default"), QtCriticalMsg), expected);
+        "Critical error! \"com.tactora.ConfigurationManager\" interface is not valid."_s,
+        "SystemInfo::process ERROR: interface is not valid."_s};
+    QCOMPARE(log.lines("default"_s, QtCriticalMsg), expected);
 }
 
 static const Suite<SystemInfoWithoutBusTest> suite;

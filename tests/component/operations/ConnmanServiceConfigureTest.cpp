@@ -1,5 +1,6 @@
 #include "ServiceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <functional>
 #include <QHostAddress>
@@ -134,8 +135,7 @@ void ConnmanServiceConfigureTest::unknownConfigurationIsRefused()
 
     QVERIFY(!service().configure(static_cast<Configuration>(number), address("192.168.1.5"),
                                  address("255.255.255.0"), address("192.168.1.1")));
-    QCOMPARE(criticalLines(),
-             QStringList(serviceLine(QStringLiteral("Invalid configuration value: %1").arg(number))));
+    QCOMPARE(criticalLines(), QStringList(serviceLine("Invalid configuration value: %1"_s.arg(number))));
     QCOMPARE(calls(), QStringList());
 }
 
@@ -155,8 +155,9 @@ void ConnmanServiceConfigureTest::manualReturnsWhatConnmanSays()
     const Fault refused = fault("SetProperty", connmanError("InvalidArguments", "Invalid arguments"));
 
     QVERIFY(!service().configureManual(address("10.1.2.3"), address("255.0.255.0"), address("10.1.0.1")));
-    QCOMPARE(criticalLines(), QStringList(propertiesLine(QStringLiteral(
-                                  "Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""))));
+    QCOMPARE(criticalLines(),
+             QStringList(
+                 propertiesLine("Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""_s)));
 }
 
 void ConnmanServiceConfigureTest::manualAddressesOfDifferentProtocolsAreRefused_data()
@@ -166,12 +167,11 @@ void ConnmanServiceConfigureTest::manualAddressesOfDifferentProtocolsAreRefused_
 
     const QHostAddress v4 = address("10.0.0.5");
     const QHostAddress v6 = address("fd00::5");
-    const QString mismatch =
-        QStringLiteral("Missmatched protocol types in configureManual() %1 != %2 || %1 != %3");
-    const QString ipv4 = QStringLiteral("QAbstractSocket::IPv4Protocol");
-    const QString ipv6 = QStringLiteral("QAbstractSocket::IPv6Protocol");
-    const QString unknown = QStringLiteral("QAbstractSocket::UnknownNetworkLayerProtocol");
-    const QString any = QStringLiteral("QAbstractSocket::AnyIPProtocol");
+    const QString mismatch = "Missmatched protocol types in configureManual() %1 != %2 || %1 != %3"_s;
+    const QString ipv4 = "QAbstractSocket::IPv4Protocol"_s;
+    const QString ipv6 = "QAbstractSocket::IPv6Protocol"_s;
+    const QString unknown = "QAbstractSocket::UnknownNetworkLayerProtocol"_s;
+    const QString any = "QAbstractSocket::AnyIPProtocol"_s;
 
     QTest::newRow("gateway is IPv6") << Addresses{v4, v4, v6} << mismatch.arg(ipv4, ipv4, ipv6);
     QTest::newRow("netmask is IPv6") << Addresses{v4, v6, v4} << mismatch.arg(ipv4, ipv6, ipv4);
@@ -200,10 +200,10 @@ void ConnmanServiceConfigureTest::manualAddressesOfOtherProtocolsAreRefused_data
 
     const QHostAddress any(QHostAddress::Any);
     QTest::newRow("IPv6") << Addresses{address("fd00::5"), address("ffff::"), address("fd00::1")}
-                          << QStringLiteral("QAbstractSocket::IPv6Protocol");
+                          << "QAbstractSocket::IPv6Protocol"_s;
     QTest::newRow("none") << Addresses{noAddress, noAddress, noAddress}
-                          << QStringLiteral("QAbstractSocket::UnknownNetworkLayerProtocol");
-    QTest::newRow("any") << Addresses{any, any, any} << QStringLiteral("QAbstractSocket::AnyIPProtocol");
+                          << "QAbstractSocket::UnknownNetworkLayerProtocol"_s;
+    QTest::newRow("any") << Addresses{any, any, any} << "QAbstractSocket::AnyIPProtocol"_s;
 }
 
 void ConnmanServiceConfigureTest::manualAddressesOfOtherProtocolsAreRefused()
@@ -212,7 +212,7 @@ void ConnmanServiceConfigureTest::manualAddressesOfOtherProtocolsAreRefused()
     QFETCH(QString, protocol);
 
     QVERIFY(!service().configure(Configuration::Manual, addresses.at(0), addresses.at(1), addresses.at(2)));
-    QCOMPARE(criticalLines(), QStringList(serviceLine(QStringLiteral("Unsupported protocol: ") + protocol)));
+    QCOMPARE(criticalLines(), QStringList(serviceLine("Unsupported protocol: "_s + protocol)));
     QCOMPARE(calls(), QStringList());
 }
 
@@ -291,7 +291,7 @@ void ConnmanServiceConfigureTest::operationsReturnWhatConnmanSays()
 
     QVERIFY(!operation(service()));
     QCOMPARE(criticalLines().size(), 1);
-    QVERIFY(criticalLines().constFirst().endsWith(QStringLiteral("failed: \"Not supported\"")));
+    QVERIFY(criticalLines().constFirst().endsWith("failed: \"Not supported\""_s));
 }
 
 static const Suite<ConnmanServiceConfigureTest> suite;

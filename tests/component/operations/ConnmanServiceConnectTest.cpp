@@ -1,6 +1,7 @@
 #include "EventWait.h"
 #include "ServiceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QAbstractEventDispatcher>
 #include <QDBusConnection>
@@ -15,7 +16,7 @@ using test_support::FaultKind;
 
 namespace {
 
-const QString disconnectingLine = QStringLiteral("Disconnecting service due to timeout.");
+const QString disconnectingLine = "Disconnecting service due to timeout."_s;
 // Far above what a reply takes to arrive, far below any timer that could end a wait by chance.
 constexpr int atOnceMs = 5000;
 
@@ -69,11 +70,10 @@ void ConnmanServiceConnectTest::connectReturnsTrueOnceConnmanAnswers()
 
 void ConnmanServiceConnectTest::connectOfANetworkEndsConnected()
 {
-    const QString open = connman().addNetwork({{QStringLiteral("ssid"), QStringLiteral("Cafe")},
-                                               {QStringLiteral("security"), QStringLiteral("none")}});
-    connman().addTechnology(QStringLiteral("wifi"), {{QStringLiteral("Powered"), true}});
-    ConnmanService cafe(QDBusConnection::systemBus(),
-                        QDBusObjectPath(QStringLiteral("/net/connman/service/") + open), nullptr);
+    const QString open = connman().addNetwork({{"ssid"_s, "Cafe"_s}, {"security"_s, "none"_s}});
+    connman().addTechnology("wifi"_s, {{"Powered"_s, true}});
+    ConnmanService cafe(QDBusConnection::systemBus(), QDBusObjectPath("/net/connman/service/"_s + open),
+                        nullptr);
     cafe.serviceChanged();
 
     QVERIFY(cafe.connect());
@@ -113,8 +113,7 @@ void ConnmanServiceConnectTest::connectServesEventsWhileItWaits()
 {
     const Fault late = fault("Connect", FaultKind::delay(300));
     QTimer::singleShot(0, this, [this] {
-        connman().setServiceProperty(identifier(), QStringLiteral("Strength"),
-                                     QVariant::fromValue<uchar>(17));
+        connman().setServiceProperty(identifier(), "Strength"_s, QVariant::fromValue<uchar>(17));
     });
 
     QVERIFY(!service().connect());
@@ -195,10 +194,10 @@ void ConnmanServiceConnectTest::connectWithoutReplyIsLoggedBeforeTheDisconnectin
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
     QVERIFY(!service().connect());
-    const QStringList lines = log().lines(QStringLiteral("ConnmanService"));
+    const QStringList lines = log().lines("ConnmanService"_s);
     QCOMPARE(lines.size(), 3);
     QCOMPARE(lines.at(1), disconnectingLine);
-    QVERIFY(lines.at(0).startsWith(QStringLiteral("Failed to asynchronously call Connect on ")));
+    QVERIFY(lines.at(0).startsWith("Failed to asynchronously call Connect on "_s));
 }
 
 void ConnmanServiceConnectTest::connectThatTimesOutAndCannotDisconnectFails()
@@ -219,15 +218,15 @@ void ConnmanServiceConnectTest::connectToAConnmanThatCrashesFails()
     const Fault vanished = fault("Connect", FaultKind::vanish());
     constexpr char Absent[] = "The name net.connman was not provided by any .service files";
     const QString refresh =
-        propertiesLine(QStringLiteral("Call to GetProperties failed: \"%1\"").arg(QLatin1String(Absent)));
+        propertiesLine("Call to GetProperties failed: \"%1\""_s.arg(QLatin1String(Absent)));
 
     QVERIFY(!service().connect());
     QCOMPARE(
         criticalLines(),
         QStringList({failedCallLine("Connect", "org.freedesktop.DBus.Error.NoReply",
                                     "Message recipient disconnected from message bus without replying"),
-                     propertiesLine(QStringLiteral("Setting property \"IPv4.Configuration\" failed: \"%1\"")
-                                        .arg(QLatin1String(Absent))),
+                     propertiesLine("Setting property \"IPv4.Configuration\" failed: \"%1\""_s.arg(
+                         QLatin1String(Absent))),
                      refresh, refresh,
                      failedCallLine("Disconnect", "org.freedesktop.DBus.Error.ServiceUnknown", Absent)}));
     QCOMPARE(calls(), QStringList(call("Connect")));
@@ -235,7 +234,7 @@ void ConnmanServiceConnectTest::connectToAConnmanThatCrashesFails()
 
 void ConnmanServiceConnectTest::connectWithoutConnmanFailsAtOnce()
 {
-    connman().setPresent(QStringLiteral("net.connman"), false);
+    connman().setPresent("net.connman"_s, false);
 
     QVERIFY(!service().connect());
     QCOMPARE(criticalLines(),

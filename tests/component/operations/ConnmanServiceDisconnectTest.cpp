@@ -1,5 +1,6 @@
 #include "ServiceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -67,18 +68,16 @@ void ConnmanServiceDisconnectTest::disconnectWritesTheAddressItHadAndRefreshesTw
 
     QVERIFY(service().disconnect());
     QCOMPARE(calls(), disconnectCalls());
-    QCOMPARE(service().properties().value(QStringLiteral("State")).toString(), QStringLiteral("idle"));
+    QCOMPARE(service().properties().value("State"_s).toString(), "idle"_s);
     QCOMPARE(criticalLines(), QStringList());
 }
 
 void ConnmanServiceDisconnectTest::disconnectReadsTheAddressBeforeAnythingElse()
 {
     // Disconnecting takes the addresses away, and this write would have made them the proxy's.
-    connman().setServiceProperty(identifier(), QStringLiteral("IPv4"),
-                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")},
-                                             {QStringLiteral("Address"), QStringLiteral("10.9.9.9")},
-                                             {QStringLiteral("Gateway"), QStringLiteral("10.9.9.1")}},
-                                 true);
+    connman().setServiceProperty(
+        identifier(), "IPv4"_s,
+        QVariantMap{{"Method"_s, "dhcp"_s}, {"Address"_s, "10.9.9.9"_s}, {"Gateway"_s, "10.9.9.1"_s}}, true);
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
     QVERIFY(service().disconnect());
@@ -87,13 +86,12 @@ void ConnmanServiceDisconnectTest::disconnectReadsTheAddressBeforeAnythingElse()
 
 void ConnmanServiceDisconnectTest::disconnectWithoutNetmaskEvenWhenConfiguredManually()
 {
-    connman().setServiceProperty(identifier(), QStringLiteral("IPv4.Configuration"),
-                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("manual")},
-                                             {QStringLiteral("Address"), QStringLiteral("10.5.0.2")},
-                                             {QStringLiteral("Netmask"), QStringLiteral("255.255.0.0")},
-                                             {QStringLiteral("Gateway"), QStringLiteral("10.5.0.1")}});
-    connman().setServiceProperty(identifier(), QStringLiteral("IPv4"),
-                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("manual")}});
+    connman().setServiceProperty(identifier(), "IPv4.Configuration"_s,
+                                 QVariantMap{{"Method"_s, "manual"_s},
+                                             {"Address"_s, "10.5.0.2"_s},
+                                             {"Netmask"_s, "255.255.0.0"_s},
+                                             {"Gateway"_s, "10.5.0.1"_s}});
+    connman().setServiceProperty(identifier(), "IPv4"_s, QVariantMap{{"Method"_s, "manual"_s}});
     makeProxy();
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
@@ -168,18 +166,18 @@ void ConnmanServiceDisconnectTest::disconnectSucceedsWhenOnlyTheWriteIsRefused()
 
     QVERIFY(service().disconnect());
     QCOMPARE(calls(), disconnectCalls());
-    QCOMPARE(criticalLines(), QStringList(propertiesLine(QStringLiteral(
-                                  "Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""))));
+    QCOMPARE(criticalLines(),
+             QStringList(
+                 propertiesLine("Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""_s)));
 }
 
 void ConnmanServiceDisconnectTest::disconnectWithoutAddressesWritesEmptyOnes()
 {
-    connman().removeServiceProperty(identifier(), QStringLiteral("IPv4"));
+    connman().removeServiceProperty(identifier(), "IPv4"_s);
     makeProxy();
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
-    const QString missing =
-        propertiesLine(QStringLiteral("Missing property \"IPv4\" of service \"%1\"").arg(path()));
-    const QString empty = propertiesLine(QStringLiteral("Empty or missing ipv4-configuration."));
+    const QString missing = propertiesLine("Missing property \"IPv4\" of service \"%1\""_s.arg(path()));
+    const QString empty = propertiesLine("Empty or missing ipv4-configuration."_s);
 
     QVERIFY(service().disconnect());
     QCOMPARE(calls(),
@@ -192,14 +190,13 @@ void ConnmanServiceDisconnectTest::disconnectWithoutAddressesWritesEmptyOnes()
 
 void ConnmanServiceDisconnectTest::disconnectOfAServiceThatHasNoAddressYetNamesWhatIsMissing()
 {
-    connman().setServiceProperty(identifier(), QStringLiteral("IPv4"),
-                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}}, true);
+    connman().setServiceProperty(identifier(), "IPv4"_s, QVariantMap{{"Method"_s, "dhcp"_s}}, true);
     makeProxy();
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
     QVERIFY(service().disconnect());
-    QCOMPARE(criticalLines(), QStringList({propertiesLine(QStringLiteral("Missing property \"Address\"")),
-                                           propertiesLine(QStringLiteral("Missing property \"Gateway\""))}));
+    QCOMPARE(criticalLines(), QStringList({propertiesLine("Missing property \"Address\""_s),
+                                           propertiesLine("Missing property \"Gateway\""_s)}));
 }
 
 void ConnmanServiceDisconnectTest::disconnectWithoutAnswerFails()
@@ -239,11 +236,11 @@ void ConnmanServiceDisconnectTest::removeGoesOnWhenTheReturnToDhcpIsRefused()
     QVERIFY(service().remove());
     QCOMPARE(refused.fired(), 2U);
     QCOMPARE(calls(), removeCalls());
-    QCOMPARE(criticalLines(),
-             QStringList({propertiesLine(QStringLiteral(
-                              "Setting property \"IPv4.Configuration\" failed: \"Not supported\"")),
-                          propertiesLine(QStringLiteral(
-                              "Setting property \"Nameservers.Configuration\" failed: \"Not supported\""))}));
+    QCOMPARE(
+        criticalLines(),
+        QStringList(
+            {propertiesLine("Setting property \"IPv4.Configuration\" failed: \"Not supported\""_s),
+             propertiesLine("Setting property \"Nameservers.Configuration\" failed: \"Not supported\""_s)}));
 }
 
 void ConnmanServiceDisconnectTest::removeThatFailsIsLogged_data()
@@ -280,9 +277,8 @@ void ConnmanServiceDisconnectTest::removeOfAServiceThatIsGoneIsLogged()
     QCOMPARE(calls(), removeCalls());
     QCOMPARE(criticalLines().size(), 1);
     QVERIFY(criticalLines().constFirst().startsWith(
-        serviceLine(QStringLiteral("Failed to asynchronously call Remove on \"%1\" : "
-                                   "QDBusError(\"org.freedesktop.DBus.Error.UnknownObject\", ")
-                        .arg(path()))));
+        serviceLine("Failed to asynchronously call Remove on \"%1\" : "
+                    "QDBusError(\"org.freedesktop.DBus.Error.UnknownObject\", "_s.arg(path()))));
 }
 
 void ConnmanServiceDisconnectTest::removeRefreshesTheCache()

@@ -1,5 +1,6 @@
 #include "ServiceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDebug>
 #include <QTest>
@@ -9,7 +10,7 @@ using test_support::FaultKind;
 
 namespace {
 
-const QString autoConnect = QStringLiteral("AutoConnect");
+const QString autoConnect = "AutoConnect"_s;
 
 } // namespace
 
@@ -32,8 +33,7 @@ private slots:
 
 void ConnmanServiceOperationsTest::writtenPropertyIsFollowedByARefresh()
 {
-    connman().setServiceProperty(identifier(), QStringLiteral("Strength"), QVariant::fromValue<uchar>(42),
-                                 true);
+    connman().setServiceProperty(identifier(), "Strength"_s, QVariant::fromValue<uchar>(42), true);
 
     QVERIFY(service().dbusSetProperty(autoConnect, false));
     QCOMPARE(calls(), QStringList({setProperty("AutoConnect", "false"), getProperties()}));
@@ -45,8 +45,8 @@ void ConnmanServiceOperationsTest::writtenPropertyIsFollowedByARefresh()
 void ConnmanServiceOperationsTest::writtenPropertyIsLogged()
 {
     QVERIFY(service().dbusSetProperty(autoConnect, false));
-    QCOMPARE(log().lines(QStringLiteral("ConnmanService.properties"), QtDebugMsg).constFirst(),
-             QStringLiteral("\"AutoConnect\" -> QVariant(bool, false)"));
+    QCOMPARE(log().lines("ConnmanService.properties"_s, QtDebugMsg).constFirst(),
+             "\"AutoConnect\" -> QVariant(bool, false)"_s);
 }
 
 void ConnmanServiceOperationsTest::valueIsSentWithItsOwnType_data()
@@ -55,13 +55,12 @@ void ConnmanServiceOperationsTest::valueIsSentWithItsOwnType_data()
     QTest::addColumn<QByteArray>("sent");
 
     QTest::newRow("boolean") << QVariant(true) << QByteArray("true");
-    QTest::newRow("string") << QVariant(QStringLiteral("a \"b\"")) << QByteArray("\"a \\\"b\\\"\"");
+    QTest::newRow("string") << QVariant("a \"b\""_s) << QByteArray("\"a \\\"b\\\"\"");
     QTest::newRow("integer") << QVariant(-7) << QByteArray("-7");
     QTest::newRow("byte") << QVariant::fromValue<uchar>(64) << QByteArray("byte 0x40");
-    QTest::newRow("strings") << QVariant(QStringList({QStringLiteral("a"), QStringLiteral("b")}))
-                             << QByteArray("[\"a\", \"b\"]");
+    QTest::newRow("strings") << QVariant(QStringList({"a"_s, "b"_s})) << QByteArray("[\"a\", \"b\"]");
     QTest::newRow("no strings") << QVariant(QStringList()) << QByteArray("@as []");
-    QTest::newRow("dictionary") << QVariant(QVariantMap{{QStringLiteral("Method"), QStringLiteral("off")}})
+    QTest::newRow("dictionary") << QVariant(QVariantMap{{"Method"_s, "off"_s}})
                                 << QByteArray("{\"Method\": <\"off\">}");
     QTest::newRow("empty dictionary") << QVariant(QVariantMap()) << QByteArray("@a{sv} {}");
 }
@@ -72,7 +71,7 @@ void ConnmanServiceOperationsTest::valueIsSentWithItsOwnType()
     QFETCH(QByteArray, sent);
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
-    QVERIFY(service().dbusSetProperty(QStringLiteral("Anything"), value));
+    QVERIFY(service().dbusSetProperty("Anything"_s, value));
     QCOMPARE(calls(), QStringList({setProperty("Anything", sent.constData()), getProperties()}));
 }
 
@@ -81,19 +80,19 @@ void ConnmanServiceOperationsTest::rejectedPropertyIsLoggedAndStillRefreshes_dat
     QTest::addColumn<QString>("error");
     QTest::addColumn<QString>("message");
 
-    QTest::newRow("invalid arguments")
-        << QStringLiteral("net.connman.Error.InvalidArguments") << QStringLiteral("Invalid arguments");
-    QTest::newRow("not supported") << QStringLiteral("net.connman.Error.NotSupported")
-                                   << QStringLiteral("Not supported");
-    QTest::newRow("not connected") << QStringLiteral("net.connman.Error.NotConnected")
-                                   << QStringLiteral("Not connected");
-    QTest::newRow("access denied") << QStringLiteral("org.freedesktop.DBus.Error.AccessDenied")
-                                   << QStringLiteral("No \"way\" in");
-    QTest::newRow("unknown method") << QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod")
-                                    << QStringLiteral("What?");
-    QTest::newRow("unknown interface")
-        << QStringLiteral("org.freedesktop.DBus.Error.UnknownInterface") << QStringLiteral("What?");
-    QTest::newRow("no message") << QStringLiteral("net.connman.Error.Failed") << QString();
+    QTest::newRow("invalid arguments") << "net.connman.Error.InvalidArguments"_s
+                                       << "Invalid arguments"_s;
+    QTest::newRow("not supported") << "net.connman.Error.NotSupported"_s
+                                   << "Not supported"_s;
+    QTest::newRow("not connected") << "net.connman.Error.NotConnected"_s
+                                   << "Not connected"_s;
+    QTest::newRow("access denied") << "org.freedesktop.DBus.Error.AccessDenied"_s
+                                   << "No \"way\" in"_s;
+    QTest::newRow("unknown method") << "org.freedesktop.DBus.Error.UnknownMethod"_s
+                                    << "What?"_s;
+    QTest::newRow("unknown interface") << "org.freedesktop.DBus.Error.UnknownInterface"_s
+                                       << "What?"_s;
+    QTest::newRow("no message") << "net.connman.Error.Failed"_s << QString();
 }
 
 void ConnmanServiceOperationsTest::rejectedPropertyIsLoggedAndStillRefreshes()
@@ -101,15 +100,14 @@ void ConnmanServiceOperationsTest::rejectedPropertyIsLoggedAndStillRefreshes()
     QFETCH(QString, error);
     QFETCH(QString, message);
     const Fault rejected = fault("SetProperty", FaultKind::error(error, message));
-    connman().setServiceProperty(identifier(), QStringLiteral("Strength"), QVariant::fromValue<uchar>(42),
-                                 true);
+    connman().setServiceProperty(identifier(), "Strength"_s, QVariant::fromValue<uchar>(42), true);
 
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
     QCOMPARE(calls(), QStringList({setProperty("AutoConnect", "false"), getProperties()}));
     QString printed;
     QDebug(&printed).nospace() << message;
-    QCOMPARE(criticalLines(), QStringList(propertiesLine(
-                                  QStringLiteral("Setting property \"AutoConnect\" failed: ") + printed)));
+    QCOMPARE(criticalLines(),
+             QStringList(propertiesLine("Setting property \"AutoConnect\" failed: "_s + printed)));
     QCOMPARE(service().strength(), 42);
     QVERIFY(service().getAutoConnect());
 }
@@ -121,7 +119,7 @@ void ConnmanServiceOperationsTest::writingToAServiceThatIsGoneIsNotLogged()
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
     QCOMPARE(calls(), QStringList({setProperty("AutoConnect", "false"), getProperties()}));
     QCOMPARE(criticalLines(), QStringList());
-    QCOMPARE(service().name(), QStringLiteral("HomeNet"));
+    QCOMPARE(service().name(), "HomeNet"_s);
 }
 
 void ConnmanServiceOperationsTest::writeWithoutAnswerFails()
@@ -129,8 +127,7 @@ void ConnmanServiceOperationsTest::writeWithoutAnswerFails()
     const Fault unanswered = fault("SetProperty", silence());
 
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
-    QCOMPARE(criticalLines(),
-             {propertiesLine(QStringLiteral("Setting property \"AutoConnect\" failed: \"Silence\""))});
+    QCOMPARE(criticalLines(), {propertiesLine("Setting property \"AutoConnect\" failed: \"Silence\""_s)});
     QCOMPARE(calls().size(), 2);
 }
 
@@ -139,14 +136,12 @@ void ConnmanServiceOperationsTest::writeToAVanishedConnmanFails()
     const Fault vanished = fault("SetProperty", FaultKind::vanish());
 
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
-    QCOMPARE(
-        criticalLines(),
-        QStringList(
-            {propertiesLine(QStringLiteral("Setting property \"AutoConnect\" failed: \"Message recipient "
-                                           "disconnected from message bus without replying\"")),
-             propertiesLine(QStringLiteral("Call to GetProperties failed: \"The name net.connman was "
-                                           "not provided by any .service files\""))}));
-    QCOMPARE(service().name(), QStringLiteral("HomeNet"));
+    QCOMPARE(criticalLines(),
+             QStringList({propertiesLine("Setting property \"AutoConnect\" failed: \"Message recipient "
+                                         "disconnected from message bus without replying\""_s),
+                          propertiesLine("Call to GetProperties failed: \"The name net.connman was "
+                                         "not provided by any .service files\""_s)}));
+    QCOMPARE(service().name(), "HomeNet"_s);
 }
 
 static const Suite<ConnmanServiceOperationsTest> suite;

@@ -1,5 +1,6 @@
 #include "ServiceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -32,10 +33,9 @@ void ConnmanServiceTimeoutTest::connectIsGivenUpAfterTwoMinutesAndDisconnectsOnc
     QCOMPARE(calls().count(call("Disconnect")), 1);
     QCOMPARE(criticalLines().size(), 1);
     QVERIFY(criticalLines().constFirst().startsWith(
-        serviceLine(QStringLiteral("Failed to asynchronously call Connect on \"%1\" : "
-                                   "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", ")
-                        .arg(path()))));
-    QCOMPARE(debugLines(), QStringList(QStringLiteral("Disconnecting service due to timeout.")));
+        serviceLine("Failed to asynchronously call Connect on \"%1\" : "
+                    "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", "_s.arg(path()))));
+    QCOMPARE(debugLines(), QStringList("Disconnecting service due to timeout."_s));
 }
 
 static const Suite<ConnmanServiceTimeoutTest> suite;

@@ -1,6 +1,7 @@
 #include "EventWait.h"
 #include "Suite.h"
 #include "TechnologyFixture.h"
+#include "Text.h"
 
 #include <QElapsedTimer>
 #include <QTest>
@@ -10,7 +11,7 @@ using test_support::Fault;
 using test_support::FaultKind;
 
 namespace {
-const QString powered = QStringLiteral("Powered");
+const QString powered = "Powered"_s;
 }
 
 /// Switching the technology, and scanning with it.
@@ -54,14 +55,14 @@ void ConnmanTechnologyPowerTest::powerIsSwitched()
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", arguments.constData())));
     QCOMPARE(criticalLines(), QStringList());
     QCOMPARE(debugLines().constFirst(),
-             QStringLiteral("\"Powered\" -> QVariant(bool, %1)").arg(QVariant(!before).toString()));
+             "\"Powered\" -> QVariant(bool, %1)"_s.arg(QVariant(!before).toString()));
 }
 
 void ConnmanTechnologyPowerTest::switchingDoesNotRefresh()
 {
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
-    QVERIFY(technology().setProperty(QStringLiteral("Connected"), false));
+    QVERIFY(technology().setProperty("Connected"_s, false));
     QVERIFY(technology().isConnected());
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Connected\", <false>")));
 }
@@ -69,9 +70,8 @@ void ConnmanTechnologyPowerTest::switchingDoesNotRefresh()
 void ConnmanTechnologyPowerTest::switchedPowerFollowsConnmansSignal()
 {
     QVERIFY(technology().setPowered(false));
-    QTRY_VERIFY_WITH_TIMEOUT(
-        log().contains(QStringLiteral("propertyChanged( \"Powered\" ,  QVariant(bool, false) )")),
-        eventTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(log().contains("propertyChanged( \"Powered\" ,  QVariant(bool, false) )"_s),
+                             eventTimeoutMs);
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Powered\", <false>")));
 }
 
@@ -87,8 +87,8 @@ void ConnmanTechnologyPowerTest::powerOfAnotherType_data()
     QTest::newRow("fraction") << QVariant(0.5) << 1;
     QTest::newRow("byte 0") << QVariant::fromValue(uchar(0)) << 0;
     QTest::newRow("byte 1") << QVariant::fromValue(uchar(1)) << 1;
-    QTest::newRow("number in a string") << QVariant(QStringLiteral("1")) << -1;
-    QTest::newRow("word") << QVariant(QStringLiteral("true")) << -1;
+    QTest::newRow("number in a string") << QVariant("1"_s) << -1;
+    QTest::newRow("word") << QVariant("true"_s) << -1;
     QTest::newRow("dictionary") << QVariant(QVariantMap()) << -1;
 }
 
@@ -99,8 +99,7 @@ void ConnmanTechnologyPowerTest::powerOfAnotherType()
     connman().setTechnologyProperty(name(), powered, value, true);
 
     QCOMPARE(technology().isPowered(), power);
-    const QStringList invalid{
-        QStringLiteral("Invalid type of property \"Powered\" of service \"%1\"").arg(path())};
+    const QStringList invalid{"Invalid type of property \"Powered\" of service \"%1\""_s.arg(path())};
     QCOMPARE(criticalLines(), power < 0 ? invalid : QStringList());
 }
 
@@ -109,14 +108,14 @@ void ConnmanTechnologyPowerTest::rejectedPowerIsLogged_data()
     QTest::addColumn<QString>("error");
     QTest::addColumn<QString>("message");
 
-    QTest::newRow("already on") << QStringLiteral("net.connman.Error.AlreadyEnabled")
-                                << QStringLiteral("Already enabled");
-    QTest::newRow("no carrier") << QStringLiteral("net.connman.Error.NoCarrier")
-                                << QStringLiteral("No carrier");
-    QTest::newRow("in progress") << QStringLiteral("net.connman.Error.InProgress")
-                                 << QStringLiteral("In progress");
-    QTest::newRow("access denied") << QStringLiteral("org.freedesktop.DBus.Error.AccessDenied")
-                                   << QStringLiteral("No way");
+    QTest::newRow("already on") << "net.connman.Error.AlreadyEnabled"_s
+                                << "Already enabled"_s;
+    QTest::newRow("no carrier") << "net.connman.Error.NoCarrier"_s
+                                << "No carrier"_s;
+    QTest::newRow("in progress") << "net.connman.Error.InProgress"_s
+                                 << "In progress"_s;
+    QTest::newRow("access denied") << "org.freedesktop.DBus.Error.AccessDenied"_s
+                                   << "No way"_s;
 }
 
 void ConnmanTechnologyPowerTest::rejectedPowerIsLogged()
@@ -126,8 +125,7 @@ void ConnmanTechnologyPowerTest::rejectedPowerIsLogged()
     const Fault rejected = fault("SetProperty", FaultKind::error(error, message));
 
     QVERIFY(!technology().setPowered(true));
-    QCOMPARE(criticalLines(),
-             QStringList(QStringLiteral("Setting property \"Powered\" failed: \"%1\"").arg(message)));
+    QCOMPARE(criticalLines(), QStringList("Setting property \"Powered\" failed: \"%1\""_s.arg(message)));
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"Powered\", <true>")));
 }
 
@@ -143,7 +141,7 @@ void ConnmanTechnologyPowerTest::anyPropertyCanBeSet()
 {
     const Fault taken = fault("SetProperty", FaultKind::reply({}));
 
-    QVERIFY(technology().setProperty(QStringLiteral("TetheringIdentifier"), QStringLiteral("printer")));
+    QVERIFY(technology().setProperty("TetheringIdentifier"_s, "printer"_s));
     QCOMPARE(connman().calls(), QStringList(call("SetProperty", "\"TetheringIdentifier\", <\"printer\">")));
 }
 
@@ -175,20 +173,19 @@ void ConnmanTechnologyPowerTest::failedScanIsLogged_data()
 {
     QTest::addColumn<QString>("error");
 
-    QTest::newRow("no carrier") << QStringLiteral("net.connman.Error.NoCarrier");
-    QTest::newRow("no reply") << QStringLiteral("org.freedesktop.DBus.Error.NoReply");
-    QTest::newRow("unknown object") << QStringLiteral("org.freedesktop.DBus.Error.UnknownObject");
+    QTest::newRow("no carrier") << "net.connman.Error.NoCarrier"_s;
+    QTest::newRow("no reply") << "org.freedesktop.DBus.Error.NoReply"_s;
+    QTest::newRow("unknown object") << "org.freedesktop.DBus.Error.UnknownObject"_s;
 }
 
 void ConnmanTechnologyPowerTest::failedScanIsLogged()
 {
     QFETCH(QString, error);
-    const Fault failing = fault("Scan", FaultKind::error(error, QStringLiteral("Because")));
+    const Fault failing = fault("Scan", FaultKind::error(error, "Because"_s));
 
     QVERIFY(!technology().scan());
     QCOMPARE(criticalLines(),
-             QStringList(
-                 QStringLiteral("Failed to asynchronously call Scan on \"%1\" : \"Because\"").arg(path())));
+             QStringList("Failed to asynchronously call Scan on \"%1\" : \"Because\""_s.arg(path())));
     QCOMPARE(connman().calls(), QStringList(call("Scan")));
 }
 

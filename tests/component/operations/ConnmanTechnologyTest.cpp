@@ -1,6 +1,7 @@
 #include "EventWait.h"
 #include "Suite.h"
 #include "TechnologyFixture.h"
+#include "Text.h"
 
 #include <functional>
 #include <QDBusConnection>
@@ -17,7 +18,7 @@ using Getter = std::function<QVariant(ConnmanTechnology &)>;
 Q_DECLARE_METATYPE(Getter)
 
 namespace {
-const QString powered = QStringLiteral("Powered");
+const QString powered = "Powered"_s;
 }
 
 /// What the proxy knows of the technology.
@@ -64,23 +65,21 @@ void ConnmanTechnologyTest::constructionReadsThePropertiesOnce()
 
 void ConnmanTechnologyTest::constructionWithoutConnmanIsLogged()
 {
-    connman().setPresent(QStringLiteral("net.connman"), false);
+    connman().setPresent("net.connman"_s, false);
     makeProxy();
-    QCOMPARE(criticalLines(),
-             QStringList(QStringLiteral("Call to GetProperties failed: \"The name net.connman was "
-                                        "not provided by any .service files\"")));
+    QCOMPARE(criticalLines(), QStringList("Call to GetProperties failed: \"The name net.connman was "
+                                          "not provided by any .service files\""_s));
     QCOMPARE(technology().name(), QString());
 }
 
 void ConnmanTechnologyTest::unusableBusIsLoggedAndEverythingFails()
 {
-    ConnmanTechnology unreachable(QDBusConnection(QStringLiteral("nowhere")), name(), nullptr);
-    const QString notConnected = QStringLiteral("\"Not connected to D-Bus server\"");
+    ConnmanTechnology unreachable(QDBusConnection("nowhere"_s), name(), nullptr);
+    const QString notConnected = "\"Not connected to D-Bus server\""_s;
 
     QCOMPARE(criticalLines(),
-             QStringList(
-                 {QStringLiteral("Unable to connect PropertyChanged signal for service \"%1\"").arg(path()),
-                  QStringLiteral("Call to GetProperties failed: ") + notConnected}));
+             QStringList({"Unable to connect PropertyChanged signal for service \"%1\""_s.arg(path()),
+                          "Call to GetProperties failed: "_s + notConnected}));
     QCOMPARE(unreachable.isPowered(), -1);
     QVERIFY(!unreachable.setPowered(true));
     QVERIFY(!unreachable.scan());
@@ -88,7 +87,7 @@ void ConnmanTechnologyTest::unusableBusIsLoggedAndEverythingFails()
 
 void ConnmanTechnologyTest::gettersReadTheCache()
 {
-    QCOMPARE(technology().name(), QStringLiteral("WiFi"));
+    QCOMPARE(technology().name(), "WiFi"_s);
     QCOMPARE(technology().type(), name());
     QVERIFY(technology().isConnected());
     QVERIFY(technology().isTethering());
@@ -102,16 +101,14 @@ void ConnmanTechnologyTest::missingPropertyIsLogged_data()
     QTest::addColumn<Getter>("getter");
     QTest::addColumn<QVariant>("fallback");
 
-    QTest::newRow("name") << QStringLiteral("Name")
-                          << Getter([](ConnmanTechnology &each) { return each.name(); })
+    QTest::newRow("name") << "Name"_s << Getter([](ConnmanTechnology &each) { return each.name(); })
                           << QVariant(QString());
-    QTest::newRow("type") << QStringLiteral("Type")
-                          << Getter([](ConnmanTechnology &each) { return each.type(); })
+    QTest::newRow("type") << "Type"_s << Getter([](ConnmanTechnology &each) { return each.type(); })
                           << QVariant(QString());
-    QTest::newRow("connected") << QStringLiteral("Connected")
+    QTest::newRow("connected") << "Connected"_s
                                << Getter([](ConnmanTechnology &each) { return each.isConnected(); })
                                << QVariant(false);
-    QTest::newRow("tethering") << QStringLiteral("Tethering")
+    QTest::newRow("tethering") << "Tethering"_s
                                << Getter([](ConnmanTechnology &each) { return each.isTethering(); })
                                << QVariant(false);
 }
@@ -125,7 +122,7 @@ void ConnmanTechnologyTest::missingPropertyIsLogged()
 
     QTEST(getter(technology()), "fallback");
     QCOMPARE(criticalLines(),
-             QStringList(QStringLiteral("Missing property \"%1\" of service \"%2\"").arg(property, path())));
+             QStringList("Missing property \"%1\" of service \"%2\""_s.arg(property, path())));
 }
 
 void ConnmanTechnologyTest::propertyOfAWrongTypeIsLogged_data()
@@ -137,13 +134,12 @@ void ConnmanTechnologyTest::propertyOfAWrongTypeIsLogged()
 {
     QFETCH(QString, property);
     QFETCH(Getter, getter);
-    connman().setTechnologyProperty(name(), property, QVariantMap{{QStringLiteral("a"), 1}}, true);
+    connman().setTechnologyProperty(name(), property, QVariantMap{{"a"_s, 1}}, true);
     QVERIFY(technology().dbusUpdateProperties());
 
     QTEST(getter(technology()), "fallback");
     QCOMPARE(criticalLines(),
-             QStringList(
-                 QStringLiteral("Invalid type of property \"%1\" of service \"%2\"").arg(property, path())));
+             QStringList("Invalid type of property \"%1\" of service \"%2\""_s.arg(property, path())));
 }
 
 void ConnmanTechnologyTest::powerIsReadAnew_data()
@@ -169,18 +165,16 @@ void ConnmanTechnologyTest::missingPowerIsUnknownWithOneLine()
     connman().removeTechnologyProperty(name(), powered);
 
     QCOMPARE(technology().isPowered(), -1);
-    QCOMPARE(criticalLines(),
-             QStringList(QStringLiteral("Missing property \"Powered\" of service \"%1\"").arg(path())));
+    QCOMPARE(criticalLines(), QStringList("Missing property \"Powered\" of service \"%1\""_s.arg(path())));
 }
 
 void ConnmanTechnologyTest::powerOfAWrongTypeIsUnknown()
 {
-    connman().setTechnologyProperty(name(), powered, QVariantMap{{QStringLiteral("a"), 1}}, true);
+    connman().setTechnologyProperty(name(), powered, QVariantMap{{"a"_s, 1}}, true);
 
     QCOMPARE(technology().isPowered(), -1);
-    QCOMPARE(
-        criticalLines(),
-        QStringList(QStringLiteral("Invalid type of property \"Powered\" of service \"%1\"").arg(path())));
+    QCOMPARE(criticalLines(),
+             QStringList("Invalid type of property \"Powered\" of service \"%1\""_s.arg(path())));
 }
 
 void ConnmanTechnologyTest::refreshReplacesTheWholeCache()
@@ -189,8 +183,7 @@ void ConnmanTechnologyTest::refreshReplacesTheWholeCache()
 
     QCOMPARE(technology().isPowered(), 1);
     QCOMPARE(technology().name(), QString());
-    QCOMPARE(criticalLines(),
-             QStringList(QStringLiteral("Missing property \"Name\" of service \"%1\"").arg(path())));
+    QCOMPARE(criticalLines(), QStringList("Missing property \"Name\" of service \"%1\""_s.arg(path())));
 }
 
 void ConnmanTechnologyTest::refreshOfARemovedTechnologyIsFalse()
@@ -199,7 +192,7 @@ void ConnmanTechnologyTest::refreshOfARemovedTechnologyIsFalse()
 
     QVERIFY(!technology().dbusUpdateProperties());
     QCOMPARE(criticalLines().size(), 1);
-    QVERIFY(criticalLines().constFirst().startsWith(QStringLiteral("Call to GetProperties failed: \"")));
+    QVERIFY(criticalLines().constFirst().startsWith("Call to GetProperties failed: \""_s));
 }
 
 void ConnmanTechnologyTest::powerOfARemovedTechnologyIsTheLastKnown()
@@ -215,28 +208,28 @@ void ConnmanTechnologyTest::failedRefreshIsTrueAndKeepsTheCache_data()
     QTest::addColumn<QString>("error");
     QTest::addColumn<bool>("isCurrent");
 
-    const QString busError = QStringLiteral("org.freedesktop.DBus.Error.");
-    QTest::newRow("failed") << QStringLiteral("net.connman.Error.Failed") << true;
-    QTest::newRow("access denied") << busError + QStringLiteral("AccessDenied") << true;
-    QTest::newRow("no reply") << busError + QStringLiteral("NoReply") << true;
-    QTest::newRow("ConnMan gone") << busError + QStringLiteral("ServiceUnknown") << true;
-    QTest::newRow("unknown method") << busError + QStringLiteral("UnknownMethod") << true;
-    QTest::newRow("unknown object") << busError + QStringLiteral("UnknownObject") << false;
+    const QString busError = "org.freedesktop.DBus.Error."_s;
+    QTest::newRow("failed") << "net.connman.Error.Failed"_s << true;
+    QTest::newRow("access denied") << busError + "AccessDenied"_s << true;
+    QTest::newRow("no reply") << busError + "NoReply"_s << true;
+    QTest::newRow("ConnMan gone") << busError + "ServiceUnknown"_s << true;
+    QTest::newRow("unknown method") << busError + "UnknownMethod"_s << true;
+    QTest::newRow("unknown object") << busError + "UnknownObject"_s << false;
 }
 
 void ConnmanTechnologyTest::failedRefreshIsTrueAndKeepsTheCache()
 {
     QFETCH(QString, error);
-    const Fault failing = fault("GetProperties", FaultKind::error(error, QStringLiteral("Because")));
+    const Fault failing = fault("GetProperties", FaultKind::error(error, "Because"_s));
 
     QTEST(technology().dbusUpdateProperties(), "isCurrent");
-    QCOMPARE(criticalLines(), QStringList(QStringLiteral("Call to GetProperties failed: \"Because\"")));
-    QCOMPARE(technology().name(), QStringLiteral("WiFi"));
+    QCOMPARE(criticalLines(), QStringList("Call to GetProperties failed: \"Because\""_s));
+    QCOMPARE(technology().name(), "WiFi"_s);
 }
 
 void ConnmanTechnologyTest::changeOfConnectedReachesTheCacheWithoutAnotherCall()
 {
-    connman().setTechnologyProperty(name(), QStringLiteral("Connected"), false);
+    connman().setTechnologyProperty(name(), "Connected"_s, false);
 
     QTRY_VERIFY_WITH_TIMEOUT(!technology().isConnected(), eventTimeoutMs);
     QCOMPARE(connman().calls(), QStringList());
@@ -245,47 +238,43 @@ void ConnmanTechnologyTest::changeOfConnectedReachesTheCacheWithoutAnotherCall()
 
 void ConnmanTechnologyTest::changedPropertyIsLogged()
 {
-    connman().setTechnologyProperty(name(), QStringLiteral("Connected"), false);
+    connman().setTechnologyProperty(name(), "Connected"_s, false);
 
-    QTRY_COMPARE_WITH_TIMEOUT(
-        debugLines(),
-        QStringList(QStringLiteral("propertyChanged( \"Connected\" ,  QVariant(bool, false) )")),
-        eventTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(debugLines(),
+                              QStringList("propertyChanged( \"Connected\" ,  QVariant(bool, false) )"_s),
+                              eventTimeoutMs);
 }
 
 void ConnmanTechnologyTest::changedDictionaryIsReadBeforeItIsLogged()
 {
-    const QVariantMap limits{{QStringLiteral("Max"), 7}};
-    connman().setTechnologyProperty(name(), QStringLiteral("Limits"), limits);
+    const QVariantMap limits{{"Max"_s, 7}};
+    connman().setTechnologyProperty(name(), "Limits"_s, limits);
 
-    QTRY_COMPARE_WITH_TIMEOUT(
-        debugLines(),
-        QStringList(QStringLiteral("propertyChanged( \"Limits\" ,  QVariant(QVariantMap, "
-                                   "QMap((\"Max\", QVariant(int, 7)))) )")),
-        eventTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(debugLines(),
+                              QStringList("propertyChanged( \"Limits\" ,  QVariant(QVariantMap, "
+                                          "QMap((\"Max\", QVariant(int, 7)))) )"_s),
+                              eventTimeoutMs);
 }
 
 // No getter tells; what cannot be made plain is warned about.
 void ConnmanTechnologyTest::everyValueOfARefreshIsMadePlain()
 {
-    const QVariant path = QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x")));
-    const Fault other =
-        fault("GetProperties",
-              FaultKind::reply({QVariantMap{{QStringLiteral("A"), path}, {QStringLiteral("B"), path}}}));
+    const QVariant path = QVariant::fromValue(QDBusObjectPath("/x"_s));
+    const Fault other = fault("GetProperties", FaultKind::reply({QVariantMap{{"A"_s, path}, {"B"_s, path}}}));
 
     QVERIFY(technology().dbusUpdateProperties());
-    const QString line = QStringLiteral("Unknown QVariant::UserType: %1").arg(qMetaTypeId<QDBusObjectPath>());
-    QCOMPARE(log().lines(QStringLiteral("Utils"), QtWarningMsg), QStringList({line, line}));
+    const QString line = "Unknown QVariant::UserType: %1"_s.arg(qMetaTypeId<QDBusObjectPath>());
+    QCOMPARE(log().lines("Utils"_s, QtWarningMsg), QStringList({line, line}));
 }
 
 void ConnmanTechnologyTest::otherTechnologiesChangesAreIgnored()
 {
-    const QString member = QStringLiteral("PropertyChanged");
-    const QString interface = QStringLiteral("net.connman.Technology");
-    const QString connected = QStringLiteral("Connected");
+    const QString member = "PropertyChanged"_s;
+    const QString interface = "net.connman.Technology"_s;
+    const QString connected = "Connected"_s;
     const QVariantList arguments{connected, QVariant::fromValue(QDBusVariant(false))};
-    connman().emitSignal(QStringLiteral("/net/connman/technology/ethernet"), interface, member, arguments);
-    connman().setTechnologyProperty(name(), QStringLiteral("Tethering"), false);
+    connman().emitSignal("/net/connman/technology/ethernet"_s, interface, member, arguments);
+    connman().setTechnologyProperty(name(), "Tethering"_s, false);
 
     QTRY_VERIFY_WITH_TIMEOUT(!technology().isTethering(), eventTimeoutMs);
     QVERIFY(technology().isConnected());

@@ -7,6 +7,7 @@
 #include "PrivateBus.h"
 #include "SimulatorClient.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <functional>
 #include <memory>
@@ -26,8 +27,8 @@ using State = ConnmanService::State;
 
 namespace {
 
-const QString connmanName = QStringLiteral("net.connman");
-const QString connectCall = QStringLiteral("net.connman.Service.Connect()");
+const QString connmanName = "net.connman"_s;
+const QString connectCall = "net.connman.Service.Connect()"_s;
 
 } // namespace
 
@@ -68,10 +69,7 @@ private:
     template <typename Action>
     void onConnect(Action action);
     Fault delayConnect(const QString &identifier, int milliseconds);
-    QStringList criticalLines() const
-    {
-        return m_log->lines(QStringLiteral("ConnmanService"), QtCriticalMsg);
-    }
+    QStringList criticalLines() const { return m_log->lines("ConnmanService"_s, QtCriticalMsg); }
 
     test_support::PrivateBus m_bus;
     // As in the daemon: Qt then follows ConnMan's coming and going without gaps.
@@ -95,11 +93,11 @@ void ReentrancyTest::init()
     m_context = std::make_unique<QObject>();
     m_connman = std::make_unique<SimulatorClient>(m_bus.address());
     QVERIFY(m_connman->isReady());
-    m_connman->addTechnology(QStringLiteral("wifi"), {{QStringLiteral("Powered"), true}});
+    m_connman->addTechnology("wifi"_s, {{"Powered"_s, true}});
     m_manager = std::make_unique<ConnmanManager>(QDBusConnection::systemBus(), nullptr);
     m_agent = std::make_unique<ConnmanAgent>(nullptr);
     new ConnmanAgentDBus(m_agent.get());
-    QVERIFY(m_manager->registerAgent(QDBusObjectPath(QStringLiteral("/agent"))));
+    QVERIFY(m_manager->registerAgent(QDBusObjectPath("/agent"_s)));
 }
 
 void ReentrancyTest::cleanup()
@@ -113,11 +111,10 @@ void ReentrancyTest::cleanup()
 
 QString ReentrancyTest::addNetwork(const char *ssid, const char *passphrase)
 {
-    QVariantMap options{{QStringLiteral("ssid"), QLatin1String(ssid)},
-                        {QStringLiteral("security"), QStringLiteral("none")}};
+    QVariantMap options{{"ssid"_s, QLatin1String(ssid)}, {"security"_s, "none"_s}};
     if (passphrase != nullptr) {
-        options.insert(QStringLiteral("security"), QStringLiteral("psk"));
-        options.insert(QStringLiteral("passphrase"), QLatin1String(passphrase));
+        options.insert("security"_s, "psk"_s);
+        options.insert("passphrase"_s, QLatin1String(passphrase));
     }
     const QString identifier = m_connman->addNetwork(options);
     [&] { QTRY_VERIFY_WITH_TIMEOUT(service(identifier) != nullptr, eventTimeoutMs); }();
@@ -152,15 +149,14 @@ void ReentrancyTest::onConnect(Action action)
 
 Fault ReentrancyTest::delayConnect(const QString &identifier, int milliseconds)
 {
-    return m_connman->injectFault(QStringLiteral("net.connman.Service"), QStringLiteral("Connect"),
-                                  FaultKind::delay(milliseconds),
-                                  QStringLiteral("/net/connman/service/") + identifier);
+    return m_connman->injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::delay(milliseconds),
+                                  "/net/connman/service/"_s + identifier);
 }
 
 void ReentrancyTest::agentIsAskedDuringConnect()
 {
     const QString home = addNetwork("HomeNet", "correct horse");
-    m_agent->setRequest(home, QStringLiteral("correct horse"), ConnmanAgent::RequestType::Psk, QString());
+    m_agent->setRequest(home, "correct horse"_s, ConnmanAgent::RequestType::Psk, QString());
 
     QVERIFY(service(home)->connect());
     QTRY_VERIFY_WITH_TIMEOUT(service(home)->state() >= State::Ready, eventTimeoutMs);
@@ -170,13 +166,13 @@ void ReentrancyTest::agentIsAskedDuringConnect()
 void ReentrancyTest::wrongCredentialsAreReportedDuringConnect()
 {
     const QString home = addNetwork("HomeNet", "correct horse");
-    m_agent->setRequest(home, QStringLiteral("wrong horse"), ConnmanAgent::RequestType::Psk, QString());
+    m_agent->setRequest(home, "wrong horse"_s, ConnmanAgent::RequestType::Psk, QString());
 
     QVERIFY(!service(home)->connect());
-    QCOMPARE(m_agent->lastError(), QStringLiteral("invalid-key"));
+    QCOMPARE(m_agent->lastError(), "invalid-key"_s);
     QCOMPARE(criticalLines().size(), 1);
     QVERIFY(criticalLines().constFirst().endsWith(
-        QStringLiteral("QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")")));
+        "QDBusError(\"net.connman.Error.Failed\", \"Input/output error\")"_s));
 }
 
 void ReentrancyTest::refusingAgentEndsConnect()
@@ -192,8 +188,8 @@ void ReentrancyTest::stateChangesAreToldDuringConnect()
 {
     const QString cafe = addNetwork("Cafe");
     const ServicePtr connecting = service(cafe);
-    m_connman->setTiming(QStringLiteral("association"), 300); // or the first refresh sees a later state
-    m_connman->setTiming(QStringLiteral("online"), 60000);    // or the one of "ready" does
+    m_connman->setTiming("association"_s, 300); // or the first refresh sees a later state
+    m_connman->setTiming("online"_s, 60000);    // or the one of "ready" does
     QList<State> states;
     connect(connecting.get(), &ConnmanService::stateChanged, m_context.get(),
             [&states](State state) { states.append(state); });
@@ -208,9 +204,7 @@ void ReentrancyTest::propertiesChangeDuringConnect()
 {
     const QString cafe = addNetwork("Cafe");
     const Fault slow = delayConnect(cafe, 200);
-    onConnect([&] {
-        m_connman->setServiceProperty(cafe, QStringLiteral("Strength"), QVariant::fromValue<uchar>(13));
-    });
+    onConnect([&] { m_connman->setServiceProperty(cafe, "Strength"_s, QVariant::fromValue<uchar>(13)); });
 
     QVERIFY(service(cafe)->connect());
     QCOMPARE(service(cafe)->strength(), 13);
@@ -241,7 +235,7 @@ void ReentrancyTest::connmanLeavingEndsConnect()
     onConnect([&] { m_connman->setPresent(connmanName, false); });
 
     QVERIFY(!service(cafe)->connect());
-    QVERIFY(criticalLines().constFirst().contains(QStringLiteral("\"org.freedesktop.DBus.Error.NoReply\"")));
+    QVERIFY(criticalLines().constFirst().contains("\"org.freedesktop.DBus.Error.NoReply\""_s));
 }
 
 void ReentrancyTest::connmanComesBackDuringConnect()
@@ -256,9 +250,8 @@ void ReentrancyTest::connmanComesBackDuringConnect()
 
     QVERIFY(!connecting->connect());
     // The disconnect that follows finds the new ConnMan.
-    QVERIFY(!m_connman
-                 ->callsStartingWith(connecting->path() + QStringLiteral(" net.connman.Service.Disconnect()"))
-                 .isEmpty());
+    QVERIFY(
+        !m_connman->callsStartingWith(connecting->path() + " net.connman.Service.Disconnect()"_s).isEmpty());
 }
 
 void ReentrancyTest::connmanRestartingDuringConnectCanBeAskedAgain()
@@ -276,7 +269,7 @@ void ReentrancyTest::secondConnectOfTheSameServiceIsAnswered()
 {
     const QString cafe = addNetwork("Cafe");
     const ServicePtr connecting = service(cafe);
-    m_connman->setTiming(QStringLiteral("association"), 200);
+    m_connman->setTiming("association"_s, 200);
     int innerResult = -1;
     onConnect([&] { innerResult = connecting->connect() ? 1 : 0; });
 
@@ -284,7 +277,7 @@ void ReentrancyTest::secondConnectOfTheSameServiceIsAnswered()
     QCOMPARE(innerResult, 0);
     QCOMPARE(criticalLines().size(), 1);
     QVERIFY(criticalLines().constFirst().endsWith(
-        QStringLiteral("QDBusError(\"net.connman.Error.InProgress\", \"In progress\")")));
+        "QDBusError(\"net.connman.Error.InProgress\", \"In progress\")"_s));
 }
 
 void ReentrancyTest::connectsOfTwoServicesNestAndAreBothAnswered()
@@ -292,9 +285,8 @@ void ReentrancyTest::connectsOfTwoServicesNestAndAreBothAnswered()
     const QString cafe = addNetwork("Cafe");
     const QString hotel = addNetwork("Hotel");
     const Fault slow = delayConnect(hotel, 300);
-    const Fault outerAnswered =
-        m_connman->injectFault(QStringLiteral("net.connman.Service"), QStringLiteral("Connect"),
-                               FaultKind::reply({}), service(cafe)->path());
+    const Fault outerAnswered = m_connman->injectFault("net.connman.Service"_s, "Connect"_s,
+                                                       FaultKind::reply({}), service(cafe)->path());
     int innerResult = -1;
     // The outer reply arrives while the inner connect still waits.
     onConnect([&] { innerResult = service(hotel)->connect() ? 1 : 0; });
@@ -323,14 +315,14 @@ void ReentrancyTest::disconnectDuringConnectAbortsIt()
 {
     const QString cafe = addNetwork("Cafe");
     const ServicePtr connecting = service(cafe);
-    m_connman->setTiming(QStringLiteral("association"), 60000);
+    m_connman->setTiming("association"_s, 60000);
     int disconnected = -1;
     onConnect([&] { disconnected = connecting->disconnect() ? 1 : 0; });
 
     QVERIFY(!connecting->connect());
     QCOMPARE(disconnected, 1);
     QVERIFY(criticalLines().constLast().endsWith(
-        QStringLiteral("QDBusError(\"net.connman.Error.OperationAborted\", \"Operation aborted\")")));
+        "QDBusError(\"net.connman.Error.OperationAborted\", \"Operation aborted\")"_s));
 }
 
 void ReentrancyTest::removeDuringConnectAbortsIt()
@@ -340,8 +332,8 @@ void ReentrancyTest::removeDuringConnectAbortsIt()
     QVERIFY(service(cafe)->disconnect());
     const ServicePtr connecting = service(cafe);
     // Removing begins with a return to DHCP, which makes ConnMan configure at once.
-    m_connman->setTiming(QStringLiteral("association"), 60000);
-    m_connman->setTiming(QStringLiteral("configuration"), 60000);
+    m_connman->setTiming("association"_s, 60000);
+    m_connman->setTiming("configuration"_s, 60000);
     int removed = -1;
     onConnect([&] { removed = connecting->remove() ? 1 : 0; });
 

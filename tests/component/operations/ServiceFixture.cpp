@@ -1,4 +1,5 @@
 #include "ServiceFixture.h"
+#include "Text.h"
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>
@@ -10,18 +11,18 @@ using test_support::FaultKind;
 
 namespace {
 
-const QString connmanName = QStringLiteral("net.connman");
-const QString serviceInterface = QStringLiteral("net.connman.Service");
+const QString connmanName = "net.connman"_s;
+const QString serviceInterface = "net.connman.Service"_s;
 
 QVariantMap connectedByDhcp()
 {
-    return {{QStringLiteral("Name"), QStringLiteral("HomeNet")},
-            {QStringLiteral("State"), QStringLiteral("ready")},
-            {QStringLiteral("Favorite"), true},
-            {QStringLiteral("IPv4"), QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")},
-                                                 {QStringLiteral("Address"), QStringLiteral("10.0.0.7")},
-                                                 {QStringLiteral("Netmask"), QStringLiteral("255.255.255.0")},
-                                                 {QStringLiteral("Gateway"), QStringLiteral("10.0.0.1")}}}};
+    return {{"Name"_s, "HomeNet"_s},
+            {"State"_s, "ready"_s},
+            {"Favorite"_s, true},
+            {"IPv4"_s, QVariantMap{{"Method"_s, "dhcp"_s},
+                                   {"Address"_s, "10.0.0.7"_s},
+                                   {"Netmask"_s, "255.255.255.0"_s},
+                                   {"Gateway"_s, "10.0.0.1"_s}}}};
 }
 
 } // namespace
@@ -29,8 +30,8 @@ QVariantMap connectedByDhcp()
 void ServiceFixture::initTestCase()
 {
     QVERIFY(m_connman.isReady());
-    QLoggingCategory::setFilterRules(QStringLiteral("ConnmanService.debug=true\n"
-                                                    "ConnmanService.properties.debug=true"));
+    QLoggingCategory::setFilterRules("ConnmanService.debug=true\n"
+                                     "ConnmanService.properties.debug=true"_s);
 }
 
 void ServiceFixture::init()
@@ -55,12 +56,12 @@ void ServiceFixture::cleanup()
 
 QString ServiceFixture::identifier()
 {
-    return QStringLiteral("wifi_020000000001_686f6d65_managed_psk");
+    return "wifi_020000000001_686f6d65_managed_psk"_s;
 }
 
 QString ServiceFixture::path()
 {
-    return QStringLiteral("/net/connman/service/") + identifier();
+    return "/net/connman/service/"_s + identifier();
 }
 
 void ServiceFixture::makeProxy()
@@ -79,12 +80,12 @@ void ServiceFixture::removeServiceUnnoticed()
 
 QString ServiceFixture::call(const char *member, const QString &arguments)
 {
-    return QStringLiteral("%1 %2.%3(%4)").arg(path(), serviceInterface, QLatin1String(member), arguments);
+    return "%1 %2.%3(%4)"_s.arg(path(), serviceInterface, QLatin1String(member), arguments);
 }
 
 QString ServiceFixture::setProperty(const char *name, const char *value)
 {
-    return call("SetProperty", QStringLiteral("\"%1\", <%2>").arg(QLatin1String(name), QLatin1String(value)));
+    return call("SetProperty", "\"%1\", <%2>"_s.arg(QLatin1String(name), QLatin1String(value)));
 }
 
 Fault ServiceFixture::fault(const char *member, const FaultKind &kind, uint count)
@@ -94,24 +95,22 @@ Fault ServiceFixture::fault(const char *member, const FaultKind &kind, uint coun
 
 FaultKind ServiceFixture::unknownObject()
 {
-    return FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.UnknownObject"),
-                            QStringLiteral("Method \"x\" doesn't exist"));
+    return FaultKind::error("org.freedesktop.DBus.Error.UnknownObject"_s, "Method \"x\" doesn't exist"_s);
 }
 
 FaultKind ServiceFixture::silence()
 {
-    return FaultKind::error(QStringLiteral("org.freedesktop.DBus.Error.NoReply"), QStringLiteral("Silence"));
+    return FaultKind::error("org.freedesktop.DBus.Error.NoReply"_s, "Silence"_s);
 }
 
 FaultKind ServiceFixture::connmanError(const char *name, const char *message)
 {
-    return FaultKind::error(QStringLiteral("net.connman.Error.") + QLatin1String(name),
-                            QLatin1String(message));
+    return FaultKind::error("net.connman.Error."_s + QLatin1String(name), QLatin1String(message));
 }
 
 QStringList ServiceFixture::debugLines() const
 {
-    return m_log->lines(QStringLiteral("ConnmanService"), QtDebugMsg);
+    return m_log->lines("ConnmanService"_s, QtDebugMsg);
 }
 
 QStringList ServiceFixture::criticalLines() const
@@ -119,7 +118,7 @@ QStringList ServiceFixture::criticalLines() const
     QStringList lines;
     for (const test_support::LogMessage &message : m_log->messages()) {
         if (message.type == QtCriticalMsg) {
-            lines.append(message.category + QStringLiteral(": ") + message.text);
+            lines.append(message.category + ": "_s + message.text);
         }
     }
     return lines;
@@ -127,17 +126,16 @@ QStringList ServiceFixture::criticalLines() const
 
 QString ServiceFixture::serviceLine(const QString &text)
 {
-    return QStringLiteral("ConnmanService: ") + text;
+    return "ConnmanService: "_s + text;
 }
 
 QString ServiceFixture::propertiesLine(const QString &text)
 {
-    return QStringLiteral("ConnmanService.properties: ") + text;
+    return "ConnmanService.properties: "_s + text;
 }
 
 QString ServiceFixture::failedCallLine(const char *member, const char *errorName, const char *message)
 {
-    return serviceLine(
-        QStringLiteral("Failed to asynchronously call %1 on \"%2\" : QDBusError(\"%3\", \"%4\")")
-            .arg(QLatin1String(member), path(), QLatin1String(errorName), QLatin1String(message)));
+    return serviceLine("Failed to asynchronously call %1 on \"%2\" : QDBusError(\"%3\", \"%4\")"_s.arg(
+        QLatin1String(member), path(), QLatin1String(errorName), QLatin1String(message)));
 }

@@ -1,4 +1,5 @@
 #include "TechnologyFixture.h"
+#include "Text.h"
 
 #include <QDBusConnection>
 #include <QLoggingCategory>
@@ -9,25 +10,25 @@ using test_support::FaultKind;
 
 namespace {
 
-const QString category = QStringLiteral("ConnmanTechnology");
-const QString technologyInterface = QStringLiteral("net.connman.Technology");
+const QString category = "ConnmanTechnology"_s;
+const QString technologyInterface = "net.connman.Technology"_s;
 
 } // namespace
 
 void TechnologyFixture::initTestCase()
 {
     QVERIFY(m_connman.isReady());
-    QLoggingCategory::setFilterRules(QStringLiteral("ConnmanTechnology.debug=true\nUtils.warning=true"));
+    QLoggingCategory::setFilterRules("ConnmanTechnology.debug=true\nUtils.warning=true"_s);
 }
 
 void TechnologyFixture::init()
 {
     m_log = std::make_unique<test_support::LogCapture>();
-    m_connman.addTechnology(name(), {{QStringLiteral("Name"), QStringLiteral("WiFi")},
-                                     {QStringLiteral("Type"), name()},
-                                     {QStringLiteral("Powered"), true},
-                                     {QStringLiteral("Connected"), true},
-                                     {QStringLiteral("Tethering"), true}});
+    m_connman.addTechnology(name(), {{"Name"_s, "WiFi"_s},
+                                     {"Type"_s, name()},
+                                     {"Powered"_s, true},
+                                     {"Connected"_s, true},
+                                     {"Tethering"_s, true}});
     makeProxy();
     m_connman.clearCalls();
     m_log->clear();
@@ -37,18 +38,18 @@ void TechnologyFixture::cleanup()
 {
     m_technology.reset();
     m_connman.clearFaults();
-    m_connman.setPresent(QStringLiteral("net.connman"), true);
+    m_connman.setPresent("net.connman"_s, true);
     m_log.reset();
 }
 
 QString TechnologyFixture::name()
 {
-    return QStringLiteral("wifi");
+    return "wifi"_s;
 }
 
 QString TechnologyFixture::path()
 {
-    return QStringLiteral("/net/connman/technology/wifi");
+    return "/net/connman/technology/wifi"_s;
 }
 
 void TechnologyFixture::makeProxy()
@@ -58,8 +59,7 @@ void TechnologyFixture::makeProxy()
 
 QString TechnologyFixture::call(const char *member, const char *arguments)
 {
-    return QStringLiteral("%1 %2.%3(%4)")
-        .arg(path(), technologyInterface, QLatin1String(member), QLatin1String(arguments));
+    return "%1 %2.%3(%4)"_s.arg(path(), technologyInterface, QLatin1String(member), QLatin1String(arguments));
 }
 
 Fault TechnologyFixture::fault(const char *member, const FaultKind &kind)

@@ -4,6 +4,7 @@
 #include "LogCapture.h"
 #include "PrivateBus.h"
 #include "SimulatorClient.h"
+#include "Text.h"
 
 #include <memory>
 #include <QDBusServiceWatcher>
@@ -40,7 +41,7 @@ private:
     test_support::PrivateBus m_bus;
     test_support::SimulatorClient m_connman{m_bus.address()};
     // As in the daemon: Qt then follows ConnMan's coming and going without gaps.
-    QDBusServiceWatcher m_presence{QStringLiteral("net.connman"), QDBusConnection::systemBus()};
+    QDBusServiceWatcher m_presence{"net.connman"_s, QDBusConnection::systemBus()};
     std::unique_ptr<test_support::LogCapture> m_log;
     std::unique_ptr<ConnmanTechnology> m_technology;
 };

@@ -1,6 +1,7 @@
 #include "BusName.h"
 #include "PrivateBus.h"
 #include "Suite.h"
+#include "Text.h"
 #include <libtactora/DBusArgument.h>
 
 #include <memory>
@@ -122,9 +123,9 @@ void DBusArgumentTest::initTestCase()
 {
     m_bus = std::make_unique<PrivateBus>();
     QVERIFY(m_bus->isRunning());
-    m_sending = std::make_unique<BusName>(m_bus->address(), QStringLiteral("sending"));
-    m_receiving = std::make_unique<BusName>(m_bus->address(), QStringLiteral("receiving"));
-    QVERIFY(m_sending->connection().registerVirtualObject(QStringLiteral("/"), &m_sender));
+    m_sending = std::make_unique<BusName>(m_bus->address(), "sending"_s);
+    m_receiving = std::make_unique<BusName>(m_bus->address(), "receiving"_s);
+    QVERIFY(m_sending->connection().registerVirtualObject("/"_s, &m_sender));
     QMetaType::registerComparators<QDBusObjectPath>();
     qDBusRegisterMetaType<QByteArrayList>();
     qDBusRegisterMetaType<Pair>();
@@ -153,9 +154,8 @@ void DBusArgumentTest::cleanupTestCase()
 QVariant DBusArgumentTest::sendAcross(const QVariant &value)
 {
     m_sender.value = value;
-    const QDBusMessage question =
-        QDBusMessage::createMethodCall(m_sending->connection().baseService(), QStringLiteral("/"),
-                                       QStringLiteral("test.Sender"), QStringLiteral("value"));
+    const QDBusMessage question = QDBusMessage::createMethodCall(m_sending->connection().baseService(), "/"_s,
+                                                                 "test.Sender"_s, "value"_s);
     const QDBusPendingCall call = m_receiving->connection().asyncCall(question);
     QDBusPendingCallWatcher watcher(call);
     QSignalSpy finished(&watcher, &QDBusPendingCallWatcher::finished);
@@ -172,33 +172,30 @@ void DBusArgumentTest::receivedValueBecomesPlain_data()
     const auto row = [](const char *name, const QVariant &sent, const QVariant &expected) {
         QTest::newRow(name) << QVariant::fromValue(boxed(sent)) << expected;
     };
-    const QString a = QStringLiteral("a");
-    const QString b = QStringLiteral("b");
-    const QVariantMap systemInfo{{QStringLiteral("serialNo"), 5}, {QStringLiteral("name"), a}};
+    const QString a = "a"_s;
+    const QString b = "b"_s;
+    const QVariantMap systemInfo{{"serialNo"_s, 5}, {"name"_s, a}};
 
     row("s", a, a);
     row("i", 5, 5);
     row("b", true, true);
-    row("o", QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x"))),
-        QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x"))));
+    row("o", QVariant::fromValue(QDBusObjectPath("/x"_s)), QVariant::fromValue(QDBusObjectPath("/x"_s)));
     row("v", QVariant::fromValue(boxed(a)), a);
     row("v of v of i", QVariant::fromValue(boxed(QVariant::fromValue(boxed(5)))), 5);
 
     row("a{sv}", systemInfo, systemInfo);
     row("a{sv}, empty", QVariantMap(), QVariantMap());
-    row("a{sv} in a{sv}", QVariantMap{{QStringLiteral("systemInfo"), systemInfo}},
-        QVariantMap{{QStringLiteral("systemInfo"), systemInfo}});
+    row("a{sv} in a{sv}", QVariantMap{{"systemInfo"_s, systemInfo}},
+        QVariantMap{{"systemInfo"_s, systemInfo}});
     row("a{ss}", QVariant::fromValue(TextByText{{a, b}}), QVariantMap{{a, b}});
     row("a{si}", QVariant::fromValue(NumberByText{{a, 5}}), QVariantMap{{a, 5}});
     row("a{sas}", QVariant::fromValue(TextListByText{{a, {a, b}}}), QVariantMap{{a, QStringList{a, b}}});
     row("a{s(si)}", QVariant::fromValue(PairByText{{a, {b, 5}}}), QVariantMap{{a, QVariantList{b, 5}}});
     row("a{sa{sv}}", QVariant::fromValue(MapByMapText{{a, systemInfo}}), QVariantMap{{a, systemInfo}});
 
-    row("a{is}", QVariant::fromValue(TextByNumber{{-5, a}, {12, b}}),
-        QVariantMap{{QStringLiteral("-5"), a}, {QStringLiteral("12"), b}});
-    row("a{ys}", QVariant::fromValue(TextByByte{{65, a}}), QVariantMap{{QStringLiteral("65"), a}});
-    row("a{os}", QVariant::fromValue(TextByPath{{QDBusObjectPath(QStringLiteral("/x")), a}}),
-        QVariantMap{{QStringLiteral("/x"), a}});
+    row("a{is}", QVariant::fromValue(TextByNumber{{-5, a}, {12, b}}), QVariantMap{{"-5"_s, a}, {"12"_s, b}});
+    row("a{ys}", QVariant::fromValue(TextByByte{{65, a}}), QVariantMap{{"65"_s, a}});
+    row("a{os}", QVariant::fromValue(TextByPath{{QDBusObjectPath("/x"_s), a}}), QVariantMap{{"/x"_s, a}});
 
     row("as", QStringList{a, b}, QStringList{a, b});
     row("as, empty", QStringList(), QStringList());
@@ -209,8 +206,8 @@ void DBusArgumentTest::receivedValueBecomesPlain_data()
     row("aai", QVariant::fromValue(IntListList{{1}, {}, {2, 3}}),
         QVariantList{QVariantList{1}, QVariantList{}, QVariantList{2, 3}});
     row("av", QVariantList{a, 5, systemInfo}, QVariantList{a, 5, systemInfo});
-    row("ao", QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath(QStringLiteral("/x"))}),
-        QVariantList{QVariant::fromValue(QDBusObjectPath(QStringLiteral("/x")))});
+    row("ao", QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath("/x"_s)}),
+        QVariantList{QVariant::fromValue(QDBusObjectPath("/x"_s))});
     row("aa{sv}", QVariant::fromValue(MapList{systemInfo, {}}), QVariantList{systemInfo, QVariantMap()});
     row("(si)", QVariant::fromValue(Pair{a, 5}), QVariantList{a, 5});
     row("a(si)", QVariant::fromValue(PairList{{a, 5}, {b, 6}}),
@@ -229,26 +226,24 @@ void DBusArgumentTest::receivedValueBecomesPlain()
 
 void DBusArgumentTest::everyValueOfAMapIsUnpacked()
 {
-    const QVariantMap inner{{QStringLiteral("serialNo"), 5}};
-    const QVariantMap received{{QStringLiteral("systemInfo"), sendAcross(inner)},
-                               {QStringLiteral("list"), sendAcross(QVariant::fromValue(IntList{1}))},
-                               {QStringLiteral("plain"), 5}};
+    const QVariantMap inner{{"serialNo"_s, 5}};
+    const QVariantMap received{{"systemInfo"_s, sendAcross(inner)},
+                               {"list"_s, sendAcross(QVariant::fromValue(IntList{1}))},
+                               {"plain"_s, 5}};
     const QVariantMap unpacked = dbusArgumentUnpack(received);
-    QCOMPARE(unpacked, (QVariantMap{{QStringLiteral("systemInfo"), inner},
-                                    {QStringLiteral("list"), QVariantList{1}},
-                                    {QStringLiteral("plain"), 5}}));
+    QCOMPARE(unpacked, (QVariantMap{{"systemInfo"_s, inner}, {"list"_s, QVariantList{1}}, {"plain"_s, 5}}));
 }
 
 void DBusArgumentTest::everyValueOfAListIsUnpacked()
 {
-    const QVariantMap inner{{QStringLiteral("serialNo"), 5}};
+    const QVariantMap inner{{"serialNo"_s, 5}};
     const QVariantList received{sendAcross(inner), QVariant::fromValue(boxed(5)), 6};
     QCOMPARE(dbusArgumentUnpack(QVariant(received)), QVariant(QVariantList{inner, 5, 6}));
 }
 
 void DBusArgumentTest::unpackingLeavesTheOriginalAsItWas()
 {
-    const QVariantMap map{{QStringLiteral("serialNo"), 5}};
+    const QVariantMap map{{"serialNo"_s, 5}};
     const QVariant received = sendAcross(map);
     QCOMPARE(dbusArgumentUnpack(received), QVariant(map));
     QCOMPARE(dbusArgumentUnpack(received), QVariant(map));
@@ -260,8 +255,8 @@ void DBusArgumentTest::deepNestingIsUnpackedToTheBottom()
     QVariant nested = QVariant::fromValue(IntList{1});
     QVariant expected = QVariantList{1};
     for (int level = 0; level < depth; ++level) {
-        nested = QVariantList{QVariantMap{{QStringLiteral("inner"), nested}}};
-        expected = QVariantList{QVariantMap{{QStringLiteral("inner"), expected}}};
+        nested = QVariantList{QVariantMap{{"inner"_s, nested}}};
+        expected = QVariantList{QVariantMap{{"inner"_s, expected}}};
     }
     QCOMPARE(dbusArgumentUnpack(sendAcross(nested)), expected);
 }
@@ -270,9 +265,9 @@ void DBusArgumentTest::valuesWithoutDBusPartsComeBackUnchanged_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::newRow("nothing") << QVariant();
-    QTest::newRow("text") << QVariant(QStringLiteral("a"));
-    QTest::newRow("list") << QVariant(QVariantList{1, QStringLiteral("a")});
-    QTest::newRow("map") << QVariant(QVariantMap{{QStringLiteral("a"), QStringList{QStringLiteral("b")}}});
+    QTest::newRow("text") << QVariant("a"_s);
+    QTest::newRow("list") << QVariant(QVariantList{1, "a"_s});
+    QTest::newRow("map") << QVariant(QVariantMap{{"a"_s, QStringList{"b"_s}}});
 }
 
 void DBusArgumentTest::valuesWithoutDBusPartsComeBackUnchanged()

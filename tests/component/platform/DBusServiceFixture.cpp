@@ -1,4 +1,5 @@
 #include "DBusServiceFixture.h"
+#include "Text.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -10,8 +11,8 @@ void DBusServiceFixture::init()
 {
     m_bus = std::make_unique<PrivateBus>();
     QVERIFY(m_bus->isRunning());
-    m_watching = std::make_unique<BusName>(m_bus->address(), QStringLiteral("watching"));
-    m_connman = std::make_unique<BusName>(m_bus->address(), QStringLiteral("connman"));
+    m_watching = std::make_unique<BusName>(m_bus->address(), "watching"_s);
+    m_connman = std::make_unique<BusName>(m_bus->address(), "connman"_s);
 }
 
 void DBusServiceFixture::cleanup()
@@ -29,16 +30,15 @@ std::unique_ptr<DBusService> DBusServiceFixture::watch()
 // One more name comes; as the bus keeps the order, all that came before has been told by then.
 void DBusServiceFixture::waitUntilAllIsTold()
 {
-    DBusService last(m_watching->connection(), QStringLiteral("test.last"));
+    DBusService last(m_watching->connection(), "test.last"_s);
     const QSignalSpy lastConnected(&last, &DBusService::connected);
-    QVERIFY(m_connman->take(QStringLiteral("test.last")));
+    QVERIFY(m_connman->take("test.last"_s));
     QTRY_COMPARE(lastConnected.size(), 1);
-    QVERIFY(m_connman->release(QStringLiteral("test.last")));
+    QVERIFY(m_connman->release("test.last"_s));
 }
 
 // An answer from the bus, without the event loop: what was sent before has been handled there.
 void DBusServiceFixture::waitUntilWatching()
 {
-    QVERIFY(
-        m_watching->connection().interface()->isServiceRegistered(QStringLiteral("org.freedesktop.DBus")));
+    QVERIFY(m_watching->connection().interface()->isServiceRegistered("org.freedesktop.DBus"_s));
 }

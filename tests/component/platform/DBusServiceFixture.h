@@ -2,6 +2,7 @@
 
 #include "BusName.h"
 #include "PrivateBus.h"
+#include "Text.h"
 #include <libtactora/DBusService.h>
 
 #include <memory>
@@ -17,9 +18,9 @@ public:
     explicit DBusServiceReport(const libtactora::DBusService &service)
     {
         QObject::connect(&service, &libtactora::DBusService::connected, this,
-                         [this] { lines.append(QStringLiteral("connected")); });
+                         [this] { lines.append("connected"_s); });
         QObject::connect(&service, &libtactora::DBusService::disconnected, this,
-                         [this] { lines.append(QStringLiteral("disconnected")); });
+                         [this] { lines.append("disconnected"_s); });
     }
 
     QStringList lines;
@@ -31,7 +32,7 @@ class DBusServiceFixture : public QObject
     Q_OBJECT
 
 protected:
-    static QString watchedName() { return QStringLiteral("net.connman"); }
+    static QString watchedName() { return "net.connman"_s; }
     std::unique_ptr<libtactora::DBusService> watch();
     void waitUntilAllIsTold();
     void waitUntilWatching();

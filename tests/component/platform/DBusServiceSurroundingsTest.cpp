@@ -2,6 +2,7 @@
 #include "FrozenBus.h"
 #include "LogCapture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -28,8 +29,8 @@ void DBusServiceSurroundingsTest::otherNamesAreNotReported()
 {
     const auto service = watch();
     const DBusServiceReport report(*service);
-    QVERIFY(m_connman->take(QStringLiteral("net.connman.vpn")));
-    QVERIFY(m_connman->take(QStringLiteral("net.connmanx")));
+    QVERIFY(m_connman->take("net.connman.vpn"_s));
+    QVERIFY(m_connman->take("net.connmanx"_s));
     waitUntilAllIsTold();
     QCOMPARE(report.lines, QStringList());
 }
@@ -42,8 +43,8 @@ void DBusServiceSurroundingsTest::severalWatchersOfOneNameAreAllTold()
     const DBusServiceReport secondReport(*second);
     QVERIFY(m_connman->take(watchedName()));
     waitUntilAllIsTold();
-    QCOMPARE(firstReport.lines, QStringList{QStringLiteral("connected")});
-    QCOMPARE(secondReport.lines, QStringList{QStringLiteral("connected")});
+    QCOMPARE(firstReport.lines, QStringList{"connected"_s});
+    QCOMPARE(secondReport.lines, QStringList{"connected"_s});
 }
 
 void DBusServiceSurroundingsTest::destroyedWatcherIsSilent()
@@ -70,13 +71,13 @@ void DBusServiceSurroundingsTest::busThatDoesNotAnswerHoldsNothingUp()
         QVERIFY(clock.elapsed() < FrozenBus::sureSignOfWaitingMs);
     }
     const DBusServiceReport report(*service);
-    QTRY_COMPARE(report.lines, QStringList{QStringLiteral("connected")});
+    QTRY_COMPARE(report.lines, QStringList{"connected"_s});
 }
 
 void DBusServiceSurroundingsTest::busThatWasNeverThereIsQuietlyBorne()
 {
     const LogCapture log;
-    const QDBusConnection nowhere(QStringLiteral("nowhere"));
+    const QDBusConnection nowhere("nowhere"_s);
     QVERIFY(!nowhere.isConnected());
     const DBusService service(nowhere, watchedName());
     const DBusServiceReport report(service);
@@ -95,7 +96,7 @@ void DBusServiceSurroundingsTest::busThatGoesAwayIsQuietlyBorne()
     m_bus->stop();
     QTRY_VERIFY(!m_watching->connection().isConnected());
     QCoreApplication::processEvents();
-    QCOMPARE(report.lines, QStringList{QStringLiteral("connected")});
+    QCOMPARE(report.lines, QStringList{"connected"_s});
     QVERIFY(log.messages().isEmpty());
 }
 

@@ -1,6 +1,7 @@
 #include "DBusServiceFixture.h"
 #include "LogCapture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusServiceWatcher>
 #include <QTest>
@@ -36,7 +37,7 @@ void DBusServiceTest::ownerThatIsThereIsReportedFromTheEventLoop()
     waitUntilWatching();
     QCOMPARE(report.lines, QStringList());
     waitUntilAllIsTold();
-    QCOMPARE(report.lines, QStringList{QStringLiteral("connected")});
+    QCOMPARE(report.lines, QStringList{"connected"_s});
 }
 
 void DBusServiceTest::ownerThatComesLaterIsReported()
@@ -48,7 +49,7 @@ void DBusServiceTest::ownerThatComesLaterIsReported()
     QVERIFY(m_connman->take(watchedName()));
     QCOMPARE(report.lines, QStringList());
     waitUntilAllIsTold();
-    QCOMPARE(report.lines, QStringList{QStringLiteral("connected")});
+    QCOMPARE(report.lines, QStringList{"connected"_s});
 }
 
 void DBusServiceTest::nameWithoutAnOwnerIsNotReported()
@@ -69,7 +70,7 @@ void DBusServiceTest::ownerThatGoesIsReported()
     waitUntilAllIsTold();
     QVERIFY(m_connman->release(watchedName()));
     waitUntilAllIsTold();
-    QCOMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("disconnected")}));
+    QCOMPARE(report.lines, (QStringList{"connected"_s, "disconnected"_s}));
 }
 
 void DBusServiceTest::ownerThatCrashesIsReported()
@@ -79,7 +80,7 @@ void DBusServiceTest::ownerThatCrashesIsReported()
     const DBusServiceReport report(*service);
     waitUntilAllIsTold();
     m_connman->leave();
-    QTRY_COMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("disconnected")}));
+    QTRY_COMPARE(report.lines, (QStringList{"connected"_s, "disconnected"_s}));
 }
 
 void DBusServiceTest::ownerThatComesBackIsReportedAgain()
@@ -91,8 +92,7 @@ void DBusServiceTest::ownerThatComesBackIsReportedAgain()
     QVERIFY(m_connman->release(watchedName()));
     QVERIFY(m_connman->take(watchedName()));
     waitUntilAllIsTold();
-    QCOMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("disconnected"),
-                                        QStringLiteral("connected")}));
+    QCOMPARE(report.lines, (QStringList{"connected"_s, "disconnected"_s, "connected"_s}));
 }
 
 // Whether the bus meets the name's coming before or after the question is open; many tries meet both.
@@ -103,7 +103,7 @@ void DBusServiceTest::ownerThatComesBeforeTheFirstAnswerIsReportedOnce()
         const DBusServiceReport report(*service);
         QVERIFY(m_connman->take(watchedName()));
         waitUntilAllIsTold();
-        QCOMPARE(report.lines, QStringList{QStringLiteral("connected")});
+        QCOMPARE(report.lines, QStringList{"connected"_s});
         QVERIFY(m_connman->release(watchedName()));
     }
 }
@@ -117,7 +117,7 @@ void DBusServiceTest::ownerThatGoesBeforeTheFirstAnswerIsReportedWithItsEnd()
         waitUntilWatching();
         QVERIFY(m_connman->release(watchedName()));
         waitUntilAllIsTold();
-        QCOMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("disconnected")}));
+        QCOMPARE(report.lines, (QStringList{"connected"_s, "disconnected"_s}));
     }
 }
 
@@ -127,10 +127,10 @@ void DBusServiceTest::ownerThatChangesBeforeTheFirstAnswerIsReportedTwice()
     const auto service = watch();
     const DBusServiceReport report(*service);
     waitUntilWatching();
-    BusName successor(m_bus->address(), QStringLiteral("successor"));
+    BusName successor(m_bus->address(), "successor"_s);
     QVERIFY(successor.take(watchedName()));
     waitUntilAllIsTold();
-    QCOMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("connected")}));
+    QCOMPARE(report.lines, (QStringList{"connected"_s, "connected"_s}));
 }
 
 void DBusServiceTest::changeThatOvertakesTheFirstAnswerStandsForIt_data()
@@ -138,12 +138,12 @@ void DBusServiceTest::changeThatOvertakesTheFirstAnswerStandsForIt_data()
     QTest::addColumn<QString>("oldOwner");
     QTest::addColumn<QString>("newOwner");
     QTest::addColumn<QStringList>("expected");
-    const QString connected = QStringLiteral("connected");
-    const QString disconnected = QStringLiteral("disconnected");
-    QTest::newRow("came") << QString() << QStringLiteral(":1.5") << QStringList{connected};
-    QTest::newRow("went") << QStringLiteral(":1.5") << QString() << QStringList{connected, disconnected};
-    QTest::newRow("passed on") << QStringLiteral(":1.5") << QStringLiteral(":1.6")
-                               << QStringList{connected, connected};
+    const QString connected = "connected"_s;
+    const QString disconnected = "disconnected"_s;
+    QTest::newRow("came") << QString() << ":1.5"_s << QStringList{connected};
+    QTest::newRow("went") << ":1.5"_s << QString() << QStringList{connected, disconnected};
+    QTest::newRow("passed on") << ":1.5"_s
+                               << ":1.6"_s << QStringList{connected, connected};
 }
 
 // Too rare to be waited for: the signal is delivered while the answer, "it has an owner", is still on its
@@ -169,10 +169,10 @@ void DBusServiceTest::nameThatPassesOnIsReportedOnceMore()
     const auto service = watch();
     const DBusServiceReport report(*service);
     waitUntilAllIsTold();
-    BusName successor(m_bus->address(), QStringLiteral("successor"));
+    BusName successor(m_bus->address(), "successor"_s);
     QVERIFY(successor.take(watchedName()));
     waitUntilAllIsTold();
-    QCOMPARE(report.lines, (QStringList{QStringLiteral("connected"), QStringLiteral("connected")}));
+    QCOMPARE(report.lines, (QStringList{"connected"_s, "connected"_s}));
 }
 
 void DBusServiceTest::everyOneOfManyQuickAppearancesIsReported()
@@ -184,7 +184,8 @@ void DBusServiceTest::everyOneOfManyQuickAppearancesIsReported()
     for (int time = 0; time < appearances; ++time) {
         QVERIFY(m_connman->take(watchedName()));
         QVERIFY(m_connman->release(watchedName()));
-        expected << QStringLiteral("connected") << QStringLiteral("disconnected");
+        expected << "connected"_s
+                 << "disconnected"_s;
     }
     waitUntilAllIsTold();
     QCOMPARE(report.lines, expected);

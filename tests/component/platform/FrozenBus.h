@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Text.h"
+
 #include <csignal>
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -9,8 +11,7 @@ class FrozenBus
 {
 public:
     explicit FrozenBus(const QDBusConnection &connection)
-        : m_daemon(static_cast<pid_t>(
-              connection.interface()->servicePid(QStringLiteral("org.freedesktop.DBus")).value()))
+        : m_daemon(static_cast<pid_t>(connection.interface()->servicePid("org.freedesktop.DBus"_s).value()))
     {
         if (m_daemon <= 0 || kill(m_daemon, SIGSTOP) != 0) {
             qFatal("cannot freeze the bus");

@@ -2,6 +2,7 @@
 #include "MockDevices.h"
 #include "MockKeyboard.h"
 #include "Suite.h"
+#include "Text.h"
 #include "UnprivilegedScope.h"
 #include <libkeyboard/Keyboard.h>
 
@@ -20,7 +21,7 @@ QVector<int> descriptorsOf(const QString &path)
 {
     const QString file = QFileInfo(path).canonicalFilePath();
     QVector<int> descriptors;
-    const QDir all(QStringLiteral("/proc/self/fd"));
+    const QDir all("/proc/self/fd"_s);
     const QStringList numbers = all.entryList(QDir::Files | QDir::System);
     for (const QString &number : numbers) {
         if (QFile::symLinkTarget(all.filePath(number)) == file) {
@@ -97,7 +98,7 @@ void KeyboardOpeningTest::openingTwiceIsOpeningOnce()
     QVERIFY(scene.keyboard.open());
     scene.keys.press(modifier);
     scene.keys.release(modifier);
-    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
+    QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "up 32"_s}));
 }
 
 void KeyboardOpeningTest::vanishedDeviceGivesOneErrorAndCloses()
@@ -105,7 +106,7 @@ void KeyboardOpeningTest::vanishedDeviceGivesOneErrorAndCloses()
     KeyboardScene scene;
     QVERIFY(scene.keyboard.open());
     scene.keys.vanish();
-    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    QTRY_COMPARE(scene.report.lines, QStringList{"error /dev/input/event0: No such device"_s});
     QVERIFY(!scene.keyboard.isOpen());
     QCoreApplication::processEvents();
     QCOMPARE(scene.report.lines.size(), 1);
@@ -116,7 +117,7 @@ void KeyboardOpeningTest::deviceThatHangsUpGivesOneErrorAndCloses()
     KeyboardScene scene;
     QVERIFY(scene.keyboard.open());
     scene.keys.hangUp();
-    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    QTRY_COMPARE(scene.report.lines, QStringList{"error /dev/input/event0: No such device"_s});
     QVERIFY(!scene.keyboard.isOpen());
     QCoreApplication::processEvents();
     QCOMPARE(scene.report.lines.size(), 1);
@@ -129,41 +130,42 @@ void KeyboardOpeningTest::keysBeforeTheHangUpAreReportedFirst()
     scene.keys.press(modifier);
     QTRY_COMPARE(scene.report.lines.size(), 1);
     scene.keys.hangUp();
-    QTRY_COMPARE(
-        scene.report.lines,
-        (QStringList{QStringLiteral("down 32"), QStringLiteral("error /dev/input/event0: No such device")}));
+    QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "error /dev/input/event0: No such device"_s}));
 }
 
 void KeyboardOpeningTest::keyboardWorksAgainAfterItsDeviceVanished()
 {
     const MockDevices devices;
     MockKeyboard first(devices, device);
-    MockKeyboard second(devices, QStringLiteral("/dev/input/event1"));
+    MockKeyboard second(devices, "/dev/input/event1"_s);
     Keyboard keyboard(device);
     const KeyboardReport report(keyboard);
     QVERIFY(keyboard.open());
     first.vanish();
     QTRY_COMPARE(report.lines.size(), 1);
-    keyboard.setDevice(QStringLiteral("/dev/input/event1"));
+    keyboard.setDevice("/dev/input/event1"_s);
     QVERIFY(keyboard.open());
     second.press(modifier);
-    QTRY_COMPARE(report.lines.constLast(), QStringLiteral("down 32"));
+    QTRY_COMPARE(report.lines.constLast(), "down 32"_s);
 }
 
 void KeyboardOpeningTest::failedOpenGivesOneErrorFromTheEventLoop_data()
 {
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("reason");
-    QTest::newRow("missing path") << QStringLiteral("/nowhere/event0")
-                                  << QStringLiteral("No such file or directory");
-    QTest::newRow("no path") << QString() << QStringLiteral("No such file or directory");
-    QTest::newRow("file") << QStringLiteral("%1/file") << QStringLiteral("Inappropriate ioctl for device");
-    QTest::newRow("directory") << QStringLiteral("%1") << QStringLiteral("Inappropriate ioctl for device");
-    QTest::newRow("no permission") << QStringLiteral("%1/forbidden") << QStringLiteral("Permission denied");
-    QTest::newRow("file as directory")
-        << QStringLiteral("%1/file/event0") << QStringLiteral("Not a directory");
-    QTest::newRow("placeholder in the path")
-        << QStringLiteral("%1/%2") << QStringLiteral("No such file or directory");
+    QTest::newRow("missing path") << "/nowhere/event0"_s
+                                  << "No such file or directory"_s;
+    QTest::newRow("no path") << QString() << "No such file or directory"_s;
+    QTest::newRow("file") << "%1/file"_s
+                          << "Inappropriate ioctl for device"_s;
+    QTest::newRow("directory") << "%1"_s
+                               << "Inappropriate ioctl for device"_s;
+    QTest::newRow("no permission") << "%1/forbidden"_s
+                                   << "Permission denied"_s;
+    QTest::newRow("file as directory") << "%1/file/event0"_s
+                                       << "Not a directory"_s;
+    QTest::newRow("placeholder in the path") << "%1/%2"_s
+                                             << "No such file or directory"_s;
 }
 
 void KeyboardOpeningTest::failedOpenGivesOneErrorFromTheEventLoop()
@@ -171,11 +173,11 @@ void KeyboardOpeningTest::failedOpenGivesOneErrorFromTheEventLoop()
     QFETCH(QString, path);
     QFETCH(QString, reason);
     const QTemporaryDir directory;
-    QVERIFY(QFile(directory.filePath(QStringLiteral("file"))).open(QIODevice::WriteOnly));
-    QVERIFY(QFile(directory.filePath(QStringLiteral("forbidden"))).open(QIODevice::WriteOnly));
-    QVERIFY(QFile::setPermissions(directory.filePath(QStringLiteral("forbidden")), {}));
+    QVERIFY(QFile(directory.filePath("file"_s)).open(QIODevice::WriteOnly));
+    QVERIFY(QFile(directory.filePath("forbidden"_s)).open(QIODevice::WriteOnly));
+    QVERIFY(QFile::setPermissions(directory.filePath("forbidden"_s), {}));
     QVERIFY(QFile::setPermissions(directory.path(), letEveryoneIn));
-    path.replace(QStringLiteral("%1"), directory.path());
+    path.replace("%1"_s, directory.path());
     Keyboard keyboard(path);
     const KeyboardReport report(keyboard);
     {
@@ -185,16 +187,16 @@ void KeyboardOpeningTest::failedOpenGivesOneErrorFromTheEventLoop()
     QVERIFY(!keyboard.isOpen());
     QCOMPARE(report.lines, QStringList());
     QCoreApplication::processEvents();
-    QCOMPARE(report.lines, QStringList{QStringLiteral("error ") + path + QStringLiteral(": ") + reason});
+    QCOMPARE(report.lines, QStringList{"error "_s + path + ": "_s + reason});
 }
 
 void KeyboardOpeningTest::closedKeyboardReportsNothing()
 {
     const MockDevices devices;
     MockKeyboard keys(devices, device);
-    MockKeyboard witnessKeys(devices, QStringLiteral("/dev/input/event1"));
+    MockKeyboard witnessKeys(devices, "/dev/input/event1"_s);
     Keyboard keyboard(device);
-    Keyboard witness(QStringLiteral("/dev/input/event1"));
+    Keyboard witness("/dev/input/event1"_s);
     const KeyboardReport report(keyboard);
     const KeyboardReport witnessReport(witness);
     QVERIFY(keyboard.open());
@@ -215,7 +217,7 @@ void KeyboardOpeningTest::closingInAHandlerEndsTheReports()
     scene.keys.press(modifier);
     scene.keys.press(anotherKey);
     QTRY_VERIFY(!scene.keyboard.isOpen());
-    QCOMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
+    QCOMPARE(scene.report.lines, QStringList{"down 32"_s});
 }
 
 void KeyboardOpeningTest::closedKeyboardCanBeOpenedAgain()
@@ -225,16 +227,16 @@ void KeyboardOpeningTest::closedKeyboardCanBeOpenedAgain()
     scene.keyboard.close();
     QVERIFY(scene.keyboard.open());
     scene.keys.press(modifier);
-    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
+    QTRY_COMPARE(scene.report.lines, QStringList{"down 32"_s});
 }
 
 void KeyboardOpeningTest::openKeyboardKeepsItsDeviceWhenGivenAnother()
 {
     KeyboardScene scene;
     QVERIFY(scene.keyboard.open());
-    scene.keyboard.setDevice(QStringLiteral("/dev/input/event1"));
+    scene.keyboard.setDevice("/dev/input/event1"_s);
     scene.keys.vanish();
-    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("error /dev/input/event0: No such device")});
+    QTRY_COMPARE(scene.report.lines, QStringList{"error /dev/input/event0: No such device"_s});
 }
 
 static const Suite<KeyboardOpeningTest> suite;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Text.h"
+
 #include <libkeyboard/Keyboard.h>
 
 #include <QStringList>
@@ -13,12 +15,11 @@ public:
     explicit KeyboardReport(const libkeyboard::Keyboard &keyboard)
     {
         QObject::connect(&keyboard, &libkeyboard::Keyboard::keyDown, this,
-                         [this](libkeyboard::Keyboard::Key key) { add(QStringLiteral("down"), key); });
+                         [this](libkeyboard::Keyboard::Key key) { add("down"_s, key); });
         QObject::connect(&keyboard, &libkeyboard::Keyboard::keyUp, this,
-                         [this](libkeyboard::Keyboard::Key key) { add(QStringLiteral("up"), key); });
-        QObject::connect(&keyboard, &libkeyboard::Keyboard::error, this, [this](const QString &message) {
-            lines.append(QStringLiteral("error ") + message);
-        });
+                         [this](libkeyboard::Keyboard::Key key) { add("up"_s, key); });
+        QObject::connect(&keyboard, &libkeyboard::Keyboard::error, this,
+                         [this](const QString &message) { lines.append("error "_s + message); });
     }
 
     QStringList lines;
@@ -26,6 +27,6 @@ public:
 private:
     void add(const QString &what, libkeyboard::Keyboard::Key key)
     {
-        lines.append(QStringLiteral("%1 %2").arg(what).arg(static_cast<int>(key)));
+        lines.append("%1 %2"_s.arg(what).arg(static_cast<int>(key)));
     }
 };

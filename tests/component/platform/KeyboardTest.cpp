@@ -1,5 +1,6 @@
 #include "KeyboardScene.h"
 #include "Suite.h"
+#include "Text.h"
 #include <libkeyboard/Keyboard.h>
 
 #include <QSignalSpy>
@@ -37,8 +38,7 @@ void KeyboardTest::keysAreReportedByTheirEvdevCode()
     scene.keys.press(anotherKey);
     scene.keys.release(anotherKey);
     scene.keys.release(modifier);
-    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37"),
-                                                  QStringLiteral("up 37"), QStringLiteral("up 32")}));
+    QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "down 37"_s, "up 37"_s, "up 32"_s}));
 }
 
 void KeyboardTest::keysCanBeRecordedAndQueued()
@@ -64,7 +64,7 @@ void KeyboardTest::autoRepeatIsNotReported()
     scene.keys.repeat(modifier);
     scene.keys.repeat(modifier);
     scene.keys.release(modifier);
-    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
+    QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "up 32"_s}));
 }
 
 void KeyboardTest::nothingIsReportedOutsideTheEventLoop()
@@ -73,9 +73,9 @@ void KeyboardTest::nothingIsReportedOutsideTheEventLoop()
     QVERIFY(scene.keyboard.open());
     scene.keys.press(modifier);
     scene.keyboard.open();
-    scene.keyboard.setDevice(QStringLiteral("/dev/input/event1"));
+    scene.keyboard.setDevice("/dev/input/event1"_s);
     QCOMPARE(scene.report.lines, QStringList());
-    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
+    QTRY_COMPARE(scene.report.lines, QStringList{"down 32"_s});
 }
 
 void KeyboardTest::keyReleasedDuringAnOverrunDoesNotStayHeld()
@@ -83,10 +83,10 @@ void KeyboardTest::keyReleasedDuringAnOverrunDoesNotStayHeld()
     KeyboardScene scene;
     QVERIFY(scene.keyboard.open());
     scene.keys.press(modifier);
-    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
+    QTRY_COMPARE(scene.report.lines, QStringList{"down 32"_s});
     scene.keys.releaseUnseen(modifier);
     scene.keys.overrun();
-    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("up 32")}));
+    QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "up 32"_s}));
 }
 
 void KeyboardTest::keyPressedDuringAnOverrunIsReported()
@@ -95,7 +95,7 @@ void KeyboardTest::keyPressedDuringAnOverrunIsReported()
     QVERIFY(scene.keyboard.open());
     scene.keys.pressUnseen(modifier);
     scene.keys.overrun();
-    QTRY_COMPARE(scene.report.lines, QStringList{QStringLiteral("down 32")});
+    QTRY_COMPARE(scene.report.lines, QStringList{"down 32"_s});
 }
 
 void KeyboardTest::keyThatDidNotChangeDuringAnOverrunIsNotReported()
@@ -106,7 +106,7 @@ void KeyboardTest::keyThatDidNotChangeDuringAnOverrunIsNotReported()
     QTRY_COMPARE(scene.report.lines.size(), 1);
     scene.keys.pressUnseen(anotherKey);
     scene.keys.overrun();
-    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37")}));
+    QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "down 37"_s}));
 }
 
 void KeyboardTest::keysAfterAnOverrunAreReportedAsEver()
@@ -120,8 +120,7 @@ void KeyboardTest::keysAfterAnOverrunAreReportedAsEver()
     scene.keys.repeat(anotherKey);
     scene.keys.release(anotherKey);
     scene.keys.release(modifier);
-    QTRY_COMPARE(scene.report.lines, (QStringList{QStringLiteral("down 32"), QStringLiteral("down 37"),
-                                                  QStringLiteral("up 37"), QStringLiteral("up 32")}));
+    QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "down 37"_s, "up 37"_s, "up 32"_s}));
 }
 
 static const Suite<KeyboardTest> suite;

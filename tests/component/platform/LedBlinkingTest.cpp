@@ -2,6 +2,7 @@
 #include "MockDevices.h"
 #include "MockLed.h"
 #include "Suite.h"
+#include "Text.h"
 #include <libled/Led.h>
 
 #include <QCoreApplication>
@@ -38,8 +39,7 @@ void LedBlinkingTest::blinkIsLeftToTheKernel()
     const MockDevices devices;
     MockLed files(devices, ledName);
     Led(ledName, nullptr).blink(500, untilToldOtherwise);
-    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
-                                              QStringLiteral("delay_off=250")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s}));
 }
 
 // The trigger in use stands in brackets, as after a restart of the daemon.
@@ -50,8 +50,7 @@ void LedBlinkingTest::blinkOfALedThatBlinksAlreadyIsLeftToTheKernelToo()
     blinking.insert(trigger, "none [timer]\n");
     MockLed files(devices, ledName, blinking);
     Led(ledName, nullptr).blink(500, untilToldOtherwise);
-    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
-                                              QStringLiteral("delay_off=250")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s}));
 }
 
 void LedBlinkingTest::blinkWithAnotherPeriodChangesOnlyTheDelays()
@@ -62,8 +61,7 @@ void LedBlinkingTest::blinkWithAnotherPeriodChangesOnlyTheDelays()
     led.blink(500, untilToldOtherwise);
     files.takeWrites();
     led.blink(1000, untilToldOtherwise);
-    QCOMPARE(files.takeWrites(),
-             (QStringList{QStringLiteral("delay_on=500"), QStringLiteral("delay_off=500")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"delay_on=500"_s, "delay_off=500"_s}));
 }
 
 // Setting another trigger makes the kernel forget the delays.
@@ -76,8 +74,7 @@ void LedBlinkingTest::blinkIsSetUpAnewAfterSteadyLight()
     led.on();
     files.takeWrites();
     led.blink(500, untilToldOtherwise);
-    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
-                                              QStringLiteral("delay_off=250")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s}));
 }
 
 // Setting another trigger makes the kernel switch the light off.
@@ -90,8 +87,7 @@ void LedBlinkingTest::steadyLightIsWrittenAnewAfterBlinking()
     led.blink(500, untilToldOtherwise);
     files.takeWrites();
     led.on();
-    QCOMPARE(files.takeWrites(),
-             (QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=127")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"trigger=none"_s, "brightness=127"_s}));
 }
 
 void LedBlinkingTest::blinkNeverAsksTheKernelForADelayOfZero()
@@ -99,8 +95,8 @@ void LedBlinkingTest::blinkNeverAsksTheKernelForADelayOfZero()
     const MockDevices devices;
     const MockLed files(devices, ledName);
     Led(ledName, nullptr).blink(0, untilToldOtherwise);
-    QCOMPARE(files.content(QStringLiteral("delay_on")), QByteArray("1"));
-    QCOMPARE(files.content(QStringLiteral("delay_off")), QByteArray("1"));
+    QCOMPARE(files.content("delay_on"_s), QByteArray("1"));
+    QCOMPARE(files.content("delay_off"_s), QByteArray("1"));
 }
 
 void LedBlinkingTest::blinkWithADurationEndsDark_data()
@@ -144,11 +140,10 @@ void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt_data()
 {
     QTest::addColumn<Call>("call");
     QTest::addColumn<QString>("expectedTrigger");
-    QTest::newRow("on") << Call([](Led &led) { led.on(); }) << QStringLiteral("none");
+    QTest::newRow("on") << Call([](Led &led) { led.on(); }) << "none"_s;
     QTest::newRow("blink for good") << Call([](Led &led) { led.blink(500, untilToldOtherwise); })
-                                    << QStringLiteral("timer");
-    QTest::newRow("blink for longer")
-        << Call([](Led &led) { led.blink(500, 60000); }) << QStringLiteral("timer");
+                                    << "timer"_s;
+    QTest::newRow("blink for longer") << Call([](Led &led) { led.blink(500, 60000); }) << "timer"_s;
 }
 
 void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt()
@@ -157,9 +152,9 @@ void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt()
     QFETCH(QString, expectedTrigger);
     const MockDevices devices;
     MockLed files(devices, ledName);
-    const MockLed laterFiles(devices, QStringLiteral("led10"));
+    const MockLed laterFiles(devices, "led10"_s);
     Led led(ledName, nullptr);
-    Led later(QStringLiteral("led10"), nullptr);
+    Led later("led10"_s, nullptr);
     led.blink(500, 30);
     later.blink(500, 40);
     call(led);
@@ -175,7 +170,7 @@ void LedBlinkingTest::withoutTimerTriggerTheLibraryBlinks()
     MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     led.blink(120, untilToldOtherwise);
-    QCOMPARE(files.takeWrites().constFirst(), QStringLiteral("trigger=none"));
+    QCOMPARE(files.takeWrites().constFirst(), "trigger=none"_s);
     for (int time = 0; time < 3; ++time) {
         QTRY_COMPARE(files.content(brightness), QByteArray("0"));
         QTRY_COMPARE(files.content(brightness), QByteArray("127"));
@@ -218,9 +213,9 @@ void LedBlinkingTest::steadyLightEndsTheLibrarysBlinking()
 {
     const MockDevices devices;
     MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
-    const MockLed witnessFiles(devices, QStringLiteral("led10"), MockLed::withoutTimerTrigger());
+    const MockLed witnessFiles(devices, "led10"_s, MockLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
-    Led witness(QStringLiteral("led10"), nullptr);
+    Led witness("led10"_s, nullptr);
     led.blink(10, untilToldOtherwise);
     led.on();
     files.takeWrites();

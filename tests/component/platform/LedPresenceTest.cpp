@@ -3,6 +3,7 @@
 #include "MockDevices.h"
 #include "MockLed.h"
 #include "Suite.h"
+#include "Text.h"
 #include <libled/Led.h>
 
 #include <QCoreApplication>
@@ -36,12 +37,11 @@ void LedPresenceTest::ledThatComesLaterWorksFromThenOn_data()
     QTest::addColumn<Call>("call");
     QTest::addColumn<QStringList>("writes");
     QTest::newRow("on") << Call([](Led &led) { led.on(); })
-                        << QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=127")};
+                        << QStringList{"trigger=none"_s, "brightness=127"_s};
     QTest::newRow("off") << Call([](Led &led) { led.off(); })
-                         << QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=0")};
+                         << QStringList{"trigger=none"_s, "brightness=0"_s};
     QTest::newRow("blink") << Call([](Led &led) { led.blink(500, untilToldOtherwise); })
-                           << QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
-                                          QStringLiteral("delay_off=250")};
+                           << QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s};
 }
 
 void LedPresenceTest::ledThatComesLaterWorksFromThenOn()
@@ -70,8 +70,7 @@ void LedPresenceTest::triggerThatComesLaterIsUsed()
     files.setUp(MockLed::kernelBlinking());
     files.takeWrites();
     led.blink(500, untilToldOtherwise);
-    QCOMPARE(files.takeWrites(), (QStringList{QStringLiteral("trigger=timer"), QStringLiteral("delay_on=250"),
-                                              QStringLiteral("delay_off=250")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s}));
 }
 
 void LedPresenceTest::ledThatComesBackIsWrittenAnew()
@@ -92,7 +91,7 @@ void LedPresenceTest::ledThatComesBackIsWrittenAnew()
     files.plugIn();
     led.on();
     QCOMPARE(files.content(brightness), QByteArray("127"));
-    QCOMPARE(log.lines(QStringLiteral("libled")).size(), 1);
+    QCOMPARE(log.lines("libled"_s).size(), 1);
 }
 
 void LedPresenceTest::ledThatWentAwayIsLoggedOnce_data()
@@ -116,8 +115,7 @@ void LedPresenceTest::ledThatWentAwayIsLoggedOnce()
     led.blink(500, 0);
     led.off();
     QCoreApplication::processEvents();
-    QCOMPARE(log.lines(QStringLiteral("libled")),
-             QStringList(QStringLiteral("LED \"/sys/class/leds/led8/\" went away.")));
+    QCOMPARE(log.lines("libled"_s), QStringList("LED \"/sys/class/leds/led8/\" went away."_s));
 }
 
 void LedPresenceTest::failedWriteIsLoggedOnce()
@@ -130,9 +128,8 @@ void LedPresenceTest::failedWriteIsLoggedOnce()
     led.on();
     led.off();
     led.on();
-    QCOMPARE(log.lines(QStringLiteral("libled")),
-             QStringList{QStringLiteral("Writing \"/sys/class/leds/led8/brightness\" failed: "
-                                        "\"No space left on device\"")});
+    QCOMPARE(log.lines("libled"_s), QStringList{"Writing \"/sys/class/leds/led8/brightness\" failed: "
+                                                "\"No space left on device\""_s});
     QCOMPARE(log.takeCriticals().size(), 1);
 }
 
@@ -144,7 +141,7 @@ void LedPresenceTest::failedWriteIsTriedAgain()
     Led led(ledName, nullptr);
     files.breakFile(brightness);
     led.on();
-    QCOMPARE(log.lines(QStringLiteral("libled")).size(), 1);
+    QCOMPARE(log.lines("libled"_s).size(), 1);
     files.restoreFile(brightness);
     led.on();
     QCOMPARE(files.content(brightness), QByteArray("127"));
@@ -160,11 +157,11 @@ void LedPresenceTest::failedWriteLeavesNothingThatNeedNotBeWritten()
     led.on();
     files.breakFile(brightness);
     led.off();
-    QCOMPARE(log.lines(QStringLiteral("libled")).size(), 1);
+    QCOMPARE(log.lines("libled"_s).size(), 1);
     files.restoreFile(brightness);
     files.takeWrites();
     led.on();
-    QCOMPARE(files.takeWrites(), QStringList{QStringLiteral("brightness=127")});
+    QCOMPARE(files.takeWrites(), QStringList{"brightness=127"_s});
 }
 
 void LedPresenceTest::failureAfterASuccessIsLoggedAgain()
@@ -187,9 +184,9 @@ void LedPresenceTest::blinkingOnALedThatWentAwayIsLoggedOnce()
     LogCapture log;
     const MockDevices devices;
     const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
-    const MockLed witnessFiles(devices, QStringLiteral("led10"), MockLed::withoutTimerTrigger());
+    const MockLed witnessFiles(devices, "led10"_s, MockLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
-    Led witness(QStringLiteral("led10"), nullptr);
+    Led witness("led10"_s, nullptr);
     led.blink(10, untilToldOtherwise);
     QVERIFY(QFile::remove(files.realPath(brightness)));
     witness.blink(100, untilToldOtherwise);

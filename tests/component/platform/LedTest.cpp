@@ -3,6 +3,7 @@
 #include "MockDevices.h"
 #include "MockLed.h"
 #include "Suite.h"
+#include "Text.h"
 #include "UnprivilegedScope.h"
 #include <libled/Led.h>
 
@@ -41,7 +42,7 @@ void LedTest::ledWithoutWritePermissionIsInvalid()
     QVERIFY(QFile::setPermissions(devices.realPath({}), letEveryoneIn));
     QVERIFY(QFile::setPermissions(files.realPath(brightness), QFile::ReadOwner | QFile::ReadOther));
     const UnprivilegedScope anyone;
-    QVERIFY(QFile::exists(QStringLiteral("/sys/class/leds/led8/brightness")));
+    QVERIFY(QFile::exists("/sys/class/leds/led8/brightness"_s));
     QVERIFY(!Led(ledName, nullptr).isValid());
 }
 
@@ -50,9 +51,9 @@ void LedTest::callsOnAnInvalidLedDoNothing()
     LogCapture log;
     const MockDevices devices;
     MockLed files(devices, ledName, {{trigger, "[none] timer\n"}});
-    MockLed witnessFiles(devices, QStringLiteral("witness"));
+    MockLed witnessFiles(devices, "witness"_s);
     Led led(ledName, nullptr);
-    Led witness(QStringLiteral("witness"), nullptr);
+    Led witness("witness"_s, nullptr);
     files.takeWrites();
     led.on();
     led.off();
@@ -70,8 +71,7 @@ void LedTest::onTakesTheTriggerOffAndLightsUpFully()
     Led led(ledName, nullptr);
     QVERIFY(led.isValid());
     led.on();
-    QCOMPARE(files.takeWrites(),
-             (QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=127")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"trigger=none"_s, "brightness=127"_s}));
 }
 
 void LedTest::onWithoutMaxBrightnessIs255()
@@ -85,8 +85,7 @@ void LedTest::onWithoutMaxBrightnessIs255()
 void LedTest::onWithAnUnreadableMaxBrightnessIs255()
 {
     const MockDevices devices;
-    const MockLed files(devices, ledName,
-                        {{brightness, "0\n"}, {QStringLiteral("max_brightness"), "bright\n"}});
+    const MockLed files(devices, ledName, {{brightness, "0\n"}, {"max_brightness"_s, "bright\n"}});
     Led(ledName, nullptr).on();
     QCOMPARE(files.content(brightness), QByteArray("255"));
 }
@@ -96,8 +95,7 @@ void LedTest::offTakesTheTriggerOffAndTheLightToo()
     const MockDevices devices;
     MockLed files(devices, ledName);
     Led(ledName, nullptr).off();
-    QCOMPARE(files.takeWrites(),
-             (QStringList{QStringLiteral("trigger=none"), QStringLiteral("brightness=0")}));
+    QCOMPARE(files.takeWrites(), (QStringList{"trigger=none"_s, "brightness=0"_s}));
 }
 
 void LedTest::ledOfAKernelWithoutTriggersIsSwitchedByBrightnessAlone()
@@ -107,9 +105,9 @@ void LedTest::ledOfAKernelWithoutTriggersIsSwitchedByBrightnessAlone()
     MockLed files(devices, ledName, {{brightness, "0\n"}});
     Led led(ledName, nullptr);
     led.on();
-    QCOMPARE(files.takeWrites(), QStringList{QStringLiteral("brightness=255")});
+    QCOMPARE(files.takeWrites(), QStringList{"brightness=255"_s});
     led.off();
-    QCOMPARE(files.takeWrites(), QStringList{QStringLiteral("brightness=0")});
+    QCOMPARE(files.takeWrites(), QStringList{"brightness=0"_s});
     QCOMPARE(log.takeCriticals(), QStringList());
 }
 

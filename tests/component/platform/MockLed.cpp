@@ -2,6 +2,7 @@
 
 #include "MockDevices.h"
 #include "MockLed.h"
+#include "Text.h"
 #include <array>
 #include <QDir>
 #include <QFile>
@@ -31,22 +32,22 @@ void writeFile(const QString &path, const QByteArray &content)
 
 MockLed::Files MockLed::kernelBlinking()
 {
-    return {{QStringLiteral("brightness"), "0\n"},
-            {QStringLiteral("max_brightness"), "127\n"},
-            {QStringLiteral("trigger"), "[none] kbd-capslock timer heartbeat\n"},
-            {QStringLiteral("delay_on"), "500\n"},
-            {QStringLiteral("delay_off"), "500\n"}};
+    return {{"brightness"_s, "0\n"},
+            {"max_brightness"_s, "127\n"},
+            {"trigger"_s, "[none] kbd-capslock timer heartbeat\n"},
+            {"delay_on"_s, "500\n"},
+            {"delay_off"_s, "500\n"}};
 }
 
 MockLed::Files MockLed::withoutTimerTrigger()
 {
-    return {{QStringLiteral("brightness"), "0\n"},
-            {QStringLiteral("max_brightness"), "127\n"},
-            {QStringLiteral("trigger"), "[none] kbd-capslock oneshot-timer\n"}};
+    return {{"brightness"_s, "0\n"},
+            {"max_brightness"_s, "127\n"},
+            {"trigger"_s, "[none] kbd-capslock oneshot-timer\n"}};
 }
 
 MockLed::MockLed(const MockDevices &devices, const QString &name, Files files)
-    : m_directory(devices.realPath(QStringLiteral("/sys/devices/%1/").arg(name)))
+    : m_directory(devices.realPath("/sys/devices/%1/"_s.arg(name)))
     , m_files(std::move(files))
     , m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
@@ -73,7 +74,7 @@ void MockLed::setUp(const Files &files) const
 void MockLed::unplug()
 {
     ++m_timesUnplugged;
-    QDir().rename(m_directory, m_directory.chopped(1) + QStringLiteral(".gone%1").arg(m_timesUnplugged));
+    QDir().rename(m_directory, m_directory.chopped(1) + ".gone%1"_s.arg(m_timesUnplugged));
 }
 
 void MockLed::plugIn()
@@ -111,12 +112,12 @@ QStringList MockLed::takeWrites() const
 
 void MockLed::breakFile(const QString &file) const
 {
-    QFile::rename(realPath(file), realPath(file) + QStringLiteral(".saved"));
-    QFile::link(QStringLiteral("/dev/full"), realPath(file));
+    QFile::rename(realPath(file), realPath(file) + ".saved"_s);
+    QFile::link("/dev/full"_s, realPath(file));
 }
 
 void MockLed::restoreFile(const QString &file) const
 {
     QFile::remove(realPath(file));
-    QFile::rename(realPath(file) + QStringLiteral(".saved"), realPath(file));
+    QFile::rename(realPath(file) + ".saved"_s, realPath(file));
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BusName.h"
+#include "Text.h"
 
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
@@ -15,12 +16,12 @@ public:
     enum class Manner { Answering, Failing, Hanging };
 
     explicit SpeechService(const QString &address)
-        : m_program(address, QStringLiteral("speech"))
+        : m_program(address, "speech"_s)
     {
-        m_program.connection().registerVirtualObject(QStringLiteral("/"), this);
+        m_program.connection().registerVirtualObject("/"_s, this);
     }
 
-    static QString name() { return QStringLiteral("com.tactora.Speech"); }
+    static QString name() { return "com.tactora.Speech"_s; }
 
     bool start() { return m_program.take(name()); }
     bool stop() { return m_program.release(name()); }
@@ -35,8 +36,7 @@ public:
         case Manner::Answering:
             return connection.send(message.createReply());
         case Manner::Failing:
-            return connection.send(
-                message.createErrorReply(QDBusError::Failed, QStringLiteral("out of breath")));
+            return connection.send(message.createErrorReply(QDBusError::Failed, "out of breath"_s));
         case Manner::Hanging:
             return true;
         }

@@ -2,6 +2,7 @@
 #include "PrivateBus.h"
 #include "SpeechService.h"
 #include "Suite.h"
+#include "Text.h"
 #include <libspeech/Speech.h>
 #include <libspeech/SpeechKeys.h>
 #include <libtactora/Singleton.h>
@@ -88,8 +89,7 @@ void SpeechTest::cleanup()
 void SpeechTest::letTheBusCatchUp()
 {
     const QDBusMessage ping = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("GetId"));
+        "org.freedesktop.DBus"_s, "/org/freedesktop/DBus"_s, "org.freedesktop.DBus"_s, "GetId"_s);
     const QDBusPendingCallWatcher answer(QDBusConnection::systemBus().asyncCall(ping));
     QSignalSpy answered(&answer, &QDBusPendingCallWatcher::finished);
     QVERIFY(answered.wait());
@@ -103,10 +103,10 @@ void SpeechTest::requestGoesOutAsTheServiceKnowsIt()
     QTRY_COMPARE(m_service->requests.size(), 1);
     const QDBusMessage &message = m_service->requests.constFirst();
     QCOMPARE(message.type(), QDBusMessage::MethodCallMessage);
-    QCOMPARE(message.path(), QStringLiteral("/"));
+    QCOMPARE(message.path(), "/"_s);
     QCOMPARE(message.interface(), SpeechService::name());
-    QCOMPARE(message.member(), QStringLiteral("speakFromId"));
-    QCOMPARE(message.signature(), QStringLiteral("sa{sv}"));
+    QCOMPARE(message.member(), "speakFromId"_s);
+    QCOMPARE(message.signature(), "sa{sv}"_s);
 }
 
 void SpeechTest::idOnTheBusIsTheOneReturnedWithoutBraces()
@@ -126,7 +126,7 @@ void SpeechTest::valuesKeepTheirTypes()
     QVERIFY(m_service->start());
     Speech speech;
     QVariantMap request = sampleRequest();
-    request.insert(libspeech::Arguments, QStringList{QStringLiteral("10"), QStringLiteral("5")});
+    request.insert(libspeech::Arguments, QStringList{"10"_s, "5"_s});
     speech.speakFromId(request);
     QTRY_COMPARE(m_service->requests.size(), 1);
     const auto sent = qdbus_cast<QVariantMap>(m_service->requests.constFirst().arguments().at(1));
@@ -243,8 +243,8 @@ void SpeechTest::failedRequestIsLogged()
     Speech speech;
     const QUuid id = speech.speakFromId(sampleRequest());
     QVERIFY(!id.isNull());
-    const QString line = QStringLiteral("Speech request \"%1\" failed: \"out of breath\"").arg(textOf(id));
-    QTRY_COMPARE(m_log->lines(QStringLiteral("libspeech"), QtCriticalMsg), QStringList{line});
+    const QString line = "Speech request \"%1\" failed: \"out of breath\""_s.arg(textOf(id));
+    QTRY_COMPARE(m_log->lines("libspeech"_s, QtCriticalMsg), QStringList{line});
 }
 
 void SpeechTest::requestThatTheServiceTakesDownWithItIsLogged()
@@ -255,7 +255,7 @@ void SpeechTest::requestThatTheServiceTakesDownWithItIsLogged()
     speech.speakFromId(sampleRequest());
     QTRY_COMPARE(m_service->requests.size(), 1);
     m_service->crash();
-    QTRY_COMPARE(m_log->lines(QStringLiteral("libspeech"), QtCriticalMsg).size(), 1);
+    QTRY_COMPARE(m_log->lines("libspeech"_s, QtCriticalMsg).size(), 1);
 }
 
 void SpeechTest::answeredRequestIsNotLogged()

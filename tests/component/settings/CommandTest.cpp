@@ -1,6 +1,7 @@
 #include "Command.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <csignal>
 
@@ -23,7 +24,7 @@ constexpr auto shortTime = 200ms;
 
 QString iw()
 {
-    return QStringLiteral("iw");
+    return "iw"_s;
 }
 } // namespace
 
@@ -56,7 +57,7 @@ private slots:
 
 void CommandTest::commandMayTakeThirtySecondsButNoMore()
 {
-    commands().script(iw(), {QStringLiteral("hold")});
+    commands().script(iw(), {"hold"_s});
     QElapsedTimer elapsed;
     elapsed.start();
     std::thread release([this] {
@@ -72,19 +73,19 @@ void CommandTest::commandMayTakeThirtySecondsButNoMore()
 
 void CommandTest::commandThatEndsHasEndedNormally()
 {
-    QVERIFY(Command::run(iw(), {QStringLiteral("list")}));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw list")));
+    QVERIFY(Command::run(iw(), {"list"_s}));
+    QCOMPARE(commands().calls(), QStringList("iw list"_s));
 }
 
 void CommandTest::exitCodeDoesNotCount()
 {
-    commands().script(iw(), {QStringLiteral("exit 255")});
+    commands().script(iw(), {"exit 255"_s});
     QVERIFY(Command::run(iw(), {}));
 }
 
 void CommandTest::crashedCommandEndsInTimeButNotNormally()
 {
-    commands().script(iw(), {QStringLiteral("crash")});
+    commands().script(iw(), {"crash"_s});
     QProcess process;
     process.start(iw(), {});
     QVERIFY(Command::waitForEnd(process, longEnough));
@@ -110,7 +111,7 @@ void CommandTest::commandThatHasEndedBeforeTheWaitHasEnded()
 
 void CommandTest::commandThatHangsIsKilled()
 {
-    commands().script(iw(), {QStringLiteral("hang")});
+    commands().script(iw(), {"hang"_s});
     QProcess process;
     process.start(iw(), {});
     QVERIFY(process.waitForStarted());
@@ -122,7 +123,7 @@ void CommandTest::commandThatHangsIsKilled()
 
 void CommandTest::commandThatCannotBeKilledIsGivenUp()
 {
-    commands().script(iw(), {QStringLiteral("hold")});
+    commands().script(iw(), {"hold"_s});
     Command::ProcessPointer process = Command::start(iw(), {});
     const QPointer<QProcess> observed = process.get();
     QVERIFY(process->waitForStarted());
@@ -143,8 +144,8 @@ void CommandTest::commandThatCannotBeKilledIsGivenUp()
 
 void CommandTest::argumentsArePassedWithoutAShell()
 {
-    QVERIFY(Command::run(iw(), {QStringLiteral("a b"), QString(), QStringLiteral("$HOME;*")}));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw \"a b\" \"\" $HOME;*")));
+    QVERIFY(Command::run(iw(), {"a b"_s, QString(), "$HOME;*"_s}));
+    QCOMPARE(commands().calls(), QStringList("iw \"a b\" \"\" $HOME;*"_s));
 }
 
 static const Suite<CommandTest> suite;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NetworkSettings.h"
+#include "Text.h"
 
 #include <QDir>
 #include <QVariant>
@@ -8,37 +9,34 @@
 /// The files that the settings write, and what is to be in them.
 namespace device_files {
 
-const QString hostNameFile = QStringLiteral("/etc/hostname");
-const QString connmanDirectory = QStringLiteral("/var/lib/connman");
-const QString corpFile = connmanDirectory + QStringLiteral("/corp.config");
-const QString storesDirectory = QStringLiteral("/etc/xdg/Tactora AB");
-const QString regionFile = storesDirectory + QStringLiteral("/region.conf");
-const QString regionStore = QStringLiteral("region");
-const QString corp = QStringLiteral("corp");
+const QString hostNameFile = "/etc/hostname"_s;
+const QString connmanDirectory = "/var/lib/connman"_s;
+const QString corpFile = connmanDirectory + "/corp.config"_s;
+const QString storesDirectory = "/etc/xdg/Tactora AB"_s;
+const QString regionFile = storesDirectory + "/region.conf"_s;
+const QString regionStore = "region"_s;
+const QString corp = "corp"_s;
 
 /// Two values to tell apart, long enough for half of it to be seen.
 inline QString longName(bool odd)
 {
-    return QStringLiteral("%1").arg(QString(), odd ? 60 : 50, QLatin1Char(odd ? 'o' : 'e'));
+    return "%1"_s.arg(QString(), odd ? 60 : 50, QLatin1Char(odd ? 'o' : 'e'));
 }
 
 inline QByteArray provisioningText(bool odd)
 {
-    return QStringLiteral("[service_peap]\nType=wifi\nName=%1\nEAP=peap\nPhase2=MSCHAPV2")
-        .arg(longName(odd))
-        .toUtf8();
+    return "[service_peap]\nType=wifi\nName=%1\nEAP=peap\nPhase2=MSCHAPV2"_s.arg(longName(odd)).toUtf8();
 }
 
 inline QByteArray lockText(bool odd)
 {
-    return QStringLiteral("[wifi]\nregionLocked=%1\n").arg(QVariant(odd).toString()).toUtf8();
+    return "[wifi]\nregionLocked=%1\n"_s.arg(QVariant(odd).toString()).toUtf8();
 }
 
 inline bool writeEverything(NetworkSettings &settings, bool odd)
 {
     settings.setLockRegion(odd);
-    return settings.createWpaConfFile(corp, longName(odd), QStringLiteral("peap"),
-                                      QStringLiteral("MSCHAPV2")) &&
+    return settings.createWpaConfFile(corp, longName(odd), "peap"_s, "MSCHAPV2"_s) &&
            settings.setHostName(longName(odd));
 }
 

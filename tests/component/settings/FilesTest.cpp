@@ -2,6 +2,7 @@
 #include "PrivateWorld.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <csignal>
 
@@ -16,8 +17,8 @@ using namespace device_files;
 
 namespace {
 
-const QString workDirectory = QStringLiteral(".network-manager.new");
-const QString writeForEver = QStringLiteral("--write-for-ever");
+const QString workDirectory = ".network-manager.new"_s;
+const QString writeForEver = "--write-for-ever"_s;
 
 void writeUntilKilled()
 {
@@ -81,18 +82,17 @@ void FilesTest::killLeavesEveryFileWhole()
     }
     NetworkSettings settings;
     QVERIFY(writeEverything(settings, true));
-    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
-    QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
-    QVERIFY(!entries(QStringLiteral("/etc")).contains(workDirectory));
+    QCOMPARE(entries(connmanDirectory), QStringList("corp.config"_s));
+    QCOMPARE(entries(storesDirectory), QStringList("region.conf"_s));
+    QVERIFY(!entries("/etc"_s).contains(workDirectory));
 }
 
 void FilesTest::leftOversOfAPowerCutGoWithTheNextWrite()
 {
-    for (const QString &directory : {connmanDirectory, storesDirectory, QStringLiteral("/etc")}) {
+    for (const QString &directory : {connmanDirectory, storesDirectory, "/etc"_s}) {
         const QString left = directory + QLatin1Char('/') + workDirectory;
-        QVERIFY(QDir().mkpath(left + QStringLiteral("/deeper")));
-        for (const QString &name :
-             {QStringLiteral("corp.config"), QStringLiteral("region.conf"), QStringLiteral("hostname")}) {
+        QVERIFY(QDir().mkpath(left + "/deeper"_s));
+        for (const QString &name : {"corp.config"_s, "region.conf"_s, "hostname"_s}) {
             writeFile(left + QLatin1Char('/') + name, "ha");
         }
     }
@@ -101,9 +101,9 @@ void FilesTest::leftOversOfAPowerCutGoWithTheNextWrite()
     QCOMPARE(fileContent(corpFile), provisioningText(true));
     QCOMPARE(fileContent(hostNameFile), longName(true).toUtf8());
     QCOMPARE(store(regionStore), lockText(true));
-    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
-    QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
-    QVERIFY(!entries(QStringLiteral("/etc")).contains(workDirectory));
+    QCOMPARE(entries(connmanDirectory), QStringList("corp.config"_s));
+    QCOMPARE(entries(storesDirectory), QStringList("region.conf"_s));
+    QVERIFY(!entries("/etc"_s).contains(workDirectory));
 }
 
 void FilesTest::leftOverLockOfAStoreDelaysNothing_data()
@@ -119,7 +119,7 @@ void FilesTest::leftOverLockOfAStoreDelaysNothing()
 {
     constexpr qint64 muchLessThanALockIsWaitedForMs = 15000;
     QFETCH(QByteArray, content);
-    writeFile(regionFile + QStringLiteral(".lock"), content);
+    writeFile(regionFile + ".lock"_s, content);
     QElapsedTimer elapsed;
     elapsed.start();
 
@@ -133,9 +133,9 @@ void FilesTest::nothingButTheFilesIsLeftInTheirDirectories()
 {
     NetworkSettings settings;
     QVERIFY(writeEverything(settings, true));
-    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
-    QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
-    QVERIFY(!entries(QStringLiteral("/etc")).contains(workDirectory));
+    QCOMPARE(entries(connmanDirectory), QStringList("corp.config"_s));
+    QCOMPARE(entries(storesDirectory), QStringList("region.conf"_s));
+    QVERIFY(!entries("/etc"_s).contains(workDirectory));
     QCOMPARE(criticalLines(), QStringList());
 }
 
@@ -156,8 +156,8 @@ void FilesTest::malformedLineHidesNoFailure()
     setStoresWritable(false);
 
     QVERIFY(settings.setLockRegion(true));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
-                                  "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""))));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
 }
 
 void FilesTest::linkIsFollowed_data()
@@ -171,7 +171,7 @@ void FilesTest::linkIsFollowed_data()
 void FilesTest::linkIsFollowed()
 {
     QFETCH(QString, path);
-    const QString target = QStringLiteral("/var/lib/") + QFileInfo(path).fileName();
+    const QString target = "/var/lib/"_s + QFileInfo(path).fileName();
     writeFile(target, {});
     QVERIFY(QFile::link(target, path));
     NetworkSettings settings;

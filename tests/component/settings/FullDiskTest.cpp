@@ -1,6 +1,7 @@
 #include "DeviceFiles.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QFile>
 
@@ -13,7 +14,7 @@ class FullDisk
 {
 public:
     explicit FullDisk(const QString &directory)
-        : m_filler(directory + QStringLiteral("/filler"))
+        : m_filler(directory + "/filler"_s)
     {
         if (m_filler.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
             while (m_filler.write(QByteArray(4096, 'x')) > 0) {
@@ -46,12 +47,12 @@ private slots:
 void FullDiskTest::fullDiskLeavesNoProvisioningFile()
 {
     NetworkSettings settings;
-    const FullDisk full(QStringLiteral("/var"));
+    const FullDisk full("/var"_s);
 
     QVERIFY(!settings.createWpaConfFile(corp, corp, corp, corp));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral(
-                 "Unable to write file \"/var/lib/connman/corp.config\" \"No space left on device\""))));
+             QStringList(networkSettingsLine(
+                 "Unable to write file \"/var/lib/connman/corp.config\" \"No space left on device\""_s)));
     QCOMPARE(entries(connmanDirectory), QStringList());
 }
 
@@ -59,11 +60,11 @@ void FullDiskTest::fullDiskLeavesTheEarlierProvisioningFile()
 {
     NetworkSettings settings;
     QVERIFY(writeEverything(settings, true));
-    const FullDisk full(QStringLiteral("/var"));
+    const FullDisk full("/var"_s);
 
     QVERIFY(!settings.createWpaConfFile(corp, corp, corp, corp));
     QCOMPARE(fileContent(corpFile), provisioningText(true));
-    QCOMPARE(entries(connmanDirectory), QStringList(QStringLiteral("corp.config")));
+    QCOMPARE(entries(connmanDirectory), QStringList("corp.config"_s));
 }
 
 void FullDiskTest::fullDiskLeavesTheEarlierSettings()
@@ -71,15 +72,16 @@ void FullDiskTest::fullDiskLeavesTheEarlierSettings()
     NetworkSettings settings;
     settings.setLockRegion(true);
     {
-        const FullDisk full(QStringLiteral("/etc"));
+        const FullDisk full("/etc"_s);
         QVERIFY(settings.setLockRegion(false));
-        QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
-                                      "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""))));
+        QCOMPARE(criticalLines(),
+                 QStringList(networkSettingsLine(
+                     "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
         QCOMPARE(store(regionStore), lockText(true));
-        QCOMPARE(entries(storesDirectory), QStringList(QStringLiteral("region.conf")));
+        QCOMPARE(entries(storesDirectory), QStringList("region.conf"_s));
         QVERIFY(!settings.getLockRegion());
     }
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\nregionLocked=false\n"));
 }
 
@@ -87,9 +89,9 @@ void FullDiskTest::fullDiskLetsTheHostNameBeWrittenOverTheOldOne()
 {
     writeFile(hostNameFile, "a-long-old-name\n");
     NetworkSettings settings;
-    const FullDisk full(QStringLiteral("/etc"));
+    const FullDisk full("/etc"_s);
 
-    QVERIFY(settings.setHostName(QStringLiteral("box")));
+    QVERIFY(settings.setHostName("box"_s));
     QCOMPARE(fileContent(hostNameFile), QByteArray("box"));
     QCOMPARE(criticalLines(), QStringList());
 }
@@ -98,11 +100,11 @@ void FullDiskTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
 {
     writeFile(hostNameFile, {});
     NetworkSettings settings;
-    const FullDisk full(QStringLiteral("/etc"));
+    const FullDisk full("/etc"_s);
 
-    QVERIFY(!settings.setHostName(QStringLiteral("box")));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
-                                  "Unable to write file \"/etc/hostname\" \"No space left on device\""))));
+    QVERIFY(!settings.setHostName("box"_s));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  "Unable to write file \"/etc/hostname\" \"No space left on device\""_s)));
 }
 
 static const Suite<FullDiskTest> suite;

@@ -1,12 +1,13 @@
 #include "NetworkSettings.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDir>
 #include <QFile>
 
 namespace {
-const QString hostNameFile = QStringLiteral("/etc/hostname");
+const QString hostNameFile = "/etc/hostname"_s;
 }
 
 class HostNameTest : public SettingsFixture
@@ -37,11 +38,11 @@ void HostNameTest::hostNameIsTheFileWithSimplifiedWhiteSpace_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("hostName");
 
-    QTest::newRow("blanks around it") << QByteArray("  box-1 \n") << QStringLiteral("box-1");
-    QTest::newRow("nothing around it") << QByteArray("box-1") << QStringLiteral("box-1");
-    QTest::newRow("blanks within") << QByteArray("my \t box\n") << QStringLiteral("my box");
-    QTest::newRow("several lines") << QByteArray("one\ntwo\r\nthree\n") << QStringLiteral("one two three");
-    QTest::newRow("outside ASCII") << QByteArray("k\xc3\xb6k\n") << QStringLiteral("k\u00f6k");
+    QTest::newRow("blanks around it") << QByteArray("  box-1 \n") << "box-1"_s;
+    QTest::newRow("nothing around it") << QByteArray("box-1") << "box-1"_s;
+    QTest::newRow("blanks within") << QByteArray("my \t box\n") << "my box"_s;
+    QTest::newRow("several lines") << QByteArray("one\ntwo\r\nthree\n") << "one two three"_s;
+    QTest::newRow("outside ASCII") << QByteArray("k\xc3\xb6k\n") << "k\u00f6k"_s;
     QTest::newRow("only white space") << QByteArray(" \n\t\n") << QString();
     QTest::newRow("empty") << QByteArray() << QString();
 }
@@ -76,7 +77,7 @@ void HostNameTest::hostNameOfAReadOnlyFileIsAFailure()
 
     QCOMPARE(m_settings.getHostName(), QString());
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for reading!"))));
+             QStringList(networkSettingsLine("Failed to open hostname file for reading!"_s)));
 }
 
 void HostNameTest::hostNameOfAnUnopenableFileIsAFailure()
@@ -85,7 +86,7 @@ void HostNameTest::hostNameOfAnUnopenableFileIsAFailure()
 
     QCOMPARE(m_settings.getHostName(), QString());
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for reading!"))));
+             QStringList(networkSettingsLine("Failed to open hostname file for reading!"_s)));
 }
 
 void HostNameTest::settingTheHostNameWritesExactlyItsBytes_data()
@@ -93,11 +94,11 @@ void HostNameTest::settingTheHostNameWritesExactlyItsBytes_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("content");
 
-    QTest::newRow("plain") << QStringLiteral("abc") << QByteArray("abc");
-    QTest::newRow("with a line feed") << QStringLiteral("abc\n") << QByteArray("abc\n");
-    QTest::newRow("with blanks") << QStringLiteral("  a b ") << QByteArray("  a b ");
-    QTest::newRow("outside ASCII") << QStringLiteral("k\u00f6k") << QByteArray("k\xc3\xb6k");
-    QTest::newRow("no valid host name") << QStringLiteral("-/..%1") << QByteArray("-/..%1");
+    QTest::newRow("plain") << "abc"_s << QByteArray("abc");
+    QTest::newRow("with a line feed") << "abc\n"_s << QByteArray("abc\n");
+    QTest::newRow("with blanks") << "  a b "_s << QByteArray("  a b ");
+    QTest::newRow("outside ASCII") << "k\u00f6k"_s << QByteArray("k\xc3\xb6k");
+    QTest::newRow("no valid host name") << "-/..%1"_s << QByteArray("-/..%1");
     QTest::newRow("empty") << QString() << QByteArray("");
 }
 
@@ -114,7 +115,7 @@ void HostNameTest::settingTheHostNameWritesExactlyItsBytes()
 void HostNameTest::settingTheHostNameMakesTheFile()
 {
     QVERIFY(!QFile::exists(hostNameFile));
-    QVERIFY(m_settings.setHostName(QStringLiteral("abc")));
+    QVERIFY(m_settings.setHostName("abc"_s));
     QCOMPARE(fileContent(hostNameFile), QByteArray("abc"));
 }
 
@@ -123,9 +124,9 @@ void HostNameTest::settingTheHostNameOfAReadOnlyFileFailsAndLeavesIt()
     writeFile(hostNameFile, "box-1\n");
     QVERIFY(QFile::setPermissions(hostNameFile, QFile::ReadOwner));
 
-    QVERIFY(!m_settings.setHostName(QStringLiteral("abc")));
+    QVERIFY(!m_settings.setHostName("abc"_s));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for writing!"))));
+             QStringList(networkSettingsLine("Failed to open hostname file for writing!"_s)));
     QCOMPARE(fileContent(hostNameFile), QByteArray("box-1\n"));
 }
 
@@ -133,15 +134,15 @@ void HostNameTest::settingTheHostNameWhereNothingCanBeWrittenFails()
 {
     QVERIFY(QDir().mkdir(hostNameFile));
 
-    QVERIFY(!m_settings.setHostName(QStringLiteral("abc")));
+    QVERIFY(!m_settings.setHostName("abc"_s));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral("Failed to open hostname file for writing!"))));
+             QStringList(networkSettingsLine("Failed to open hostname file for writing!"_s)));
 }
 
 void HostNameTest::hostNameThatWasSetIsRead()
 {
-    QVERIFY(m_settings.setHostName(QStringLiteral("box-2")));
-    QCOMPARE(m_settings.getHostName(), QStringLiteral("box-2"));
+    QVERIFY(m_settings.setHostName("box-2"_s));
+    QCOMPARE(m_settings.getHostName(), "box-2"_s);
 }
 
 static const Suite<HostNameTest> suite;

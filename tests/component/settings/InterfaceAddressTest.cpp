@@ -3,15 +3,16 @@
 #include "SettingsFixture.h"
 #include "SimulatorClient.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QFile>
 
 namespace {
 
-const QString down = QStringLiteral("ip link set dev wlan0 down");
-const QString up = QStringLiteral("ip link set dev wlan0 up");
-const QString anyAddress = QStringLiteral("ip link set dev wlan0 address");
-const QString configurationManager = QStringLiteral("com.tactora.ConfigurationManager");
+const QString down = "ip link set dev wlan0 down"_s;
+const QString up = "ip link set dev wlan0 up"_s;
+const QString anyAddress = "ip link set dev wlan0 address"_s;
+const QString configurationManager = "com.tactora.ConfigurationManager"_s;
 
 QString address(const char *text)
 {
@@ -72,9 +73,8 @@ void InterfaceAddressTest::serialNumberIsAskedForOnce()
 {
     m_device.clearCalls();
     QVERIFY(m_settings.initMacAddress());
-    QCOMPARE(m_device.calls(),
-             QStringList(QStringLiteral("/ com.tactora.ConfigurationManager.process({\"commandId\": <3>, "
-                                        "\"senderId\": <0>, \"subCommandId\": <0>})")));
+    QCOMPARE(m_device.calls(), QStringList("/ com.tactora.ConfigurationManager.process({\"commandId\": <3>, "
+                                           "\"senderId\": <0>, \"subCommandId\": <0>})"_s));
 }
 
 void InterfaceAddressTest::addressBelongsToTheSerialNumber_data()
@@ -106,14 +106,12 @@ void InterfaceAddressTest::addressWithoutConfigurationManagerIsThatOfSerialNumbe
     m_device.setPresent(configurationManager, true);
     QVERIFY(isSet);
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:40"), up}));
-    QCOMPARE(criticalLines(),
-             QStringList(plainLine(QStringLiteral("SystemInfo::process ERROR: interface is not valid."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("SystemInfo::process ERROR: interface is not valid."_s)));
 }
 
 void InterfaceAddressTest::exitCodesAreNotLookedAt()
 {
-    commands().script(QStringLiteral("ip"),
-                      {QStringLiteral("error Cannot find device"), QStringLiteral("exit 1")});
+    commands().script("ip"_s, {"error Cannot find device"_s, "exit 1"_s});
 
     QVERIFY(m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:a4"), up}));
@@ -122,17 +120,17 @@ void InterfaceAddressTest::exitCodesAreNotLookedAt()
 
 void InterfaceAddressTest::failureToSetTheInterfaceDownEndsIt()
 {
-    commands().script(down, {QStringLiteral("crash")});
+    commands().script(down, {"crash"_s});
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList(down));
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set interface down."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface down."_s)));
 }
 
 void InterfaceAddressTest::serialNumberIsNotAskedForWhileTheInterfaceIsUp()
 {
     m_device.clearCalls();
-    commands().script(down, {QStringLiteral("crash")});
+    commands().script(down, {"crash"_s});
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(m_device.calls(), QStringList());
@@ -140,10 +138,10 @@ void InterfaceAddressTest::serialNumberIsNotAskedForWhileTheInterfaceIsUp()
 
 void InterfaceAddressTest::missingProgramEndsIt()
 {
-    commands().removeProgram(QStringLiteral("ip"));
+    commands().removeProgram("ip"_s);
 
     QVERIFY(!m_settings.initMacAddress());
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set interface down."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface down."_s)));
 }
 
 void InterfaceAddressTest::failureToSetTheAddressIsLoggedWithItsOutput_data()
@@ -151,19 +149,17 @@ void InterfaceAddressTest::failureToSetTheAddressIsLoggedWithItsOutput_data()
     QTest::addColumn<QStringList>("script");
     QTest::addColumn<QString>("output");
 
-    const QString crash = QStringLiteral("crash");
-    QTest::newRow("silent") << QStringList(crash) << QStringLiteral("\"\"");
-    QTest::newRow("output") << QStringList(
-                                   {QStringLiteral("print first"), QStringLiteral("print second"), crash})
-                            << QStringLiteral("\"first\\nsecond\\n\"");
-    QTest::newRow("complaint") << QStringList({QStringLiteral("error RTNETLINK answers: Busy"), crash})
-                               << QStringLiteral("\"RTNETLINK answers: Busy\\n\"");
+    const QString crash = "crash"_s;
+    QTest::newRow("silent") << QStringList(crash) << "\"\""_s;
+    QTest::newRow("output") << QStringList({"print first"_s, "print second"_s, crash})
+                            << "\"first\\nsecond\\n\""_s;
+    QTest::newRow("complaint") << QStringList({"error RTNETLINK answers: Busy"_s, crash})
+                               << "\"RTNETLINK answers: Busy\\n\""_s;
     QTest::newRow("output and complaint in their order")
-        << QStringList({QStringLiteral("print one"), QStringLiteral("error two"),
-                        QStringLiteral("print three"), crash})
-        << QStringLiteral("\"one\\ntwo\\nthree\\n\"");
-    QTest::newRow("outside ASCII") << QStringList({QStringLiteral("print k\u00f6k \u2615"), crash})
-                                   << QStringLiteral("\"k\u00f6k \u2615\\n\"");
+        << QStringList({"print one"_s, "error two"_s, "print three"_s, crash})
+        << "\"one\\ntwo\\nthree\\n\""_s;
+    QTest::newRow("outside ASCII") << QStringList({"print k\u00f6k \u2615"_s, crash})
+                                   << "\"k\u00f6k \u2615\\n\""_s;
 }
 
 void InterfaceAddressTest::failureToSetTheAddressIsLoggedWithItsOutput()
@@ -174,14 +170,13 @@ void InterfaceAddressTest::failureToSetTheAddressIsLoggedWithItsOutput()
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:a4")}));
-    QCOMPARE(criticalLines(),
-             QStringList(plainLine(QStringLiteral("Failed to set interface address: ") + output)));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface address: "_s + output)));
 }
 
 void InterfaceAddressTest::makeIpVanishAfterItsFirstRun()
 {
-    const QString ip = commands().path() + QStringLiteral("/ip");
-    commands().removeProgram(QStringLiteral("ip"));
+    const QString ip = commands().path() + "/ip"_s;
+    commands().removeProgram("ip"_s);
     writeFile(ip, "#!/bin/sh\nexec /bin/rm \"$0\"\n");
     QVERIFY(QFile::setPermissions(ip, QFile::ReadOwner | QFile::ExeOwner));
 }
@@ -191,17 +186,16 @@ void InterfaceAddressTest::failureToStartTheAddressCommandIsLoggedWithoutOutput(
     makeIpVanishAfterItsFirstRun();
 
     QVERIFY(!m_settings.initMacAddress());
-    QCOMPARE(criticalLines(),
-             QStringList(plainLine(QStringLiteral("Failed to set interface address: \"\""))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface address: \"\""_s)));
 }
 
 void InterfaceAddressTest::failureToSetTheInterfaceUpIsLogged()
 {
-    commands().script(up, {QStringLiteral("crash")});
+    commands().script(up, {"crash"_s});
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:a4"), up}));
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set interface up."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface up."_s)));
 }
 
 void InterfaceAddressTest::addressCommandIsFollowedWhileItPrints()
@@ -210,29 +204,27 @@ void InterfaceAddressTest::addressCommandIsFollowedWhileItPrints()
     QStringList script;
     QString printed;
     for (int line = 0; line < MoreLinesThanAPipeHolds; ++line) {
-        const QString text = QStringLiteral("line %1 of a long story that nobody reads").arg(line);
-        script.append(QStringLiteral("print ") + text);
-        printed += text + QStringLiteral("\\n");
+        const QString text = "line %1 of a long story that nobody reads"_s.arg(line);
+        script.append("print "_s + text);
+        printed += text + "\\n"_s;
     }
-    script.append(QStringLiteral("crash"));
+    script.append("crash"_s);
     commands().script(anyAddress, script);
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(criticalLines(),
-             QStringList(plainLine(QStringLiteral("Failed to set interface address: \"%1\"").arg(printed))));
+             QStringList(plainLine("Failed to set interface address: \"%1\""_s.arg(printed))));
 }
 
 void InterfaceAddressTest::addressCommandIsFollowedThroughItsPauses()
 {
-    commands().script(anyAddress,
-                      {QStringLiteral("hold"), QStringLiteral("print late"), QStringLiteral("crash")});
+    commands().script(anyAddress, {"hold"_s, "print late"_s, "crash"_s});
 
     std::thread release = releaseLater();
     const bool isSet = m_settings.initMacAddress();
     release.join();
     QVERIFY(!isSet);
-    QCOMPARE(criticalLines(),
-             QStringList(plainLine(QStringLiteral("Failed to set interface address: \"late\\n\""))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface address: \"late\\n\""_s)));
 }
 
 static const Suite<InterfaceAddressTest> suite;

@@ -1,6 +1,7 @@
 #include "DeviceFiles.h"
 #include "PrivateWorld.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
@@ -24,7 +25,7 @@ bool run(const QString &program, const QStringList &arguments)
 
 bool mount(const QStringList &arguments)
 {
-    return run(QStringLiteral("mount"), arguments);
+    return run("mount"_s, arguments);
 }
 
 QByteArray read(const QString &path)
@@ -40,9 +41,7 @@ void enterMountNamespace(char **arguments)
         return;
     }
     qputenv(InsideVariable, "1");
-    private_world::startAgain({QStringLiteral("unshare"), QStringLiteral("--mount"),
-                               QStringLiteral("--propagation"), QStringLiteral("private")},
-                              arguments);
+    private_world::startAgain({"unshare"_s, "--mount"_s, "--propagation"_s, "private"_s}, arguments);
 }
 
 } // namespace
@@ -75,35 +74,34 @@ void PowerCutTest::initTestCase()
     constexpr qint64 diskSize = 16L * 1024 * 1024;
     QFile disk(path("disk"));
     QVERIFY(disk.open(QIODevice::WriteOnly) && disk.resize(diskSize));
-    QVERIFY(run(QStringLiteral("mkfs.ext4"), {QStringLiteral("-q"), path("disk")}));
+    QVERIFY(run("mkfs.ext4"_s, {"-q"_s, path("disk")}));
     QVERIFY(QDir().mkdir(path("after")));
-    QVERIFY(mount({QStringLiteral("-t"), QStringLiteral("tmpfs"), QStringLiteral("tmpfs"),
-                   QStringLiteral("/var/lib")}));
+    QVERIFY(mount({"-t"_s, "tmpfs"_s, "tmpfs"_s, "/var/lib"_s}));
     QVERIFY(QDir().mkdir(connmanDirectory));
-    if (!mount({QStringLiteral("-o"), QStringLiteral("loop"), path("disk"), connmanDirectory})) {
+    if (!mount({"-o"_s, "loop"_s, path("disk"), connmanDirectory})) {
         QSKIP("there are no loop devices to be had");
     }
-    const QString hostName = connmanDirectory + QStringLiteral("/hostname");
+    const QString hostName = connmanDirectory + "/hostname"_s;
     QVERIFY(QFile(hostName).open(QIODevice::WriteOnly));
-    QVERIFY(mount({QStringLiteral("--bind"), hostName, hostNameFile}));
+    QVERIFY(mount({"--bind"_s, hostName, hostNameFile}));
     qputenv("XDG_CONFIG_DIRS", QFile::encodeName(connmanDirectory));
 }
 
 void PowerCutTest::cleanupTestCase()
 {
-    run(QStringLiteral("umount"), {hostNameFile});
-    run(QStringLiteral("umount"), {connmanDirectory});
+    run("umount"_s, {hostNameFile});
+    run("umount"_s, {connmanDirectory});
 }
 
 QByteArray PowerCutTest::contentAfterPowerCut(const QString &file) const
 {
     QFile::remove(path("disk-after"));
     if (!QFile::copy(path("disk"), path("disk-after")) ||
-        !mount({QStringLiteral("-o"), QStringLiteral("loop"), path("disk-after"), path("after")})) {
+        !mount({"-o"_s, "loop"_s, path("disk-after"), path("after")})) {
         return "the disk cannot be looked at";
     }
     const QByteArray content = read(path("after") + QLatin1Char('/') + file);
-    run(QStringLiteral("umount"), {path("after")});
+    run("umount"_s, {path("after")});
     return content;
 }
 
@@ -120,14 +118,13 @@ void PowerCutTest::whatHasBeenWrittenOutlivesAPowerCut()
     QFETCH(bool, odd);
     NetworkSettings settings;
     QVERIFY(settings.setLockRegion(odd));
-    QCOMPARE(contentAfterPowerCut(QStringLiteral("Tactora AB/region.conf")), lockText(odd));
+    QCOMPARE(contentAfterPowerCut("Tactora AB/region.conf"_s), lockText(odd));
 
-    QVERIFY(
-        settings.createWpaConfFile(corp, longName(odd), QStringLiteral("peap"), QStringLiteral("MSCHAPV2")));
-    QCOMPARE(contentAfterPowerCut(QStringLiteral("corp.config")), provisioningText(odd));
+    QVERIFY(settings.createWpaConfFile(corp, longName(odd), "peap"_s, "MSCHAPV2"_s));
+    QCOMPARE(contentAfterPowerCut("corp.config"_s), provisioningText(odd));
 
     QVERIFY(settings.setHostName(longName(odd)));
-    QCOMPARE(contentAfterPowerCut(QStringLiteral("hostname")), longName(odd).toUtf8());
+    QCOMPARE(contentAfterPowerCut("hostname"_s), longName(odd).toUtf8());
 }
 
 static const Suite<PowerCutTest> suite;

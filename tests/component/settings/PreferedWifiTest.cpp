@@ -3,6 +3,7 @@
 #include "PrivateBus.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>
@@ -12,9 +13,9 @@ using test_support::PrivateBus;
 
 namespace {
 
-const QString servicePath = QStringLiteral("/net/connman/service/wifi_0_home_managed_psk");
-const QString home = QStringLiteral("HomeNet");
-const QString wifi = QStringLiteral("wifi");
+const QString servicePath = "/net/connman/service/wifi_0_home_managed_psk"_s;
+const QString home = "HomeNet"_s;
+const QString wifi = "wifi"_s;
 
 } // namespace
 
@@ -64,7 +65,7 @@ std::shared_ptr<ConnmanService> PreferedWifiTest::service(const QVariantMap &pro
 
 std::shared_ptr<ConnmanService> PreferedWifiTest::wifiService(const QString &name)
 {
-    return service({{QStringLiteral("Type"), wifi}, {QStringLiteral("Name"), name}});
+    return service({{"Type"_s, wifi}, {"Name"_s, name}});
 }
 
 void PreferedWifiTest::nothingIsPreferedAtFirst()
@@ -75,14 +76,14 @@ void PreferedWifiTest::nothingIsPreferedAtFirst()
 
 void PreferedWifiTest::storedPreferenceIsRead()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     const NetworkSettings settings;
     QCOMPARE(settings.getPreferedWifi(), home);
 }
 
 void PreferedWifiTest::preferenceThatIsNoTextIsEmpty()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=one, two\n");
+    setStore("main"_s, "[wifi]\nprefered=one, two\n");
     const NetworkSettings settings;
     QCOMPARE(settings.getPreferedWifi(), QString());
 }
@@ -92,19 +93,18 @@ void PreferedWifiTest::wifiServiceIsStoredByItsNameAlone()
     NetworkSettings settings;
     settings.setPreferedWifi(wifiService(home));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=HomeNet\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
     QCOMPARE(settings.getPreferedWifi(), home);
     QCOMPARE(criticalLines(), QStringList());
 }
 
 void PreferedWifiTest::nameOutsideAsciiSurvives()
 {
-    const QString name = QStringLiteral("K\u00f6k, \"2\" = \u2615");
+    const QString name = "K\u00f6k, \"2\" = \u2615"_s;
     NetworkSettings settings;
     settings.setPreferedWifi(wifiService(name));
 
-    QCOMPARE(store(QStringLiteral("main")),
-             QByteArray("[wifi]\nprefered=\"K\\xf6k, \\\"2\\\" = \\x2615\"\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=\"K\\xf6k, \\\"2\\\" = \\x2615\"\n"));
     QCOMPARE(NetworkSettings().getPreferedWifi(), name);
 }
 
@@ -112,106 +112,101 @@ void PreferedWifiTest::laterServiceReplacesTheEarlier()
 {
     NetworkSettings settings;
     settings.setPreferedWifi(wifiService(home));
-    settings.setPreferedWifi(wifiService(QStringLiteral("Office")));
+    settings.setPreferedWifi(wifiService("Office"_s));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=Office\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=Office\n"));
 }
 
 void PreferedWifiTest::serviceOfAnotherTypeIsNotPrefered()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     NetworkSettings settings;
-    settings.setPreferedWifi(service({{QStringLiteral("Type"), QStringLiteral("ethernet")},
-                                      {QStringLiteral("Name"), QStringLiteral("Wired")}}));
+    settings.setPreferedWifi(service({{"Type"_s, "ethernet"_s}, {"Name"_s, "Wired"_s}}));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=HomeNet\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
     QCOMPARE(criticalLines(), QStringList());
 }
 
 void PreferedWifiTest::serviceWithoutNameIsNotPrefered()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     NetworkSettings settings;
-    settings.setPreferedWifi(service({{QStringLiteral("Type"), wifi}}));
+    settings.setPreferedWifi(service({{"Type"_s, wifi}}));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=HomeNet\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(
-                 QStringLiteral("Unable to obtain name for service \"%1\"").arg(servicePath))));
+             QStringList(networkSettingsLine("Unable to obtain name for service \"%1\""_s.arg(servicePath))));
 }
 
 void PreferedWifiTest::serviceWithoutTypeIsNotPrefered()
 {
     NetworkSettings settings;
-    settings.setPreferedWifi(service({{QStringLiteral("Name"), home}}));
+    settings.setPreferedWifi(service({{"Name"_s, home}}));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray());
-    QCOMPARE(
-        criticalLines(),
-        QStringList(QStringLiteral("ConnmanService.properties: Missing property \"Type\" of service \"%1\"")
-                        .arg(servicePath)));
+    QCOMPARE(store("main"_s), QByteArray());
+    QCOMPARE(criticalLines(),
+             QStringList("ConnmanService.properties: Missing property \"Type\" of service \"%1\""_s.arg(
+                 servicePath)));
 }
 
 void PreferedWifiTest::otherKeysOfTheStoreStay()
 {
-    setStore(QStringLiteral("main"), "[speech]\nvolume=7\n");
+    setStore("main"_s, "[speech]\nvolume=7\n");
     NetworkSettings settings;
     settings.setPreferedWifi(wifiService(home));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[speech]\nvolume=7\n\n[wifi]\nprefered=HomeNet\n"));
+    QCOMPARE(store("main"_s), QByteArray("[speech]\nvolume=7\n\n[wifi]\nprefered=HomeNet\n"));
 }
 
 void PreferedWifiTest::removingThePreferedClearsTheStore()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     NetworkSettings settings;
     settings.removePreferedWifi(wifiService(home));
 
     QCOMPARE(settings.getPreferedWifi(), QString());
-    QVERIFY(!store(QStringLiteral("main")).contains("prefered"));
+    QVERIFY(!store("main"_s).contains("prefered"));
     QCOMPARE(criticalLines(), QStringList());
 }
 
 void PreferedWifiTest::removingAnotherNetworkLeavesThePreference()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     NetworkSettings settings;
-    settings.removePreferedWifi(wifiService(QStringLiteral("Office")));
+    settings.removePreferedWifi(wifiService("Office"_s));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=HomeNet\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
     QCOMPARE(criticalLines(), QStringList());
 }
 
 void PreferedWifiTest::removingTellsNamesApartByCase()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     NetworkSettings settings;
-    settings.removePreferedWifi(wifiService(QStringLiteral("homenet")));
+    settings.removePreferedWifi(wifiService("homenet"_s));
 
     QCOMPARE(settings.getPreferedWifi(), home);
 }
 
 void PreferedWifiTest::removingAServiceOfAnotherTypeDoesNothing()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     NetworkSettings settings;
-    settings.removePreferedWifi(
-        service({{QStringLiteral("Type"), QStringLiteral("ethernet")}, {QStringLiteral("Name"), home}}));
+    settings.removePreferedWifi(service({{"Type"_s, "ethernet"_s}, {"Name"_s, home}}));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=HomeNet\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
     QCOMPARE(criticalLines(), QStringList());
 }
 
 void PreferedWifiTest::removingAServiceWithoutNameLeavesThePreference()
 {
-    setStore(QStringLiteral("main"), "[wifi]\nprefered=HomeNet\n");
+    setStore("main"_s, "[wifi]\nprefered=HomeNet\n");
     NetworkSettings settings;
-    settings.removePreferedWifi(service({{QStringLiteral("Type"), wifi}}));
+    settings.removePreferedWifi(service({{"Type"_s, wifi}}));
 
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=HomeNet\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(
-                 QStringLiteral("Unable to obtain name for service \"%1\"").arg(servicePath))));
+             QStringList(networkSettingsLine("Unable to obtain name for service \"%1\""_s.arg(servicePath))));
 }
 
 void PreferedWifiTest::unwritableStoreIsOneLineNamingTheFile()
@@ -220,9 +215,9 @@ void PreferedWifiTest::unwritableStoreIsOneLineNamingTheFile()
     setStoresWritable(false);
     settings.setPreferedWifi(wifiService(home));
 
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
-                                  "Unable to write settings file \"/etc/xdg/Tactora AB/main.conf\""))));
-    QCOMPARE(store(QStringLiteral("main")), QByteArray());
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  "Unable to write settings file \"/etc/xdg/Tactora AB/main.conf\""_s)));
+    QCOMPARE(store("main"_s), QByteArray());
 }
 
 void PreferedWifiTest::unwritableStoreStillKnowsThePreference()
@@ -242,9 +237,9 @@ void PreferedWifiTest::storeThatBecameWritableIsWrittenWithoutComplaint()
     QCOMPARE(log().takeCriticals().size(), 1);
 
     setStoresWritable(true);
-    settings.setPreferedWifi(wifiService(QStringLiteral("Office")));
+    settings.setPreferedWifi(wifiService("Office"_s));
     QCOMPARE(criticalLines(), QStringList());
-    QCOMPARE(store(QStringLiteral("main")), QByteArray("[wifi]\nprefered=Office\n"));
+    QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=Office\n"));
 }
 
 static const Suite<PreferedWifiTest> suite;

@@ -1,6 +1,7 @@
 #include "PrivateWorld.h"
 
 #include "Suite.h"
+#include "Text.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -21,8 +22,8 @@ constexpr int DirectorySize = 1024 * 1024;
 constexpr char InsideVariable[] = "IN_PRIVATE_WORLD";
 
 // What dbus-daemon and the dynamic linker look for in /etc.
-const QStringList neededFiles = {QStringLiteral("/etc/ld.so.cache"), QStringLiteral("/etc/passwd"),
-                                 QStringLiteral("/etc/group"), QStringLiteral("/etc/nsswitch.conf")};
+const QStringList neededFiles = {"/etc/ld.so.cache"_s, "/etc/passwd"_s, "/etc/group"_s,
+                                 "/etc/nsswitch.conf"_s};
 
 QStringList bind(const QString &option, const QString &path)
 {
@@ -31,22 +32,24 @@ QStringList bind(const QString &option, const QString &path)
 
 QStringList namespaceCommand()
 {
-    QStringList command = {QStringLiteral("bwrap"), QStringLiteral("--die-with-parent")};
-    command << bind(QStringLiteral("--dev-bind"), QStringLiteral("/"));
-    for (const QString &directory : {QStringLiteral("/etc"), QStringLiteral("/var")}) {
-        command << QStringLiteral("--size") << QString::number(DirectorySize);
-        command << QStringLiteral("--tmpfs") << directory;
+    QStringList command = {"bwrap"_s, "--die-with-parent"_s};
+    command << bind("--dev-bind"_s, "/"_s);
+    for (const QString &directory : {"/etc"_s, "/var"_s}) {
+        command << "--size"_s << QString::number(DirectorySize);
+        command << "--tmpfs"_s << directory;
     }
     for (const QString &file : neededFiles) {
-        command << bind(QStringLiteral("--ro-bind-try"), file);
+        command << bind("--ro-bind-try"_s, file);
     }
     // Either may be below /var.
     for (const QString &directory : {QDir::tempPath(), QStringLiteral(BUILD_DIRECTORY)}) {
-        command << bind(QStringLiteral("--bind"), directory);
+        command << bind("--bind"_s, directory);
     }
-    command << QStringLiteral("--cap-drop") << QStringLiteral("ALL");
-    command << QStringLiteral("--unsetenv") << QStringLiteral("XDG_CONFIG_DIRS");
-    command << QStringLiteral("--setenv") << QLatin1String(InsideVariable) << QStringLiteral("1");
+    command << "--cap-drop"_s
+            << "ALL"_s;
+    command << "--unsetenv"_s
+            << "XDG_CONFIG_DIRS"_s;
+    command << "--setenv"_s << QLatin1String(InsideVariable) << "1"_s;
     return command;
 }
 
@@ -62,7 +65,7 @@ void startAgain(const QStringList &command, char **arguments)
     for (const QString &word : QString::fromLatin1(EMULATOR).split(QLatin1Char(';'), Qt::SkipEmptyParts)) {
         words.push_back(word.toLocal8Bit());
     }
-    words.push_back(QDir(QStringLiteral("/proc/self/exe")).canonicalPath().toLocal8Bit());
+    words.push_back(QDir("/proc/self/exe"_s).canonicalPath().toLocal8Bit());
     for (char **argument = arguments + 1; *argument != nullptr; ++argument) {
         words.emplace_back(*argument);
     }

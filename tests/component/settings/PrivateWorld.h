@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Text.h"
+
 #include <QCoreApplication>
 #include <QStringList>
 
@@ -22,8 +24,8 @@ int run(int argc, char **argv);
 /// Makes the settings stores those of the daemon.
 inline void setIdentity()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("Tactora AB"));
-    QCoreApplication::setApplicationName(QStringLiteral("network-manager"));
+    QCoreApplication::setOrganizationName("Tactora AB"_s);
+    QCoreApplication::setApplicationName("network-manager"_s);
 }
 
 } // namespace private_world

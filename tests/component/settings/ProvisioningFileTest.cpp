@@ -1,6 +1,7 @@
 #include "NetworkSettings.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <glib.h>
 
@@ -10,12 +11,12 @@
 #include <QFile>
 
 namespace {
-const QString directory = QStringLiteral("/var/lib/connman");
-const QString corpFile = QStringLiteral("/var/lib/connman/corp.config");
-const QString corp = QStringLiteral("corp");
-const QString corpNet = QStringLiteral("CorpNet");
-const QString peap = QStringLiteral("peap");
-const QString mschapv2 = QStringLiteral("MSCHAPV2");
+const QString directory = "/var/lib/connman"_s;
+const QString corpFile = "/var/lib/connman/corp.config"_s;
+const QString corp = "corp"_s;
+const QString corpNet = "CorpNet"_s;
+const QString peap = "peap"_s;
+const QString mschapv2 = "MSCHAPV2"_s;
 } // namespace
 
 class ProvisioningFileTest : public SettingsFixture
@@ -53,13 +54,13 @@ void ProvisioningFileTest::fileHasFiveLinesAndNoFinalLineFeed()
 
     QCOMPARE(fileContent(corpFile),
              QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=peap\nPhase2=MSCHAPV2"));
-    QCOMPARE(QDir(directory).entryList(QDir::Files), QStringList(QStringLiteral("corp.config")));
+    QCOMPARE(QDir(directory).entryList(QDir::Files), QStringList("corp.config"_s));
     QCOMPARE(criticalLines(), QStringList());
 }
 
 void ProvisioningFileTest::sectionIsTheSameForEveryMethod()
 {
-    QVERIFY(m_settings.createWpaConfFile(corp, corpNet, QStringLiteral("ttls"), QStringLiteral("PAP")));
+    QVERIFY(m_settings.createWpaConfFile(corp, corpNet, "ttls"_s, "PAP"_s));
 
     QCOMPARE(fileContent(corpFile),
              QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=ttls\nPhase2=PAP"));
@@ -70,11 +71,10 @@ void ProvisioningFileTest::textsAreWrittenAsKeyFilesHaveThem_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QByteArray>("line");
 
-    QTest::newRow("outside ASCII") << QStringLiteral("K\u00f6k \u2615")
-                                   << QByteArray("K\xc3\xb6k \xe2\x98\x95");
-    QTest::newRow("place holders") << QStringLiteral("50%2 off %1") << QByteArray("50%2 off %1");
-    QTest::newRow("blanks") << QStringLiteral("  two  words ") << QByteArray("\\s\\stwo  words ");
-    QTest::newRow("key file syntax") << QStringLiteral("[a]=#;\\") << QByteArray("[a]=#;\\\\");
+    QTest::newRow("outside ASCII") << "K\u00f6k \u2615"_s << QByteArray("K\xc3\xb6k \xe2\x98\x95");
+    QTest::newRow("place holders") << "50%2 off %1"_s << QByteArray("50%2 off %1");
+    QTest::newRow("blanks") << "  two  words "_s << QByteArray("\\s\\stwo  words ");
+    QTest::newRow("key file syntax") << "[a]=#;\\"_s << QByteArray("[a]=#;\\\\");
     QTest::newRow("empty") << QString() << QByteArray("");
 }
 
@@ -93,14 +93,14 @@ void ProvisioningFileTest::connmanReadsTheTextsThatWereMeant_data()
     QTest::addColumn<QString>("text");
 
     QTest::newRow("plain") << corpNet;
-    QTest::newRow("leading blanks") << QStringLiteral("  corp");
-    QTest::newRow("only blanks") << QStringLiteral("   ");
-    QTest::newRow("backslash") << QStringLiteral("\\\\corp\\net\\");
-    QTest::newRow("looks escaped") << QStringLiteral("\\scorp\\n\\x");
-    QTest::newRow("blank and backslash") << QStringLiteral(" \\s ");
-    QTest::newRow("key file syntax") << QStringLiteral("[a]=#;,\"'");
-    QTest::newRow("comment") << QStringLiteral("# corp");
-    QTest::newRow("outside ASCII") << QStringLiteral("K\u00f6k \u2615");
+    QTest::newRow("leading blanks") << "  corp"_s;
+    QTest::newRow("only blanks") << "   "_s;
+    QTest::newRow("backslash") << "\\\\corp\\net\\"_s;
+    QTest::newRow("looks escaped") << "\\scorp\\n\\x"_s;
+    QTest::newRow("blank and backslash") << " \\s "_s;
+    QTest::newRow("key file syntax") << "[a]=#;,\"'"_s;
+    QTest::newRow("comment") << "# corp"_s;
+    QTest::newRow("outside ASCII") << "K\u00f6k \u2615"_s;
 }
 
 // ConnMan reads the file with GLib.
@@ -120,13 +120,13 @@ void ProvisioningFileTest::connmanReadsTheTextsThatWereMeant()
 
 void ProvisioningFileTest::fileNameCannotLeadOutOfTheDirectory()
 {
-    const QString outside = QStringLiteral("/var/lib/corp.config");
+    const QString outside = "/var/lib/corp.config"_s;
     writeFile(outside, "other");
 
-    QVERIFY(!m_settings.createWpaConfFile(QStringLiteral("../corp"), corpNet, peap, mschapv2));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  QStringLiteral("Failed to open configuration file for writing!"))));
-    m_settings.removeWpaConfFile(QStringLiteral("../corp"));
+    QVERIFY(!m_settings.createWpaConfFile("../corp"_s, corpNet, peap, mschapv2));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine("Failed to open configuration file for writing!"_s)));
+    m_settings.removeWpaConfFile("../corp"_s);
     QCOMPARE(fileContent(outside), QByteArray("other"));
 }
 
@@ -144,8 +144,8 @@ void ProvisioningFileTest::fileThatCannotBeOpenedIsAFailure()
     QVERIFY(QDir(directory).removeRecursively());
 
     QVERIFY(!m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  QStringLiteral("Failed to open configuration file for writing!"))));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine("Failed to open configuration file for writing!"_s)));
 }
 
 void ProvisioningFileTest::readOnlyFileIsAFailureAndStays()
@@ -154,8 +154,8 @@ void ProvisioningFileTest::readOnlyFileIsAFailureAndStays()
     QVERIFY(QFile::setPermissions(corpFile, QFile::ReadOwner));
 
     QVERIFY(!m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  QStringLiteral("Failed to open configuration file for writing!"))));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine("Failed to open configuration file for writing!"_s)));
     QCOMPARE(fileContent(corpFile), QByteArray("earlier"));
 }
 
@@ -173,17 +173,14 @@ void ProvisioningFileTest::controlCharacterIsRefusedBeforeTheFileIsTouched_data(
     } controls[] = {{"null", 0x00},   {"tabulator", 0x09}, {"line feed", 0x0a}, {"carriage return", 0x0d},
                     {"escape", 0x1b}, {"delete", 0x7f},    {"next line", 0x85}};
     for (const auto &control : controls) {
-        const QString broken = QStringLiteral("a%1b").arg(QChar(control.character));
-        QTest::addRow("%s in the name", control.title)
-            << broken << peap << mschapv2 << QStringLiteral("Name");
-        QTest::addRow("%s in the method", control.title)
-            << corpNet << broken << mschapv2 << QStringLiteral("EAP");
-        QTest::addRow("%s in the inner method", control.title)
-            << corpNet << peap << broken << QStringLiteral("Phase2");
+        const QString broken = "a%1b"_s.arg(QChar(control.character));
+        QTest::addRow("%s in the name", control.title) << broken << peap << mschapv2 << "Name"_s;
+        QTest::addRow("%s in the method", control.title) << corpNet << broken << mschapv2 << "EAP"_s;
+        QTest::addRow("%s in the inner method", control.title) << corpNet << peap << broken << "Phase2"_s;
     }
-    QTest::newRow("at the end") << corpNet << peap << QStringLiteral("MSCHAPV2\n")
-                                << QStringLiteral("Phase2");
-    QTest::newRow("alone") << QStringLiteral("\n") << peap << mschapv2 << QStringLiteral("Name");
+    QTest::newRow("at the end") << corpNet << peap << "MSCHAPV2\n"_s
+                                << "Phase2"_s;
+    QTest::newRow("alone") << "\n"_s << peap << mschapv2 << "Name"_s;
 }
 
 void ProvisioningFileTest::controlCharacterIsRefusedBeforeTheFileIsTouched()
@@ -196,23 +193,22 @@ void ProvisioningFileTest::controlCharacterIsRefusedBeforeTheFileIsTouched()
 
     QVERIFY(!m_settings.createWpaConfFile(corp, name, eap, phase2));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(
-                 QStringLiteral("Control character in %1 of configuration file!").arg(field))));
+             QStringList(networkSettingsLine("Control character in %1 of configuration file!"_s.arg(field))));
     QCOMPARE(fileContent(corpFile), QByteArray("earlier"));
 }
 
 void ProvisioningFileTest::severalControlCharactersAreComplainedAboutOnce()
 {
-    const QString broken = QStringLiteral("\n\n");
+    const QString broken = "\n\n"_s;
 
     QVERIFY(!m_settings.createWpaConfFile(corp, broken, broken, broken));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  QStringLiteral("Control character in Name of configuration file!"))));
+    QCOMPARE(criticalLines(),
+             QStringList(networkSettingsLine("Control character in Name of configuration file!"_s)));
 }
 
 void ProvisioningFileTest::refusedFileIsNotMade()
 {
-    QVERIFY(!m_settings.createWpaConfFile(corp, QStringLiteral("a\nb"), peap, mschapv2));
+    QVERIFY(!m_settings.createWpaConfFile(corp, "a\nb"_s, peap, mschapv2));
     QVERIFY(!QFile::exists(corpFile));
 }
 
@@ -232,7 +228,7 @@ void ProvisioningFileTest::removingAMissingFileDoesNothingAndLogsNothing()
 
 void ProvisioningFileTest::removingLeavesOtherFilesAlone()
 {
-    const QString other = QStringLiteral("/var/lib/connman/corp2.config");
+    const QString other = "/var/lib/connman/corp2.config"_s;
     writeFile(corpFile, "anything");
     writeFile(other, "other");
 
@@ -242,7 +238,7 @@ void ProvisioningFileTest::removingLeavesOtherFilesAlone()
 
 void ProvisioningFileTest::removingThatFailsLogsNothing()
 {
-    QVERIFY(QDir(directory).mkdir(QStringLiteral("corp.config")));
+    QVERIFY(QDir(directory).mkdir("corp.config"_s));
     m_settings.removeWpaConfFile(corp);
     QVERIFY(log().messages().isEmpty());
 }

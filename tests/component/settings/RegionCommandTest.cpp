@@ -3,6 +3,7 @@
 #include "NetworkSettings.h"
 #include "RegionFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -39,7 +40,7 @@ private slots:
 void RegionCommandTest::missingCommandEndsTheStartOnceAfterFiveSeconds()
 {
     storeRegion("SE");
-    commands().removeProgram(QStringLiteral("iw"));
+    commands().removeProgram("iw"_s);
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     int early = -1;
@@ -62,7 +63,7 @@ void RegionCommandTest::missingCommandEndsTheStartOnceAfterFiveSeconds()
 void RegionCommandTest::hangingCommandIsKilledAfterFiveSecondsAndOnlyLogsItsEnd()
 {
     storeRegion("SE");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("deaf"), QStringLiteral("hang")});
+    commands().script("iw"_s, {"deaf"_s, "hang"_s});
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     QElapsedTimer elapsed;
@@ -119,7 +120,7 @@ void RegionCommandTest::startFromWithinTheEndOfAnotherHasItsOwnTimer()
     int ends = 0;
     connect(&settings, &NetworkSettings::initDone, this, [&] {
         if (++ends == 1) {
-            commands().removeProgram(QStringLiteral("iw"));
+            commands().removeProgram("iw"_s);
             settings.applyStoredWifiRegion();
         }
     });
@@ -132,14 +133,14 @@ void RegionCommandTest::startFromWithinTheEndOfAnotherHasItsOwnTimer()
 void RegionCommandTest::settingTheRegionWaitsForTheCommandStillRunning()
 {
     storeRegion("SE");
-    commands().script(setSe, {QStringLiteral("hold"), QStringLiteral("print done")});
+    commands().script(setSe, {"hold"_s, "print done"_s});
     NetworkSettings settings;
     const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
     QVERIFY(commands().waitForCall(setSe));
 
     std::thread release = releaseLater();
-    const bool applied = settings.setWifiRegion(QStringLiteral("DE"));
+    const bool applied = settings.setWifiRegion("DE"_s);
     release.join();
     QVERIFY(applied);
     QCOMPARE(commands().calls(), QStringList({setSe, setDe}));
@@ -152,7 +153,7 @@ void RegionCommandTest::settingTheRegionWaitsForNoMoreThanTheRunningCommandsTime
 {
     constexpr auto busyTime = std::chrono::seconds(20);
     storeRegion("SE");
-    commands().script(setSe, {QStringLiteral("hang")});
+    commands().script(setSe, {"hang"_s});
     NetworkSettings settings;
     QElapsedTimer sinceStart;
     sinceStart.start();
@@ -161,7 +162,7 @@ void RegionCommandTest::settingTheRegionWaitsForNoMoreThanTheRunningCommandsTime
     // Something else keeps the daemon busy, so that the start is not given up yet.
     std::this_thread::sleep_for(busyTime);
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     const std::chrono::milliseconds waited(sinceStart.elapsed());
     QVERIFY2(waited >= Command::Timeout, qPrintable(QString::number(waited.count())));
     QVERIFY2(waited < Command::Timeout + busyTime / 2, qPrintable(QString::number(waited.count())));
@@ -172,7 +173,7 @@ void RegionCommandTest::settingTheRegionWaitsForNoMoreThanTheRunningCommandsTime
 void RegionCommandTest::settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCommand()
 {
     storeRegion("SE");
-    commands().script(setSe, {QStringLiteral("hang")});
+    commands().script(setSe, {"hang"_s});
     NetworkSettings settings;
     int ends = 0;
     bool applied = false;
@@ -181,7 +182,7 @@ void RegionCommandTest::settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCo
     connect(&settings, &NetworkSettings::initDone, this, [&] {
         if (++ends == 1) {
             waiting.start();
-            applied = settings.setWifiRegion(QStringLiteral("DE"));
+            applied = settings.setWifiRegion("DE"_s);
             waitedMs = waiting.elapsed();
         }
     });
@@ -198,7 +199,7 @@ void RegionCommandTest::settingTheRegionWhenTheStartIsGivenUpWaitsForTheKilledCo
 void RegionCommandTest::startingAgainWhileTheCommandRunsWaitsForIt()
 {
     storeRegion("SE");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("once"), QStringLiteral("hold")});
+    commands().script("iw"_s, {"once"_s, "hold"_s});
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
@@ -214,7 +215,7 @@ void RegionCommandTest::startingAgainWhileTheCommandRunsWaitsForIt()
 void RegionCommandTest::endOfTheObjectEndsTheCommand()
 {
     storeRegion("SE");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("hang")});
+    commands().script("iw"_s, {"hang"_s});
     auto settings = std::make_unique<NetworkSettings>();
     const QSignalSpy initDone(settings.get(), &NetworkSettings::initDone);
     settings->applyStoredWifiRegion();

@@ -1,6 +1,7 @@
 #include "NetworkSettings.h"
 #include "RegionFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 /// The lock of the region.
 class RegionLockTest : public RegionFixture
@@ -50,9 +51,9 @@ void RegionLockTest::lockRefusesEveryChange()
     NetworkSettings settings;
     const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
 
-    QVERIFY(!settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(!settings.setWifiRegion("DE"_s));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral("Lock active. Unable to set region to \"DE\""))));
+             QStringList(networkSettingsLine("Lock active. Unable to set region to \"DE\""_s)));
     QCOMPARE(commands().calls(), QStringList());
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\nregionLocked=true\n"));
     QCOMPARE(initDone.count(), 0);
@@ -61,7 +62,7 @@ void RegionLockTest::lockRefusesEveryChange()
 void RegionLockTest::lockLeavesTheRegionReadable()
 {
     setStore(regionStore, "[wifi]\nregion=SE\nregionLocked=true\n");
-    QCOMPARE(NetworkSettings().getWifiRegion(), QStringLiteral("SE"));
+    QCOMPARE(NetworkSettings().getWifiRegion(), "SE"_s);
 }
 
 void RegionLockTest::settingTheLockStoresIt_data()
@@ -98,18 +99,18 @@ void RegionLockTest::regionCanBeSetOnceUnlocked()
     NetworkSettings settings;
 
     QVERIFY(settings.setLockRegion(false));
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
-    QCOMPARE(settings.getWifiRegion(), QStringLiteral("DE"));
+    QVERIFY(settings.setWifiRegion("DE"_s));
+    QCOMPARE(settings.getWifiRegion(), "DE"_s);
 }
 
 void RegionLockTest::lockAndRegionShareOneStore()
 {
     NetworkSettings settings;
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     QVERIFY(settings.setLockRegion(true));
 
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\nregionLocked=true\n"));
-    QCOMPARE(store(QStringLiteral("main")), QByteArray());
+    QCOMPARE(store("main"_s), QByteArray());
 }
 
 static const Suite<RegionLockTest> suite;

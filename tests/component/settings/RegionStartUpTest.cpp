@@ -2,6 +2,7 @@
 #include "NetworkSettings.h"
 #include "RegionFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 using test_support::eventTimeoutMs;
 
@@ -36,9 +37,9 @@ void RegionStartUpTest::lockedFirstStartAppliesTheWorldRegion()
     settings.applyStoredWifiRegion();
 
     QVERIFY(initDone.wait(eventTimeoutMs));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set 00")));
+    QCOMPARE(commands().calls(), QStringList("iw reg set 00"_s));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral("Lock active. Unable to set region to \"US\""))));
+             QStringList(networkSettingsLine("Lock active. Unable to set region to \"US\""_s)));
 }
 
 void RegionStartUpTest::firstStartSetsAndStoresUsAndAppliesItAgain()
@@ -90,13 +91,13 @@ void RegionStartUpTest::onlyTheExactWorldRegionIsReplaced()
     settings.applyStoredWifiRegion();
 
     QVERIFY(initDone.wait(eventTimeoutMs));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set 000")));
+    QCOMPARE(commands().calls(), QStringList("iw reg set 000"_s));
 }
 
 void RegionStartUpTest::lockedFirstStartAppliesTheRegionInForce()
 {
     NetworkSettings settings;
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     setStore(regionStore, "[wifi]\nregionLocked=true\n");
     commands().clearCalls();
 
@@ -115,26 +116,26 @@ void RegionStartUpTest::lockedWorldRegionStays()
     settings.applyStoredWifiRegion();
 
     QVERIFY(initDone.wait(eventTimeoutMs));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set 00")));
+    QCOMPARE(commands().calls(), QStringList("iw reg set 00"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=00\nregionLocked=true\n"));
     QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine(QStringLiteral("Lock active. Unable to set region to \"US\""))));
+             QStringList(networkSettingsLine("Lock active. Unable to set region to \"US\""_s)));
 }
 
 void RegionStartUpTest::firstStartWhereTheRegionCannotBeStoredAppliesTheRegionInForce()
 {
     NetworkSettings settings;
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     setStore(regionStore, "");
     commands().clearCalls();
-    commands().script(setUs, {QStringLiteral("crash")});
+    commands().script(setUs, {"crash"_s});
 
     NetworkSettings emptySettings;
     QSignalSpy initDone(&emptySettings, &NetworkSettings::initDone);
     emptySettings.applyStoredWifiRegion();
     QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList({setUs, setDe}));
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set region."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(store(regionStore), QByteArray(""));
 }
 
@@ -145,7 +146,7 @@ void RegionStartUpTest::regionSetLaterIsTheRegionInForce()
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
     QVERIFY(initDone.wait(eventTimeoutMs));
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     commands().clearCalls();
 
     settings.applyStoredWifiRegion();
@@ -156,7 +157,7 @@ void RegionStartUpTest::regionSetLaterIsTheRegionInForce()
 void RegionStartUpTest::startDoesNotWaitForTheCommand()
 {
     storeRegion("SE");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("hold")});
+    commands().script("iw"_s, {"hold"_s});
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
@@ -171,7 +172,7 @@ void RegionStartUpTest::startDoesNotWaitForTheCommand()
 void RegionStartUpTest::exitCodeOfTheCommandIsNotLookedAt()
 {
     storeRegion("SE");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("exit 237")});
+    commands().script("iw"_s, {"exit 237"_s});
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();
@@ -184,7 +185,7 @@ void RegionStartUpTest::exitCodeOfTheCommandIsNotLookedAt()
 void RegionStartUpTest::crashedCommandEndsTheStart()
 {
     storeRegion("SE");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("crash")});
+    commands().script("iw"_s, {"crash"_s});
     NetworkSettings settings;
     QSignalSpy initDone(&settings, &NetworkSettings::initDone);
     settings.applyStoredWifiRegion();

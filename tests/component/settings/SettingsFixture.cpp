@@ -1,4 +1,5 @@
 #include "SettingsFixture.h"
+#include "Text.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -10,13 +11,13 @@
 
 namespace {
 
-const QString storesDirectory = QStringLiteral("/etc/xdg/Tactora AB");
-const QString provisioningDirectory = QStringLiteral("/var/lib/connman");
-const QString category = QStringLiteral("NetworkSettings");
+const QString storesDirectory = "/etc/xdg/Tactora AB"_s;
+const QString provisioningDirectory = "/var/lib/connman"_s;
+const QString category = "NetworkSettings"_s;
 
 QString storeFile(const QString &name)
 {
-    return QStringLiteral("%1/%2.conf").arg(storesDirectory, name);
+    return "%1/%2.conf"_s.arg(storesDirectory, name);
 }
 
 void makeEmpty(const QString &directory)
@@ -49,13 +50,13 @@ void SettingsFixture::init()
     setStoresWritable(true);
     makeEmpty(storesDirectory);
     makeEmpty(provisioningDirectory);
-    removeFileOrDirectory(QStringLiteral("/etc/hostname"));
+    removeFileOrDirectory("/etc/hostname"_s);
 
     m_programs = std::make_unique<Programs>();
     m_previousPath = qgetenv("PATH");
     qputenv("PATH", commands().path().toLocal8Bit());
     qputenv("STAND_IN_DIR", commands().directory().toLocal8Bit());
-    QLoggingCategory::setFilterRules(QStringLiteral("NetworkSettings.debug=true"));
+    QLoggingCategory::setFilterRules("NetworkSettings.debug=true"_s);
     m_log = std::make_unique<test_support::LogCapture>();
 }
 
@@ -86,7 +87,7 @@ QStringList SettingsFixture::criticalLines() const
     QStringList lines;
     for (const test_support::LogMessage &message : m_log->messages()) {
         if (message.type == QtCriticalMsg) {
-            lines.append(message.category + QStringLiteral(": ") + message.text);
+            lines.append(message.category + ": "_s + message.text);
         }
     }
     return lines;
@@ -125,10 +126,10 @@ void SettingsFixture::writeFile(const QString &path, const QByteArray &content)
 
 QString SettingsFixture::networkSettingsLine(const QString &text)
 {
-    return category + QStringLiteral(": ") + text;
+    return category + ": "_s + text;
 }
 
 QString SettingsFixture::plainLine(const QString &text)
 {
-    return QStringLiteral("default: ") + text;
+    return "default: "_s + text;
 }

@@ -1,6 +1,7 @@
 #include "NetworkSettings.h"
 #include "RegionFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QElapsedTimer>
 
@@ -38,7 +39,7 @@ void WifiRegionTest::noRegionIsStoredAtFirst()
 void WifiRegionTest::storedRegionIsRead()
 {
     setStore(regionStore, "[wifi]\nregion=SE\n");
-    QCOMPARE(NetworkSettings().getWifiRegion(), QStringLiteral("SE"));
+    QCOMPARE(NetworkSettings().getWifiRegion(), "SE"_s);
 }
 
 void WifiRegionTest::regionThatIsNoTextIsEmpty()
@@ -51,10 +52,10 @@ void WifiRegionTest::settingTheRegionRunsOneCommandAndStoresIt()
 {
     NetworkSettings settings;
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
+    QCOMPARE(commands().calls(), QStringList("iw reg set DE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
-    QCOMPARE(settings.getWifiRegion(), QStringLiteral("DE"));
+    QCOMPARE(settings.getWifiRegion(), "DE"_s);
     QCOMPARE(criticalLines(), QStringList());
 }
 
@@ -63,7 +64,7 @@ void WifiRegionTest::settingTheRegionReplacesTheStoredOne()
     setStore(regionStore, "[wifi]\nregion=SE\n");
     NetworkSettings settings;
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
 }
 
@@ -73,7 +74,7 @@ void WifiRegionTest::settingTheRegionRemovesWhatIsBelowItsKey()
     setStore(regionStore, "[wifi]\nregion=SE\nregion\\since=2019\n");
     NetworkSettings settings;
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
 }
 
@@ -82,7 +83,7 @@ void WifiRegionTest::settingTheRegionEndsWithInitDone()
     NetworkSettings settings;
     const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(initDone.count(), 1);
     QCOMPARE(debugLines(), QStringList(successLine));
 }
@@ -92,13 +93,19 @@ void WifiRegionTest::regionIsPassedOnAsGiven_data()
     QTest::addColumn<QString>("region");
     QTest::addColumn<QString>("call");
 
-    QTest::newRow("lower case") << QStringLiteral("de") << QStringLiteral("iw reg set de");
-    QTest::newRow("no region at all") << QStringLiteral("nowhere") << QStringLiteral("iw reg set nowhere");
-    QTest::newRow("world") << QStringLiteral("00") << QStringLiteral("iw reg set 00");
-    QTest::newRow("empty") << QString() << QStringLiteral("iw reg set \"\"");
-    QTest::newRow("with a blank") << QStringLiteral("D E") << QStringLiteral("iw reg set \"D E\"");
-    QTest::newRow("place holder") << QStringLiteral("%1") << QStringLiteral("iw reg set %1");
-    QTest::newRow("shell syntax") << QStringLiteral("$(reboot)") << QStringLiteral("iw reg set $(reboot)");
+    QTest::newRow("lower case") << "de"_s
+                                << "iw reg set de"_s;
+    QTest::newRow("no region at all") << "nowhere"_s
+                                      << "iw reg set nowhere"_s;
+    QTest::newRow("world") << "00"_s
+                           << "iw reg set 00"_s;
+    QTest::newRow("empty") << QString() << "iw reg set \"\""_s;
+    QTest::newRow("with a blank") << "D E"_s
+                                  << "iw reg set \"D E\""_s;
+    QTest::newRow("place holder") << "%1"_s
+                                  << "iw reg set %1"_s;
+    QTest::newRow("shell syntax") << "$(reboot)"_s
+                                  << "iw reg set $(reboot)"_s;
 }
 
 void WifiRegionTest::regionIsPassedOnAsGiven()
@@ -114,10 +121,10 @@ void WifiRegionTest::regionIsPassedOnAsGiven()
 
 void WifiRegionTest::exitCodeOfTheCommandIsNotLookedAt()
 {
-    commands().script(QStringLiteral("iw"), {QStringLiteral("exit 237")});
+    commands().script("iw"_s, {"exit 237"_s});
     NetworkSettings settings;
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
     QCOMPARE(debugLines(), QStringList(successLine));
     QCOMPARE(criticalLines(), QStringList());
@@ -126,27 +133,27 @@ void WifiRegionTest::exitCodeOfTheCommandIsNotLookedAt()
 void WifiRegionTest::crashedCommandLeavesTheStoredRegion()
 {
     setStore(regionStore, "[wifi]\nregion=SE\n");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("crash")});
+    commands().script("iw"_s, {"crash"_s});
     NetworkSettings settings;
     const QSignalSpy initDone(&settings, &NetworkSettings::initDone);
 
-    QVERIFY(!settings.setWifiRegion(QStringLiteral("DE")));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set DE")));
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set region."))));
+    QVERIFY(!settings.setWifiRegion("DE"_s));
+    QCOMPARE(commands().calls(), QStringList("iw reg set DE"_s));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(debugLines(), QStringList(failureLine));
     QCOMPARE(initDone.count(), 1);
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
-    QCOMPARE(settings.getWifiRegion(), QStringLiteral("SE"));
+    QCOMPARE(settings.getWifiRegion(), "SE"_s);
 }
 
 void WifiRegionTest::missingCommandLeavesTheStoredRegion()
 {
     setStore(regionStore, "[wifi]\nregion=SE\n");
-    commands().removeProgram(QStringLiteral("iw"));
+    commands().removeProgram("iw"_s);
     NetworkSettings settings;
 
-    QVERIFY(!settings.setWifiRegion(QStringLiteral("DE")));
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set region."))));
+    QVERIFY(!settings.setWifiRegion("DE"_s));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 
@@ -154,24 +161,24 @@ void WifiRegionTest::missingCommandLeavesTheStoredRegion()
 void WifiRegionTest::hangingCommandIsGivenUpAfterThirtySeconds()
 {
     setStore(regionStore, "[wifi]\nregion=SE\n");
-    commands().script(QStringLiteral("iw"), {QStringLiteral("hang")});
+    commands().script("iw"_s, {"hang"_s});
     NetworkSettings settings;
     QElapsedTimer elapsed;
     elapsed.start();
 
-    QVERIFY(!settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(!settings.setWifiRegion("DE"_s));
     QVERIFY2(elapsed.elapsed() >= 29900, qPrintable(QString::number(elapsed.elapsed())));
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("Failed to set region."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 
 void WifiRegionTest::regionCanBeSetAfterAFailure()
 {
-    commands().script(QStringLiteral("iw"), {QStringLiteral("once"), QStringLiteral("crash")});
+    commands().script("iw"_s, {"once"_s, "crash"_s});
     NetworkSettings settings;
-    QVERIFY(!settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(!settings.setWifiRegion("DE"_s));
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("SE")));
+    QVERIFY(settings.setWifiRegion("SE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 
@@ -180,11 +187,11 @@ void WifiRegionTest::unwritableStoreIsOneLineAndTheRegionIsAppliedAllTheSame()
     NetworkSettings settings;
     setStoresWritable(false);
 
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
-    QCOMPARE(commands().calls(), QStringList(QStringLiteral("iw reg set DE")));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(QStringLiteral(
-                                  "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""))));
-    QCOMPARE(settings.getWifiRegion(), QStringLiteral("DE"));
+    QVERIFY(settings.setWifiRegion("DE"_s));
+    QCOMPARE(commands().calls(), QStringList("iw reg set DE"_s));
+    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
+                                  "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
+    QCOMPARE(settings.getWifiRegion(), "DE"_s);
 }
 
 void WifiRegionTest::storeThatBecameWritableIsWrittenWithoutComplaint()
@@ -196,7 +203,7 @@ void WifiRegionTest::storeThatBecameWritableIsWrittenWithoutComplaint()
 
     setStoresWritable(true);
     QVERIFY(settings.setLockRegion(false));
-    QVERIFY(settings.setWifiRegion(QStringLiteral("DE")));
+    QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(criticalLines(), QStringList());
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\nregionLocked=false\n"));
 }

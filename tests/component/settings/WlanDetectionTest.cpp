@@ -1,9 +1,10 @@
 #include "NetworkSettings.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
+#include "Text.h"
 
 namespace {
-const QString list = QStringLiteral("iw list");
+const QString list = "iw list"_s;
 }
 
 class WlanDetectionTest : public SettingsFixture
@@ -26,11 +27,10 @@ void WlanDetectionTest::wlanIsThereWhereTheCommandPrintsAnything_data()
 {
     QTest::addColumn<QStringList>("script");
 
-    QTest::newRow("a radio") << QStringList(QStringLiteral("print Wiphy phy0"));
-    QTest::newRow("a line feed") << QStringList(QStringLiteral("print"));
-    QTest::newRow("a complaint") << QStringList(QStringLiteral("error nl80211 not found."));
-    QTest::newRow("a radio, exit code not zero")
-        << QStringList({QStringLiteral("print Wiphy phy0"), QStringLiteral("exit 1")});
+    QTest::newRow("a radio") << QStringList("print Wiphy phy0"_s);
+    QTest::newRow("a line feed") << QStringList("print"_s);
+    QTest::newRow("a complaint") << QStringList("error nl80211 not found."_s);
+    QTest::newRow("a radio, exit code not zero") << QStringList({"print Wiphy phy0"_s, "exit 1"_s});
 }
 
 void WlanDetectionTest::wlanIsThereWhereTheCommandPrintsAnything()
@@ -48,9 +48,8 @@ void WlanDetectionTest::wlanIsMissingOtherwise_data()
     QTest::addColumn<QStringList>("script");
 
     QTest::newRow("nothing printed") << QStringList();
-    QTest::newRow("nothing printed, exit code not zero") << QStringList(QStringLiteral("exit 1"));
-    QTest::newRow("a crash after a radio")
-        << QStringList({QStringLiteral("print Wiphy phy0"), QStringLiteral("crash")});
+    QTest::newRow("nothing printed, exit code not zero") << QStringList("exit 1"_s);
+    QTest::newRow("a crash after a radio") << QStringList({"print Wiphy phy0"_s, "crash"_s});
 }
 
 void WlanDetectionTest::wlanIsMissingOtherwise()
@@ -60,15 +59,15 @@ void WlanDetectionTest::wlanIsMissingOtherwise()
 
     QVERIFY(!m_settings.getWlanSupported());
     QCOMPARE(commands().calls(), QStringList(list));
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("WLAN not supported on this board."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("WLAN not supported on this board."_s)));
 }
 
 void WlanDetectionTest::wlanIsMissingWhereTheCommandIs()
 {
-    commands().removeProgram(QStringLiteral("iw"));
+    commands().removeProgram("iw"_s);
 
     QVERIFY(!m_settings.getWlanSupported());
-    QCOMPARE(criticalLines(), QStringList(plainLine(QStringLiteral("WLAN not supported on this board."))));
+    QCOMPARE(criticalLines(), QStringList(plainLine("WLAN not supported on this board."_s)));
 }
 
 void WlanDetectionTest::everyQuestionRunsTheCommandAnew()

@@ -2,6 +2,7 @@
 
 #include "EventWait.h"
 #include "GVariantText.h"
+#include "Text.h"
 #include <QDBusArgument>
 #include <QDBusPendingCallWatcher>
 #include <QDBusVariant>
@@ -10,15 +11,14 @@
 namespace simulator_test {
 
 namespace {
-const QString connman = QStringLiteral("net.connman");
-const QString serviceInterface = QStringLiteral("net.connman.Service");
-const QStringList interfaces{QStringLiteral("net.connman.Manager"), QStringLiteral("net.connman.Technology"),
-                             serviceInterface};
+const QString connman = "net.connman"_s;
+const QString serviceInterface = "net.connman.Service"_s;
+const QStringList interfaces{"net.connman.Manager"_s, "net.connman.Technology"_s, serviceInterface};
 constexpr int callTimeoutMs = 60000;
 
 QString servicePath(const QString &identifier)
 {
-    return QStringLiteral("/net/connman/service/") + identifier;
+    return "/net/connman/service/"_s + identifier;
 }
 
 QString lastElement(const QString &path)
@@ -29,7 +29,7 @@ QString lastElement(const QString &path)
 Answer toAnswer(const QDBusMessage &reply)
 {
     if (reply.type() == QDBusMessage::ErrorMessage) {
-        return {true, reply.errorName() + QStringLiteral(": ") + reply.errorMessage(), {}, {}};
+        return {true, reply.errorName() + ": "_s + reply.errorMessage(), {}, {}};
     }
     return {false, {}, reply.arguments(), reply.signature()};
 }
@@ -52,7 +52,7 @@ PendingAnswer::PendingAnswer(const QDBusConnection &connection, const QDBusMessa
 Answer PendingAnswer::wait()
 {
     test_support::waitUntil([this] { return hasCome(); }, callTimeoutMs);
-    return m_answer.value_or(Answer{true, QStringLiteral("no answer"), {}, {}});
+    return m_answer.value_or(Answer{true, "no answer"_s, {}, {}});
 }
 
 BusClient::BusClient(const QString &address)
@@ -79,13 +79,12 @@ Answer BusClient::call(const QString &service, const QString &path, const QStrin
 
 Answer BusClient::manager(const QString &member, const QVariantList &arguments) const
 {
-    return call(connman, QStringLiteral("/"), QStringLiteral("net.connman.Manager"), member, arguments);
+    return call(connman, "/"_s, "net.connman.Manager"_s, member, arguments);
 }
 
 Answer BusClient::technology(const QString &type, const QString &member, const QVariantList &arguments) const
 {
-    return call(connman, QStringLiteral("/net/connman/technology/") + type,
-                QStringLiteral("net.connman.Technology"), member, arguments);
+    return call(connman, "/net/connman/technology/"_s + type, "net.connman.Technology"_s, member, arguments);
 }
 
 Answer BusClient::service(const QString &identifier, const QString &member,
@@ -97,8 +96,7 @@ Answer BusClient::service(const QString &identifier, const QString &member,
 Answer BusClient::setServiceProperty(const QString &identifier, const QString &property,
                                      const QVariant &value) const
 {
-    return service(identifier, QStringLiteral("SetProperty"),
-                   {property, QVariant::fromValue(QDBusVariant(value))});
+    return service(identifier, "SetProperty"_s, {property, QVariant::fromValue(QDBusVariant(value))});
 }
 
 std::unique_ptr<PendingAnswer> BusClient::startService(const QString &identifier, const QString &member) const
@@ -110,7 +108,7 @@ std::unique_ptr<PendingAnswer> BusClient::startService(const QString &identifier
 
 QString BusClient::property(const QString &identifier, const QString &name) const
 {
-    const Answer answer = service(identifier, QStringLiteral("GetProperties"));
+    const Answer answer = service(identifier, "GetProperties"_s);
     if (answer.isError) {
         return answer.error;
     }
@@ -125,7 +123,7 @@ QStringList BusClient::signalLines(const QString &part) const
 
 QStringList BusClient::states(const QString &identifier) const
 {
-    const QString prefix = identifier + QStringLiteral(" PropertyChanged(\"State\", <\"");
+    const QString prefix = identifier + " PropertyChanged(\"State\", <\""_s;
     QStringList states;
     for (const QString &line : m_lines) {
         if (line.startsWith(prefix)) {
@@ -155,9 +153,8 @@ bool BusClient::waitForState(const QString &identifier, const QString &state)
 
 void BusClient::record(const QDBusMessage &signal)
 {
-    m_lines.append(
-        QStringLiteral("%1 %2(%3)")
-            .arg(lastElement(signal.path()), signal.member(), simulator::toGVariantText(signal.arguments())));
+    m_lines.append("%1 %2(%3)"_s.arg(lastElement(signal.path()), signal.member(),
+                                     simulator::toGVariantText(signal.arguments())));
 }
 
 } // namespace simulator_test

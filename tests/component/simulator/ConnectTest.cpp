@@ -2,13 +2,14 @@
 
 #include "NetworkFixture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QTest>
 
 using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString otherId = QStringLiteral("wifi_020000000200_4f74686572_managed_none");
+const QString otherId = "wifi_020000000200_4f74686572_managed_none"_s;
 } // namespace
 
 class ConnectTest : public NetworkFixture
@@ -40,37 +41,34 @@ private slots:
 
 void ConnectTest::openNetworkAsksNobody()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
+    addNetwork(with("security"_s, "none"_s));
     QCOMPARE(connectService(openId).text(), QString());
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
-    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')),
-             QStringLiteral("association configuration ready online"));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
+    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')), "association configuration ready online"_s);
     QCOMPARE(m_agent->lines(), QStringList());
 }
 
 void ConnectTest::readyIsToldBeforeTheAddresses()
 {
-    addNetwork({{QStringLiteral("security"), QStringLiteral("none")},
-                {QStringLiteral("address"), QStringLiteral("192.168.10.77")}});
+    addNetwork({{"security"_s, "none"_s}, {"address"_s, "192.168.10.77"_s}});
     QCOMPARE(connectService(openId).text(), QString());
-    QVERIFY(m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Nameservers\"")));
+    QVERIFY(m_client->waitForSignal("PropertyChanged(\"Nameservers\""_s));
     const QStringList told = m_client->signalLines();
-    const int ready = told.indexOf(openId + QStringLiteral(" PropertyChanged(\"State\", <\"ready\">)"));
+    const int ready = told.indexOf(openId + " PropertyChanged(\"State\", <\"ready\">)"_s);
     QVERIFY(ready >= 0);
-    QCOMPARE(
-        told.mid(ready, 9),
-        (QStringList{openId + QStringLiteral(" PropertyChanged(\"State\", <\"ready\">)"),
-                     openId + QStringLiteral(" PropertyChanged(\"Favorite\", <true>)"),
-                     openId + QStringLiteral(" PropertyChanged(\"Domains\", <@as []>)"),
-                     openId + QStringLiteral(" PropertyChanged(\"Proxy\", <{\"Method\": <\"direct\">}>)"),
-                     QStringLiteral("wifi PropertyChanged(\"Connected\", <true>)"),
-                     QStringLiteral(" PropertyChanged(\"State\", <\"ready\">)"),
-                     openId + QStringLiteral(" PropertyChanged(\"IPv4\", <{\"Address\": <\"192.168.10.77\">, "
-                                             "\"Gateway\": <\"192.168.10.1\">, \"Method\": <\"dhcp\">, "
-                                             "\"Netmask\": <\"255.255.255.0\">}>)"),
-                     openId + QStringLiteral(" PropertyChanged(\"IPv6\", <@a{sv} {}>)"),
-                     openId + QStringLiteral(" PropertyChanged(\"Nameservers\", <[\"192.168.10.1\"]>)")}));
-    QCOMPARE(m_client->property(openId, QStringLiteral("AutoConnect")), QStringLiteral("true"));
+    QCOMPARE(told.mid(ready, 9),
+             (QStringList{openId + " PropertyChanged(\"State\", <\"ready\">)"_s,
+                          openId + " PropertyChanged(\"Favorite\", <true>)"_s,
+                          openId + " PropertyChanged(\"Domains\", <@as []>)"_s,
+                          openId + " PropertyChanged(\"Proxy\", <{\"Method\": <\"direct\">}>)"_s,
+                          "wifi PropertyChanged(\"Connected\", <true>)"_s,
+                          " PropertyChanged(\"State\", <\"ready\">)"_s,
+                          openId + " PropertyChanged(\"IPv4\", <{\"Address\": <\"192.168.10.77\">, "
+                                   "\"Gateway\": <\"192.168.10.1\">, \"Method\": <\"dhcp\">, "
+                                   "\"Netmask\": <\"255.255.255.0\">}>)"_s,
+                          openId + " PropertyChanged(\"IPv6\", <@a{sv} {}>)"_s,
+                          openId + " PropertyChanged(\"Nameservers\", <[\"192.168.10.1\"]>)"_s}));
+    QCOMPARE(m_client->property(openId, "AutoConnect"_s), "true"_s);
 }
 
 void ConnectTest::favouriteAsksNobody()
@@ -85,118 +83,109 @@ void ConnectTest::favouriteAsksNobody()
 
 void ConnectTest::rawFavouriteAsksNobody()
 {
-    m_simulator->addService(QStringLiteral("wifi_raw_managed_psk"), with(QStringLiteral("Favorite"), true));
-    QCOMPARE(connectService(QStringLiteral("wifi_raw_managed_psk")).text(), QString());
+    m_simulator->addService("wifi_raw_managed_psk"_s, with("Favorite"_s, true));
+    QCOMPARE(connectService("wifi_raw_managed_psk"_s).text(), QString());
     QCOMPARE(m_agent->lines(), QStringList());
 }
 
 void ConnectTest::secondConnectIsInProgress()
 {
-    m_simulator->setTiming(QStringLiteral("association"), 60000);
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
-    const std::unique_ptr<PendingAnswer> first = m_client->startService(openId, QStringLiteral("Connect"));
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("association")));
-    QCOMPARE(connectService(openId).text(), QStringLiteral("net.connman.Error.InProgress: In progress"));
+    m_simulator->setTiming("association"_s, 60000);
+    addNetwork(with("security"_s, "none"_s));
+    const std::unique_ptr<PendingAnswer> first = m_client->startService(openId, "Connect"_s);
+    QVERIFY(m_client->waitForState(openId, "association"_s));
+    QCOMPARE(connectService(openId).text(), "net.connman.Error.InProgress: In progress"_s);
     QVERIFY(!first->hasCome());
 }
 
 void ConnectTest::connectedServiceIsAlreadyConnected()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
+    addNetwork(with("security"_s, "none"_s));
     QCOMPARE(connectService(openId).text(), QString());
-    QCOMPARE(connectService(openId).text(),
-             QStringLiteral("net.connman.Error.AlreadyConnected: Already connected"));
+    QCOMPARE(connectService(openId).text(), "net.connman.Error.AlreadyConnected: Already connected"_s);
 }
 
 void ConnectTest::disconnectGoesThroughItsStates()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
+    addNetwork(with("security"_s, "none"_s));
     QCOMPARE(connectService(openId).text(), QString());
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
     m_client->clear();
     QCOMPARE(disconnectService(openId).text(), QString());
-    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')),
-             QStringLiteral("configuration disconnect idle"));
-    QCOMPARE(m_client->property(openId, QStringLiteral("IPv4")), QStringLiteral("@a{sv} {}"));
-    QCOMPARE(m_client->property(openId, QStringLiteral("Nameservers")), QStringLiteral("@as []"));
-    QCOMPARE(m_client->property(openId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')), "configuration disconnect idle"_s);
+    QCOMPARE(m_client->property(openId, "IPv4"_s), "@a{sv} {}"_s);
+    QCOMPARE(m_client->property(openId, "Nameservers"_s), "@as []"_s);
+    QCOMPARE(m_client->property(openId, "Favorite"_s), "true"_s);
 }
 
 void ConnectTest::idleServiceIsNotConnected()
 {
     addNetwork();
-    QCOMPARE(disconnectService(pskId).text(),
-             QStringLiteral("net.connman.Error.NotConnected: Not connected"));
+    QCOMPARE(disconnectService(pskId).text(), "net.connman.Error.NotConnected: Not connected"_s);
 }
 
 void ConnectTest::disconnectAbortsTheConnect()
 {
-    m_simulator->setTiming(QStringLiteral("association"), 60000);
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(openId, QStringLiteral("Connect"));
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("association")));
+    m_simulator->setTiming("association"_s, 60000);
+    addNetwork(with("security"_s, "none"_s));
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(openId, "Connect"_s);
+    QVERIFY(m_client->waitForState(openId, "association"_s));
     QCOMPARE(disconnectService(openId).text(), QString());
     QCOMPARE(pending->wait().text(), aborted);
-    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')), QStringLiteral("association disconnect idle"));
+    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')), "association disconnect idle"_s);
 }
 
 void ConnectTest::disconnectTakesTheQuestionBack()
 {
     addNetwork();
     m_agent->planInputSilence();
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(pskId, QStringLiteral("Connect"));
-    QVERIFY(m_agent->waitForLine(QStringLiteral("RequestInput")));
-    QCOMPARE(disconnectService(pskId).text(),
-             QStringLiteral("net.connman.Error.NotConnected: Not connected"));
-    QVERIFY(m_agent->waitForLine(QStringLiteral("Cancel()")));
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(pskId, "Connect"_s);
+    QVERIFY(m_agent->waitForLine("RequestInput"_s));
+    QCOMPARE(disconnectService(pskId).text(), "net.connman.Error.NotConnected: Not connected"_s);
+    QVERIFY(m_agent->waitForLine("Cancel()"_s));
     QCOMPARE(pending->wait().text(), timedOut);
 }
 
 void ConnectTest::anotherNetworkTakesItsPlace()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
-    addNetwork({{QStringLiteral("ssid"), QStringLiteral("Other")},
-                {QStringLiteral("security"), QStringLiteral("none")}});
+    addNetwork(with("security"_s, "none"_s));
+    addNetwork({{"ssid"_s, "Other"_s}, {"security"_s, "none"_s}});
     QCOMPARE(connectService(openId).text(), QString());
     QCOMPARE(connectService(otherId).text(), QString());
-    QCOMPARE(m_client->property(openId, QStringLiteral("State")), QStringLiteral("\"idle\""));
-    QVERIFY(m_client->waitForState(otherId, QStringLiteral("online")));
+    QCOMPARE(m_client->property(openId, "State"_s), "\"idle\""_s);
+    QVERIFY(m_client->waitForState(otherId, "online"_s));
 }
 
 void ConnectTest::serviceWithoutAnyIpHasNoCarrier()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
-    const QVariantMap off = with(QStringLiteral("Method"), QStringLiteral("off"));
-    QCOMPARE(m_client->setServiceProperty(openId, QStringLiteral("IPv4.Configuration"), off).text(),
-             QString());
-    QCOMPARE(m_client->setServiceProperty(openId, QStringLiteral("IPv6.Configuration"), off).text(),
-             QString());
-    QCOMPARE(connectService(openId).text(), QStringLiteral("net.connman.Error.NoCarrier: No carrier"));
+    addNetwork(with("security"_s, "none"_s));
+    const QVariantMap off = with("Method"_s, "off"_s);
+    QCOMPARE(m_client->setServiceProperty(openId, "IPv4.Configuration"_s, off).text(), QString());
+    QCOMPARE(m_client->setServiceProperty(openId, "IPv6.Configuration"_s, off).text(), QString());
+    QCOMPARE(connectService(openId).text(), "net.connman.Error.NoCarrier: No carrier"_s);
 }
 
 void ConnectTest::vanishedNetworkDisconnects()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
+    addNetwork(with("security"_s, "none"_s));
     QCOMPARE(connectService(openId).text(), QString());
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
     m_client->clear();
     m_simulator->removeNetwork(ssid);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
-    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')),
-             QStringLiteral("configuration disconnect idle"));
+    QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
+    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')), "configuration disconnect idle"_s);
 }
 
 void ConnectTest::networkOutOfReachDisconnectsAndIsNotFound()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
+    addNetwork(with("security"_s, "none"_s));
     QCOMPARE(connectService(openId).text(), QString());
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
     m_client->clear();
     m_simulator->setInReach(ssid, false);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
-    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')),
-             QStringLiteral("configuration disconnect idle"));
-    QVERIFY(!m_client->technology(QStringLiteral("wifi"), QStringLiteral("Scan")).isError);
+    QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
+    QCOMPARE(m_client->states(openId).join(QLatin1Char(' ')), "configuration disconnect idle"_s);
+    QVERIFY(!m_client->technology("wifi"_s, "Scan"_s).isError);
     QCOMPARE(m_simulator->services(), QStringList());
 }
 
@@ -205,20 +194,20 @@ void ConnectTest::knownNetworkBackInReachIsJoinedAgain()
     addNetwork();
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(pskId).text(), QString());
-    QVERIFY(m_client->waitForState(pskId, QStringLiteral("online")));
-    const QString address = m_client->property(pskId, QStringLiteral("IPv4"));
+    QVERIFY(m_client->waitForState(pskId, "online"_s));
+    const QString address = m_client->property(pskId, "IPv4"_s);
     m_simulator->setInReach(ssid, false);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
+    QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
     m_client->clear();
     m_simulator->setInReach(ssid, true);
-    QVERIFY(m_client->waitForState(pskId, QStringLiteral("online")));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("IPv4")), address);
+    QVERIFY(m_client->waitForState(pskId, "online"_s));
+    QCOMPARE(m_client->property(pskId, "IPv4"_s), address);
     QCOMPARE(m_agent->lines(), QStringList{request(pskId, pskFields)});
 }
 
 void ConnectTest::hiddenNetworkOutOfReachIsNotListed()
 {
-    const QString hiddenId = addNetwork(with(QStringLiteral("hidden"), true));
+    const QString hiddenId = addNetwork(with("hidden"_s, true));
     QCOMPARE(m_simulator->services(), QStringList{hiddenId});
     m_simulator->setInReach(ssid, false);
     QCOMPARE(m_simulator->services(), QStringList());
@@ -231,10 +220,10 @@ void ConnectTest::removedNetworkIsForgotten()
     addNetwork();
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(pskId).text(), QString());
-    QCOMPARE(m_client->service(pskId, QStringLiteral("Remove")).text(), QString());
-    QVERIFY(m_client->waitForSignal(pskId + QStringLiteral(" PropertyChanged(\"Favorite\", <false>)")));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("State")), QStringLiteral("\"idle\""));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("AutoConnect")), QStringLiteral("false"));
+    QCOMPARE(m_client->service(pskId, "Remove"_s).text(), QString());
+    QVERIFY(m_client->waitForSignal(pskId + " PropertyChanged(\"Favorite\", <false>)"_s));
+    QCOMPARE(m_client->property(pskId, "State"_s), "\"idle\""_s);
+    QCOMPARE(m_client->property(pskId, "AutoConnect"_s), "false"_s);
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(pskId).text(), QString());
     QCOMPARE(m_agent->lines(), (QStringList{request(pskId, pskFields), request(pskId, pskFields)}));
@@ -243,32 +232,30 @@ void ConnectTest::removedNetworkIsForgotten()
 void ConnectTest::ethernetCannotBeRemoved()
 {
     m_simulator->setCable(true);
-    QCOMPARE(
-        m_client->service(QStringLiteral("ethernet_020000000100_cable"), QStringLiteral("Remove")).text(),
-        QStringLiteral("net.connman.Error.NotSupported: Not supported"));
+    QCOMPARE(m_client->service("ethernet_020000000100_cable"_s, "Remove"_s).text(),
+             "net.connman.Error.NotSupported: Not supported"_s);
 }
 
 void ConnectTest::disconnectedByTheUserStaysSo()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
+    addNetwork(with("security"_s, "none"_s));
     QCOMPARE(connectService(openId).text(), QString());
     QCOMPARE(disconnectService(openId).text(), QString());
     m_client->clear();
-    QVERIFY(!m_client->technology(QStringLiteral("wifi"), QStringLiteral("Scan")).isError);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged")));
+    QVERIFY(!m_client->technology("wifi"_s, "Scan"_s).isError);
+    QVERIFY(m_client->waitForSignal("ServicesChanged"_s));
     QCOMPARE(m_client->states(openId), QStringList());
 }
 
 void ConnectTest::nextFavouriteFollows()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("none")));
-    addNetwork({{QStringLiteral("ssid"), QStringLiteral("Other")},
-                {QStringLiteral("security"), QStringLiteral("none")}});
+    addNetwork(with("security"_s, "none"_s));
+    addNetwork({{"ssid"_s, "Other"_s}, {"security"_s, "none"_s}});
     QCOMPARE(connectService(openId).text(), QString());
     QCOMPARE(connectService(otherId).text(), QString());
     m_client->clear();
     QCOMPARE(disconnectService(otherId).text(), QString());
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
 }
 
 static const Suite<ConnectTest> suite;

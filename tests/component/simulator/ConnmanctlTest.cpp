@@ -4,6 +4,7 @@
 #include "DeviceFixture.h"
 #include "EventWait.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QProcess>
 #include <QTest>
 
@@ -11,12 +12,12 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString program = QStringLiteral("connmanctl");
-const QString homeId = QStringLiteral("wifi_020000000200_486f6d65_managed_psk");
-const QString openId = QStringLiteral("wifi_020000000200_4f70656e_managed_none");
-const QString hiddenId = QStringLiteral("wifi_020000000200_hidden_managed_psk");
-const QString cableId = QStringLiteral("ethernet_020000000100_cable");
-const QString right = QStringLiteral("right passphrase");
+const QString program = "connmanctl"_s;
+const QString homeId = "wifi_020000000200_486f6d65_managed_psk"_s;
+const QString openId = "wifi_020000000200_4f70656e_managed_none"_s;
+const QString hiddenId = "wifi_020000000200_hidden_managed_psk"_s;
+const QString cableId = "ethernet_020000000100_cable"_s;
+const QString right = "right passphrase"_s;
 
 /// connmanctl between a pipe in and a pipe out.
 class Connmanctl
@@ -90,110 +91,104 @@ private:
 
 QString ConnmanctlTest::addNetwork(const char *ssid, const char *security, bool hidden)
 {
-    return m_simulator->addNetwork({{QStringLiteral("ssid"), QString::fromLatin1(ssid)},
-                                    {QStringLiteral("security"), QString::fromLatin1(security)},
-                                    {QStringLiteral("passphrase"), right},
-                                    {QStringLiteral("hidden"), hidden},
-                                    {QStringLiteral("address"), QStringLiteral("192.168.10.77")}});
+    return m_simulator->addNetwork({{"ssid"_s, QString::fromLatin1(ssid)},
+                                    {"security"_s, QString::fromLatin1(security)},
+                                    {"passphrase"_s, right},
+                                    {"hidden"_s, hidden},
+                                    {"address"_s, "192.168.10.77"_s}});
 }
 
 void ConnmanctlTest::tellsTheState()
 {
-    QCOMPARE(run("state"), QStringLiteral("  State = idle\n  OfflineMode = False\n  SessionMode = False\n"));
+    QCOMPARE(run("state"), "  State = idle\n  OfflineMode = False\n  SessionMode = False\n"_s);
 }
 
 void ConnmanctlTest::listsTechnologies()
 {
-    QCOMPARE(run("technologies"), QStringLiteral("/net/connman/technology/ethernet\n"
-                                                 "  Name = Wired\n"
-                                                 "  Type = ethernet\n"
-                                                 "  Powered = True\n"
-                                                 "  Connected = False\n"
-                                                 "  Tethering = False\n"
-                                                 "  TetheringFreq = 2412\n"
-                                                 "/net/connman/technology/wifi\n"
-                                                 "  Name = WiFi\n"
-                                                 "  Type = wifi\n"
-                                                 "  Powered = True\n"
-                                                 "  Connected = False\n"
-                                                 "  Tethering = False\n"
-                                                 "  TetheringFreq = 2412\n"));
+    QCOMPARE(run("technologies"), "/net/connman/technology/ethernet\n"
+                                  "  Name = Wired\n"
+                                  "  Type = ethernet\n"
+                                  "  Powered = True\n"
+                                  "  Connected = False\n"
+                                  "  Tethering = False\n"
+                                  "  TetheringFreq = 2412\n"
+                                  "/net/connman/technology/wifi\n"
+                                  "  Name = WiFi\n"
+                                  "  Type = wifi\n"
+                                  "  Powered = True\n"
+                                  "  Connected = False\n"
+                                  "  Tethering = False\n"
+                                  "  TetheringFreq = 2412\n"_s);
 }
 
 void ConnmanctlTest::switchesWifiOffAndOn()
 {
-    QCOMPARE(run("enable wifi"), QStringLiteral("wifi is already enabled\n"));
-    QCOMPARE(run("disable wifi"), QStringLiteral("Disable wifi\n"));
-    QCOMPARE(run("disable wifi"), QStringLiteral("wifi is already disabled\n"));
-    QCOMPARE(run("enable wifi"), QStringLiteral("Enabled wifi\n"));
+    QCOMPARE(run("enable wifi"), "wifi is already enabled\n"_s);
+    QCOMPARE(run("disable wifi"), "Disable wifi\n"_s);
+    QCOMPARE(run("disable wifi"), "wifi is already disabled\n"_s);
+    QCOMPARE(run("enable wifi"), "Enabled wifi\n"_s);
 }
 
 void ConnmanctlTest::scans()
 {
-    QCOMPARE(run("scan wifi"), QStringLiteral("Scan completed for wifi\n"));
+    QCOMPARE(run("scan wifi"), "Scan completed for wifi\n"_s);
 }
 
 void ConnmanctlTest::listsServices()
 {
     m_simulator->setCable(true);
-    QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(cableId, "online"_s));
     addNetwork("Home", "psk");
-    QCOMPARE(
-        run("services"),
-        QStringLiteral("*AO Wired                %1\n    Home                 %2\n").arg(cableId, homeId));
+    QCOMPARE(run("services"),
+             "*AO Wired                %1\n    Home                 %2\n"_s.arg(cableId, homeId));
 }
 
 void ConnmanctlTest::listsAService()
 {
     addNetwork("Open", "none");
-    QCOMPARE(run({QStringLiteral("connect"), openId}), QStringLiteral("Connected %1\n").arg(openId));
-    QVERIFY(m_client->waitForState(openId, QStringLiteral("online")));
-    QCOMPARE(
-        run({QStringLiteral("services"), openId}),
-        QStringLiteral("/net/connman/service/%1\n"
-                       "  Type = wifi\n"
-                       "  Security = [ none ]\n"
-                       "  State = online\n"
-                       "  Strength = 60\n"
-                       "  Favorite = True\n"
-                       "  Immutable = False\n"
-                       "  AutoConnect = True\n"
-                       "  Name = Open\n"
-                       "  Ethernet = [ Address=02:00:00:00:02:00, Interface=wlan0, MTU=1500, Method=auto ]\n"
-                       "  IPv4 = [ Address=192.168.10.77, Gateway=192.168.10.1, Method=dhcp, "
-                       "Netmask=255.255.255.0 ]\n"
-                       "  IPv4.Configuration = [ Method=dhcp ]\n"
-                       "  IPv6 = [  ]\n"
-                       "  IPv6.Configuration = [ Method=auto, Privacy=disabled ]\n"
-                       "  Nameservers = [ 192.168.10.1 ]\n"
-                       "  Nameservers.Configuration = [  ]\n"
-                       "  Timeservers = [  ]\n"
-                       "  Timeservers.Configuration = [  ]\n"
-                       "  Domains = [  ]\n"
-                       "  Domains.Configuration = [  ]\n"
-                       "  Proxy = [ Method=direct ]\n"
-                       "  Proxy.Configuration = [  ]\n"
-                       "  mDNS = False\n"
-                       "  mDNS.Configuration = False\n"
-                       "  Provider = [  ]\n")
-            .arg(openId));
+    QCOMPARE(run({"connect"_s, openId}), "Connected %1\n"_s.arg(openId));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
+    QCOMPARE(run({"services"_s, openId}),
+             "/net/connman/service/%1\n"
+             "  Type = wifi\n"
+             "  Security = [ none ]\n"
+             "  State = online\n"
+             "  Strength = 60\n"
+             "  Favorite = True\n"
+             "  Immutable = False\n"
+             "  AutoConnect = True\n"
+             "  Name = Open\n"
+             "  Ethernet = [ Address=02:00:00:00:02:00, Interface=wlan0, MTU=1500, Method=auto ]\n"
+             "  IPv4 = [ Address=192.168.10.77, Gateway=192.168.10.1, Method=dhcp, "
+             "Netmask=255.255.255.0 ]\n"
+             "  IPv4.Configuration = [ Method=dhcp ]\n"
+             "  IPv6 = [  ]\n"
+             "  IPv6.Configuration = [ Method=auto, Privacy=disabled ]\n"
+             "  Nameservers = [ 192.168.10.1 ]\n"
+             "  Nameservers.Configuration = [  ]\n"
+             "  Timeservers = [  ]\n"
+             "  Timeservers.Configuration = [  ]\n"
+             "  Domains = [  ]\n"
+             "  Domains.Configuration = [  ]\n"
+             "  Proxy = [ Method=direct ]\n"
+             "  Proxy.Configuration = [  ]\n"
+             "  mDNS = False\n"
+             "  mDNS.Configuration = False\n"
+             "  Provider = [  ]\n"_s.arg(openId));
 }
 
 void ConnmanctlTest::tellsWhatItCannotDo_data()
 {
     QTest::addColumn<QString>("arguments");
     QTest::addColumn<QString>("output");
-    QTest::newRow("scan ethernet") << QStringLiteral("scan ethernet")
-                                   << QStringLiteral(
-                                          "Error /net/connman/technology/ethernet: Not supported\n");
-    QTest::newRow("enable none") << QStringLiteral("enable bluetooth")
-                                 << QStringLiteral("bluetooth is not available\n");
-    QTest::newRow("disconnect idle")
-        << QStringLiteral("disconnect ") + homeId
-        << QStringLiteral("Error /net/connman/service/%1: Not connected\n").arg(homeId);
+    QTest::newRow("scan ethernet") << "scan ethernet"_s
+                                   << "Error /net/connman/technology/ethernet: Not supported\n"_s;
+    QTest::newRow("enable none") << "enable bluetooth"_s
+                                 << "bluetooth is not available\n"_s;
+    QTest::newRow("disconnect idle") << "disconnect "_s + homeId
+                                     << "Error /net/connman/service/%1: Not connected\n"_s.arg(homeId);
     QTest::newRow("connect without an agent")
-        << QStringLiteral("connect ") + homeId
-        << QStringLiteral("Error /net/connman/service/%1: Not registered\n").arg(homeId);
+        << "connect "_s + homeId << "Error /net/connman/service/%1: Not registered\n"_s.arg(homeId);
 }
 
 void ConnmanctlTest::tellsWhatItCannotDo()
@@ -207,109 +202,98 @@ void ConnmanctlTest::tellsWhatItCannotDo()
 void ConnmanctlTest::connectsAnOpenNetwork()
 {
     addNetwork("Open", "none");
-    QCOMPARE(run({QStringLiteral("connect"), openId}), QStringLiteral("Connected %1\n").arg(openId));
-    QCOMPARE(run({QStringLiteral("connect"), openId}),
-             QStringLiteral("Error /net/connman/service/%1: Already connected\n").arg(openId));
-    QCOMPARE(run({QStringLiteral("disconnect"), openId}), QStringLiteral("Disconnected %1\n").arg(openId));
-    QCOMPARE(run("services"), QStringLiteral("*A  Open                 %1\n").arg(openId));
+    QCOMPARE(run({"connect"_s, openId}), "Connected %1\n"_s.arg(openId));
+    QCOMPARE(run({"connect"_s, openId}), "Error /net/connman/service/%1: Already connected\n"_s.arg(openId));
+    QCOMPARE(run({"disconnect"_s, openId}), "Disconnected %1\n"_s.arg(openId));
+    QCOMPARE(run("services"), "*A  Open                 %1\n"_s.arg(openId));
 }
 
 void ConnmanctlTest::setsAStaticAddress()
 {
     addNetwork("Open", "none");
-    run({QStringLiteral("connect"), openId});
-    QCOMPARE(run({QStringLiteral("config"), openId, QStringLiteral("--ipv4"), QStringLiteral("manual"),
-                  QStringLiteral("10.0.0.9"), QStringLiteral("255.0.0.0"), QStringLiteral("10.0.0.1")}),
+    run({"connect"_s, openId});
+    QCOMPARE(run({"config"_s, openId, "--ipv4"_s, "manual"_s, "10.0.0.9"_s, "255.0.0.0"_s, "10.0.0.1"_s}),
              QString());
-    QCOMPARE(
-        m_client->property(openId, QStringLiteral("IPv4")),
-        QStringLiteral("{\"Address\": <\"10.0.0.9\">, \"Gateway\": <\"10.0.0.1\">, \"Method\": <\"manual\">, "
-                       "\"Netmask\": <\"255.0.0.0\">}"));
-    QCOMPARE(run({QStringLiteral("config"), openId, QStringLiteral("--ipv4"), QStringLiteral("manual"),
-                  QStringLiteral("nonsense")}),
-             QStringLiteral("Error %1: Invalid arguments\n").arg(openId));
+    QCOMPARE(m_client->property(openId, "IPv4"_s),
+             "{\"Address\": <\"10.0.0.9\">, \"Gateway\": <\"10.0.0.1\">, \"Method\": <\"manual\">, "
+             "\"Netmask\": <\"255.0.0.0\">}"_s);
+    QCOMPARE(run({"config"_s, openId, "--ipv4"_s, "manual"_s, "nonsense"_s}),
+             "Error %1: Invalid arguments\n"_s.arg(openId));
 }
 
 void ConnmanctlTest::setsNameservers()
 {
     addNetwork("Open", "none");
-    QCOMPARE(run({QStringLiteral("config"), openId, QStringLiteral("--nameservers"),
-                  QStringLiteral("9.9.9.9"), QStringLiteral("1.1.1.1")}),
-             QString());
-    QCOMPARE(m_client->property(openId, QStringLiteral("Nameservers.Configuration")),
-             QStringLiteral("[\"9.9.9.9\", \"1.1.1.1\"]"));
+    QCOMPARE(run({"config"_s, openId, "--nameservers"_s, "9.9.9.9"_s, "1.1.1.1"_s}), QString());
+    QCOMPARE(m_client->property(openId, "Nameservers.Configuration"_s), "[\"9.9.9.9\", \"1.1.1.1\"]"_s);
 }
 
 void ConnmanctlTest::forgetsANetwork()
 {
     addNetwork("Open", "none");
-    run({QStringLiteral("connect"), openId});
-    QCOMPARE(run({QStringLiteral("config"), openId, QStringLiteral("--remove")}), QString());
-    QCOMPARE(m_client->property(openId, QStringLiteral("Favorite")), QStringLiteral("false"));
+    run({"connect"_s, openId});
+    QCOMPARE(run({"config"_s, openId, "--remove"_s}), QString());
+    QCOMPARE(m_client->property(openId, "Favorite"_s), "false"_s);
 }
 
 void ConnmanctlTest::asksForThePassphrase()
 {
     addNetwork("Home", "psk");
     Connmanctl connmanctl;
-    connmanctl.say(QStringLiteral("agent on"));
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Agent registered")), qPrintable(connmanctl.output()));
-    connmanctl.say(QStringLiteral("connect ") + homeId);
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Agent RequestInput %1\n"
-                                               "  Passphrase = [ Type=psk, Requirement=mandatory ]\n")
-                                    .arg(homeId)),
+    connmanctl.say("agent on"_s);
+    QVERIFY2(connmanctl.waitFor("Agent registered"_s), qPrintable(connmanctl.output()));
+    connmanctl.say("connect "_s + homeId);
+    QVERIFY2(connmanctl.waitFor("Agent RequestInput %1\n"
+                                "  Passphrase = [ Type=psk, Requirement=mandatory ]\n"_s.arg(homeId)),
              qPrintable(connmanctl.output()));
     connmanctl.say(right);
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Connected ") + homeId), qPrintable(connmanctl.output()));
+    QVERIFY2(connmanctl.waitFor("Connected "_s + homeId), qPrintable(connmanctl.output()));
 }
 
 void ConnmanctlTest::tellsOfAWrongPassphrase()
 {
     addNetwork("Home", "psk");
     Connmanctl connmanctl;
-    connmanctl.say(QStringLiteral("agent on"));
-    QVERIFY(connmanctl.waitFor(QStringLiteral("Agent registered")));
-    connmanctl.say(QStringLiteral("connect ") + homeId);
-    QVERIFY(connmanctl.waitFor(QStringLiteral("Passphrase?")));
-    connmanctl.say(QStringLiteral("wrong passphrase"));
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Agent ReportError %1\n  invalid-key").arg(homeId)),
+    connmanctl.say("agent on"_s);
+    QVERIFY(connmanctl.waitFor("Agent registered"_s));
+    connmanctl.say("connect "_s + homeId);
+    QVERIFY(connmanctl.waitFor("Passphrase?"_s));
+    connmanctl.say("wrong passphrase"_s);
+    QVERIFY2(connmanctl.waitFor("Agent ReportError %1\n  invalid-key"_s.arg(homeId)),
              qPrintable(connmanctl.output()));
-    QVERIFY2(
-        connmanctl.waitFor(QStringLiteral("Error /net/connman/service/%1: Input/output error").arg(homeId)),
-        qPrintable(connmanctl.output()));
+    QVERIFY2(connmanctl.waitFor("Error /net/connman/service/%1: Input/output error"_s.arg(homeId)),
+             qPrintable(connmanctl.output()));
 }
 
 void ConnmanctlTest::joinsAHiddenNetwork()
 {
     addNetwork("Home", "psk", true);
     Connmanctl connmanctl;
-    connmanctl.say(QStringLiteral("agent on"));
-    QVERIFY(connmanctl.waitFor(QStringLiteral("Agent registered")));
-    connmanctl.say(QStringLiteral("connect ") + hiddenId);
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Hidden SSID name?")), qPrintable(connmanctl.output()));
-    connmanctl.say(QStringLiteral("Home"));
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Passphrase?")), qPrintable(connmanctl.output()));
+    connmanctl.say("agent on"_s);
+    QVERIFY(connmanctl.waitFor("Agent registered"_s));
+    connmanctl.say("connect "_s + hiddenId);
+    QVERIFY2(connmanctl.waitFor("Hidden SSID name?"_s), qPrintable(connmanctl.output()));
+    connmanctl.say("Home"_s);
+    QVERIFY2(connmanctl.waitFor("Passphrase?"_s), qPrintable(connmanctl.output()));
     connmanctl.say(right);
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Connected ") + hiddenId), qPrintable(connmanctl.output()));
+    QVERIFY2(connmanctl.waitFor("Connected "_s + hiddenId), qPrintable(connmanctl.output()));
     QVERIFY2(run("services").contains(homeId), qPrintable(run("services")));
 }
 
 void ConnmanctlTest::watchesServicesComeAndGo()
 {
     Connmanctl connmanctl;
-    connmanctl.say(QStringLiteral("monitor on"));
-    connmanctl.say(QStringLiteral("state"));
-    QVERIFY(connmanctl.waitFor(QStringLiteral("SessionMode = False")));
+    connmanctl.say("monitor on"_s);
+    connmanctl.say("state"_s);
+    QVERIFY(connmanctl.waitFor("SessionMode = False"_s));
     addNetwork("Home", "psk");
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("Manager      ServicesChanged      = {\n"
-                                               "    Home                 %1\n}, {\n}")
-                                    .arg(homeId)),
+    QVERIFY2(connmanctl.waitFor("Manager      ServicesChanged      = {\n"
+                                "    Home                 %1\n}, {\n}"_s.arg(homeId)),
              qPrintable(connmanctl.output()));
     addNetwork("Open", "none");
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("unchanged                ") + homeId),
-             qPrintable(connmanctl.output()));
-    m_simulator->removeNetwork(QStringLiteral("Home"));
-    QVERIFY2(connmanctl.waitFor(QStringLiteral("removed                  /net/connman/service/") + homeId),
+    QVERIFY2(connmanctl.waitFor("unchanged                "_s + homeId), qPrintable(connmanctl.output()));
+    m_simulator->removeNetwork("Home"_s);
+    QVERIFY2(connmanctl.waitFor("removed                  /net/connman/service/"_s + homeId),
              qPrintable(connmanctl.output()));
 }
 

@@ -2,6 +2,7 @@
 
 #include "NetworkFixture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QDBusObjectPath>
 #include <QTest>
 
@@ -34,31 +35,29 @@ void CredentialsTest::pskAsksForThePassphrase()
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(pskId).text(), QString());
     QCOMPARE(m_agent->lines(), QStringList{request(pskId, pskFields)});
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QCOMPARE(m_client->property(pskId, "Favorite"_s), "true"_s);
 }
 
 void CredentialsTest::wrongPassphraseFailsAndIsReported()
 {
     addNetwork();
-    m_agent->planInput(with(passphrase, QStringLiteral("wrong passphrase")));
+    m_agent->planInput(with(passphrase, "wrong passphrase"_s));
     QCOMPARE(connectService(pskId).text(), failed);
-    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')), QStringLiteral("association failure idle"));
-    QCOMPARE(m_client->signalLines(QStringLiteral("Error")),
-             QStringList{pskId + QStringLiteral(" PropertyChanged(\"Error\", <\"invalid-key\">)")});
-    QVERIFY(m_agent->waitForLine(QStringLiteral("Cancel()")));
-    QCOMPARE(
-        m_agent->lines().mid(1),
-        (QStringList{
-            QStringLiteral("ReportError(objectpath \"/net/connman/service/%1\", \"invalid-key\")").arg(pskId),
-            QStringLiteral("Cancel()")}));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Error")), QStringLiteral("\"invalid-key\""));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Favorite")), QStringLiteral("false"));
+    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')), "association failure idle"_s);
+    QCOMPARE(m_client->signalLines("Error"_s),
+             QStringList{pskId + " PropertyChanged(\"Error\", <\"invalid-key\">)"_s});
+    QVERIFY(m_agent->waitForLine("Cancel()"_s));
+    QCOMPARE(m_agent->lines().mid(1),
+             (QStringList{"ReportError(objectpath \"/net/connman/service/%1\", \"invalid-key\")"_s.arg(pskId),
+                          "Cancel()"_s}));
+    QCOMPARE(m_client->property(pskId, "Error"_s), "\"invalid-key\""_s);
+    QCOMPARE(m_client->property(pskId, "Favorite"_s), "false"_s);
 }
 
 void CredentialsTest::nextTryTellsThePreviousPassphrase()
 {
     addNetwork();
-    m_agent->planInput(with(passphrase, QStringLiteral("wrong passphrase")));
+    m_agent->planInput(with(passphrase, "wrong passphrase"_s));
     QCOMPARE(connectService(pskId).text(), failed);
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(pskId).text(), QString());
@@ -72,34 +71,32 @@ void CredentialsTest::nextTryTellsThePreviousPassphrase()
 void CredentialsTest::rightPassphraseAfterAWrongOneTakesTheErrorAway()
 {
     addNetwork();
-    m_agent->planInput(with(passphrase, QStringLiteral("wrong passphrase")));
+    m_agent->planInput(with(passphrase, "wrong passphrase"_s));
     QCOMPARE(connectService(pskId).text(), failed);
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(pskId).text(), QString());
-    QCOMPARE(m_client->signalLines(QStringLiteral("\"Error\"")).last(),
-             pskId + QStringLiteral(" PropertyChanged(\"Error\", <\"\">)"));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Error")), QString());
+    QCOMPARE(m_client->signalLines("\"Error\""_s).last(), pskId + " PropertyChanged(\"Error\", <\"\">)"_s);
+    QCOMPARE(m_client->property(pskId, "Error"_s), QString());
 }
 
 void CredentialsTest::unusablePassphraseMayBeRetried()
 {
     addNetwork();
-    m_agent->planInput(with(passphrase, QStringLiteral("short")));
+    m_agent->planInput(with(passphrase, "short"_s));
     m_agent->planInput(with(passphrase, rightPassphrase));
     m_agent->planRetry();
     QCOMPARE(connectService(pskId).text(), QString());
-    QCOMPARE(m_client->states(pskId).mid(0, 3),
-             (QStringList{QStringLiteral("failure"), QStringLiteral("idle"), QStringLiteral("association")}));
-    QCOMPARE(m_agent->lines().filter(QStringLiteral("RequestInput")).size(), 2);
+    QCOMPARE(m_client->states(pskId).mid(0, 3), (QStringList{"failure"_s, "idle"_s, "association"_s}));
+    QCOMPARE(m_agent->lines().filter("RequestInput"_s).size(), 2);
 }
 
 void CredentialsTest::unusablePassphraseWithoutRetryFails()
 {
     addNetwork();
-    m_agent->planInput(with(passphrase, QStringLiteral("short")));
+    m_agent->planInput(with(passphrase, "short"_s));
     QCOMPARE(connectService(pskId).text(), failed);
-    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')), QStringLiteral("failure idle"));
-    QCOMPARE(m_agent->lines().filter(QStringLiteral("Cancel")), QStringList());
+    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')), "failure idle"_s);
+    QCOMPARE(m_agent->lines().filter("Cancel"_s), QStringList());
 }
 
 void CredentialsTest::refusalOfTheAgent_data()
@@ -115,13 +112,13 @@ void CredentialsTest::refusalOfTheAgent()
     m_agent->planInputError(refusal);
     QCOMPARE(connectService(pskId).text(), error);
     QCOMPARE(m_client->states(pskId), QStringList());
-    QCOMPARE(m_client->property(pskId, QStringLiteral("State")), QStringLiteral("\"idle\""));
+    QCOMPARE(m_client->property(pskId, "State"_s), "\"idle\""_s);
 }
 
 void CredentialsTest::silentAgentTimesOut()
 {
     addNetwork();
-    m_simulator->setTiming(QStringLiteral("agent"), 200);
+    m_simulator->setTiming("agent"_s, 200);
     m_agent->planInputSilence();
     QCOMPARE(connectService(pskId).text(), timedOut);
 }
@@ -132,18 +129,14 @@ void CredentialsTest::agentThatLeavesTimesOut()
     BusClient leaving(m_bus->address());
     TestAgent leavingAgent(leaving.connection());
     leavingAgent.planInputSilence();
-    QVERIFY(!leaving
-                 .manager(QStringLiteral("RegisterAgent"),
-                          {QVariant::fromValue(QDBusObjectPath(TestAgent::path))})
-                 .isError);
+    QVERIFY(
+        !leaving.manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))}).isError);
     // A client that has an agent of its own is asked, not the default one.
-    const std::unique_ptr<PendingAnswer> ownConnect = leaving.startService(pskId, QStringLiteral("Connect"));
-    QVERIFY(leavingAgent.waitForLine(QStringLiteral("RequestInput")));
-    QVERIFY(!leaving
-                 .manager(QStringLiteral("UnregisterAgent"),
-                          {QVariant::fromValue(QDBusObjectPath(TestAgent::path))})
+    const std::unique_ptr<PendingAnswer> ownConnect = leaving.startService(pskId, "Connect"_s);
+    QVERIFY(leavingAgent.waitForLine("RequestInput"_s));
+    QVERIFY(!leaving.manager("UnregisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))})
                  .isError);
-    QVERIFY(leavingAgent.waitForLine(QStringLiteral("Cancel()")));
+    QVERIFY(leavingAgent.waitForLine("Cancel()"_s));
     QCOMPARE(ownConnect->wait().text(), timedOut);
     QCOMPARE(m_agent->lines(), QStringList());
 }
@@ -167,9 +160,8 @@ void CredentialsTest::answerOfAnotherTypeTimesOut()
 void CredentialsTest::noAgentIsNotRegistered()
 {
     addNetwork();
-    m_client->manager(QStringLiteral("UnregisterAgent"),
-                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
-    QCOMPARE(connectService(pskId).text(), QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
+    m_client->manager("UnregisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    QCOMPARE(connectService(pskId).text(), "net.connman.Error.NotRegistered: Not registered"_s);
 }
 
 static const Suite<CredentialsTest> suite;

@@ -1,6 +1,7 @@
 #include "DeviceFixture.h"
 
 #include "ConnmanWire.h"
+#include "Text.h"
 #include <QTest>
 
 namespace simulator_test {
@@ -16,8 +17,7 @@ void DeviceFixture::init()
     m_client = std::make_unique<BusClient>(m_bus->address());
     m_simulator = std::make_unique<test_support::SimulatorClient>(m_bus->address());
     QVERIFY(m_simulator->isReady());
-    QVERIFY(m_client->waitForSignal(
-        QStringLiteral("TechnologyAdded(objectpath \"/net/connman/technology/wifi\"")));
+    QVERIFY(m_client->waitForSignal("TechnologyAdded(objectpath \"/net/connman/technology/wifi\""_s));
     m_client->clear();
     arrive();
 }

@@ -4,6 +4,7 @@
 #include "EventWait.h"
 #include "Suite.h"
 #include "TestAgent.h"
+#include "Text.h"
 #include <QDBusConnectionInterface>
 #include <QDBusServiceWatcher>
 #include <QElapsedTimer>
@@ -13,15 +14,15 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString manager = QStringLiteral("net.connman.Manager");
-const QString service = QStringLiteral("net.connman.Service");
-const QString connman = QStringLiteral("net.connman");
-const QString configurationManager = QStringLiteral("com.tactora.ConfigurationManager");
-const QString speech = QStringLiteral("com.tactora.Speech");
-const QString getServices = QStringLiteral("GetServices");
-const QString rawId = QStringLiteral("wifi_raw_managed_psk");
-const QString otherId = QStringLiteral("wifi_other_managed_psk");
-const QString noReply = QStringLiteral("org.freedesktop.DBus.Error.NoReply");
+const QString manager = "net.connman.Manager"_s;
+const QString service = "net.connman.Service"_s;
+const QString connman = "net.connman"_s;
+const QString configurationManager = "com.tactora.ConfigurationManager"_s;
+const QString speech = "com.tactora.Speech"_s;
+const QString getServices = "GetServices"_s;
+const QString rawId = "wifi_raw_managed_psk"_s;
+const QString otherId = "wifi_other_managed_psk"_s;
+const QString noReply = "org.freedesktop.DBus.Error.NoReply"_s;
 } // namespace
 
 class FaultTest : public DeviceFixture
@@ -71,22 +72,20 @@ bool FaultTest::waitUntilGone(const QString &name) const
 
 void FaultTest::errorIsAnsweredWithoutEffect()
 {
-    m_simulator->addService(rawId, {{QStringLiteral("Favorite"), true}});
+    m_simulator->addService(rawId, {{"Favorite"_s, true}});
     const Fault fault =
-        m_simulator->injectFault(service, QStringLiteral("Remove"),
-                                 FaultKind::error(QStringLiteral("an.Error"), QStringLiteral("some text")));
-    QCOMPARE(m_client->service(rawId, QStringLiteral("Remove")).text(),
-             QStringLiteral("an.Error: some text"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("true"));
+        m_simulator->injectFault(service, "Remove"_s, FaultKind::error("an.Error"_s, "some text"_s));
+    QCOMPARE(m_client->service(rawId, "Remove"_s).text(), "an.Error: some text"_s);
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "true"_s);
     QCOMPARE(fault.fired(), 1U);
 }
 
 void FaultTest::replyIsAnsweredWithoutEffect()
 {
-    m_simulator->addService(rawId, {{QStringLiteral("Favorite"), true}});
-    const Fault fault = m_simulator->injectFault(service, QStringLiteral("Remove"), FaultKind::reply({}));
-    QCOMPARE(m_client->service(rawId, QStringLiteral("Remove")).text(), QString());
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    m_simulator->addService(rawId, {{"Favorite"_s, true}});
+    const Fault fault = m_simulator->injectFault(service, "Remove"_s, FaultKind::reply({}));
+    QCOMPARE(m_client->service(rawId, "Remove"_s).text(), QString());
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "true"_s);
 }
 
 void FaultTest::replyKeepsAnyType()
@@ -96,32 +95,31 @@ void FaultTest::replyKeepsAnyType()
                                  FaultKind::reply({QVariant::fromValue(QList<int>{1, 2}),
                                                    QVariant::fromValue<uchar>(3), QVariantMap()}));
     const Answer answer = m_client->manager(getServices);
-    QCOMPARE(answer.text(), QStringLiteral("[1, 2], byte 0x03, @a{sv} {}"));
-    QCOMPARE(answer.signature, QStringLiteral("aiya{sv}"));
+    QCOMPARE(answer.text(), "[1, 2], byte 0x03, @a{sv} {}"_s);
+    QCOMPARE(answer.signature, "aiya{sv}"_s);
 }
 
 void FaultTest::delayedCallHasItsEffectLater()
 {
-    m_simulator->addService(rawId, {{QStringLiteral("Favorite"), true}});
-    const Fault fault = m_simulator->injectFault(service, QStringLiteral("Remove"), FaultKind::delay(300));
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, QStringLiteral("Remove"));
+    m_simulator->addService(rawId, {{"Favorite"_s, true}});
+    const Fault fault = m_simulator->injectFault(service, "Remove"_s, FaultKind::delay(300));
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, "Remove"_s);
     QElapsedTimer elapsed;
     elapsed.start();
-    QVERIFY(m_simulator->waitForCall(QStringLiteral("/net/connman/service/wifi_raw_managed_psk "
-                                                    "net.connman.Service.Remove")));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QVERIFY(m_simulator->waitForCall("/net/connman/service/wifi_raw_managed_psk "
+                                     "net.connman.Service.Remove"_s));
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "true"_s);
     QVERIFY(!pending->wait().isError);
     QVERIFY2(elapsed.elapsed() >= 290, qPrintable(QString::number(elapsed.elapsed())));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("false"));
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "false"_s);
 }
 
 void FaultTest::lateErrorLetsOtherCallsGoFirst()
 {
     m_simulator->addService(rawId, {});
-    const FaultKind refusal =
-        FaultKind::error(QStringLiteral("net.connman.Error.Failed"), QStringLiteral("no"));
-    const Fault fault = m_simulator->injectFault(service, QStringLiteral("Remove"), refusal.after(300));
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, QStringLiteral("Remove"));
+    const FaultKind refusal = FaultKind::error("net.connman.Error.Failed"_s, "no"_s);
+    const Fault fault = m_simulator->injectFault(service, "Remove"_s, refusal.after(300));
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, "Remove"_s);
     QVERIFY(!m_client->manager(getServices).isError);
     QVERIFY(!pending->hasCome());
     QVERIFY(pending->wait().isError);
@@ -129,20 +127,20 @@ void FaultTest::lateErrorLetsOtherCallsGoFirst()
 
 void FaultTest::neverIsNotAnsweredAndHasNoEffect()
 {
-    m_simulator->addService(rawId, {{QStringLiteral("Favorite"), true}});
-    const Fault fault = m_simulator->injectFault(service, QStringLiteral("Remove"), FaultKind::never());
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, QStringLiteral("Remove"));
+    m_simulator->addService(rawId, {{"Favorite"_s, true}});
+    const Fault fault = m_simulator->injectFault(service, "Remove"_s, FaultKind::never());
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, "Remove"_s);
     // A later call on the same connection is answered: the first one would have been by then.
     QVERIFY(!m_client->manager(getServices).isError);
     QVERIFY(!pending->hasCome());
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "true"_s);
 }
 
 void FaultTest::vanishDropsTheConnectionInTheMiddleOfTheCall()
 {
     m_simulator->addService(rawId);
-    const Fault fault = m_simulator->injectFault(service, QStringLiteral("Connect"), FaultKind::vanish());
-    const Answer answer = m_client->service(rawId, QStringLiteral("Connect"));
+    const Fault fault = m_simulator->injectFault(service, "Connect"_s, FaultKind::vanish());
+    const Answer answer = m_client->service(rawId, "Connect"_s);
     QVERIFY2(answer.error.startsWith(noReply), qPrintable(answer.error));
     QVERIFY(!isOnTheBus(connman));
     QVERIFY(isOnTheBus(configurationManager));
@@ -158,8 +156,7 @@ void FaultTest::vanishedServiceIsBroughtBack()
 
 void FaultTest::countLimitsHowOftenItFires()
 {
-    const Fault fault =
-        m_simulator->injectFault(manager, getServices, FaultKind::error(QStringLiteral("a.B"), {}), {}, 2);
+    const Fault fault = m_simulator->injectFault(manager, getServices, FaultKind::error("a.B"_s, {}), {}, 2);
     QVERIFY(m_client->manager(getServices).isError);
     QVERIFY(m_client->manager(getServices).isError);
     QVERIFY(!m_client->manager(getServices).isError);
@@ -168,8 +165,7 @@ void FaultTest::countLimitsHowOftenItFires()
 
 void FaultTest::countZeroFiresForEver()
 {
-    const Fault fault =
-        m_simulator->injectFault(manager, getServices, FaultKind::error(QStringLiteral("a.B"), {}), {}, 0);
+    const Fault fault = m_simulator->injectFault(manager, getServices, FaultKind::error("a.B"_s, {}), {}, 0);
     for (uint times = 1; times <= 5; ++times) {
         QVERIFY(m_client->manager(getServices).isError);
         QCOMPARE(fault.fired(), times);
@@ -180,28 +176,24 @@ void FaultTest::pathLimitsWhereItFires()
 {
     m_simulator->addService(rawId);
     m_simulator->addService(otherId);
-    const Fault fault = m_simulator->injectFault(
-        service, QStringLiteral("GetProperties"), FaultKind::error(QStringLiteral("a.B"), {}),
-        QStringLiteral("/net/connman/service/wifi_other_managed_psk"));
-    QVERIFY(!m_client->service(rawId, QStringLiteral("GetProperties")).isError);
+    const Fault fault = m_simulator->injectFault(service, "GetProperties"_s, FaultKind::error("a.B"_s, {}),
+                                                 "/net/connman/service/wifi_other_managed_psk"_s);
+    QVERIFY(!m_client->service(rawId, "GetProperties"_s).isError);
     QCOMPARE(fault.fired(), 0U);
-    QVERIFY(m_client->service(otherId, QStringLiteral("GetProperties")).isError);
+    QVERIFY(m_client->service(otherId, "GetProperties"_s).isError);
 }
 
 void FaultTest::olderFaultFiresFirst()
 {
-    const Fault first =
-        m_simulator->injectFault(manager, getServices, FaultKind::error(QStringLiteral("a.First"), {}));
-    const Fault second =
-        m_simulator->injectFault(manager, getServices, FaultKind::error(QStringLiteral("a.Second"), {}));
-    QCOMPARE(m_client->manager(getServices).text(), QStringLiteral("a.First: "));
-    QCOMPARE(m_client->manager(getServices).text(), QStringLiteral("a.Second: "));
+    const Fault first = m_simulator->injectFault(manager, getServices, FaultKind::error("a.First"_s, {}));
+    const Fault second = m_simulator->injectFault(manager, getServices, FaultKind::error("a.Second"_s, {}));
+    QCOMPARE(m_client->manager(getServices).text(), "a.First: "_s);
+    QCOMPARE(m_client->manager(getServices).text(), "a.Second: "_s);
 }
 
 void FaultTest::clearedFaultFiresNoMore()
 {
-    const Fault fault =
-        m_simulator->injectFault(manager, getServices, FaultKind::error(QStringLiteral("a.B"), {}), {}, 0);
+    const Fault fault = m_simulator->injectFault(manager, getServices, FaultKind::error("a.B"_s, {}), {}, 0);
     QVERIFY(m_client->manager(getServices).isError);
     m_simulator->clearFaults();
     QVERIFY(!m_client->manager(getServices).isError);
@@ -210,10 +202,9 @@ void FaultTest::clearedFaultFiresNoMore()
 
 void FaultTest::faultedCallIsRecorded()
 {
-    const Fault fault =
-        m_simulator->injectFault(manager, getServices, FaultKind::error(QStringLiteral("a.B"), {}));
+    const Fault fault = m_simulator->injectFault(manager, getServices, FaultKind::error("a.B"_s, {}));
     m_client->manager(getServices);
-    QCOMPARE(m_simulator->calls(), QStringList{QStringLiteral("/ net.connman.Manager.GetServices()")});
+    QCOMPARE(m_simulator->calls(), QStringList{"/ net.connman.Manager.GetServices()"_s});
 }
 
 void FaultTest::speechAndConfigurationCanFailToo_data()
@@ -221,10 +212,8 @@ void FaultTest::speechAndConfigurationCanFailToo_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("member");
     QTest::addColumn<QVariantList>("arguments");
-    QTest::newRow("speech") << speech << QStringLiteral("speakFromId")
-                            << QVariantList{QStringLiteral("id"), QVariantMap()};
-    QTest::newRow("configuration") << configurationManager << QStringLiteral("process")
-                                   << QVariantList{QVariantMap()};
+    QTest::newRow("speech") << speech << "speakFromId"_s << QVariantList{"id"_s, QVariantMap()};
+    QTest::newRow("configuration") << configurationManager << "process"_s << QVariantList{QVariantMap()};
 }
 
 void FaultTest::speechAndConfigurationCanFailToo()
@@ -232,9 +221,8 @@ void FaultTest::speechAndConfigurationCanFailToo()
     QFETCH(QString, name);
     QFETCH(QString, member);
     QFETCH(QVariantList, arguments);
-    const Fault fault = m_simulator->injectFault(name, member, FaultKind::error(QStringLiteral("a.B"), {}));
-    QCOMPARE(m_client->call(name, QStringLiteral("/"), name, member, arguments).text(),
-             QStringLiteral("a.B: "));
+    const Fault fault = m_simulator->injectFault(name, member, FaultKind::error("a.B"_s, {}));
+    QCOMPARE(m_client->call(name, "/"_s, name, member, arguments).text(), "a.B: "_s);
 }
 
 void FaultTest::faultThatDidNotFireFailsTheTest()
@@ -247,10 +235,10 @@ void FaultTest::faultThatDidNotFireFailsTheTest()
 
 void FaultTest::leavingEndsCallsUnderWay()
 {
-    m_simulator->addService(rawId, {{QStringLiteral("Favorite"), true}});
-    m_simulator->setTiming(QStringLiteral("association"), 60000);
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, QStringLiteral("Connect"));
-    QVERIFY(m_client->waitForState(rawId, QStringLiteral("association")));
+    m_simulator->addService(rawId, {{"Favorite"_s, true}});
+    m_simulator->setTiming("association"_s, 60000);
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, "Connect"_s);
+    QVERIFY(m_client->waitForState(rawId, "association"_s));
     m_simulator->setPresent(connman, false);
     const Answer answer = pending->wait();
     QVERIFY2(answer.error.startsWith(noReply), qPrintable(answer.error));
@@ -259,14 +247,13 @@ void FaultTest::leavingEndsCallsUnderWay()
 void FaultTest::comingBackForgetsAgentsAndKeepsServices()
 {
     m_simulator->addService(rawId);
-    m_client->manager(QStringLiteral("RegisterAgent"), {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
     m_simulator->setPresent(connman, false);
     m_client->clear();
     m_simulator->setPresent(connman, true);
-    QVERIFY(
-        m_client->waitForSignal(QStringLiteral("ServicesChanged([(objectpath "
-                                               "\"/net/connman/service/wifi_raw_managed_psk\", {\"Type\"")));
-    QCOMPARE(m_client->signalLines(QStringLiteral("TechnologyAdded")).size(), 2);
+    QVERIFY(m_client->waitForSignal("ServicesChanged([(objectpath "
+                                    "\"/net/connman/service/wifi_raw_managed_psk\", {\"Type\""_s));
+    QCOMPARE(m_client->signalLines("TechnologyAdded"_s).size(), 2);
     QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
     QCOMPARE(m_simulator->services(), QStringList{rawId});
 }
@@ -291,37 +278,34 @@ void FaultTest::servicesComeAndGoByName()
 
 void FaultTest::restartForgetsWhatOnlyLivedInMemory()
 {
-    m_simulator->addService(
-        rawId, {{QStringLiteral("Favorite"), true}, {QStringLiteral("State"), QStringLiteral("ready")}});
+    m_simulator->addService(rawId, {{"Favorite"_s, true}, {"State"_s, "ready"_s}});
     m_simulator->addService(otherId);
-    m_simulator->setTiming(QStringLiteral("autoConnect"), -1);
+    m_simulator->setTiming("autoConnect"_s, -1);
     m_simulator->restartConnman();
     QCOMPARE(m_simulator->services(), QStringList{rawId});
-    QCOMPARE(m_client->property(rawId, QStringLiteral("State")), QStringLiteral("\"idle\""));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QCOMPARE(m_client->property(rawId, "State"_s), "\"idle\""_s);
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "true"_s);
 }
 
 void FaultTest::restartReleasesAgents()
 {
     TestAgent agent(m_client->connection());
-    m_client->manager(QStringLiteral("RegisterAgent"),
-                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
     m_simulator->restartConnman();
-    QVERIFY(agent.waitForLine(QStringLiteral("Release()")));
+    QVERIFY(agent.waitForLine("Release()"_s));
     QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
 }
 
 void FaultTest::restartKeepsFavouritesOnTheAir()
 {
-    const QString id = m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                                                {QStringLiteral("security"), QStringLiteral("none")}});
-    QVERIFY(!m_client->service(id, QStringLiteral("Connect")).isError);
-    QVERIFY(m_client->waitForState(id, QStringLiteral("online")));
+    const QString id = m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(id, "Connect"_s).isError);
+    QVERIFY(m_client->waitForState(id, "online"_s));
     m_client->clear();
     m_simulator->restartConnman();
     // Known and in reach, so it is connected again by itself.
-    QVERIFY(m_client->waitForState(id, QStringLiteral("online")));
-    QCOMPARE(m_client->property(id, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QVERIFY(m_client->waitForState(id, "online"_s));
+    QCOMPARE(m_client->property(id, "Favorite"_s), "true"_s);
 }
 
 static const Suite<FaultTest> suite;

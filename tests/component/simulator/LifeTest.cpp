@@ -3,6 +3,7 @@
 #include "DeviceFixture.h"
 #include "LogCapture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QDBusVariant>
 #include <QTest>
 
@@ -10,7 +11,7 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString rawId = QStringLiteral("wifi_raw_managed_psk");
+const QString rawId = "wifi_raw_managed_psk"_s;
 } // namespace
 
 class LifeTest : public DeviceFixture
@@ -27,22 +28,20 @@ private slots:
 
 void LifeTest::orderlyEndTakesEverythingAway()
 {
-    const QString id = m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                                                {QStringLiteral("security"), QStringLiteral("none")}});
-    QVERIFY(!m_client->service(id, QStringLiteral("Connect")).isError);
-    QVERIFY(m_client->waitForState(id, QStringLiteral("online")));
+    const QString id = m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(id, "Connect"_s).isError);
+    QVERIFY(m_client->waitForState(id, "online"_s));
     m_client->clear();
 
     m_simulator->stopConnman();
 
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
-    QCOMPARE(m_client->states(id).join(QLatin1Char(' ')), QStringLiteral("configuration disconnect idle"));
-    const QStringList end{
-        QStringLiteral("wifi PropertyChanged(\"Powered\", <false>)"),
-        QStringLiteral("TechnologyRemoved(objectpath \"/net/connman/technology/wifi\")"),
-        QStringLiteral("ethernet PropertyChanged(\"Powered\", <false>)"),
-        QStringLiteral("TechnologyRemoved(objectpath \"/net/connman/technology/ethernet\")"),
-        QStringLiteral("ServicesChanged(")};
+    QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
+    QCOMPARE(m_client->states(id).join(QLatin1Char(' ')), "configuration disconnect idle"_s);
+    const QStringList end{"wifi PropertyChanged(\"Powered\", <false>)"_s,
+                          "TechnologyRemoved(objectpath \"/net/connman/technology/wifi\")"_s,
+                          "ethernet PropertyChanged(\"Powered\", <false>)"_s,
+                          "TechnologyRemoved(objectpath \"/net/connman/technology/ethernet\")"_s,
+                          "ServicesChanged("_s};
     const QStringList lines = m_client->signalLines().mid(m_client->signalLines().size() - end.size());
     for (int index = 0; index < end.size(); ++index) {
         QVERIFY2(lines.value(index).contains(end.at(index)), qPrintable(lines.join(QLatin1Char('\n'))));
@@ -54,29 +53,27 @@ void LifeTest::startSwitchesOnWhatWasOn()
     m_simulator->stopConnman();
     m_client->clear();
     m_simulator->startConnman();
-    QVERIFY(m_client->waitForSignal(QStringLiteral("wifi PropertyChanged(\"Powered\", <true>)")));
-    const QStringList added = m_client->signalLines(QStringLiteral("TechnologyAdded"));
-    QCOMPARE(added.filter(QStringLiteral("\"Powered\": <false>")).size(), 2);
+    QVERIFY(m_client->waitForSignal("wifi PropertyChanged(\"Powered\", <true>)"_s));
+    const QStringList added = m_client->signalLines("TechnologyAdded"_s);
+    QCOMPARE(added.filter("\"Powered\": <false>"_s).size(), 2);
 }
 
 void LifeTest::erasedConnmanStartsWithWifiOff()
 {
-    const QString id = m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                                                {QStringLiteral("security"), QStringLiteral("none")}});
-    QVERIFY(!m_client->service(id, QStringLiteral("Connect")).isError);
+    const QString id = m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(id, "Connect"_s).isError);
     m_simulator->stopConnman();
     m_simulator->eraseConnman();
     m_client->clear();
     m_simulator->startConnman();
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ethernet PropertyChanged(\"Powered\", <true>)")));
+    QVERIFY(m_client->waitForSignal("ethernet PropertyChanged(\"Powered\", <true>)"_s));
     QCOMPARE(m_simulator->services(), QStringList());
 
-    const Answer answer =
-        m_client->technology(QStringLiteral("wifi"), QStringLiteral("SetProperty"),
-                             {QStringLiteral("Powered"), QVariant::fromValue(QDBusVariant(true))});
+    const Answer answer = m_client->technology("wifi"_s, "SetProperty"_s,
+                                               {"Powered"_s, QVariant::fromValue(QDBusVariant(true))});
     QVERIFY2(!answer.isError, qPrintable(answer.error));
-    QVERIFY(m_client->waitForSignal(QStringLiteral("service/%1\", {\"Type\"").arg(id)));
-    QCOMPARE(m_client->property(id, QStringLiteral("Favorite")), QStringLiteral("false"));
+    QVERIFY(m_client->waitForSignal("service/%1\", {\"Type\""_s.arg(id)));
+    QCOMPARE(m_client->property(id, "Favorite"_s), "false"_s);
 }
 
 void LifeTest::runningConnmanIsNotErased()
@@ -85,19 +82,18 @@ void LifeTest::runningConnmanIsNotErased()
     m_simulator->addService(rawId);
     m_simulator->eraseConnman();
     QCOMPARE(log.takeCriticals(),
-             QStringList{QStringLiteral("Simulator: \"eraseConnman\" failed: \"ConnMan is running\"")});
+             QStringList{"Simulator: \"eraseConnman\" failed: \"ConnMan is running\""_s});
     QCOMPARE(m_simulator->services(), QStringList{rawId});
 }
 
 void LifeTest::startReadsTheHardwareAddress()
 {
-    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                             {QStringLiteral("security"), QStringLiteral("none")}});
-    m_simulator->setHardwareAddress(QStringLiteral("02:a7:c4:03:1f:a7"));
-    const QString id = QStringLiteral("wifi_%1_486f6d65_managed_none");
-    QCOMPARE(m_simulator->services(), QStringList{id.arg(QStringLiteral("020000000200"))});
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    m_simulator->setHardwareAddress("02:a7:c4:03:1f:a7"_s);
+    const QString id = "wifi_%1_486f6d65_managed_none"_s;
+    QCOMPARE(m_simulator->services(), QStringList{id.arg("020000000200"_s)});
     m_simulator->restartConnman();
-    QTRY_COMPARE(m_simulator->services(), QStringList{id.arg(QStringLiteral("02a7c4031fa7"))});
+    QTRY_COMPARE(m_simulator->services(), QStringList{id.arg("02a7c4031fa7"_s)});
 }
 
 static const Suite<LifeTest> suite;

@@ -3,6 +3,7 @@
 #include "ConnmanWire.h"
 #include "DeviceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QDBusArgument>
 #include <QElapsedTimer>
 #include <QTest>
@@ -11,14 +12,14 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString wifi = QStringLiteral("wifi");
-const QString ethernet = QStringLiteral("ethernet");
-const QString cableId = QStringLiteral("ethernet_020000000100_cable");
-const QString servicesChanged = QStringLiteral("ServicesChanged");
+const QString wifi = "wifi"_s;
+const QString ethernet = "ethernet"_s;
+const QString cableId = "ethernet_020000000100_cable"_s;
+const QString servicesChanged = "ServicesChanged"_s;
 
 QString path(const char *identifier)
 {
-    return QStringLiteral("\"/net/connman/service/%1\"").arg(QLatin1String(identifier));
+    return "\"/net/connman/service/%1\""_s.arg(QLatin1String(identifier));
 }
 } // namespace
 
@@ -42,105 +43,99 @@ private slots:
 
 void ListTest::onlyNewServicesAreAnnouncedWithProperties()
 {
-    m_simulator->addService(QStringLiteral("wifi_a_managed_psk"));
+    m_simulator->addService("wifi_a_managed_psk"_s);
     QVERIFY(m_client->waitForSignal(servicesChanged));
     m_client->clear();
-    m_simulator->addService(QStringLiteral("wifi_b_managed_psk"));
+    m_simulator->addService("wifi_b_managed_psk"_s);
     QVERIFY(m_client->waitForSignal(servicesChanged));
     const QString line = m_client->signalLines(servicesChanged).first();
     QVERIFY2(
-        line.contains(QStringLiteral("(objectpath %1, @a{sv} {}), (%2, {\"Type\": <\"wifi\">, \"Security\": "
-                                     "<[\"psk\"]>, \"State\": <\"idle\">, \"Strength\": <byte 0x3c>, "
-                                     "\"Favorite\": <false>")
-                          .arg(path("wifi_a_managed_psk"), path("wifi_b_managed_psk"))),
+        line.contains("(objectpath %1, @a{sv} {}), (%2, {\"Type\": <\"wifi\">, \"Security\": "
+                      "<[\"psk\"]>, \"State\": <\"idle\">, \"Strength\": <byte 0x3c>, "
+                      "\"Favorite\": <false>"_s.arg(path("wifi_a_managed_psk"), path("wifi_b_managed_psk"))),
         qPrintable(line));
-    QVERIFY2(line.endsWith(QStringLiteral("], @ao [])")), qPrintable(line));
+    QVERIFY2(line.endsWith("], @ao [])"_s), qPrintable(line));
 }
 
 void ListTest::removedServicesAreAnnouncedByPath()
 {
-    m_simulator->addService(QStringLiteral("wifi_a_managed_psk"));
-    m_simulator->addService(QStringLiteral("wifi_b_managed_psk"));
-    m_simulator->removeService(QStringLiteral("wifi_a_managed_psk"));
-    QVERIFY(m_client->waitForSignal(
-        QStringLiteral("ServicesChanged([(objectpath %1, @a{sv} {})], [objectpath %2])")
-            .arg(path("wifi_b_managed_psk"), path("wifi_a_managed_psk"))));
+    m_simulator->addService("wifi_a_managed_psk"_s);
+    m_simulator->addService("wifi_b_managed_psk"_s);
+    m_simulator->removeService("wifi_a_managed_psk"_s);
+    QVERIFY(m_client->waitForSignal("ServicesChanged([(objectpath %1, @a{sv} {})], [objectpath %2])"_s.arg(
+        path("wifi_b_managed_psk"), path("wifi_a_managed_psk"))));
 }
 
 void ListTest::newServiceTellsNothingBeforeItsAnnouncement()
 {
-    m_simulator->setTiming(QStringLiteral("configuration"), 50);
-    m_simulator->setTiming(QStringLiteral("announce"), 200);
+    m_simulator->setTiming("configuration"_s, 50);
+    m_simulator->setTiming("announce"_s, 200);
     m_simulator->setCable(true);
     QVERIFY(m_client->waitForSignal(servicesChanged));
     // By then the service is connected: nobody was told how it came to that.
-    QVERIFY(
-        m_client->signalLines(servicesChanged).first().contains(QStringLiteral("\"State\": <\"online\">")));
+    QVERIFY(m_client->signalLines(servicesChanged).first().contains("\"State\": <\"online\">"_s));
     QCOMPARE(m_client->states(cableId), QStringList());
 }
 
 void ListTest::listIsInConnmansOrder()
 {
     const auto add = [this](const char *name, const char *state, bool favorite, uchar strength) {
-        m_simulator->addService(QStringLiteral("wifi_%1_managed_psk").arg(QLatin1String(name)),
-                                {{QStringLiteral("State"), QString::fromLatin1(state)},
-                                 {QStringLiteral("Favorite"), favorite},
-                                 {QStringLiteral("Strength"), QVariant::fromValue(strength)}});
+        m_simulator->addService("wifi_%1_managed_psk"_s.arg(QLatin1String(name)),
+                                {{"State"_s, QString::fromLatin1(state)},
+                                 {"Favorite"_s, favorite},
+                                 {"Strength"_s, QVariant::fromValue(strength)}});
     };
-    m_simulator->setTiming(QStringLiteral("autoConnect"), -1);
+    m_simulator->setTiming("autoConnect"_s, -1);
     add("weak", "idle", false, 10);
     add("strong", "idle", false, 90);
     add("known", "idle", true, 5);
     add("ready", "ready", true, 20);
     add("online", "online", true, 20);
-    QVERIFY(!m_client->technology(wifi, QStringLiteral("Scan")).isError);
+    QVERIFY(!m_client->technology(wifi, "Scan"_s).isError);
     QStringList names;
     for (const QString &identifier : m_simulator->services()) {
         names.append(identifier.section(QLatin1Char('_'), 1, 1));
     }
-    QCOMPARE(names.join(QLatin1Char(' ')), QStringLiteral("online ready known strong weak"));
+    QCOMPARE(names.join(QLatin1Char(' ')), "online ready known strong weak"_s);
 }
 
 void ListTest::fiveThousandServicesAreListed()
 {
     m_client->stopListening(); // writing down the announcement takes longer than making it
     m_simulator->addServices(0, 5000);
-    const Answer services = m_client->manager(QStringLiteral("GetServices"));
-    const Answer properties = m_client->service(QStringLiteral("wifi_020000000200_00004999_managed_psk"),
-                                                QStringLiteral("GetProperties"));
+    const Answer services = m_client->manager("GetServices"_s);
+    const Answer properties =
+        m_client->service("wifi_020000000200_00004999_managed_psk"_s, "GetProperties"_s);
     QVERIFY(!properties.isError);
     QCOMPARE(qdbus_cast<simulator::ObjectRecordList>(services.arguments.first()).size(), 5000);
 }
 
 void ListTest::scanIsAnsweredWhenItIsComplete()
 {
-    m_simulator->setTiming(QStringLiteral("scan"), 200);
+    m_simulator->setTiming("scan"_s, 200);
     QElapsedTimer elapsed;
     elapsed.start();
-    QCOMPARE(m_client->technology(wifi, QStringLiteral("Scan")).text(), QString());
+    QCOMPARE(m_client->technology(wifi, "Scan"_s).text(), QString());
     QVERIFY2(elapsed.elapsed() >= 190, qPrintable(QString::number(elapsed.elapsed())));
 }
 
 void ListTest::foundServicesAreAnnouncedAfterTheScansReply()
 {
-    m_simulator->setTiming(QStringLiteral("announce"), 200);
-    m_simulator->addNetwork(
-        {{QStringLiteral("ssid"), QStringLiteral("Home")}, {QStringLiteral("atOnce"), false}});
+    m_simulator->setTiming("announce"_s, 200);
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
     m_client->clear();
-    QVERIFY(!m_client->technology(wifi, QStringLiteral("Scan")).isError);
+    QVERIFY(!m_client->technology(wifi, "Scan"_s).isError);
     QCOMPARE(m_client->signalLines(servicesChanged), QStringList());
     QVERIFY(m_client->waitForSignal(servicesChanged));
 }
 
 void ListTest::secondScanSharesTheFirstOnesAnswer()
 {
-    m_simulator->setTiming(QStringLiteral("scan"), 300);
-    m_simulator->setTiming(QStringLiteral("announce"), 150);
-    m_simulator->addNetwork(
-        {{QStringLiteral("ssid"), QStringLiteral("Home")}, {QStringLiteral("atOnce"), false}});
+    m_simulator->setTiming("scan"_s, 300);
+    m_simulator->setTiming("announce"_s, 150);
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
     const QDBusMessage scan = QDBusMessage::createMethodCall(
-        QStringLiteral("net.connman"), QStringLiteral("/net/connman/technology/wifi"),
-        QStringLiteral("net.connman.Technology"), QStringLiteral("Scan"));
+        "net.connman"_s, "/net/connman/technology/wifi"_s, "net.connman.Technology"_s, "Scan"_s);
     m_client->clear();
     PendingAnswer first(m_client->connection(), scan);
     PendingAnswer second(m_client->connection(), scan);
@@ -156,40 +151,36 @@ void ListTest::secondScanSharesTheFirstOnesAnswer()
 
 void ListTest::scanOfEthernetIsNotSupported()
 {
-    QCOMPARE(m_client->technology(ethernet, QStringLiteral("Scan")).text(),
-             QStringLiteral("net.connman.Error.NotSupported: Not supported"));
+    QCOMPARE(m_client->technology(ethernet, "Scan"_s).text(),
+             "net.connman.Error.NotSupported: Not supported"_s);
 }
 
 void ListTest::scanWithoutPowerHasNoCarrier()
 {
-    m_simulator->setTechnologyProperty(wifi, QStringLiteral("Powered"), false);
-    QCOMPARE(m_client->technology(wifi, QStringLiteral("Scan")).text(),
-             QStringLiteral("net.connman.Error.NoCarrier: No carrier"));
+    m_simulator->setTechnologyProperty(wifi, "Powered"_s, false);
+    QCOMPARE(m_client->technology(wifi, "Scan"_s).text(), "net.connman.Error.NoCarrier: No carrier"_s);
 }
 
 void ListTest::favouritesCanBeMoved()
 {
-    const QString a = QStringLiteral("wifi_a_managed_psk");
-    const QString b = QStringLiteral("wifi_b_managed_psk");
-    const QString stranger = QStringLiteral("wifi_c_managed_psk");
-    m_simulator->addService(a, {{QStringLiteral("Favorite"), true}});
-    m_simulator->addService(b, {{QStringLiteral("Favorite"), true}});
+    const QString a = "wifi_a_managed_psk"_s;
+    const QString b = "wifi_b_managed_psk"_s;
+    const QString stranger = "wifi_c_managed_psk"_s;
+    m_simulator->addService(a, {{"Favorite"_s, true}});
+    m_simulator->addService(b, {{"Favorite"_s, true}});
     m_simulator->addService(stranger);
     const auto move = [this](const QString &service, const char *member, const QString &target) {
         return m_client
-            ->service(
-                service, QString::fromLatin1(member),
-                {QVariant::fromValue(QDBusObjectPath(QStringLiteral("/net/connman/service/") + target))})
+            ->service(service, QString::fromLatin1(member),
+                      {QVariant::fromValue(QDBusObjectPath("/net/connman/service/"_s + target))})
             .text();
     };
     QCOMPARE(move(b, "MoveBefore", a), QString());
     QCOMPARE(m_simulator->services(), (QStringList{b, a, stranger}));
     QCOMPARE(move(b, "MoveAfter", a), QString());
     QCOMPARE(m_simulator->services(), (QStringList{a, b, stranger}));
-    QCOMPARE(move(stranger, "MoveBefore", a),
-             QStringLiteral("net.connman.Error.NotSupported: Not supported"));
-    QCOMPARE(move(a, "MoveBefore", stranger),
-             QStringLiteral("net.connman.Error.InvalidService: Invalid service"));
+    QCOMPARE(move(stranger, "MoveBefore", a), "net.connman.Error.NotSupported: Not supported"_s);
+    QCOMPARE(move(a, "MoveBefore", stranger), "net.connman.Error.InvalidService: Invalid service"_s);
 }
 
 static const Suite<ListTest> suite;

@@ -2,6 +2,7 @@
 
 #include "DeviceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QTest>
@@ -25,59 +26,55 @@ private slots:
 
 void ManagerTest::managerTellsItsState()
 {
-    QCOMPARE(m_client->manager(QStringLiteral("GetProperties")).text(),
-             QStringLiteral("{\"State\": <\"idle\">, \"OfflineMode\": <false>, \"SessionMode\": <false>}"));
+    QCOMPARE(m_client->manager("GetProperties"_s).text(),
+             "{\"State\": <\"idle\">, \"OfflineMode\": <false>, \"SessionMode\": <false>}"_s);
     m_simulator->setCable(true);
-    QVERIFY(m_client->waitForSignal(QStringLiteral(" PropertyChanged(\"State\", <\"online\">)")));
-    QVERIFY(m_client->manager(QStringLiteral("GetProperties"))
-                .text()
-                .contains(QStringLiteral("\"State\": <\"online\">")));
+    QVERIFY(m_client->waitForSignal(" PropertyChanged(\"State\", <\"online\">)"_s));
+    QVERIFY(m_client->manager("GetProperties"_s).text().contains("\"State\": <\"online\">"_s));
 }
 
 void ManagerTest::offlineModeIsToldAndChecked()
 {
     const auto set = [this](const char *property, const QVariant &value) {
         return m_client
-            ->manager(QStringLiteral("SetProperty"),
+            ->manager("SetProperty"_s,
                       {QString::fromLatin1(property), QVariant::fromValue(QDBusVariant(value))})
             .text();
     };
     QCOMPARE(set("OfflineMode", true), QString());
-    QVERIFY(m_client->waitForSignal(QStringLiteral(" PropertyChanged(\"OfflineMode\", <true>)")));
-    QVERIFY(m_client->waitForSignal(QStringLiteral(" PropertyChanged(\"State\", <\"offline\">)")));
-    QCOMPARE(set("OfflineMode", 1), QStringLiteral("net.connman.Error.InvalidArguments: Invalid arguments"));
-    QCOMPARE(set("Nope", true), QStringLiteral("net.connman.Error.InvalidProperty: Invalid property"));
+    QVERIFY(m_client->waitForSignal(" PropertyChanged(\"OfflineMode\", <true>)"_s));
+    QVERIFY(m_client->waitForSignal(" PropertyChanged(\"State\", <\"offline\">)"_s));
+    QCOMPARE(set("OfflineMode", 1), "net.connman.Error.InvalidArguments: Invalid arguments"_s);
+    QCOMPARE(set("Nope", true), "net.connman.Error.InvalidProperty: Invalid property"_s);
 }
 
 void ManagerTest::oneAgentForEachClient()
 {
     const QVariantList path{QVariant::fromValue(QDBusObjectPath("/an/agent"))};
-    QCOMPARE(m_client->manager(QStringLiteral("UnregisterAgent"), path).text(),
-             QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
-    QCOMPARE(m_client->manager(QStringLiteral("RegisterAgent"), path).text(), QString());
-    QCOMPARE(m_client->manager(QStringLiteral("RegisterAgent"), path).text(),
-             QStringLiteral("net.connman.Error.AlreadyExists: Already exists"));
-    QCOMPARE(m_client->manager(QStringLiteral("UnregisterAgent"), path).text(), QString());
+    QCOMPARE(m_client->manager("UnregisterAgent"_s, path).text(),
+             "net.connman.Error.NotRegistered: Not registered"_s);
+    QCOMPARE(m_client->manager("RegisterAgent"_s, path).text(), QString());
+    QCOMPARE(m_client->manager("RegisterAgent"_s, path).text(),
+             "net.connman.Error.AlreadyExists: Already exists"_s);
+    QCOMPARE(m_client->manager("UnregisterAgent"_s, path).text(), QString());
     QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
 }
 
 void ManagerTest::oneCounterForEachPath()
 {
     const QVariant path = QVariant::fromValue(QDBusObjectPath("/a/counter"));
-    QCOMPARE(m_client->manager(QStringLiteral("RegisterCounter"), {path, 1U, 1U}).text(), QString());
-    QCOMPARE(m_client->manager(QStringLiteral("RegisterCounter"), {path, 1U, 1U}).text(),
-             QStringLiteral("net.connman.Error.AlreadyExists: Already exists"));
-    QCOMPARE(m_client->manager(QStringLiteral("UnregisterCounter"), {path}).text(), QString());
-    QCOMPARE(m_client->manager(QStringLiteral("UnregisterCounter"), {path}).text(),
-             QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
+    QCOMPARE(m_client->manager("RegisterCounter"_s, {path, 1U, 1U}).text(), QString());
+    QCOMPARE(m_client->manager("RegisterCounter"_s, {path, 1U, 1U}).text(),
+             "net.connman.Error.AlreadyExists: Already exists"_s);
+    QCOMPARE(m_client->manager("UnregisterCounter"_s, {path}).text(), QString());
+    QCOMPARE(m_client->manager("UnregisterCounter"_s, {path}).text(),
+             "net.connman.Error.NotRegistered: Not registered"_s);
 }
 
 void ManagerTest::clockTellsTheTime()
 {
-    const Answer answer =
-        m_client->call(QStringLiteral("net.connman"), QStringLiteral("/"),
-                       QStringLiteral("net.connman.Clock"), QStringLiteral("GetProperties"));
-    QVERIFY2(answer.text().contains(QStringLiteral("\"Time\": <uint64 ")), qPrintable(answer.text()));
+    const Answer answer = m_client->call("net.connman"_s, "/"_s, "net.connman.Clock"_s, "GetProperties"_s);
+    QVERIFY2(answer.text().contains("\"Time\": <uint64 "_s), qPrintable(answer.text()));
 }
 
 void ManagerTest::unknownPathsAndMethodsAreRefusedAsByLibdbus_data()
@@ -85,16 +82,15 @@ void ManagerTest::unknownPathsAndMethodsAreRefusedAsByLibdbus_data()
     QTest::addColumn<QString>("path");
     QTest::addColumn<QString>("member");
     QTest::addColumn<QString>("error");
-    const QString connect = QStringLiteral("Connect");
-    const QString unknownObject = QStringLiteral("UnknownObject");
-    const QString unknownMethod = QStringLiteral("UnknownMethod");
-    QTest::newRow("service that is gone")
-        << QStringLiteral("/net/connman/service/gone") << connect << unknownObject;
-    QTest::newRow("no such place") << QStringLiteral("/nope") << connect << unknownObject;
-    QTest::newRow("on the way") << QStringLiteral("/net/connman") << connect << unknownMethod;
-    QTest::newRow("other interface") << QStringLiteral("/") << connect << unknownMethod;
-    QTest::newRow("no such method") << QStringLiteral("/net/connman/technology/wifi")
-                                    << QStringLiteral("Nope") << unknownMethod;
+    const QString connect = "Connect"_s;
+    const QString unknownObject = "UnknownObject"_s;
+    const QString unknownMethod = "UnknownMethod"_s;
+    QTest::newRow("service that is gone") << "/net/connman/service/gone"_s << connect << unknownObject;
+    QTest::newRow("no such place") << "/nope"_s << connect << unknownObject;
+    QTest::newRow("on the way") << "/net/connman"_s << connect << unknownMethod;
+    QTest::newRow("other interface") << "/"_s << connect << unknownMethod;
+    QTest::newRow("no such method") << "/net/connman/technology/wifi"_s
+                                    << "Nope"_s << unknownMethod;
 }
 
 void ManagerTest::unknownPathsAndMethodsAreRefusedAsByLibdbus()
@@ -102,12 +98,9 @@ void ManagerTest::unknownPathsAndMethodsAreRefusedAsByLibdbus()
     QFETCH(QString, path);
     QFETCH(QString, member);
     QFETCH(QString, error);
-    QCOMPARE(
-        m_client->call(QStringLiteral("net.connman"), path, QStringLiteral("net.connman.Service"), member)
-            .text(),
-        QStringLiteral("org.freedesktop.DBus.Error.%1: Method \"%2\" with signature \"\" on interface "
-                       "\"net.connman.Service\" doesn't exist\n")
-            .arg(error, member));
+    QCOMPARE(m_client->call("net.connman"_s, path, "net.connman.Service"_s, member).text(),
+             "org.freedesktop.DBus.Error.%1: Method \"%2\" with signature \"\" on interface "
+             "\"net.connman.Service\" doesn't exist\n"_s.arg(error, member));
 }
 
 static const Suite<ManagerTest> suite;

@@ -1,4 +1,5 @@
 #include "NetworkFixture.h"
+#include "Text.h"
 
 #include <QDBusObjectPath>
 #include <QTest>
@@ -12,26 +13,26 @@ QVariantMap with(const QString &key, const QVariant &value)
 
 QString request(const QString &identifier, const char *fields)
 {
-    return QStringLiteral("RequestInput(objectpath \"/net/connman/service/%1\", {%2})")
-        .arg(identifier, QLatin1String(fields));
+    return "RequestInput(objectpath \"/net/connman/service/%1\", {%2})"_s.arg(identifier,
+                                                                              QLatin1String(fields));
 }
 
 void addAgentRefusals()
 {
     QTest::addColumn<QString>("refusal");
     QTest::addColumn<QString>("error");
-    QTest::newRow("cancelled by the user") << QStringLiteral("net.connman.Agent.Error.Canceled") << aborted;
-    QTest::newRow("any other") << QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs") << timedOut;
-    QTest::newRow("browser") << QStringLiteral("net.connman.Agent.Error.LaunchBrowser") << timedOut;
+    QTest::newRow("cancelled by the user") << "net.connman.Agent.Error.Canceled"_s << aborted;
+    QTest::newRow("any other") << "org.freedesktop.DBus.Error.InvalidArgs"_s << timedOut;
+    QTest::newRow("browser") << "net.connman.Agent.Error.LaunchBrowser"_s << timedOut;
 }
 
 QString NetworkFixture::addNetwork(QVariantMap options)
 {
-    if (!options.contains(QStringLiteral("ssid"))) {
-        options[QStringLiteral("ssid")] = ssid;
+    if (!options.contains("ssid"_s)) {
+        options["ssid"_s] = ssid;
     }
-    if (!options.contains(QStringLiteral("passphrase"))) {
-        options[QStringLiteral("passphrase")] = rightPassphrase;
+    if (!options.contains("passphrase"_s)) {
+        options["passphrase"_s] = rightPassphrase;
     }
     QString identifier = m_simulator->addNetwork(options);
     m_client->waitForSignal(identifier);
@@ -41,19 +42,19 @@ QString NetworkFixture::addNetwork(QVariantMap options)
 
 Answer NetworkFixture::connectService(const QString &identifier) const
 {
-    return m_client->service(identifier, QStringLiteral("Connect"));
+    return m_client->service(identifier, "Connect"_s);
 }
 
 Answer NetworkFixture::disconnectService(const QString &identifier) const
 {
-    return m_client->service(identifier, QStringLiteral("Disconnect"));
+    return m_client->service(identifier, "Disconnect"_s);
 }
 
 void NetworkFixture::arrive()
 {
     m_agent = std::make_unique<TestAgent>(m_client->connection());
-    const Answer answer = m_client->manager(QStringLiteral("RegisterAgent"),
-                                            {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    const Answer answer =
+        m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
     QVERIFY2(!answer.isError, qPrintable(answer.error));
 }
 

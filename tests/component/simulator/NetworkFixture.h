@@ -2,20 +2,20 @@
 
 #include "DeviceFixture.h"
 #include "TestAgent.h"
+#include "Text.h"
 
 namespace simulator_test {
 
-inline const QString ssid = QStringLiteral("Home");
-inline const QString pskId = QStringLiteral("wifi_020000000200_486f6d65_managed_psk");
-inline const QString openId = QStringLiteral("wifi_020000000200_486f6d65_managed_none");
-inline const QString rightPassphrase = QStringLiteral("right passphrase");
-inline const QString passphrase = QStringLiteral("Passphrase");
+inline const QString ssid = "Home"_s;
+inline const QString pskId = "wifi_020000000200_486f6d65_managed_psk"_s;
+inline const QString openId = "wifi_020000000200_486f6d65_managed_none"_s;
+inline const QString rightPassphrase = "right passphrase"_s;
+inline const QString passphrase = "Passphrase"_s;
 
-inline const QString failed = QStringLiteral("net.connman.Error.Failed: Input/output error");
-inline const QString aborted = QStringLiteral("net.connman.Error.OperationAborted: Operation aborted");
-inline const QString timedOut = QStringLiteral("net.connman.Error.OperationTimeout: Operation timeout");
-inline const QString invalidArguments =
-    QStringLiteral("net.connman.Error.InvalidArguments: Invalid arguments");
+inline const QString failed = "net.connman.Error.Failed: Input/output error"_s;
+inline const QString aborted = "net.connman.Error.OperationAborted: Operation aborted"_s;
+inline const QString timedOut = "net.connman.Error.OperationTimeout: Operation timeout"_s;
+inline const QString invalidArguments = "net.connman.Error.InvalidArguments: Invalid arguments"_s;
 
 QVariantMap with(const QString &key, const QVariant &value);
 /// The line of RequestInput for a service, as the agent notes it.

@@ -5,6 +5,7 @@
 #include "GVariantText.h"
 #include "Suite.h"
 #include "TestAgent.h"
+#include "Text.h"
 #include <QDBusMetaType>
 #include <QDBusSignature>
 #include <QDBusVariant>
@@ -16,9 +17,9 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString rawId = QStringLiteral("wifi_raw_managed_psk");
-const QString configurationManager = QStringLiteral("com.tactora.ConfigurationManager");
-const QString speech = QStringLiteral("com.tactora.Speech");
+const QString rawId = "wifi_raw_managed_psk"_s;
+const QString configurationManager = "com.tactora.ConfigurationManager"_s;
+const QString speech = "com.tactora.Speech"_s;
 } // namespace
 
 class ObservationTest : public DeviceFixture
@@ -48,31 +49,28 @@ void ObservationTest::rawValuesTravelUnchanged_data()
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("text");
     const QVariantMap empty;
-    QTest::newRow("y") << QVariant::fromValue<uchar>(64) << QStringLiteral("byte 0x40");
-    QTest::newRow("q") << QVariant::fromValue<ushort>(7) << QStringLiteral("uint16 7");
-    QTest::newRow("x") << QVariant(qlonglong(-7)) << QStringLiteral("int64 -7");
-    QTest::newRow("d") << QVariant(1.5) << QStringLiteral("1.5");
-    QTest::newRow("o") << QVariant::fromValue(QDBusObjectPath("/a")) << QStringLiteral("objectpath \"/a\"");
-    QTest::newRow("g") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}")))
-                       << QStringLiteral("signature \"a{sv}\"");
-    QTest::newRow("ay") << QVariant(QByteArray("\x01\xff")) << QStringLiteral("[byte 0x01, 0xff]");
-    QTest::newRow("ai") << QVariant::fromValue(QList<int>{1, -2}) << QStringLiteral("[1, -2]");
-    QTest::newRow("empty ai") << QVariant::fromValue(QList<int>()) << QStringLiteral("@ai []");
+    QTest::newRow("y") << QVariant::fromValue<uchar>(64) << "byte 0x40"_s;
+    QTest::newRow("q") << QVariant::fromValue<ushort>(7) << "uint16 7"_s;
+    QTest::newRow("x") << QVariant(qlonglong(-7)) << "int64 -7"_s;
+    QTest::newRow("d") << QVariant(1.5) << "1.5"_s;
+    QTest::newRow("o") << QVariant::fromValue(QDBusObjectPath("/a")) << "objectpath \"/a\""_s;
+    QTest::newRow("g") << QVariant::fromValue(QDBusSignature("a{sv}"_s)) << "signature \"a{sv}\""_s;
+    QTest::newRow("ay") << QVariant(QByteArray("\x01\xff")) << "[byte 0x01, 0xff]"_s;
+    QTest::newRow("ai") << QVariant::fromValue(QList<int>{1, -2}) << "[1, -2]"_s;
+    QTest::newRow("empty ai") << QVariant::fromValue(QList<int>()) << "@ai []"_s;
     QTest::newRow("ao") << QVariant::fromValue(
                                QList<QDBusObjectPath>{QDBusObjectPath("/a"), QDBusObjectPath("/b")})
-                        << QStringLiteral("[objectpath \"/a\", \"/b\"]");
+                        << "[objectpath \"/a\", \"/b\"]"_s;
     QTest::newRow("(oa{sv})") << QVariant::fromValue(simulator::ObjectRecord{QDBusObjectPath("/a"), {}})
-                              << QStringLiteral("(objectpath \"/a\", @a{sv} {})");
-    QTest::newRow("a{sv}") << QVariant(
-                                  QVariantMap{{QStringLiteral("k"), QVariantMap{{QStringLiteral("i"), 1}}}})
-                           << QStringLiteral("{\"k\": <{\"i\": <1>}>}");
-    QTest::newRow("empty a{sv}") << QVariant(empty) << QStringLiteral("@a{sv} {}");
+                              << "(objectpath \"/a\", @a{sv} {})"_s;
+    QTest::newRow("a{sv}") << QVariant(QVariantMap{{"k"_s, QVariantMap{{"i"_s, 1}}}})
+                           << "{\"k\": <{\"i\": <1>}>}"_s;
+    QTest::newRow("empty a{sv}") << QVariant(empty) << "@a{sv} {}"_s;
     QTest::newRow("v") << QVariant::fromValue(QDBusVariant(QVariant::fromValue(QDBusVariant(3))))
-                       << QStringLiteral("<<3>>");
-    QTest::newRow("av") << QVariant(QVariantList{1, QStringLiteral("x")}) << QStringLiteral("[<1>, <\"x\">]");
-    QTest::newRow("a{ss}") << QVariant::fromValue(
-                                  QMap<QString, QString>{{QStringLiteral("k"), QStringLiteral("v")}})
-                           << QStringLiteral("{\"k\": \"v\"}");
+                       << "<<3>>"_s;
+    QTest::newRow("av") << QVariant(QVariantList{1, "x"_s}) << "[<1>, <\"x\">]"_s;
+    QTest::newRow("a{ss}") << QVariant::fromValue(QMap<QString, QString>{{"k"_s, "v"_s}})
+                           << "{\"k\": \"v\"}"_s;
 }
 
 // There and back, twice: as a property from GetProperties, in a signal, and once more from GetProperties.
@@ -80,12 +78,11 @@ void ObservationTest::rawValuesTravelUnchanged()
 {
     QFETCH(QVariant, value);
     QFETCH(QString, text);
-    const QString property = QStringLiteral("Raw");
+    const QString property = "Raw"_s;
     m_simulator->addService(rawId, {{property, value}});
     QCOMPARE(m_client->property(rawId, property), text);
     m_simulator->setServiceProperty(rawId, property, value);
-    QVERIFY(
-        m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Raw\", <") + text + QStringLiteral(">)")));
+    QVERIFY(m_client->waitForSignal("PropertyChanged(\"Raw\", <"_s + text + ">)"_s));
     QCOMPARE(m_client->property(rawId, property), text);
 }
 
@@ -93,12 +90,11 @@ void ObservationTest::rendersCalls_data()
 {
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("text");
-    QTest::newRow("map") << QVariant(QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}})
-                         << QStringLiteral("<{\"Method\": <\"dhcp\">}>");
-    QTest::newRow("strings") << QVariant(QStringList{QStringLiteral("1.1.1.1"), QStringLiteral("a\"b\\c\n")})
-                             << QStringLiteral("<[\"1.1.1.1\", \"a\\\"b\\\\c\\n\"]>");
-    QTest::newRow("no strings") << QVariant(QStringList()) << QStringLiteral("<@as []>");
-    QTest::newRow("boolean") << QVariant(true) << QStringLiteral("<true>");
+    QTest::newRow("map") << QVariant(QVariantMap{{"Method"_s, "dhcp"_s}}) << "<{\"Method\": <\"dhcp\">}>"_s;
+    QTest::newRow("strings") << QVariant(QStringList{"1.1.1.1"_s, "a\"b\\c\n"_s})
+                             << "<[\"1.1.1.1\", \"a\\\"b\\\\c\\n\"]>"_s;
+    QTest::newRow("no strings") << QVariant(QStringList()) << "<@as []>"_s;
+    QTest::newRow("boolean") << QVariant(true) << "<true>"_s;
 }
 
 void ObservationTest::rendersCalls()
@@ -106,17 +102,16 @@ void ObservationTest::rendersCalls()
     QFETCH(QVariant, value);
     QFETCH(QString, text);
     m_simulator->addService(rawId);
-    m_client->setServiceProperty(rawId, QStringLiteral("Unknown"), value);
-    QCOMPARE(m_simulator->calls(),
-             QStringList{QStringLiteral("/net/connman/service/wifi_raw_managed_psk "
-                                        "net.connman.Service.SetProperty(\"Unknown\", ") +
-                         text + QLatin1Char(')')});
+    m_client->setServiceProperty(rawId, "Unknown"_s, value);
+    QCOMPARE(m_simulator->calls(), QStringList{"/net/connman/service/wifi_raw_managed_psk "
+                                               "net.connman.Service.SetProperty(\"Unknown\", "_s +
+                                               text + QLatin1Char(')')});
 }
 
 void ObservationTest::recordsCallsOnceAndForgets()
 {
-    m_client->manager(QStringLiteral("GetServices"));
-    QCOMPARE(m_simulator->calls(), QStringList{QStringLiteral("/ net.connman.Manager.GetServices()")});
+    m_client->manager("GetServices"_s);
+    QCOMPARE(m_simulator->calls(), QStringList{"/ net.connman.Manager.GetServices()"_s});
     m_simulator->clearCalls();
     QCOMPARE(m_simulator->calls(), QStringList());
 }
@@ -124,34 +119,29 @@ void ObservationTest::recordsCallsOnceAndForgets()
 void ObservationTest::tellsOfEachCall()
 {
     const QSignalSpy called(m_simulator.get(), &SimulatorClient::called);
-    m_client->manager(QStringLiteral("GetPeers"));
-    QVERIFY(m_simulator->waitForCall(QStringLiteral("/ net.connman.Manager.GetPeers()")));
+    m_client->manager("GetPeers"_s);
+    QVERIFY(m_simulator->waitForCall("/ net.connman.Manager.GetPeers()"_s));
     QTRY_COMPARE(called.size(), 1);
-    QCOMPARE(called.first().first().toString(), QStringLiteral("/ net.connman.Manager.GetPeers()"));
+    QCOMPARE(called.first().first().toString(), "/ net.connman.Manager.GetPeers()"_s);
 }
 
 void ObservationTest::standardInterfacesAreNotRecorded()
 {
     const Answer answer =
-        m_client->call(QStringLiteral("net.connman"), QStringLiteral("/"),
-                       QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
-    QVERIFY(answer.text().contains(QStringLiteral("net.connman.Manager")));
+        m_client->call("net.connman"_s, "/"_s, "org.freedesktop.DBus.Introspectable"_s, "Introspect"_s);
+    QVERIFY(answer.text().contains("net.connman.Manager"_s));
     QCOMPARE(m_simulator->calls(), QStringList());
 }
 
 void ObservationTest::recordsSpeech()
 {
     const QSignalSpy spoke(m_simulator.get(), &SimulatorClient::spoke);
-    const QVariantMap request{{QStringLiteral("sentenceId"), 7}, {QStringLiteral("serviceId"), 4}};
-    QVERIFY(!m_client
-                 ->call(speech, QStringLiteral("/"), speech, QStringLiteral("speakFromId"),
-                        {QStringLiteral("an-id"), request})
-                 .isError);
-    QCOMPARE(
-        m_simulator->speech(),
-        QStringList{QStringLiteral("speakFromId(\"an-id\", {\"sentenceId\": <7>, \"serviceId\": <4>})")});
+    const QVariantMap request{{"sentenceId"_s, 7}, {"serviceId"_s, 4}};
+    QVERIFY(!m_client->call(speech, "/"_s, speech, "speakFromId"_s, {"an-id"_s, request}).isError);
+    QCOMPARE(m_simulator->speech(),
+             QStringList{"speakFromId(\"an-id\", {\"sentenceId\": <7>, \"serviceId\": <4>})"_s});
     QTRY_COMPARE(spoke.size(), 1);
-    QCOMPARE(spoke.first().at(0).toString(), QStringLiteral("an-id"));
+    QCOMPARE(spoke.first().at(0).toString(), "an-id"_s);
     QCOMPARE(spoke.first().at(1).toMap(), request);
     QCOMPARE(m_simulator->calls(), QStringList());
 }
@@ -160,58 +150,54 @@ void ObservationTest::answersWithTheSerialNumber()
 {
     m_simulator->setSerialNumber(4711);
     QCOMPARE(m_client
-                 ->call(configurationManager, QStringLiteral("/"), configurationManager,
-                        QStringLiteral("process"), {QVariantMap{{QStringLiteral("command"), 1}}})
+                 ->call(configurationManager, "/"_s, configurationManager, "process"_s,
+                        {QVariantMap{{"command"_s, 1}}})
                  .text(),
-             QStringLiteral("{\"systemInfo\": <{\"serialNo\": <4711>}>}"));
+             "{\"systemInfo\": <{\"serialNo\": <4711>}>}"_s);
     QCOMPARE(m_simulator->calls(),
-             QStringList{QStringLiteral("/ com.tactora.ConfigurationManager.process({\"command\": <1>})")});
+             QStringList{"/ com.tactora.ConfigurationManager.process({\"command\": <1>})"_s});
 }
 
 void ObservationTest::answersWithAnyConfiguration()
 {
-    m_simulator->setConfigurationReply({{QStringLiteral("systemInfo"), QStringLiteral("none")}});
-    QCOMPARE(m_client
-                 ->call(configurationManager, QStringLiteral("/"), configurationManager,
-                        QStringLiteral("process"), {QVariantMap()})
+    m_simulator->setConfigurationReply({{"systemInfo"_s, "none"_s}});
+    QCOMPARE(m_client->call(configurationManager, "/"_s, configurationManager, "process"_s, {QVariantMap()})
                  .text(),
-             QStringLiteral("{\"systemInfo\": <\"none\">}"));
+             "{\"systemInfo\": <\"none\">}"_s);
 }
 
 void ObservationTest::listsAgents()
 {
-    m_client->manager(QStringLiteral("RegisterAgent"), {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
     QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>{QDBusObjectPath("/an/agent")});
 }
 
 void ObservationTest::callsTheAgent()
 {
     TestAgent agent(m_client->connection());
-    agent.planInput({{QStringLiteral("Passphrase"), QStringLiteral("abc")}});
-    m_client->manager(QStringLiteral("RegisterAgent"),
-                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
-    const SimulatorClient::AgentReply reply = m_simulator->callAgent(
-        QStringLiteral("RequestInput"), {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
+    agent.planInput({{"Passphrase"_s, "abc"_s}});
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    const SimulatorClient::AgentReply reply =
+        m_simulator->callAgent("RequestInput"_s, {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
     QCOMPARE(reply.error, QString());
-    QCOMPARE(simulator::toGVariantText(reply.arguments), QStringLiteral("{\"Passphrase\": <\"abc\">}"));
-    QCOMPARE(agent.lines(), QStringList{QStringLiteral("RequestInput(objectpath \"/x\", @a{sv} {})")});
+    QCOMPARE(simulator::toGVariantText(reply.arguments), "{\"Passphrase\": <\"abc\">}"_s);
+    QCOMPARE(agent.lines(), QStringList{"RequestInput(objectpath \"/x\", @a{sv} {})"_s});
 }
 
 void ObservationTest::tellsTheAgentsRefusal()
 {
     TestAgent agent(m_client->connection());
-    agent.planInputError(QStringLiteral("net.connman.Agent.Error.Canceled"));
-    m_client->manager(QStringLiteral("RegisterAgent"),
-                      {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
-    const SimulatorClient::AgentReply reply = m_simulator->callAgent(
-        QStringLiteral("RequestInput"), {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
-    QCOMPARE(reply.error, QStringLiteral("net.connman.Agent.Error.Canceled: no"));
+    agent.planInputError("net.connman.Agent.Error.Canceled"_s);
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    const SimulatorClient::AgentReply reply =
+        m_simulator->callAgent("RequestInput"_s, {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
+    QCOMPARE(reply.error, "net.connman.Agent.Error.Canceled: no"_s);
 }
 
 void ObservationTest::tellsThatThereIsNoAgent()
 {
-    QCOMPARE(m_simulator->callAgent(QStringLiteral("Cancel"), {}).error,
-             QStringLiteral("net.connman.Error.NotRegistered: Not registered"));
+    QCOMPARE(m_simulator->callAgent("Cancel"_s, {}).error,
+             "net.connman.Error.NotRegistered: Not registered"_s);
 }
 
 static const Suite<ObservationTest> suite;

@@ -2,6 +2,7 @@
 
 #include "DeviceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QDBusVariant>
 #include <QTest>
 
@@ -9,11 +10,11 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString wifi = QStringLiteral("wifi");
-const QString cableId = QStringLiteral("ethernet_020000000100_cable");
-const QString homeId = QStringLiteral("wifi_020000000200_486f6d65_managed_none");
-const QString servicesChanged = QStringLiteral("ServicesChanged");
-const QString powered = QStringLiteral("Powered");
+const QString wifi = "wifi"_s;
+const QString cableId = "ethernet_020000000100_cable"_s;
+const QString homeId = "wifi_020000000200_486f6d65_managed_none"_s;
+const QString servicesChanged = "ServicesChanged"_s;
+const QString powered = "Powered"_s;
 } // namespace
 
 class PowerTest : public DeviceFixture
@@ -41,41 +42,39 @@ private:
 
 Answer PowerTest::setPowered(const QString &technology, const QVariant &value) const
 {
-    return m_client->technology(technology, QStringLiteral("SetProperty"),
+    return m_client->technology(technology, "SetProperty"_s,
                                 {powered, QVariant::fromValue(QDBusVariant(value))});
 }
 
 void PowerTest::poweringWifiOffTakesItsServicesAway()
 {
-    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                             {QStringLiteral("security"), QStringLiteral("none")}});
-    QVERIFY(!m_client->service(homeId, QStringLiteral("Connect")).isError);
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
     m_client->clear();
     QCOMPARE(setPowered(wifi, false).text(), QString());
-    QVERIFY(m_client->waitForSignal(QStringLiteral("wifi PropertyChanged(\"Powered\", <false>)")));
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
+    QVERIFY(m_client->waitForSignal("wifi PropertyChanged(\"Powered\", <false>)"_s));
+    QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
     QCOMPARE(m_simulator->services(), QStringList());
-    QCOMPARE(m_client->signalLines(QStringLiteral("wifi PropertyChanged(\"Connected\", <false>)")).size(), 1);
+    QCOMPARE(m_client->signalLines("wifi PropertyChanged(\"Connected\", <false>)"_s).size(), 1);
 }
 
 void PowerTest::poweringWifiOnScansAndConnectsFavourites()
 {
-    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                             {QStringLiteral("security"), QStringLiteral("none")}});
-    QVERIFY(!m_client->service(homeId, QStringLiteral("Connect")).isError);
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
     setPowered(wifi, false);
     m_client->clear();
     QCOMPARE(setPowered(wifi, true).text(), QString());
-    QVERIFY(m_client->waitForSignal(QStringLiteral("wifi PropertyChanged(\"Powered\", <true>)")));
-    QVERIFY(m_client->waitForState(homeId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForSignal("wifi PropertyChanged(\"Powered\", <true>)"_s));
+    QVERIFY(m_client->waitForState(homeId, "online"_s));
 }
 
 void PowerTest::powerThatIsSoAlreadyIsAnError_data()
 {
     QTest::addColumn<bool>("on");
     QTest::addColumn<QString>("error");
-    QTest::newRow("on") << true << QStringLiteral("net.connman.Error.AlreadyEnabled: Already enabled");
-    QTest::newRow("off") << false << QStringLiteral("net.connman.Error.AlreadyDisabled: Already disabled");
+    QTest::newRow("on") << true << "net.connman.Error.AlreadyEnabled: Already enabled"_s;
+    QTest::newRow("off") << false << "net.connman.Error.AlreadyDisabled: Already disabled"_s;
 }
 
 void PowerTest::powerThatIsSoAlreadyIsAnError()
@@ -88,99 +87,88 @@ void PowerTest::powerThatIsSoAlreadyIsAnError()
 
 void PowerTest::powerNeedsABoolean()
 {
-    QCOMPARE(setPowered(wifi, 1).text(),
-             QStringLiteral("net.connman.Error.InvalidArguments: Invalid arguments"));
+    QCOMPARE(setPowered(wifi, 1).text(), "net.connman.Error.InvalidArguments: Invalid arguments"_s);
 }
 
 void PowerTest::unknownTechnologyPropertyIsRefused()
 {
-    QCOMPARE(m_client
-                 ->technology(wifi, QStringLiteral("SetProperty"),
-                              {QStringLiteral("Nope"), QVariant::fromValue(QDBusVariant(true))})
+    QCOMPARE(m_client->technology(wifi, "SetProperty"_s, {"Nope"_s, QVariant::fromValue(QDBusVariant(true))})
                  .text(),
-             QStringLiteral("net.connman.Error.InvalidProperty: Invalid property"));
+             "net.connman.Error.InvalidProperty: Invalid property"_s);
 }
 
 void PowerTest::pluggedCableGetsOnline()
 {
-    m_simulator->setCable(true, {{QStringLiteral("address"), QStringLiteral("10.1.2.3")},
-                                 {QStringLiteral("netmask"), QStringLiteral("255.255.0.0")},
-                                 {QStringLiteral("gateway"), QStringLiteral("10.1.0.1")},
-                                 {QStringLiteral("ipv6"), QStringLiteral("fd00::3")}});
-    QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
-    QCOMPARE(
-        m_client->property(cableId, QStringLiteral("IPv4")),
-        QStringLiteral("{\"Address\": <\"10.1.2.3\">, \"Gateway\": <\"10.1.0.1\">, \"Method\": <\"dhcp\">, "
-                       "\"Netmask\": <\"255.255.0.0\">}"));
-    QCOMPARE(
-        m_client->property(cableId, QStringLiteral("IPv6")),
-        QStringLiteral("{\"Address\": <\"fd00::3\">, \"Method\": <\"auto\">, \"PrefixLength\": <byte 0x40>, "
-                       "\"Privacy\": <\"disabled\">}"));
-    QCOMPARE(m_client->property(cableId, QStringLiteral("Nameservers")), QStringLiteral("[\"10.1.0.1\"]"));
+    m_simulator->setCable(true, {{"address"_s, "10.1.2.3"_s},
+                                 {"netmask"_s, "255.255.0.0"_s},
+                                 {"gateway"_s, "10.1.0.1"_s},
+                                 {"ipv6"_s, "fd00::3"_s}});
+    QVERIFY(m_client->waitForState(cableId, "online"_s));
+    QCOMPARE(m_client->property(cableId, "IPv4"_s),
+             "{\"Address\": <\"10.1.2.3\">, \"Gateway\": <\"10.1.0.1\">, \"Method\": <\"dhcp\">, "
+             "\"Netmask\": <\"255.255.0.0\">}"_s);
+    QCOMPARE(m_client->property(cableId, "IPv6"_s),
+             "{\"Address\": <\"fd00::3\">, \"Method\": <\"auto\">, \"PrefixLength\": <byte 0x40>, "
+             "\"Privacy\": <\"disabled\">}"_s);
+    QCOMPARE(m_client->property(cableId, "Nameservers"_s), "[\"10.1.0.1\"]"_s);
 }
 
 void PowerTest::pluggedCableGetsOnlineBesideStrangers()
 {
     m_simulator->addServices(0, 3);
-    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")}});
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}});
     m_simulator->setCable(true);
-    QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(cableId, "online"_s));
 }
 
 void PowerTest::pluggedCableGetsConnectedBesideWifi()
 {
-    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                             {QStringLiteral("security"), QStringLiteral("none")}});
-    QVERIFY(!m_client->service(homeId, QStringLiteral("Connect")).isError);
-    QVERIFY(m_client->waitForState(homeId, QStringLiteral("online")));
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
+    QVERIFY(m_client->waitForState(homeId, "online"_s));
     m_simulator->setCable(true);
-    QVERIFY(m_client->waitForState(cableId, QStringLiteral("ready")));
+    QVERIFY(m_client->waitForState(cableId, "ready"_s));
 }
 
 void PowerTest::unpluggedCableGoes()
 {
-    m_simulator->setTiming(QStringLiteral("announce"), 0);
+    m_simulator->setTiming("announce"_s, 0);
     m_simulator->setCable(true);
-    QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(cableId, "online"_s));
     m_client->clear();
     m_simulator->setCable(false);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
-    QCOMPARE(m_client->states(cableId).join(QLatin1Char(' ')),
-             QStringLiteral("configuration disconnect idle"));
+    QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
+    QCOMPARE(m_client->states(cableId).join(QLatin1Char(' ')), "configuration disconnect idle"_s);
 }
 
 void PowerTest::cableWithoutDhcpFallsBackToALinkLocalAddress()
 {
-    m_simulator->setCable(true, {{QStringLiteral("dhcp"), false}});
-    QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
-    QCOMPARE(
-        m_client->property(cableId, QStringLiteral("IPv4")),
-        QStringLiteral(
-            "{\"Address\": <\"169.254.77.50\">, \"Method\": <\"auto\">, \"Netmask\": <\"255.255.0.0\">}"));
+    m_simulator->setCable(true, {{"dhcp"_s, false}});
+    QVERIFY(m_client->waitForState(cableId, "online"_s));
+    QCOMPARE(m_client->property(cableId, "IPv4"_s),
+             "{\"Address\": <\"169.254.77.50\">, \"Method\": <\"auto\">, \"Netmask\": <\"255.255.0.0\">}"_s);
 }
 
 void PowerTest::ethernetConnectIsAnsweredBeforeItsAddressIsThere()
 {
-    m_simulator->setTiming(QStringLiteral("autoConnect"), -1);
-    m_simulator->setTiming(QStringLiteral("configuration"), 60000);
+    m_simulator->setTiming("autoConnect"_s, -1);
+    m_simulator->setTiming("configuration"_s, 60000);
     m_simulator->setCable(true);
     QVERIFY(m_client->waitForSignal(servicesChanged));
-    QCOMPARE(m_client->service(cableId, QStringLiteral("Connect")).text(), QString());
-    QCOMPARE(m_client->property(cableId, QStringLiteral("State")), QStringLiteral("\"configuration\""));
-    QCOMPARE(m_client->service(cableId, QStringLiteral("Connect")).text(),
-             QStringLiteral("net.connman.Error.InProgress: In progress"));
+    QCOMPARE(m_client->service(cableId, "Connect"_s).text(), QString());
+    QCOMPARE(m_client->property(cableId, "State"_s), "\"configuration\""_s);
+    QCOMPARE(m_client->service(cableId, "Connect"_s).text(), "net.connman.Error.InProgress: In progress"_s);
 }
 
 void PowerTest::onlyTheDefaultConnectionGetsOnline()
 {
     m_simulator->setCable(true);
-    QVERIFY(m_client->waitForState(cableId, QStringLiteral("online")));
-    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                             {QStringLiteral("security"), QStringLiteral("none")}});
-    QVERIFY(!m_client->service(homeId, QStringLiteral("Connect")).isError);
-    QCOMPARE(m_client->property(homeId, QStringLiteral("State")), QStringLiteral("\"ready\""));
+    QVERIFY(m_client->waitForState(cableId, "online"_s));
+    m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
+    QCOMPARE(m_client->property(homeId, "State"_s), "\"ready\""_s);
     m_simulator->setCable(false);
-    QVERIFY(m_client->waitForState(homeId, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(homeId, "online"_s));
 }
 
 static const Suite<PowerTest> suite;

@@ -5,6 +5,7 @@
 #include "EventWait.h"
 #include "LogCapture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QDBusVariant>
 #include <QFile>
 #include <QTest>
@@ -14,13 +15,13 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString homeId = QStringLiteral("wifi_020000000200_486f6d65_managed_psk");
-const QString rawId = QStringLiteral("wifi_raw_managed_psk");
-const QString simulatorName = QStringLiteral("com.tactora.Simulator");
+const QString homeId = "wifi_020000000200_486f6d65_managed_psk"_s;
+const QString rawId = "wifi_raw_managed_psk"_s;
+const QString simulatorName = "com.tactora.Simulator"_s;
 
 QVariantMap network(const char *ssid)
 {
-    return {{QStringLiteral("ssid"), QString::fromLatin1(ssid)}};
+    return {{"ssid"_s, QString::fromLatin1(ssid)}};
 }
 
 /// "method <name>(<types>) -> <types>" and "signal <name>(<types>)" of the script interface, sorted.
@@ -45,7 +46,7 @@ QStringList members(const QByteArray &xml)
             out.clear();
             result.append(reader.name() + QLatin1Char(' ') + attribute("name"));
         } else if (isInside && isMember && reader.isEndElement()) {
-            result.last() += QStringLiteral("(%1) -> %2").arg(in, out);
+            result.last() += "(%1) -> %2"_s.arg(in, out);
         } else if (isInside && reader.isStartElement() && reader.name() == QLatin1String("arg")) {
             const bool isResult = result.last().startsWith(QLatin1String("method")) &&
                                   attribute("direction") == QLatin1String("out");
@@ -91,9 +92,8 @@ void ScriptTest::interfaceIsTheDocumentedOne()
 {
     QFile documented(QStringLiteral(SCRIPT_INTERFACE));
     QVERIFY(documented.open(QIODevice::ReadOnly));
-    const Answer answer =
-        m_client->call(simulatorName, QStringLiteral("/simulator"),
-                       QStringLiteral("org.freedesktop.DBus.Introspectable"), QStringLiteral("Introspect"));
+    const Answer answer = m_client->call(simulatorName, "/simulator"_s,
+                                         "org.freedesktop.DBus.Introspectable"_s, "Introspect"_s);
     QVERIFY2(!answer.isError, qPrintable(answer.error));
     const QStringList expected = members(documented.readAll());
     QVERIFY(expected.size() > 30);
@@ -107,26 +107,25 @@ void ScriptTest::endsWithStatusZero()
 
 void ScriptTest::addsServiceWithConnmansProperties()
 {
-    QCOMPARE(m_simulator->addService(rawId).path(), QStringLiteral("/net/connman/service/") + rawId);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged")));
+    QCOMPARE(m_simulator->addService(rawId).path(), "/net/connman/service/"_s + rawId);
+    QVERIFY(m_client->waitForSignal("ServicesChanged"_s));
     QCOMPARE(m_simulator->services(), QStringList{rawId});
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Strength")), QStringLiteral("byte 0x3c"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Security")), QStringLiteral("[\"psk\"]"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Favorite")), QStringLiteral("false"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("IPv4")), QStringLiteral("@a{sv} {}"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Nameservers")), QStringLiteral("@as []"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Ethernet")),
-             QStringLiteral("{\"Address\": <\"02:00:00:00:02:00\">, \"Interface\": <\"wlan0\">, "
-                            "\"MTU\": <uint16 1500>, \"Method\": <\"auto\">}"));
+    QCOMPARE(m_client->property(rawId, "Strength"_s), "byte 0x3c"_s);
+    QCOMPARE(m_client->property(rawId, "Security"_s), "[\"psk\"]"_s);
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "false"_s);
+    QCOMPARE(m_client->property(rawId, "IPv4"_s), "@a{sv} {}"_s);
+    QCOMPARE(m_client->property(rawId, "Nameservers"_s), "@as []"_s);
+    QCOMPARE(m_client->property(rawId, "Ethernet"_s),
+             "{\"Address\": <\"02:00:00:00:02:00\">, \"Interface\": <\"wlan0\">, "
+             "\"MTU\": <uint16 1500>, \"Method\": <\"auto\">}"_s);
 }
 
 void ScriptTest::overridesPropertiesWithTheirTypes()
 {
-    m_simulator->addService(rawId,
-                            {{QStringLiteral("Strength"), 7}, {QStringLiteral("New"), QStringLiteral("x")}});
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Strength")), QStringLiteral("7"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("New")), QStringLiteral("\"x\""));
-    QCOMPARE(m_simulator->serviceProperties(rawId).value(QStringLiteral("Strength")), QVariant(7));
+    m_simulator->addService(rawId, {{"Strength"_s, 7}, {"New"_s, "x"_s}});
+    QCOMPARE(m_client->property(rawId, "Strength"_s), "7"_s);
+    QCOMPARE(m_client->property(rawId, "New"_s), "\"x\""_s);
+    QCOMPARE(m_simulator->serviceProperties(rawId).value("Strength"_s), QVariant(7));
 }
 
 void ScriptTest::refusesWhatIsNotThere_data()
@@ -134,39 +133,32 @@ void ScriptTest::refusesWhatIsNotThere_data()
     QTest::addColumn<QString>("member");
     QTest::addColumn<QVariantList>("arguments");
     QTest::addColumn<QString>("reason");
-    const QString none = QStringLiteral("none");
+    const QString none = "none"_s;
     const QVariant variant = QVariant::fromValue(QDBusVariant(1));
-    const QString noService = QStringLiteral("No such service: none");
-    const QString noTechnology = QStringLiteral("No such technology: none");
-    QTest::newRow("removeService") << QStringLiteral("removeService") << QVariantList{none} << noService;
+    const QString noService = "No such service: none"_s;
+    const QString noTechnology = "No such technology: none"_s;
+    QTest::newRow("removeService") << "removeService"_s << QVariantList{none} << noService;
     QTest::newRow("setServiceProperty")
-        << QStringLiteral("setServiceProperty") << QVariantList{none, none, variant, false} << noService;
+        << "setServiceProperty"_s << QVariantList{none, none, variant, false} << noService;
     QTest::newRow("removeServiceProperty")
-        << QStringLiteral("removeServiceProperty") << QVariantList{none, none} << noService;
-    QTest::newRow("serviceProperties")
-        << QStringLiteral("serviceProperties") << QVariantList{none} << noService;
-    QTest::newRow("removeTechnology")
-        << QStringLiteral("removeTechnology") << QVariantList{none} << noTechnology;
-    QTest::newRow("setTechnologyProperty") << QStringLiteral("setTechnologyProperty")
-                                           << QVariantList{none, none, variant, false} << noTechnology;
+        << "removeServiceProperty"_s << QVariantList{none, none} << noService;
+    QTest::newRow("serviceProperties") << "serviceProperties"_s << QVariantList{none} << noService;
+    QTest::newRow("removeTechnology") << "removeTechnology"_s << QVariantList{none} << noTechnology;
+    QTest::newRow("setTechnologyProperty")
+        << "setTechnologyProperty"_s << QVariantList{none, none, variant, false} << noTechnology;
     QTest::newRow("removeTechnologyProperty")
-        << QStringLiteral("removeTechnologyProperty") << QVariantList{none, none} << noTechnology;
-    QTest::newRow("removeNetwork") << QStringLiteral("removeNetwork") << QVariantList{none}
-                                   << QStringLiteral("No such network: none");
-    QTest::newRow("setInReach") << QStringLiteral("setInReach") << QVariantList{none, true}
-                                << QStringLiteral("No such network: none");
-    QTest::newRow("addNetwork") << QStringLiteral("addNetwork") << QVariantList{QVariantMap()}
-                                << QStringLiteral("A network needs an \"ssid\"");
-    QTest::newRow("setTiming") << QStringLiteral("setTiming") << QVariantList{none, 1}
-                               << QStringLiteral("No such timing: none");
-    QTest::newRow("setPresent") << QStringLiteral("setPresent") << QVariantList{none, true}
-                                << QStringLiteral("No such bus name here: none");
-    QTest::newRow("faultFired") << QStringLiteral("faultFired") << QVariantList{7U}
-                                << QStringLiteral("No such fault: 7");
-    QTest::newRow("injectFault") << QStringLiteral("injectFault")
-                                 << QVariantList{none, none, QString(), 1U,
-                                                 QVariantMap{{QStringLiteral("kind"), none}}}
-                                 << QStringLiteral("No such kind of fault: none");
+        << "removeTechnologyProperty"_s << QVariantList{none, none} << noTechnology;
+    QTest::newRow("removeNetwork") << "removeNetwork"_s << QVariantList{none} << "No such network: none"_s;
+    QTest::newRow("setInReach") << "setInReach"_s << QVariantList{none, true} << "No such network: none"_s;
+    QTest::newRow("addNetwork") << "addNetwork"_s << QVariantList{QVariantMap()}
+                                << "A network needs an \"ssid\""_s;
+    QTest::newRow("setTiming") << "setTiming"_s << QVariantList{none, 1} << "No such timing: none"_s;
+    QTest::newRow("setPresent") << "setPresent"_s << QVariantList{none, true}
+                                << "No such bus name here: none"_s;
+    QTest::newRow("faultFired") << "faultFired"_s << QVariantList{7U} << "No such fault: 7"_s;
+    QTest::newRow("injectFault") << "injectFault"_s
+                                 << QVariantList{none, none, QString(), 1U, QVariantMap{{"kind"_s, none}}}
+                                 << "No such kind of fault: none"_s;
 }
 
 void ScriptTest::refusesWhatIsNotThere()
@@ -174,9 +166,8 @@ void ScriptTest::refusesWhatIsNotThere()
     QFETCH(QString, member);
     QFETCH(QVariantList, arguments);
     QFETCH(QString, reason);
-    const Answer answer =
-        m_client->call(simulatorName, QStringLiteral("/simulator"), simulatorName, member, arguments);
-    QCOMPARE(answer.text(), QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs: ") + reason);
+    const Answer answer = m_client->call(simulatorName, "/simulator"_s, simulatorName, member, arguments);
+    QCOMPARE(answer.text(), "org.freedesktop.DBus.Error.InvalidArgs: "_s + reason);
 }
 
 void ScriptTest::refusesAServiceThatIsThere()
@@ -184,116 +175,103 @@ void ScriptTest::refusesAServiceThatIsThere()
     LogCapture log;
     m_simulator->addService(rawId);
     m_simulator->addService(rawId);
-    QCOMPARE(log.takeCriticals(),
-             QStringList{QStringLiteral("Simulator: \"addService\" failed: \"The service is there "
-                                        "already: wifi_raw_managed_psk\"")});
+    QCOMPARE(log.takeCriticals(), QStringList{"Simulator: \"addService\" failed: \"The service is there "
+                                              "already: wifi_raw_managed_psk\""_s});
 }
 
 void ScriptTest::addsACrowd()
 {
     m_simulator->addServices(7, 3);
-    QCOMPARE(m_simulator->services(),
-             (QStringList{QStringLiteral("wifi_020000000200_00000007_managed_psk"),
-                          QStringLiteral("wifi_020000000200_00000008_managed_psk"),
-                          QStringLiteral("wifi_020000000200_00000009_managed_psk")}));
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged")));
-    QCOMPARE(m_client->signalLines(QStringLiteral("ServicesChanged")).size(), 1);
+    QCOMPARE(m_simulator->services(), (QStringList{"wifi_020000000200_00000007_managed_psk"_s,
+                                                   "wifi_020000000200_00000008_managed_psk"_s,
+                                                   "wifi_020000000200_00000009_managed_psk"_s}));
+    QVERIFY(m_client->waitForSignal("ServicesChanged"_s));
+    QCOMPARE(m_client->signalLines("ServicesChanged"_s).size(), 1);
 }
 
 void ScriptTest::removesService()
 {
     m_simulator->addService(rawId);
     m_simulator->removeService(rawId);
-    QVERIFY(m_client->waitForSignal(QStringLiteral(
-        "ServicesChanged(@a(oa{sv}) [], [objectpath \"/net/connman/service/wifi_raw_managed_psk\"])")));
-    QCOMPARE(m_client->service(rawId, QStringLiteral("GetProperties")).text(),
-             QStringLiteral(
-                 "org.freedesktop.DBus.Error.UnknownObject: Method \"GetProperties\" with signature \"\" "
-                 "on interface \"net.connman.Service\" doesn't exist\n"));
+    QVERIFY(m_client->waitForSignal(
+        "ServicesChanged(@a(oa{sv}) [], [objectpath \"/net/connman/service/wifi_raw_managed_psk\"])"_s));
+    QCOMPARE(m_client->service(rawId, "GetProperties"_s).text(),
+             "org.freedesktop.DBus.Error.UnknownObject: Method \"GetProperties\" with signature \"\" "
+             "on interface \"net.connman.Service\" doesn't exist\n"_s);
 }
 
 void ScriptTest::setsServicePropertyWithASignal()
 {
     m_simulator->addService(rawId);
-    m_simulator->setServiceProperty(rawId, QStringLiteral("Strength"), QVariant::fromValue<uchar>(99));
-    QVERIFY(m_client->waitForSignal(
-        QStringLiteral("wifi_raw_managed_psk PropertyChanged(\"Strength\", <byte 0x63>)")));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Strength")), QStringLiteral("byte 0x63"));
+    m_simulator->setServiceProperty(rawId, "Strength"_s, QVariant::fromValue<uchar>(99));
+    QVERIFY(m_client->waitForSignal("wifi_raw_managed_psk PropertyChanged(\"Strength\", <byte 0x63>)"_s));
+    QCOMPARE(m_client->property(rawId, "Strength"_s), "byte 0x63"_s);
 }
 
 void ScriptTest::setsServicePropertySilently()
 {
     m_simulator->addService(rawId);
-    m_simulator->setServiceProperty(rawId, QStringLiteral("Name"), QStringLiteral("quiet"), true);
-    m_simulator->setServiceProperty(rawId, QStringLiteral("Name2"), QStringLiteral("loud"));
-    QVERIFY(m_client->waitForSignal(QStringLiteral("loud")));
-    QCOMPARE(m_client->signalLines(QStringLiteral("quiet")), QStringList());
-    QCOMPARE(m_client->property(rawId, QStringLiteral("Name")), QStringLiteral("\"quiet\""));
+    m_simulator->setServiceProperty(rawId, "Name"_s, "quiet"_s, true);
+    m_simulator->setServiceProperty(rawId, "Name2"_s, "loud"_s);
+    QVERIFY(m_client->waitForSignal("loud"_s));
+    QCOMPARE(m_client->signalLines("quiet"_s), QStringList());
+    QCOMPARE(m_client->property(rawId, "Name"_s), "\"quiet\""_s);
 }
 
 void ScriptTest::removesServiceProperty()
 {
     m_simulator->addService(rawId);
-    m_simulator->removeServiceProperty(rawId, QStringLiteral("State"));
-    QCOMPARE(m_client->property(rawId, QStringLiteral("State")), QString());
+    m_simulator->removeServiceProperty(rawId, "State"_s);
+    QCOMPARE(m_client->property(rawId, "State"_s), QString());
 }
 
 void ScriptTest::addsTechnology()
 {
-    m_simulator->addTechnology(QStringLiteral("bluetooth"), {{QStringLiteral("Powered"), true}});
-    QVERIFY(m_client->waitForSignal(QStringLiteral(
+    m_simulator->addTechnology("bluetooth"_s, {{"Powered"_s, true}});
+    QVERIFY(m_client->waitForSignal(
         "TechnologyAdded(objectpath \"/net/connman/technology/bluetooth\", {\"Name\": <\"bluetooth\">, "
         "\"Type\": <\"bluetooth\">, \"Powered\": <true>, \"Connected\": <false>, \"Tethering\": <false>, "
-        "\"TetheringFreq\": <2412>})")));
-    QVERIFY(
-        m_client->manager(QStringLiteral("GetTechnologies")).text().contains(QStringLiteral("bluetooth")));
+        "\"TetheringFreq\": <2412>})"_s));
+    QVERIFY(m_client->manager("GetTechnologies"_s).text().contains("bluetooth"_s));
 }
 
 void ScriptTest::changesATechnologyThatIsThere()
 {
-    m_simulator->addTechnology(QStringLiteral("wifi"), {{QStringLiteral("Powered"), false}});
-    QVERIFY(m_client->waitForSignal(
-        QStringLiteral("\"Name\": <\"WiFi\">, \"Type\": <\"wifi\">, \"Powered\": <false>")));
+    m_simulator->addTechnology("wifi"_s, {{"Powered"_s, false}});
+    QVERIFY(m_client->waitForSignal("\"Name\": <\"WiFi\">, \"Type\": <\"wifi\">, \"Powered\": <false>"_s));
 }
 
 void ScriptTest::removesTechnology()
 {
-    m_simulator->removeTechnology(QStringLiteral("wifi"));
-    QVERIFY(m_client->waitForSignal(
-        QStringLiteral("TechnologyRemoved(objectpath \"/net/connman/technology/wifi\")")));
-    QVERIFY(!m_client->manager(QStringLiteral("GetTechnologies")).text().contains(QStringLiteral("wifi")));
+    m_simulator->removeTechnology("wifi"_s);
+    QVERIFY(m_client->waitForSignal("TechnologyRemoved(objectpath \"/net/connman/technology/wifi\")"_s));
+    QVERIFY(!m_client->manager("GetTechnologies"_s).text().contains("wifi"_s));
 }
 
 void ScriptTest::setsTechnologyProperty()
 {
-    m_simulator->setTechnologyProperty(QStringLiteral("wifi"), QStringLiteral("Powered"),
-                                       QStringLiteral("yes"));
-    QVERIFY(m_client->waitForSignal(QStringLiteral("wifi PropertyChanged(\"Powered\", <\"yes\">)")));
+    m_simulator->setTechnologyProperty("wifi"_s, "Powered"_s, "yes"_s);
+    QVERIFY(m_client->waitForSignal("wifi PropertyChanged(\"Powered\", <\"yes\">)"_s));
 }
 
 void ScriptTest::setsTechnologyPropertySilently()
 {
-    m_simulator->setTechnologyProperty(QStringLiteral("wifi"), QStringLiteral("Powered"), 1, true);
-    QVERIFY(m_client->technology(QStringLiteral("wifi"), QStringLiteral("GetProperties"))
-                .text()
-                .contains(QStringLiteral("\"Powered\": <1>")));
-    QCOMPARE(m_client->signalLines(QStringLiteral("Powered")), QStringList());
+    m_simulator->setTechnologyProperty("wifi"_s, "Powered"_s, 1, true);
+    QVERIFY(m_client->technology("wifi"_s, "GetProperties"_s).text().contains("\"Powered\": <1>"_s));
+    QCOMPARE(m_client->signalLines("Powered"_s), QStringList());
 }
 
 void ScriptTest::removesTechnologyProperty()
 {
-    m_simulator->removeTechnologyProperty(QStringLiteral("wifi"), QStringLiteral("Powered"));
-    QVERIFY(!m_client->technology(QStringLiteral("wifi"), QStringLiteral("GetProperties"))
-                 .text()
-                 .contains(QStringLiteral("Powered")));
+    m_simulator->removeTechnologyProperty("wifi"_s, "Powered"_s);
+    QVERIFY(!m_client->technology("wifi"_s, "GetProperties"_s).text().contains("Powered"_s));
 }
 
 void ScriptTest::emitsAnySignal()
 {
-    m_simulator->emitSignal(QStringLiteral("/net/connman/service/gone"),
-                            QStringLiteral("net.connman.Service"), QStringLiteral("PropertyChanged"),
-                            {QStringLiteral("State"), 5, QStringList()});
-    QVERIFY(m_client->waitForSignal(QStringLiteral("gone PropertyChanged(\"State\", 5, @as [])")));
+    m_simulator->emitSignal("/net/connman/service/gone"_s, "net.connman.Service"_s, "PropertyChanged"_s,
+                            {"State"_s, 5, QStringList()});
+    QVERIFY(m_client->waitForSignal("gone PropertyChanged(\"State\", 5, @as [])"_s));
 }
 
 void ScriptTest::networkIsThereAtOnce()
@@ -301,16 +279,16 @@ void ScriptTest::networkIsThereAtOnce()
     QCOMPARE(m_simulator->addNetwork(network("Home")), homeId);
     QVERIFY(m_client->waitForSignal(homeId));
     QCOMPARE(m_simulator->services(), QStringList{homeId});
-    QCOMPARE(m_client->property(homeId, QStringLiteral("Name")), QStringLiteral("\"Home\""));
+    QCOMPARE(m_client->property(homeId, "Name"_s), "\"Home\""_s);
 }
 
 void ScriptTest::networkWaitsForAScan()
 {
     QVariantMap options = network("Home");
-    options[QStringLiteral("atOnce")] = false;
+    options["atOnce"_s] = false;
     QCOMPARE(m_simulator->addNetwork(options), homeId);
     QCOMPARE(m_simulator->services(), QStringList());
-    QVERIFY(!m_client->technology(QStringLiteral("wifi"), QStringLiteral("Scan")).isError);
+    QVERIFY(!m_client->technology("wifi"_s, "Scan"_s).isError);
     QCOMPARE(m_simulator->services(), QStringList{homeId});
 }
 
@@ -324,9 +302,9 @@ void ScriptTest::networkReplacesItsNamesake()
 void ScriptTest::removesNetwork()
 {
     m_simulator->addNetwork(network("Home"));
-    m_simulator->removeNetwork(QStringLiteral("Home"));
+    m_simulator->removeNetwork("Home"_s);
     QCOMPARE(m_simulator->services(), QStringList());
-    QVERIFY(m_client->waitForSignal(QStringLiteral("ServicesChanged(@a(oa{sv}) [], [objectpath")));
+    QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
 }
 
 static const Suite<ScriptTest> suite;

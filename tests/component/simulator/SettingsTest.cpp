@@ -2,6 +2,7 @@
 
 #include "DeviceFixture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QDBusObjectPath>
 #include <QTest>
 
@@ -9,32 +10,32 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString id = QStringLiteral("wifi_020000000200_486f6d65_managed_none");
-const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
-const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
-const QString nameserversConfiguration = QStringLiteral("Nameservers.Configuration");
-const QString method = QStringLiteral("Method");
-const QString address = QStringLiteral("Address");
+const QString id = "wifi_020000000200_486f6d65_managed_none"_s;
+const QString ipv4Configuration = "IPv4.Configuration"_s;
+const QString ipv6Configuration = "IPv6.Configuration"_s;
+const QString nameserversConfiguration = "Nameservers.Configuration"_s;
+const QString method = "Method"_s;
+const QString address = "Address"_s;
 const QString accepted;
-const QString invalidArguments = QStringLiteral("net.connman.Error.InvalidArguments: Invalid arguments");
-const QString invalidProperty = QStringLiteral("net.connman.Error.InvalidProperty: Invalid property");
-const QString invalidService = QStringLiteral("net.connman.Error.InvalidService: Invalid service");
-const QString notSupported = QStringLiteral("net.connman.Error.NotSupported: Not supported");
+const QString invalidArguments = "net.connman.Error.InvalidArguments: Invalid arguments"_s;
+const QString invalidProperty = "net.connman.Error.InvalidProperty: Invalid property"_s;
+const QString invalidService = "net.connman.Error.InvalidService: Invalid service"_s;
+const QString notSupported = "net.connman.Error.NotSupported: Not supported"_s;
 
 QVariantMap manualIpv4()
 {
-    return {{method, QStringLiteral("manual")},
-            {address, QStringLiteral("10.0.0.9")},
-            {QStringLiteral("Netmask"), QStringLiteral("255.0.0.0")},
-            {QStringLiteral("Gateway"), QStringLiteral("10.0.0.1")}};
+    return {{method, "manual"_s},
+            {address, "10.0.0.9"_s},
+            {"Netmask"_s, "255.0.0.0"_s},
+            {"Gateway"_s, "10.0.0.1"_s}};
 }
 
 QVariantMap manualIpv6(const QVariant &prefixLength)
 {
-    return {{method, QStringLiteral("manual")},
-            {address, QStringLiteral("fd00::9")},
-            {QStringLiteral("PrefixLength"), prefixLength},
-            {QStringLiteral("Gateway"), QStringLiteral("fd00::1")}};
+    return {{method, "manual"_s},
+            {address, "fd00::9"_s},
+            {"PrefixLength"_s, prefixLength},
+            {"Gateway"_s, "fd00::1"_s}};
 }
 
 QVariantMap changed(QVariantMap map, const char *key, const QVariant &value)
@@ -78,17 +79,16 @@ private:
 
 void SettingsTest::arrive()
 {
-    m_simulator->addNetwork({{QStringLiteral("ssid"), QStringLiteral("Home")},
-                             {QStringLiteral("security"), QStringLiteral("none")},
-                             {QStringLiteral("address"), QStringLiteral("192.168.10.77")}});
+    m_simulator->addNetwork(
+        {{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}, {"address"_s, "192.168.10.77"_s}});
     QVERIFY(m_client->waitForSignal(id));
 }
 
 void SettingsTest::connectService()
 {
-    const Answer answer = m_client->service(id, QStringLiteral("Connect"));
+    const Answer answer = m_client->service(id, "Connect"_s);
     QVERIFY2(!answer.isError, qPrintable(answer.error));
-    QVERIFY(m_client->waitForState(id, QStringLiteral("online")));
+    QVERIFY(m_client->waitForState(id, "online"_s));
     m_client->clear();
 }
 
@@ -98,7 +98,7 @@ void SettingsTest::answers_data()
     QTest::addColumn<QVariant>("value");
     QTest::addColumn<QString>("answer");
     const QVariant byte64 = QVariant::fromValue<uchar>(64);
-    const QString text = QStringLiteral("x");
+    const QString text = "x"_s;
     const auto ofMethod = [](const char *name) {
         return QVariant(QVariantMap{{method, QString::fromLatin1(name)}});
     };
@@ -113,7 +113,7 @@ void SettingsTest::answers_data()
     QTest::newRow("IPv4 no dictionary") << ipv4Configuration << QVariant(text) << invalidArguments;
     QTest::newRow("IPv4 list") << ipv4Configuration << QVariant(QStringList{text}) << invalidArguments;
     QTest::newRow("IPv4 of IPv6") << ipv4Configuration
-                                  << QVariant(changed(manualIpv4(), "Address", QStringLiteral("fe80::1")))
+                                  << QVariant(changed(manualIpv4(), "Address", "fe80::1"_s))
                                   << invalidArguments;
     QTest::newRow("IPv4 bad netmask")
         << ipv4Configuration << QVariant(changed(manualIpv4(), "Netmask", text)) << invalidArguments;
@@ -131,27 +131,21 @@ void SettingsTest::answers_data()
     QTest::newRow("IPv6 prefix too long")
         << ipv6Configuration << QVariant(manualIpv6(QVariant::fromValue<uchar>(129))) << invalidArguments;
     QTest::newRow("IPv6 of IPv4") << ipv6Configuration
-                                  << QVariant(
-                                         changed(manualIpv6(byte64), "Address", QStringLiteral("10.0.0.1")))
+                                  << QVariant(changed(manualIpv6(byte64), "Address", "10.0.0.1"_s))
                                   << invalidArguments;
 
     QTest::newRow("nameservers") << nameserversConfiguration << QVariant(QStringList{text}) << accepted;
     QTest::newRow("no nameservers") << nameserversConfiguration << QVariant(QStringList()) << accepted;
     QTest::newRow("nameservers as text") << nameserversConfiguration << QVariant(text) << invalidArguments;
-    QTest::newRow("timeservers") << QStringLiteral("Timeservers.Configuration") << QVariant(QStringList{text})
-                                 << accepted;
-    QTest::newRow("domains as a number")
-        << QStringLiteral("Domains.Configuration") << QVariant(1) << invalidArguments;
-    QTest::newRow("proxy") << QStringLiteral("Proxy.Configuration") << ofMethod("direct") << accepted;
-    QTest::newRow("proxy nonsense") << QStringLiteral("Proxy.Configuration") << ofMethod("x")
-                                    << invalidArguments;
-    QTest::newRow("mDNS") << QStringLiteral("mDNS.Configuration") << QVariant(true) << accepted;
-    QTest::newRow("mDNS as text") << QStringLiteral("mDNS.Configuration") << QVariant(text)
-                                  << invalidArguments;
-    QTest::newRow("AutoConnect as text")
-        << QStringLiteral("AutoConnect") << QVariant(text) << invalidArguments;
-    QTest::newRow("read-only") << QStringLiteral("State") << QVariant(text) << invalidProperty;
-    QTest::newRow("unknown") << QStringLiteral("Nope") << QVariant(text) << invalidProperty;
+    QTest::newRow("timeservers") << "Timeservers.Configuration"_s << QVariant(QStringList{text}) << accepted;
+    QTest::newRow("domains as a number") << "Domains.Configuration"_s << QVariant(1) << invalidArguments;
+    QTest::newRow("proxy") << "Proxy.Configuration"_s << ofMethod("direct") << accepted;
+    QTest::newRow("proxy nonsense") << "Proxy.Configuration"_s << ofMethod("x") << invalidArguments;
+    QTest::newRow("mDNS") << "mDNS.Configuration"_s << QVariant(true) << accepted;
+    QTest::newRow("mDNS as text") << "mDNS.Configuration"_s << QVariant(text) << invalidArguments;
+    QTest::newRow("AutoConnect as text") << "AutoConnect"_s << QVariant(text) << invalidArguments;
+    QTest::newRow("read-only") << "State"_s << QVariant(text) << invalidProperty;
+    QTest::newRow("unknown") << "Nope"_s << QVariant(text) << invalidProperty;
 }
 
 void SettingsTest::answers()
@@ -164,139 +158,134 @@ void SettingsTest::answers()
 
 void SettingsTest::refusedValueChangesNothing()
 {
-    QCOMPARE(set(ipv4Configuration, changed(manualIpv4(), "Gateway", QStringLiteral("x"))), invalidArguments);
-    QCOMPARE(m_client->property(id, ipv4Configuration), QStringLiteral("{\"Method\": <\"dhcp\">}"));
+    QCOMPARE(set(ipv4Configuration, changed(manualIpv4(), "Gateway", "x"_s)), invalidArguments);
+    QCOMPARE(m_client->property(id, ipv4Configuration), "{\"Method\": <\"dhcp\">}"_s);
 }
 
 void SettingsTest::manualIpv4IsShownAndUsed()
 {
     connectService();
     QCOMPARE(set(ipv4Configuration, manualIpv4()), accepted);
-    const QString shown = QStringLiteral("{\"Address\": <\"10.0.0.9\">, \"Gateway\": <\"10.0.0.1\">, "
-                                         "\"Method\": <\"manual\">, \"Netmask\": <\"255.0.0.0\">}");
+    const QString shown = "{\"Address\": <\"10.0.0.9\">, \"Gateway\": <\"10.0.0.1\">, "
+                          "\"Method\": <\"manual\">, \"Netmask\": <\"255.0.0.0\">}"_s;
     QCOMPARE(m_client->property(id, ipv4Configuration), shown);
-    QCOMPARE(m_client->property(id, QStringLiteral("IPv4")), shown);
-    QVERIFY(m_client->waitForState(id, QStringLiteral("online")));
-    QCOMPARE(m_client->states(id).join(QLatin1Char(' ')), QStringLiteral("configuration ready online"));
-    QCOMPARE(m_client->signalLines(id + QStringLiteral(" PropertyChanged(\"IPv4\"")).first(),
-             id + QStringLiteral(" PropertyChanged(\"IPv4\", <@a{sv} {}>)"));
+    QCOMPARE(m_client->property(id, "IPv4"_s), shown);
+    QVERIFY(m_client->waitForState(id, "online"_s));
+    QCOMPARE(m_client->states(id).join(QLatin1Char(' ')), "configuration ready online"_s);
+    QCOMPARE(m_client->signalLines(id + " PropertyChanged(\"IPv4\""_s).first(),
+             id + " PropertyChanged(\"IPv4\", <@a{sv} {}>)"_s);
 }
 
 void SettingsTest::dhcpGetsItsAddressAnew()
 {
     connectService();
     QCOMPARE(set(ipv4Configuration, manualIpv4()), accepted);
-    QCOMPARE(set(ipv4Configuration, QVariantMap{{method, QStringLiteral("dhcp")}}), accepted);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("\"IPv4\", <{\"Address\": <\"192.168.10.77\">")));
+    QCOMPARE(set(ipv4Configuration, QVariantMap{{method, "dhcp"_s}}), accepted);
+    QVERIFY(m_client->waitForSignal("\"IPv4\", <{\"Address\": <\"192.168.10.77\">"_s));
 }
 
 void SettingsTest::configurationDuringAssociationDoesNotCutItShort()
 {
-    m_simulator->setTiming(QStringLiteral("association"), 60000);
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(id, QStringLiteral("Connect"));
-    QVERIFY(m_client->waitForState(id, QStringLiteral("association")));
+    m_simulator->setTiming("association"_s, 60000);
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(id, "Connect"_s);
+    QVERIFY(m_client->waitForState(id, "association"_s));
     QCOMPARE(set(ipv4Configuration, manualIpv4()), accepted);
-    QCOMPARE(m_client->property(id, QStringLiteral("State")), QStringLiteral("\"association\""));
+    QCOMPARE(m_client->property(id, "State"_s), "\"association\""_s);
     QVERIFY(!pending->hasCome());
 }
 
 void SettingsTest::ipv4OffLeavesTheServiceConfiguring()
 {
     connectService();
-    QCOMPARE(set(ipv4Configuration, QVariantMap{{method, QStringLiteral("off")}}), accepted);
-    QCOMPARE(m_client->property(id, QStringLiteral("State")), QStringLiteral("\"configuration\""));
-    QCOMPARE(m_client->property(id, QStringLiteral("IPv4")), QStringLiteral("@a{sv} {}"));
+    QCOMPARE(set(ipv4Configuration, QVariantMap{{method, "off"_s}}), accepted);
+    QCOMPARE(m_client->property(id, "State"_s), "\"configuration\""_s);
+    QCOMPARE(m_client->property(id, "IPv4"_s), "@a{sv} {}"_s);
 }
 
 void SettingsTest::manualIpv6IsShownWithPrivacy()
 {
     connectService();
     QCOMPARE(set(ipv6Configuration, manualIpv6(QVariant::fromValue<uchar>(64))), accepted);
-    const QString shown =
-        QStringLiteral("{\"Address\": <\"fd00::9\">, \"Gateway\": <\"fd00::1\">, \"Method\": "
-                       "<\"manual\">, \"PrefixLength\": <byte 0x40>, \"Privacy\": <\"disabled\">}");
+    const QString shown = "{\"Address\": <\"fd00::9\">, \"Gateway\": <\"fd00::1\">, \"Method\": "
+                          "<\"manual\">, \"PrefixLength\": <byte 0x40>, \"Privacy\": <\"disabled\">}"_s;
     QCOMPARE(m_client->property(id, ipv6Configuration), shown);
-    QCOMPARE(m_client->property(id, QStringLiteral("IPv6")), shown);
-    QCOMPARE(m_client->property(id, QStringLiteral("State")), QStringLiteral("\"online\""));
+    QCOMPARE(m_client->property(id, "IPv6"_s), shown);
+    QCOMPARE(m_client->property(id, "State"_s), "\"online\""_s);
 }
 
 void SettingsTest::onlyAddressesBecomeNameservers()
 {
     connectService();
-    QCOMPARE(set(nameserversConfiguration, QStringList{QStringLiteral("9.9.9.9"), QStringLiteral("xx"),
-                                                       QString(), QStringLiteral("fd00::53")}),
+    QCOMPARE(set(nameserversConfiguration, QStringList{"9.9.9.9"_s, "xx"_s, QString(), "fd00::53"_s}),
              accepted);
-    QCOMPARE(m_client->property(id, nameserversConfiguration), QStringLiteral("[\"9.9.9.9\", \"fd00::53\"]"));
-    QCOMPARE(m_client->property(id, QStringLiteral("Nameservers")),
-             QStringLiteral("[\"9.9.9.9\", \"fd00::53\"]"));
+    QCOMPARE(m_client->property(id, nameserversConfiguration), "[\"9.9.9.9\", \"fd00::53\"]"_s);
+    QCOMPARE(m_client->property(id, "Nameservers"_s), "[\"9.9.9.9\", \"fd00::53\"]"_s);
 }
 
 void SettingsTest::noNameserversGivesThoseOfTheLease()
 {
     connectService();
-    QCOMPARE(set(nameserversConfiguration, QStringList{QStringLiteral("9.9.9.9")}), accepted);
+    QCOMPARE(set(nameserversConfiguration, QStringList{"9.9.9.9"_s}), accepted);
     QCOMPARE(set(nameserversConfiguration, QStringList()), accepted);
-    QCOMPARE(m_client->property(id, QStringLiteral("Nameservers")), QStringLiteral("[\"192.168.10.1\"]"));
+    QCOMPARE(m_client->property(id, "Nameservers"_s), "[\"192.168.10.1\"]"_s);
 }
 
 void SettingsTest::nameserversOfAnIdleServiceAreNotUsed()
 {
-    QCOMPARE(set(nameserversConfiguration, QStringList{QStringLiteral("9.9.9.9")}), accepted);
-    QCOMPARE(m_client->property(id, QStringLiteral("Nameservers")), QStringLiteral("@as []"));
+    QCOMPARE(set(nameserversConfiguration, QStringList{"9.9.9.9"_s}), accepted);
+    QCOMPARE(m_client->property(id, "Nameservers"_s), "@as []"_s);
 }
 
 void SettingsTest::autoConnectIsToldWhenItChanges()
 {
     connectService();
-    QCOMPARE(set(QStringLiteral("AutoConnect"), true), accepted);
-    QCOMPARE(set(QStringLiteral("AutoConnect"), false), accepted);
-    QVERIFY(m_client->waitForSignal(QStringLiteral("\"AutoConnect\", <false>")));
-    QCOMPARE(m_client->signalLines(QStringLiteral("\"AutoConnect\", <true>")), QStringList());
+    QCOMPARE(set("AutoConnect"_s, true), accepted);
+    QCOMPARE(set("AutoConnect"_s, false), accepted);
+    QVERIFY(m_client->waitForSignal("\"AutoConnect\", <false>"_s));
+    QCOMPARE(m_client->signalLines("\"AutoConnect\", <true>"_s), QStringList());
 }
 
 void SettingsTest::autoConnectOfAStrangerIsRefused()
 {
-    QCOMPARE(set(QStringLiteral("AutoConnect"), true), invalidService);
+    QCOMPARE(set("AutoConnect"_s, true), invalidService);
 }
 
 void SettingsTest::immutableServiceCannotBeConfigured()
 {
-    m_simulator->setServiceProperty(id, QStringLiteral("Immutable"), true);
+    m_simulator->setServiceProperty(id, "Immutable"_s, true);
     QCOMPARE(set(ipv4Configuration, manualIpv4()), notSupported);
     QCOMPARE(set(nameserversConfiguration, QStringList()), notSupported);
-    QCOMPARE(set(QStringLiteral("Nope"), 1), invalidProperty);
+    QCOMPARE(set("Nope"_s, 1), invalidProperty);
 }
 
 void SettingsTest::clearingTheErrorEndsTheFailure()
 {
-    m_simulator->setServiceProperty(id, QStringLiteral("Error"), QStringLiteral("connect-failed"));
-    m_simulator->setServiceProperty(id, QStringLiteral("State"), QStringLiteral("failure"));
-    QCOMPARE(m_client->service(id, QStringLiteral("ClearProperty"), {QStringLiteral("Name")}).text(),
-             invalidProperty);
-    QCOMPARE(m_client->service(id, QStringLiteral("ClearProperty"), {QStringLiteral("Error")}).text(),
-             accepted);
-    QCOMPARE(m_client->property(id, QStringLiteral("State")), QStringLiteral("\"idle\""));
-    QCOMPARE(m_client->property(id, QStringLiteral("Error")), QString());
+    m_simulator->setServiceProperty(id, "Error"_s, "connect-failed"_s);
+    m_simulator->setServiceProperty(id, "State"_s, "failure"_s);
+    QCOMPARE(m_client->service(id, "ClearProperty"_s, {"Name"_s}).text(), invalidProperty);
+    QCOMPARE(m_client->service(id, "ClearProperty"_s, {"Error"_s}).text(), accepted);
+    QCOMPARE(m_client->property(id, "State"_s), "\"idle\""_s);
+    QCOMPARE(m_client->property(id, "Error"_s), QString());
 }
 
 void SettingsTest::domainsAreUsedWhileConnected()
 {
-    const QString domains = QStringLiteral("Domains.Configuration");
-    QCOMPARE(set(domains, QStringList{QStringLiteral("a.example")}), accepted);
-    QCOMPARE(m_client->property(id, QStringLiteral("Domains")), QStringLiteral("@as []"));
+    const QString domains = "Domains.Configuration"_s;
+    QCOMPARE(set(domains, QStringList{"a.example"_s}), accepted);
+    QCOMPARE(m_client->property(id, "Domains"_s), "@as []"_s);
     connectService();
-    QCOMPARE(set(domains, QStringList{QStringLiteral("b.example")}), accepted);
-    QCOMPARE(m_client->property(id, QStringLiteral("Domains")), QStringLiteral("[\"b.example\"]"));
+    QCOMPARE(set(domains, QStringList{"b.example"_s}), accepted);
+    QCOMPARE(m_client->property(id, "Domains"_s), "[\"b.example\"]"_s);
 }
 
 void SettingsTest::settingsOutliveARestart()
 {
     connectService();
     QCOMPARE(set(ipv4Configuration, manualIpv4()), accepted);
-    QCOMPARE(set(QStringLiteral("AutoConnect"), false), accepted);
+    QCOMPARE(set("AutoConnect"_s, false), accepted);
     m_simulator->restartConnman();
-    QTRY_VERIFY(m_client->property(id, ipv4Configuration).contains(QStringLiteral("10.0.0.9")));
-    QCOMPARE(m_client->property(id, QStringLiteral("AutoConnect")), QStringLiteral("false"));
+    QTRY_VERIFY(m_client->property(id, ipv4Configuration).contains("10.0.0.9"_s));
+    QCOMPARE(m_client->property(id, "AutoConnect"_s), "false"_s);
 }
 
 static const Suite<SettingsTest> suite;

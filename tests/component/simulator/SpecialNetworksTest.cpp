@@ -2,6 +2,7 @@
 
 #include "NetworkFixture.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -10,10 +11,10 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString enterpriseId = QStringLiteral("wifi_020000000200_486f6d65_managed_ieee8021x");
-const QString hiddenId = QStringLiteral("wifi_020000000200_hidden_managed_psk");
-const QString pin = QStringLiteral("12345670");
-const QString provisioningFile = QStringLiteral("office.config");
+const QString enterpriseId = "wifi_020000000200_486f6d65_managed_ieee8021x"_s;
+const QString hiddenId = "wifi_020000000200_hidden_managed_psk"_s;
+const QString pin = "12345670"_s;
+const QString provisioningFile = "office.config"_s;
 
 bool provision(const QTemporaryDir &directory)
 {
@@ -50,7 +51,7 @@ private slots:
 
 void SpecialNetworksTest::wpsOffersBothWays()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("wps")));
+    addNetwork(with("security"_s, "wps"_s));
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(pskId).text(), QString());
     QCOMPARE(
@@ -58,51 +59,51 @@ void SpecialNetworksTest::wpsOffersBothWays()
         QStringList{request(pskId, "\"Passphrase\": <{\"Type\": <\"psk\">, \"Requirement\": <\"mandatory\">, "
                                    "\"Alternates\": <[\"WPS\"]>}>, "
                                    "\"WPS\": <{\"Type\": <\"wpspin\">, \"Requirement\": <\"alternate\">}>")});
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Security")), QStringLiteral("[\"psk\", \"wps\"]"));
+    QCOMPARE(m_client->property(pskId, "Security"_s), "[\"psk\", \"wps\"]"_s);
 }
 
 void SpecialNetworksTest::wpsByPinConnects()
 {
-    addNetwork({{QStringLiteral("security"), QStringLiteral("wps")}, {QStringLiteral("pin"), pin}});
-    m_agent->planInput(with(QStringLiteral("WPS"), pin));
+    addNetwork({{"security"_s, "wps"_s}, {"pin"_s, pin}});
+    m_agent->planInput(with("WPS"_s, pin));
     QCOMPARE(connectService(pskId).text(), QString());
 }
 
 void SpecialNetworksTest::wpsByButtonConnects()
 {
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("wps")));
-    m_agent->planInput(with(QStringLiteral("WPS"), QString()));
+    addNetwork(with("security"_s, "wps"_s));
+    m_agent->planInput(with("WPS"_s, QString()));
     QCOMPARE(connectService(pskId).text(), QString());
 }
 
 void SpecialNetworksTest::unusablePinFails()
 {
-    addNetwork({{QStringLiteral("security"), QStringLiteral("wps")}, {QStringLiteral("pin"), pin}});
-    m_agent->planInput(with(QStringLiteral("WPS"), QStringLiteral("123")));
+    addNetwork({{"security"_s, "wps"_s}, {"pin"_s, pin}});
+    m_agent->planInput(with("WPS"_s, "123"_s));
     QCOMPARE(connectService(pskId).text(), failed);
-    QVERIFY(m_agent->waitForLine(QStringLiteral("invalid-key")));
+    QVERIFY(m_agent->waitForLine("invalid-key"_s));
 }
 
 void SpecialNetworksTest::wrongPinFailsToConnect()
 {
-    addNetwork({{QStringLiteral("security"), QStringLiteral("wps")}, {QStringLiteral("pin"), pin}});
-    m_agent->planInput(with(QStringLiteral("WPS"), QStringLiteral("00000000")));
+    addNetwork({{"security"_s, "wps"_s}, {"pin"_s, pin}});
+    m_agent->planInput(with("WPS"_s, "00000000"_s));
     QCOMPARE(connectService(pskId).text(), failed);
-    QVERIFY(m_agent->waitForLine(QStringLiteral("\"connect-failed\"")));
-    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')), QStringLiteral("association failure idle"));
+    QVERIFY(m_agent->waitForLine("\"connect-failed\""_s));
+    QCOMPARE(m_client->states(pskId).join(QLatin1Char(' ')), "association failure idle"_s);
 }
 
 void SpecialNetworksTest::hiddenNetworkHasNoName()
 {
-    QCOMPARE(addNetwork(with(QStringLiteral("hidden"), true)), hiddenId);
-    QCOMPARE(m_client->property(hiddenId, QStringLiteral("Name")), QString());
-    QCOMPARE(m_client->property(hiddenId, QStringLiteral("Security")), QStringLiteral("[\"psk\"]"));
+    QCOMPARE(addNetwork(with("hidden"_s, true)), hiddenId);
+    QCOMPARE(m_client->property(hiddenId, "Name"_s), QString());
+    QCOMPARE(m_client->property(hiddenId, "Security"_s), "[\"psk\"]"_s);
 }
 
 void SpecialNetworksTest::hiddenNetworkAppearsUnderItsName()
 {
-    addNetwork(with(QStringLiteral("hidden"), true));
-    m_agent->planInput({{QStringLiteral("Name"), ssid}, {passphrase, rightPassphrase}});
+    addNetwork(with("hidden"_s, true));
+    m_agent->planInput({{"Name"_s, ssid}, {passphrase, rightPassphrase}});
     QCOMPARE(connectService(hiddenId).text(), QString());
     QCOMPARE(m_agent->lines(),
              QStringList{request(
@@ -110,31 +111,30 @@ void SpecialNetworksTest::hiddenNetworkAppearsUnderItsName()
                            "\"Alternates\": <[\"SSID\"]>}>, "
                            "\"SSID\": <{\"Type\": <\"ssid\">, \"Requirement\": <\"alternate\">}>, "
                            "\"Passphrase\": <{\"Type\": <\"psk\">, \"Requirement\": <\"mandatory\">}>")});
-    QVERIFY(m_client->waitForSignal(QStringLiteral("service/%1\", {\"Type\"").arg(pskId)));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Favorite")), QStringLiteral("true"));
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Name")), QStringLiteral("\"Home\""));
-    QCOMPARE(m_client->property(hiddenId, QStringLiteral("State")), QStringLiteral("\"idle\""));
+    QVERIFY(m_client->waitForSignal("service/%1\", {\"Type\""_s.arg(pskId)));
+    QCOMPARE(m_client->property(pskId, "Favorite"_s), "true"_s);
+    QCOMPARE(m_client->property(pskId, "Name"_s), "\"Home\""_s);
+    QCOMPARE(m_client->property(hiddenId, "State"_s), "\"idle\""_s);
 }
 
 void SpecialNetworksTest::hiddenNetworkByBytesOfItsName()
 {
-    addNetwork(with(QStringLiteral("hidden"), true));
-    m_agent->planInput({{QStringLiteral("SSID"), ssid.toUtf8()}, {passphrase, rightPassphrase}});
+    addNetwork(with("hidden"_s, true));
+    m_agent->planInput({{"SSID"_s, ssid.toUtf8()}, {passphrase, rightPassphrase}});
     QCOMPARE(connectService(hiddenId).text(), QString());
-    QCOMPARE(m_client->property(pskId, QStringLiteral("Favorite")), QStringLiteral("true"));
+    QCOMPARE(m_client->property(pskId, "Favorite"_s), "true"_s);
 }
 
 void SpecialNetworksTest::hiddenNetworkThatIsNotThereFails()
 {
-    addNetwork(with(QStringLiteral("hidden"), true));
-    m_agent->planInput(
-        {{QStringLiteral("Name"), QStringLiteral("Elsewhere")}, {passphrase, rightPassphrase}});
+    addNetwork(with("hidden"_s, true));
+    m_agent->planInput({{"Name"_s, "Elsewhere"_s}, {passphrase, rightPassphrase}});
     QCOMPARE(connectService(hiddenId).text(), failed);
 }
 
 void SpecialNetworksTest::hiddenNetworkWithoutANameIsRefused()
 {
-    addNetwork(with(QStringLiteral("hidden"), true));
+    addNetwork(with("hidden"_s, true));
     m_agent->planInput(with(passphrase, rightPassphrase));
     QCOMPARE(connectService(hiddenId).text(), invalidArguments);
 }
@@ -148,25 +148,23 @@ void SpecialNetworksTest::hiddenNetworkRefusedByTheAgent()
 {
     QFETCH(QString, refusal);
     QFETCH(QString, error);
-    addNetwork(with(QStringLiteral("hidden"), true));
+    addNetwork(with("hidden"_s, true));
     m_agent->planInputError(refusal);
     QCOMPARE(connectService(hiddenId).text(), error);
 }
 
 void SpecialNetworksTest::hiddenNetworkWithAWrongPassphraseFails()
 {
-    addNetwork(with(QStringLiteral("hidden"), true));
-    m_agent->planInput({{QStringLiteral("Name"), ssid}, {passphrase, QStringLiteral("wrong passphrase")}});
+    addNetwork(with("hidden"_s, true));
+    m_agent->planInput({{"Name"_s, ssid}, {passphrase, "wrong passphrase"_s}});
     QCOMPARE(connectService(hiddenId).text(), failed);
-    QVERIFY(m_agent->waitForLine(
-        QStringLiteral("ReportError(objectpath \"/net/connman/service/%1\"").arg(pskId)));
+    QVERIFY(m_agent->waitForLine("ReportError(objectpath \"/net/connman/service/%1\""_s.arg(pskId)));
 }
 
 void SpecialNetworksTest::enterpriseAsksForIdentityAndPassphrase()
 {
-    addNetwork({{QStringLiteral("security"), QStringLiteral("ieee8021x")},
-                {QStringLiteral("identity"), QStringLiteral("me")}});
-    m_agent->planInput({{QStringLiteral("Identity"), QStringLiteral("me")}, {passphrase, rightPassphrase}});
+    addNetwork({{"security"_s, "ieee8021x"_s}, {"identity"_s, "me"_s}});
+    m_agent->planInput({{"Identity"_s, "me"_s}, {passphrase, rightPassphrase}});
     QCOMPARE(connectService(enterpriseId).text(), QString());
     QCOMPARE(m_agent->lines(),
              QStringList{request(
@@ -177,17 +175,15 @@ void SpecialNetworksTest::enterpriseAsksForIdentityAndPassphrase()
 
 void SpecialNetworksTest::wrongIdentityFails()
 {
-    addNetwork({{QStringLiteral("security"), QStringLiteral("ieee8021x")},
-                {QStringLiteral("identity"), QStringLiteral("me")}});
-    m_agent->planInput({{QStringLiteral("Identity"), QStringLiteral("you")}, {passphrase, rightPassphrase}});
+    addNetwork({{"security"_s, "ieee8021x"_s}, {"identity"_s, "me"_s}});
+    m_agent->planInput({{"Identity"_s, "you"_s}, {passphrase, rightPassphrase}});
     QCOMPARE(connectService(enterpriseId).text(), failed);
-    QVERIFY(m_agent->waitForLine(QStringLiteral("\"connect-failed\"")));
+    QVERIFY(m_agent->waitForLine("\"connect-failed\""_s));
 }
 
 void SpecialNetworksTest::unprovisionedEnterpriseIsRefused()
 {
-    addNetwork(
-        {{QStringLiteral("security"), QStringLiteral("ieee8021x")}, {QStringLiteral("provisioned"), false}});
+    addNetwork({{"security"_s, "ieee8021x"_s}, {"provisioned"_s, false}});
     QCOMPARE(connectService(enterpriseId).text(), invalidArguments);
     QCOMPARE(m_agent->lines(), QStringList());
 }
@@ -196,44 +192,44 @@ void SpecialNetworksTest::provisioningFileMakesTheNetworkKnown()
 {
     const QTemporaryDir directory;
     m_simulator->setConnmanDirectory(directory.path());
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("ieee8021x")));
+    addNetwork(with("security"_s, "ieee8021x"_s));
     QCOMPARE(connectService(enterpriseId).text(), invalidArguments);
 
     QVERIFY(provision(directory));
 
-    QVERIFY(m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Immutable\", <true>)")));
-    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("Favorite")), QStringLiteral("true"));
-    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("AutoConnect")), QStringLiteral("true"));
+    QVERIFY(m_client->waitForSignal("PropertyChanged(\"Immutable\", <true>)"_s));
+    QCOMPARE(m_client->property(enterpriseId, "Favorite"_s), "true"_s);
+    QCOMPARE(m_client->property(enterpriseId, "AutoConnect"_s), "true"_s);
 }
 
 void SpecialNetworksTest::provisionedNetworkStillAsks()
 {
     const QTemporaryDir directory;
     m_simulator->setConnmanDirectory(directory.path());
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("ieee8021x")));
+    addNetwork(with("security"_s, "ieee8021x"_s));
     QVERIFY(provision(directory));
-    m_agent->planInput({{QStringLiteral("Identity"), QStringLiteral("me")}, {passphrase, rightPassphrase}});
+    m_agent->planInput({{"Identity"_s, "me"_s}, {passphrase, rightPassphrase}});
 
     QCOMPARE(connectService(enterpriseId).text(), QString());
 
-    QCOMPARE(m_agent->lines().filter(QStringLiteral("RequestInput")).size(), 1);
+    QCOMPARE(m_agent->lines().filter("RequestInput"_s).size(), 1);
 }
 
 void SpecialNetworksTest::removedProvisioningFileForgetsTheNetwork()
 {
     const QTemporaryDir directory;
     m_simulator->setConnmanDirectory(directory.path());
-    addNetwork(with(QStringLiteral("security"), QStringLiteral("ieee8021x")));
+    addNetwork(with("security"_s, "ieee8021x"_s));
     QVERIFY(provision(directory));
-    m_agent->planInput({{QStringLiteral("Identity"), QStringLiteral("me")}, {passphrase, rightPassphrase}});
+    m_agent->planInput({{"Identity"_s, "me"_s}, {passphrase, rightPassphrase}});
     QCOMPARE(connectService(enterpriseId).text(), QString());
     QCOMPARE(m_simulator->storedPassphrase(enterpriseId), rightPassphrase);
 
     QVERIFY(QFile::remove(directory.filePath(provisioningFile)));
 
-    QVERIFY(m_client->waitForSignal(QStringLiteral("PropertyChanged(\"Favorite\", <false>)")));
-    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("Immutable")), QStringLiteral("false"));
-    QCOMPARE(m_client->property(enterpriseId, QStringLiteral("State")), QStringLiteral("\"idle\""));
+    QVERIFY(m_client->waitForSignal("PropertyChanged(\"Favorite\", <false>)"_s));
+    QCOMPARE(m_client->property(enterpriseId, "Immutable"_s), "false"_s);
+    QCOMPARE(m_client->property(enterpriseId, "State"_s), "\"idle\""_s);
     QCOMPARE(m_simulator->storedPassphrase(enterpriseId), QString());
 }
 

@@ -2,6 +2,7 @@
 
 #include "EventWait.h"
 #include "GVariantText.h"
+#include "Text.h"
 
 #include <utility>
 
@@ -50,12 +51,11 @@ QString TestAgent::introspect(const QString & /*objectPath*/) const
 
 bool TestAgent::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
-    m_lines.append(
-        QStringLiteral("%1(%2)").arg(message.member(), simulator::toGVariantText(message.arguments())));
+    m_lines.append("%1(%2)"_s.arg(message.member(), simulator::toGVariantText(message.arguments())));
     if (message.member() == QLatin1String("RequestInput") && !m_inputs.isEmpty()) {
         answer(message, connection, m_inputs.takeFirst());
     } else if (message.member() == QLatin1String("ReportError") && m_retries) {
-        answer(message, connection, {false, QStringLiteral("net.connman.Agent.Error.Retry"), {}});
+        answer(message, connection, {false, "net.connman.Agent.Error.Retry"_s, {}});
     } else {
         connection.send(message.createReply());
     }
@@ -68,7 +68,7 @@ void TestAgent::answer(const QDBusMessage &message, const QDBusConnection &conne
         return;
     }
     connection.send(plan.error.isEmpty() ? message.createReply(QVariant(plan.fields))
-                                         : message.createErrorReply(plan.error, QStringLiteral("no")));
+                                         : message.createErrorReply(plan.error, "no"_s));
 }
 
 } // namespace simulator_test

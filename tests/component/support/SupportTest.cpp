@@ -1,6 +1,7 @@
 #include "LogCapture.h"
 #include "PrivateBus.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <csignal>
 #include <QDBusConnection>
@@ -19,7 +20,7 @@ class Listener : public QObject
 public:
     bool subscribe(QDBusConnection &connection, const QString &path)
     {
-        return connection.connect({}, path, QStringLiteral("a.b"), QStringLiteral("C"), this, SLOT(count()));
+        return connection.connect({}, path, "a.b"_s, "C"_s, this, SLOT(count()));
     }
     int told = 0;
 
@@ -29,12 +30,12 @@ public slots:
 
 QString numberedPath(int number)
 {
-    return QStringLiteral("/object/%1").arg(number);
+    return "/object/%1"_s.arg(number);
 }
 
 void roundTrip(const QDBusConnection &connection)
 {
-    connection.interface()->isServiceRegistered(QStringLiteral("test.name"));
+    connection.interface()->isServiceRegistered("test.name"_s);
 }
 } // namespace
 
@@ -57,10 +58,10 @@ void SupportTest::systemBusIsThePrivateBus()
 {
     const PrivateBus bus;
     QVERIFY(bus.isRunning());
-    QDBusConnection explicitly = QDBusConnection::connectToBus(bus.address(), QStringLiteral("explicit"));
-    QVERIFY(explicitly.registerService(QStringLiteral("test.name")));
-    QVERIFY(QDBusConnection::systemBus().interface()->isServiceRegistered(QStringLiteral("test.name")));
-    QDBusConnection::disconnectFromBus(QStringLiteral("explicit"));
+    QDBusConnection explicitly = QDBusConnection::connectToBus(bus.address(), "explicit"_s);
+    QVERIFY(explicitly.registerService("test.name"_s));
+    QVERIFY(QDBusConnection::systemBus().interface()->isServiceRegistered("test.name"_s));
+    QDBusConnection::disconnectFromBus("explicit"_s);
 }
 
 void SupportTest::addressesAreRestoredWhenTheBusEnds()
@@ -80,25 +81,24 @@ void SupportTest::twoBusesAreStrangersToEachOther()
 {
     const PrivateBus first;
     const PrivateBus second;
-    QDBusConnection onFirst = QDBusConnection::connectToBus(first.address(), QStringLiteral("first"));
-    QDBusConnection onSecond = QDBusConnection::connectToBus(second.address(), QStringLiteral("second"));
-    QVERIFY(onFirst.registerService(QStringLiteral("test.name")));
+    QDBusConnection onFirst = QDBusConnection::connectToBus(first.address(), "first"_s);
+    QDBusConnection onSecond = QDBusConnection::connectToBus(second.address(), "second"_s);
+    QVERIFY(onFirst.registerService("test.name"_s));
     QVERIFY(onSecond.isConnected());
-    QVERIFY(!onSecond.interface()->isServiceRegistered(QStringLiteral("test.name")));
-    QDBusConnection::disconnectFromBus(QStringLiteral("first"));
-    QDBusConnection::disconnectFromBus(QStringLiteral("second"));
+    QVERIFY(!onSecond.interface()->isServiceRegistered("test.name"_s));
+    QDBusConnection::disconnectFromBus("first"_s);
+    QDBusConnection::disconnectFromBus("second"_s);
 }
 
 void SupportTest::stoppingTheBusDropsItsConnections()
 {
     PrivateBus bus;
-    const QDBusConnection connection =
-        QDBusConnection::connectToBus(bus.address(), QStringLiteral("dropped"));
+    const QDBusConnection connection = QDBusConnection::connectToBus(bus.address(), "dropped"_s);
     QVERIFY(connection.isConnected());
     bus.stop();
     QVERIFY(!bus.isRunning());
     QTRY_VERIFY(!connection.isConnected());
-    QDBusConnection::disconnectFromBus(QStringLiteral("dropped"));
+    QDBusConnection::disconnectFromBus("dropped"_s);
 }
 
 // QtDBus does not look at the answer to AddMatch: past the limit, signals are simply lost.
@@ -107,36 +107,35 @@ void SupportTest::matchRuleLimitIsTheOneAskedFor()
     BusLimits limits;
     limits.maxMatchRulesPerConnection = 5;
     const PrivateBus bus(limits);
-    QDBusConnection receiver = QDBusConnection::connectToBus(bus.address(), QStringLiteral("receiver"));
-    QDBusConnection sender = QDBusConnection::connectToBus(bus.address(), QStringLiteral("sender"));
+    QDBusConnection receiver = QDBusConnection::connectToBus(bus.address(), "receiver"_s);
+    QDBusConnection sender = QDBusConnection::connectToBus(bus.address(), "sender"_s);
     Listener listener;
     for (int number = 0; number < 10; ++number) {
         QVERIFY(listener.subscribe(receiver, numberedPath(number)));
     }
     roundTrip(receiver);
     for (int number = 0; number < 10; ++number) {
-        sender.send(
-            QDBusMessage::createSignal(numberedPath(number), QStringLiteral("a.b"), QStringLiteral("C")));
+        sender.send(QDBusMessage::createSignal(numberedPath(number), "a.b"_s, "C"_s));
     }
     roundTrip(sender);
     roundTrip(receiver);
     QTRY_COMPARE(listener.told, 5);
-    QDBusConnection::disconnectFromBus(QStringLiteral("receiver"));
-    QDBusConnection::disconnectFromBus(QStringLiteral("sender"));
+    QDBusConnection::disconnectFromBus("receiver"_s);
+    QDBusConnection::disconnectFromBus("sender"_s);
 }
 
 void SupportTest::logCaptureSeparatesCategoriesAndTypes()
 {
     const LogCapture log;
-    qCCritical(lcSample) << "Missing" << QStringLiteral("Strength");
+    qCCritical(lcSample) << "Missing"
+                         << "Strength"_s;
     qCWarning(lcSample) << "careful";
     qWarning() << "elsewhere";
-    QCOMPARE(log.lines(QStringLiteral("sample")),
-             (QStringList{QStringLiteral("Missing \"Strength\""), QStringLiteral("careful")}));
-    QCOMPARE(log.lines(QStringLiteral("sample"), QtWarningMsg), QStringList{QStringLiteral("careful")});
-    QCOMPARE(log.lines(QStringLiteral("default")), QStringList{QStringLiteral("elsewhere")});
-    QVERIFY(log.contains(QStringLiteral("Strength")));
-    QVERIFY(!log.contains(QtWarningMsg, QStringLiteral("default"), QStringLiteral("careful")));
+    QCOMPARE(log.lines("sample"_s), (QStringList{"Missing \"Strength\""_s, "careful"_s}));
+    QCOMPARE(log.lines("sample"_s, QtWarningMsg), QStringList{"careful"_s});
+    QCOMPARE(log.lines("default"_s), QStringList{"elsewhere"_s});
+    QVERIFY(log.contains("Strength"_s));
+    QVERIFY(!log.contains(QtWarningMsg, "default"_s, "careful"_s));
 }
 
 void SupportTest::takeCriticalsLeavesTheOthers()
@@ -145,9 +144,9 @@ void SupportTest::takeCriticalsLeavesTheOthers()
     qCritical() << "one";
     qWarning() << "two";
     qCritical() << "three";
-    QCOMPARE(log.takeCriticals(), (QStringList{QStringLiteral("one"), QStringLiteral("three")}));
+    QCOMPARE(log.takeCriticals(), (QStringList{"one"_s, "three"_s}));
     QCOMPARE(log.takeCriticals(), QStringList{});
-    QCOMPARE(log.lines(QStringLiteral("default")), QStringList{QStringLiteral("two")});
+    QCOMPARE(log.lines("default"_s), QStringList{"two"_s});
 }
 
 static const Suite<SupportTest> suite;

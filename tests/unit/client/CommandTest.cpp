@@ -1,6 +1,7 @@
 // Which words a command takes.
 #include "Command.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QTest>
 
 class CommandTest : public QObject
@@ -69,16 +70,16 @@ void CommandTest::takesTheWordsOfItsForm()
 {
     QFETCH(const QString, form);
     QFETCH(const QStringList, words);
-    const Command command{QStringLiteral("name"), form, {}, {}};
+    const Command command{"name"_s, form, {}, {}};
     QTEST(command.fits(words), "taken");
 }
 
 void CommandTest::usageNamesCommandAndForm()
 {
-    const Command withForm{QStringLiteral("cable"), QStringLiteral("in|out"), {}, {}};
-    const Command without{QStringLiteral("list"), {}, {}, {}};
-    QCOMPARE(withForm.usage(), QStringLiteral("cable in|out"));
-    QCOMPARE(without.usage(), QStringLiteral("list"));
+    const Command withForm{"cable"_s, "in|out"_s, {}, {}};
+    const Command without{"list"_s, {}, {}, {}};
+    QCOMPARE(withForm.usage(), "cable in|out"_s);
+    QCOMPARE(without.usage(), "list"_s);
 }
 
 void CommandTest::firstFormThatFitsIsMeant()

@@ -4,7 +4,6 @@
 #include "Text.h"
 #include <QTest>
 
-using namespace test_support;
 
 class NetworkListTest : public QObject
 {

@@ -1,5 +1,6 @@
 // The bus policy on a real dbus-daemon: who gets through to the daemon's connection, and who does not.
 #include "Suite.h"
+#include "Text.h"
 
 #include <grp.h>
 #include <memory>
@@ -16,7 +17,7 @@
 
 namespace {
 
-const QString serviceName = QStringLiteral("com.tactora.NetworkManager");
+const QString serviceName = "com.tactora.NetworkManager"_s;
 constexpr uint nobody = 65534;
 constexpr int finishTimeout = 20000;
 
@@ -46,9 +47,9 @@ public:
     {
         // Other users must reach the socket.
         QFile::setPermissions(m_dir.path(), QFile::Permissions(0x7755));
-        write(QStringLiteral("policy.conf"), policy);
-        write(QStringLiteral("bus.conf"),
-              "<busconfig><listen>unix:path=" + QFile::encodeName(m_dir.filePath(QStringLiteral("socket"))) +
+        write("policy.conf"_s, policy);
+        write("bus.conf"_s,
+              "<busconfig><listen>unix:path=" + QFile::encodeName(m_dir.filePath("socket"_s)) +
                   "</listen><auth>EXTERNAL</auth><policy context=\"default\">"
                   "<allow user=\"*\"/><deny own=\"*\"/><deny send_type=\"method_call\"/>"
                   "<allow send_type=\"signal\"/><allow receive_type=\"signal\"/>"
@@ -57,9 +58,8 @@ public:
                   "<allow receive_type=\"method_call\"/><allow receive_type=\"method_return\"/>"
                   "<allow receive_type=\"error\"/><allow send_destination=\"org.freedesktop.DBus\"/>"
                   "</policy><include>policy.conf</include></busconfig>");
-        m_process.start(QStringLiteral("dbus-daemon"),
-                        {QStringLiteral("--nofork"), QStringLiteral("--print-address"),
-                         QStringLiteral("--config-file=") + m_dir.filePath(QStringLiteral("bus.conf"))});
+        m_process.start("dbus-daemon"_s, {"--nofork"_s, "--print-address"_s,
+                                          "--config-file="_s + m_dir.filePath("bus.conf"_s)});
         while (m_process.waitForReadyRead(finishTimeout) && !m_process.canReadLine()) {
         }
         m_address = QString::fromUtf8(m_process.readLine()).trimmed();
@@ -132,18 +132,17 @@ void BusPolicyTest::init()
 {
     m_bus = std::make_unique<Bus>(contentOf(POLICY_TEMPLATE).replace("@NETWORK_GROUP@", testGroup));
     QVERIFY2(!m_bus->address().isEmpty(), m_bus->complaints().constData());
-    m_connection = std::make_unique<QDBusConnection>(
-        QDBusConnection::connectToBus(m_bus->address(), QStringLiteral("daemon")));
+    m_connection =
+        std::make_unique<QDBusConnection>(QDBusConnection::connectToBus(m_bus->address(), "daemon"_s));
     QVERIFY(m_connection->isConnected());
-    QVERIFY(m_connection->registerObject(QStringLiteral("/"), &m_daemon, QDBusConnection::ExportAllSlots));
-    QVERIFY(
-        m_connection->registerObject(QStringLiteral("/agent"), &m_agent, QDBusConnection::ExportAllSlots));
+    QVERIFY(m_connection->registerObject("/"_s, &m_daemon, QDBusConnection::ExportAllSlots));
+    QVERIFY(m_connection->registerObject("/agent"_s, &m_agent, QDBusConnection::ExportAllSlots));
 }
 
 void BusPolicyTest::cleanup()
 {
     m_connection.reset();
-    QDBusConnection::disconnectFromBus(QStringLiteral("daemon"));
+    QDBusConnection::disconnectFromBus("daemon"_s);
     m_bus.reset();
 }
 
@@ -170,10 +169,9 @@ void BusPolicyTest::othersCannotOwnTheName()
         QSKIP("only root can act as somebody else");
     }
     const QString answer =
-        callAs(Who::Member, {QStringLiteral("--dest=org.freedesktop.DBus"), QStringLiteral("/"),
-                             QStringLiteral("org.freedesktop.DBus.RequestName"),
-                             QStringLiteral("string:") + serviceName, QStringLiteral("uint32:0")});
-    QVERIFY2(answer.contains(QStringLiteral("AccessDenied")), qPrintable(answer));
+        callAs(Who::Member, {"--dest=org.freedesktop.DBus"_s, "/"_s, "org.freedesktop.DBus.RequestName"_s,
+                             "string:"_s + serviceName, "uint32:0"_s});
+    QVERIFY2(answer.contains("AccessDenied"_s), qPrintable(answer));
 }
 
 void BusPolicyTest::callsGetThrough_data()
@@ -183,11 +181,11 @@ void BusPolicyTest::callsGetThrough_data()
     QTest::addColumn<QString>("method");
     QTest::addColumn<bool>("allowed");
 
-    const auto power = QStringLiteral("com.tactora.NetworkManager.getWifiPower");
-    const auto release = QStringLiteral("net.connman.Agent.Release");
-    const auto introspect = QStringLiteral("org.freedesktop.DBus.Introspectable.Introspect");
-    const auto root = QStringLiteral("/");
-    const auto agent = QStringLiteral("/agent");
+    const auto power = "com.tactora.NetworkManager.getWifiPower"_s;
+    const auto release = "net.connman.Agent.Release"_s;
+    const auto introspect = "org.freedesktop.DBus.Introspectable.Introspect"_s;
+    const auto root = "/"_s;
+    const auto agent = "/agent"_s;
     QTest::newRow("root calls the daemon") << int(Who::Root) << root << power << true;
     QTest::newRow("root calls the agent") << int(Who::Root) << agent << release << true;
     QTest::newRow("member calls the daemon") << int(Who::Member) << root << power << true;
@@ -211,9 +209,9 @@ void BusPolicyTest::callsGetThrough()
     // By either name of the connection: the policy is about the connection.
     const QStringList destinations = {serviceName, m_connection->baseService()};
     for (const QString &destination : destinations) {
-        const QString answer = callAs(Who(who), {QStringLiteral("--dest=") + destination, path, method});
-        const bool denied = answer.contains(QStringLiteral("org.freedesktop.DBus.Error.AccessDenied"));
-        const bool answered = answer.startsWith(QStringLiteral("method return"));
+        const QString answer = callAs(Who(who), {"--dest="_s + destination, path, method});
+        const bool denied = answer.contains("org.freedesktop.DBus.Error.AccessDenied"_s);
+        const bool answered = answer.startsWith("method return"_s);
         QVERIFY2(denied != answered, qPrintable(answer));
         QTEST(answered, "allowed");
     }
@@ -224,10 +222,9 @@ void BusPolicyTest::connectionMayHoldThousandsOfMatchRules()
     const auto rulesTaken = [](const QDBusConnection &connection) {
         constexpr int wanted = 5000;
         for (int i = 0; i < wanted; ++i) {
-            auto call = QDBusMessage::createMethodCall(
-                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("AddMatch"));
-            call << QStringLiteral("type='signal',path='/net/connman/service/n%1'").arg(i);
+            auto call = QDBusMessage::createMethodCall("org.freedesktop.DBus"_s, "/org/freedesktop/DBus"_s,
+                                                       "org.freedesktop.DBus"_s, "AddMatch"_s);
+            call << "type='signal',path='/net/connman/service/n%1'"_s.arg(i);
             if (connection.call(call).type() == QDBusMessage::ErrorMessage) {
                 return i;
             }
@@ -238,9 +235,9 @@ void BusPolicyTest::connectionMayHoldThousandsOfMatchRules()
 
     // The bus by itself would not have allowed that many.
     const Bus plain("<busconfig/>");
-    const auto connection = QDBusConnection::connectToBus(plain.address(), QStringLiteral("plain"));
+    const auto connection = QDBusConnection::connectToBus(plain.address(), "plain"_s);
     QVERIFY(rulesTaken(connection) < 5000);
-    QDBusConnection::disconnectFromBus(QStringLiteral("plain"));
+    QDBusConnection::disconnectFromBus("plain"_s);
 }
 
 QStringList BusPolicyTest::identity(Who who)
@@ -250,11 +247,9 @@ QStringList BusPolicyTest::identity(Who who)
     case Who::Root:
         return {};
     case Who::Member:
-        return {QStringLiteral("--reuid=%1").arg(nobody), QStringLiteral("--regid=%1").arg(nobody),
-                QStringLiteral("--groups=%1").arg(members->gr_gid)};
+        return {"--reuid=%1"_s.arg(nobody), "--regid=%1"_s.arg(nobody), "--groups=%1"_s.arg(members->gr_gid)};
     case Who::Stranger:
-        return {QStringLiteral("--reuid=%1").arg(nobody), QStringLiteral("--regid=%1").arg(nobody),
-                QStringLiteral("--clear-groups")};
+        return {"--reuid=%1"_s.arg(nobody), "--regid=%1"_s.arg(nobody), "--clear-groups"_s};
     }
     return {};
 }
@@ -264,9 +259,9 @@ QString BusPolicyTest::callAs(Who who, const QStringList &dbusSend)
     QProcess caller;
     caller.setProcessChannelMode(QProcess::MergedChannels);
     QSignalSpy finished(&caller, QOverload<int, QProcess::ExitStatus>::of(&QProcess::finished));
-    caller.start(QStringLiteral("setpriv"), identity(who) << QStringLiteral("dbus-send")
-                                                          << QStringLiteral("--bus=") + m_bus->address()
-                                                          << QStringLiteral("--print-reply") << dbusSend);
+    caller.start("setpriv"_s, identity(who)
+                                  << "dbus-send"_s
+                                  << "--bus="_s + m_bus->address() << "--print-reply"_s << dbusSend);
     // This process is the one called: its event loop has to run meanwhile.
     finished.wait(finishTimeout);
     return QString::fromUtf8(caller.readAll());

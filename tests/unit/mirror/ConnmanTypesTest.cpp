@@ -3,6 +3,7 @@
 #include "Loopback.h"
 #include "OddValues.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusMetaType>
 #include <QDebug>
@@ -137,34 +138,32 @@ void ConnmanTypesTest::registeringAgainIsHarmless()
 
 void ConnmanTypesTest::recordComesThroughTheBusEqual()
 {
-    const QVariantMap properties{{NameKey, QStringLiteral("Café")},
-                                 {StrengthKey, QVariant::fromValue(uchar(61))},
-                                 {StateKey, QStringLiteral("idle")}};
-    const QVariant sent = QVariant::fromValue(info(QStringLiteral("/net/connman/service/x"), properties));
+    const QVariantMap properties{
+        {NameKey, "Café"_s}, {StrengthKey, QVariant::fromValue(uchar(61))}, {StateKey, "idle"_s}};
+    const QVariant sent = QVariant::fromValue(info("/net/connman/service/x"_s, properties));
     const auto received = qdbus_cast<ConnmanServiceInfo>(m_loopback.argument(sent));
-    QCOMPARE(received.path.path(), QStringLiteral("/net/connman/service/x"));
+    QCOMPARE(received.path.path(), "/net/connman/service/x"_s);
     QCOMPARE(received.properties, properties);
     QCOMPARE(received.properties.value(StrengthKey).userType(), int(QMetaType::UChar));
 }
 
 void ConnmanTypesTest::recordWithoutPropertiesComesThroughTheBus()
 {
-    const QVariant sent = QVariant::fromValue(info(QStringLiteral("/x")));
+    const QVariant sent = QVariant::fromValue(info("/x"_s));
     const auto received = qdbus_cast<ConnmanServiceInfo>(m_loopback.argument(sent));
-    QCOMPARE(received.path.path(), QStringLiteral("/x"));
+    QCOMPARE(received.path.path(), "/x"_s);
     QVERIFY(received.properties.isEmpty());
 }
 
 void ConnmanTypesTest::propertiesAreSentInTheMapsOrder()
 {
-    const QVariantMap properties{
-        {QStringLiteral("c"), 1}, {QStringLiteral("a"), 2}, {QStringLiteral("b"), 3}};
-    const QVariant sent = QVariant::fromValue(info(QStringLiteral("/x"), properties));
+    const QVariantMap properties{{"c"_s, 1}, {"a"_s, 2}, {"b"_s, 3}};
+    const QVariant sent = QVariant::fromValue(info("/x"_s, properties));
     const auto raw = m_loopback.argument(sent).value<QDBusArgument>();
     raw.beginStructure();
     QDBusObjectPath path;
     raw >> path;
-    QCOMPARE(raw.currentSignature(), QStringLiteral("a{sv}"));
+    QCOMPARE(raw.currentSignature(), "a{sv}"_s);
     const QStringList keys = keysInWireOrder(raw);
     raw.endStructure();
     QCOMPARE(keys, QStringList(properties.keys()));
@@ -172,43 +171,41 @@ void ConnmanTypesTest::propertiesAreSentInTheMapsOrder()
 
 void ConnmanTypesTest::valuesAreUnwrappedAndNotConvertedFurther()
 {
-    const QVariantMap ethernet{{QStringLiteral("Interface"), QStringLiteral("eth0")}};
-    const QVariantMap properties{{NameKey, QStringLiteral("Wired")}, {QStringLiteral("Ethernet"), ethernet}};
-    const QVariant sent = QVariant::fromValue(info(QStringLiteral("/x"), properties));
+    const QVariantMap ethernet{{"Interface"_s, "eth0"_s}};
+    const QVariantMap properties{{NameKey, "Wired"_s}, {"Ethernet"_s, ethernet}};
+    const QVariant sent = QVariant::fromValue(info("/x"_s, properties));
     const auto received = qdbus_cast<ConnmanServiceInfo>(m_loopback.argument(sent));
     QCOMPARE(received.properties.value(NameKey).userType(), int(QMetaType::QString));
-    const QVariant nested = received.properties.value(QStringLiteral("Ethernet"));
+    const QVariant nested = received.properties.value("Ethernet"_s);
     QCOMPARE(nested.userType(), qMetaTypeId<QDBusArgument>());
     QCOMPARE(qdbus_cast<QVariantMap>(nested), ethernet);
 }
 
 void ConnmanTypesTest::laterEntryOfARepeatedKeyWins()
 {
-    const RepeatedKey twice{NameKey, QStringLiteral("first"), QStringLiteral("second")};
-    const InfoWithRepeatedKey record{QDBusObjectPath(QStringLiteral("/x")), twice};
+    const RepeatedKey twice{NameKey, "first"_s, "second"_s};
+    const InfoWithRepeatedKey record{QDBusObjectPath("/x"_s), twice};
     const QVariant raw = m_loopback.argument(QVariant::fromValue(record));
-    QCOMPARE(raw.value<QDBusArgument>().currentSignature(), QStringLiteral("(oa{sv})"));
-    const QVariantMap expected{{NameKey, QStringLiteral("second")}};
+    QCOMPARE(raw.value<QDBusArgument>().currentSignature(), "(oa{sv})"_s);
+    const QVariantMap expected{{NameKey, "second"_s}};
     QCOMPARE(qdbus_cast<ConnmanServiceInfo>(raw).properties, expected);
 }
 
 void ConnmanTypesTest::readingARecordForgetsItsEarlierProperties()
 {
-    const QVariant sent =
-        QVariant::fromValue(info(QStringLiteral("/new"), {{StateKey, QStringLiteral("idle")}}));
-    ConnmanServiceInfo record = info(QStringLiteral("/old"), {{NameKey, QStringLiteral("Old")}});
+    const QVariant sent = QVariant::fromValue(info("/new"_s, {{StateKey, "idle"_s}}));
+    ConnmanServiceInfo record = info("/old"_s, {{NameKey, "Old"_s}});
     m_loopback.argument(sent).value<QDBusArgument>() >> record;
-    QCOMPARE(record.path.path(), QStringLiteral("/new"));
+    QCOMPARE(record.path.path(), "/new"_s);
     QCOMPARE(record.properties.keys(), {StateKey});
 }
 
 void ConnmanTypesTest::listComesThroughTheBusInOrder()
 {
     const ConnmanServiceInfoList sent{
-        info(QStringLiteral("/net/connman/service/c"), {{NameKey, QStringLiteral("C")}}),
-        info(QStringLiteral("/net/connman/service/a")),
-        info(QStringLiteral("/net/connman/service/b"),
-             {{StateKey, QStringLiteral("idle")}, {NameKey, QString()}}),
+        info("/net/connman/service/c"_s, {{NameKey, "C"_s}}),
+        info("/net/connman/service/a"_s),
+        info("/net/connman/service/b"_s, {{StateKey, "idle"_s}, {NameKey, QString()}}),
     };
     const auto received = qdbus_cast<ConnmanServiceInfoList>(m_loopback.argument(QVariant::fromValue(sent)));
     QCOMPARE(paths(received), paths(sent));
@@ -220,41 +217,41 @@ void ConnmanTypesTest::listComesThroughTheBusInOrder()
 void ConnmanTypesTest::emptyListComesThroughTheBus()
 {
     const QVariant raw = m_loopback.argument(QVariant::fromValue(ConnmanServiceInfoList()));
-    QCOMPARE(raw.value<QDBusArgument>().currentSignature(), QStringLiteral("a(oa{sv})"));
+    QCOMPARE(raw.value<QDBusArgument>().currentSignature(), "a(oa{sv})"_s);
     QVERIFY(qdbus_cast<ConnmanServiceInfoList>(raw).isEmpty());
 }
 
 void ConnmanTypesTest::readingAListForgetsItsEarlierRecords()
 {
-    const QVariant sent = QVariant::fromValue(ConnmanServiceInfoList{info(QStringLiteral("/new"))});
-    ConnmanServiceInfoList list{info(QStringLiteral("/old")), info(QStringLiteral("/older"))};
+    const QVariant sent = QVariant::fromValue(ConnmanServiceInfoList{info("/new"_s)});
+    ConnmanServiceInfoList list{info("/old"_s), info("/older"_s)};
     m_loopback.argument(sent).value<QDBusArgument>() >> list;
-    QCOMPARE(paths(list), {QStringLiteral("/new")});
+    QCOMPARE(paths(list), {"/new"_s});
 }
 
 void ConnmanTypesTest::recordPrintsItsPathAndProperties()
 {
-    const QVariantMap properties{{NameKey, QStringLiteral("Home")}, {StateKey, QStringLiteral("idle")}};
-    QCOMPARE(printed(info(QStringLiteral("/net/connman/service/x"), properties)),
-             QStringLiteral("ConnmanServiceInfo(\"/net/connman/service/x\", "
-                            "QMap((\"Name\", QVariant(QString, \"Home\"))"
-                            "(\"State\", QVariant(QString, \"idle\"))))"));
+    const QVariantMap properties{{NameKey, "Home"_s}, {StateKey, "idle"_s}};
+    QCOMPARE(printed(info("/net/connman/service/x"_s, properties)),
+             "ConnmanServiceInfo(\"/net/connman/service/x\", "
+             "QMap((\"Name\", QVariant(QString, \"Home\"))"
+             "(\"State\", QVariant(QString, \"idle\"))))"_s);
 }
 
 void ConnmanTypesTest::recordWithoutPropertiesPrintsAnEmptyMap()
 {
-    QCOMPARE(printed(info(QStringLiteral("/x"))), QStringLiteral("ConnmanServiceInfo(\"/x\", QMap())"));
+    QCOMPARE(printed(info("/x"_s)), "ConnmanServiceInfo(\"/x\", QMap())"_s);
 }
 
 void ConnmanTypesTest::printingARecordLeavesTheStreamAsItWas()
 {
     QString spaced;
-    QDebug(&spaced) << 1 << info(QStringLiteral("/x")) << 2 << QStringLiteral("t");
-    QCOMPARE(spaced.trimmed(), QStringLiteral("1 ConnmanServiceInfo(\"/x\", QMap()) 2 \"t\""));
+    QDebug(&spaced) << 1 << info("/x"_s) << 2 << "t"_s;
+    QCOMPARE(spaced.trimmed(), "1 ConnmanServiceInfo(\"/x\", QMap()) 2 \"t\""_s);
 
     QString tight;
-    QDebug(&tight).nospace().noquote() << 1 << info(QStringLiteral("/x")) << 2 << QStringLiteral("t");
-    QCOMPARE(tight, QStringLiteral("1ConnmanServiceInfo(/x, QMap())2t"));
+    QDebug(&tight).nospace().noquote() << 1 << info("/x"_s) << 2 << "t"_s;
+    QCOMPARE(tight, "1ConnmanServiceInfo(/x, QMap())2t"_s);
 }
 
 static const Suite<ConnmanTypesTest> suite;

@@ -1,4 +1,5 @@
 #include "Loopback.h"
+#include "Text.h"
 
 #include <QDBusMessage>
 #include <QDBusVariant>
@@ -7,12 +8,12 @@ namespace {
 
 QString connectionName()
 {
-    return QStringLiteral("loopback");
+    return "loopback"_s;
 }
 
 QString objectPath()
 {
-    return QStringLiteral("/loopback");
+    return "/loopback"_s;
 }
 
 } // namespace
@@ -32,8 +33,8 @@ Loopback::~Loopback()
 QVariant Loopback::argument(const QVariant &sent)
 {
     m_received.clear();
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        m_connection.baseService(), objectPath(), QStringLiteral("test.Loopback"), QStringLiteral("take"));
+    QDBusMessage call =
+        QDBusMessage::createMethodCall(m_connection.baseService(), objectPath(), "test.Loopback"_s, "take"_s);
     call << sent;
     m_connection.call(call);
     return m_received;

@@ -4,6 +4,7 @@
 
 #include "LogCapture.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusMetaType>
 #include <QTest>
@@ -19,7 +20,7 @@ private slots:
 void ManagerListTypeTest::readingTheServicesRegistersTheListType()
 {
     const test_support::LogCapture log;
-    ConnmanManager manager(QDBusConnection(QStringLiteral("no such connection")), nullptr);
+    ConnmanManager manager(QDBusConnection("no such connection"_s), nullptr);
     QVERIFY(!manager.updateServices());
     QCOMPARE(QMetaType::type("ConnmanServiceInfoList"), qMetaTypeId<ConnmanServiceInfoList>());
     QCOMPARE(QDBusMetaType::typeToSignature(qMetaTypeId<ConnmanServiceInfoList>()), "a(oa{sv})");

@@ -1,4 +1,5 @@
 #include "OddValues.h"
+#include "Text.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -59,12 +60,11 @@ void registerOddTypes()
 QVector<OddValue> rawOddValues()
 {
     registerOddTypes();
-    const OddPair pair{QStringLiteral("text"), 7};
-    const QList<QDBusObjectPath> paths{QDBusObjectPath(QStringLiteral("/a")),
-                                       QDBusObjectPath(QStringLiteral("/b"))};
-    const TextMap texts{{QStringLiteral("Method"), QStringLiteral("dhcp")}};
-    const QVariantList variants{QStringLiteral("text"), 7};
-    const QList<QVariantMap> maps{{{QStringLiteral("Method"), QStringLiteral("dhcp")}}};
+    const OddPair pair{"text"_s, 7};
+    const QList<QDBusObjectPath> paths{QDBusObjectPath("/a"_s), QDBusObjectPath("/b"_s)};
+    const TextMap texts{{"Method"_s, "dhcp"_s}};
+    const QVariantList variants{"text"_s, 7};
+    const QList<QVariantMap> maps{{{"Method"_s, "dhcp"_s}}};
     return {
         {"ai", QVariant::fromValue(QList<int>{1, 2})},
         {"ai", QVariant::fromValue(QList<int>{})},

@@ -4,6 +4,7 @@
 #include "LogCapture.h"
 #include "Loopback.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusSignature>
 #include <QDBusUnixFileDescriptor>
@@ -19,7 +20,7 @@ using ReplyValues::Place;
 
 namespace {
 
-const QString Key = QStringLiteral("Key");
+const QString Key = "Key"_s;
 constexpr int MaxDepth = 64;
 
 QVariant nested(int depth)
@@ -72,7 +73,7 @@ void ReplyValuesTest::valueIsSentOrLeftOut_data()
     QTest::newRow("dictionaries as deep as there is room") << nestedMaps(room / 3) << true;
     QTest::newRow("one dictionary deeper") << nestedMaps(room / 3 + 1) << false;
     QTest::newRow("list at the bottom") << QVariant(QVariantMap{{Key, QStringList(Key)}}) << true;
-    QTest::newRow("signature") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}"))) << true;
+    QTest::newRow("signature") << QVariant::fromValue(QDBusSignature("a{sv}"_s)) << true;
     QTest::newRow("empty signature") << QVariant::fromValue(QDBusSignature()) << false;
     QTest::newRow("empty signature inside")
         << QVariant(
@@ -85,19 +86,18 @@ void ReplyValuesTest::valueIsSentOrLeftOut()
 {
     QFETCH(QVariant, value);
     QFETCH(bool, isSent);
-    QLoggingCategory::setFilterRules(QStringLiteral("NetworkManager.warning=true"));
+    QLoggingCategory::setFilterRules("NetworkManager.warning=true"_s);
     const test_support::LogCapture log;
     QCOMPARE(ReplyValues::sendable({{Key, value}}, Place::InReply).contains(Key), isSent);
-    const QStringList line{QStringLiteral("Left out of the reply, the bus would not take it: \"Key\"")};
-    QCOMPARE(log.lines(QStringLiteral("NetworkManager"), QtWarningMsg), isSent ? QStringList() : line);
+    const QStringList line{"Left out of the reply, the bus would not take it: \"Key\""_s};
+    QCOMPARE(log.lines("NetworkManager"_s, QtWarningMsg), isSent ? QStringList() : line);
 }
 
 void ReplyValuesTest::othersAreSent()
 {
-    const QVariantMap values{{QStringLiteral("Bad"), QVariant::fromValue(QDBusSignature())},
-                             {QStringLiteral("Good"), 7}};
+    const QVariantMap values{{"Bad"_s, QVariant::fromValue(QDBusSignature())}, {"Good"_s, 7}};
     const QVariantMap sent = ReplyValues::sendable(values, Place::InReply);
-    QCOMPARE(sent.keys(), {QStringLiteral("Good")});
+    QCOMPARE(sent.keys(), {"Good"_s});
 }
 
 void ReplyValuesTest::nothingIsKeptOfAReceivedValue_data()

@@ -3,6 +3,7 @@
 #include "Loopback.h"
 #include "OddValues.h"
 #include "Suite.h"
+#include "Text.h"
 
 #include <QDBusArgument>
 #include <QDBusObjectPath>
@@ -17,7 +18,7 @@ namespace {
 
 QString unknownTypeLine(int typeId)
 {
-    return QStringLiteral("Unknown QVariant::UserType: %1").arg(typeId);
+    return "Unknown QVariant::UserType: %1"_s.arg(typeId);
 }
 
 QString signatureOf(const QVariant &raw)
@@ -66,13 +67,13 @@ void UtilsTest::initTestCase()
 
 void UtilsTest::init()
 {
-    QLoggingCategory::setFilterRules(QStringLiteral("Utils=true"));
+    QLoggingCategory::setFilterRules("Utils=true"_s);
 }
 
 void UtilsTest::plainValueComesBackUnchanged_data()
 {
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("string") << QVariant(QStringLiteral("ready"));
+    QTest::newRow("string") << QVariant("ready"_s);
     QTest::newRow("empty string") << QVariant(QString());
     QTest::newRow("int") << QVariant(-5);
     QTest::newRow("unsigned int") << QVariant(5U);
@@ -82,10 +83,10 @@ void UtilsTest::plainValueComesBackUnchanged_data()
     QTest::newRow("double") << QVariant(0.5);
     QTest::newRow("true") << QVariant(true);
     QTest::newRow("false") << QVariant(false);
-    QTest::newRow("string list") << QVariant(QStringList{QStringLiteral("psk"), QStringLiteral("wps")});
+    QTest::newRow("string list") << QVariant(QStringList{"psk"_s, "wps"_s});
     QTest::newRow("empty string list") << QVariant(QStringList());
     QTest::newRow("bytes") << QVariant(QByteArray("\0\xff", 2));
-    QTest::newRow("map") << QVariant(QVariantMap{{QStringLiteral("Method"), QStringLiteral("dhcp")}});
+    QTest::newRow("map") << QVariant(QVariantMap{{"Method"_s, "dhcp"_s}});
     QTest::newRow("nothing") << QVariant();
 }
 
@@ -102,11 +103,11 @@ void UtilsTest::plainValueComesBackUnchanged()
 void UtilsTest::plainValueOffTheBusComesBackUnchanged_data()
 {
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("string") << QVariant(QStringLiteral("ready"));
+    QTest::newRow("string") << QVariant("ready"_s);
     QTest::newRow("int") << QVariant(-5);
     QTest::newRow("byte") << QVariant::fromValue(uchar(61));
     QTest::newRow("boolean") << QVariant(true);
-    QTest::newRow("string list") << QVariant(QStringList{QStringLiteral("psk"), QStringLiteral("wps")});
+    QTest::newRow("string list") << QVariant(QStringList{"psk"_s, "wps"_s});
     QTest::newRow("empty string list") << QVariant(QStringList());
     QTest::newRow("bytes") << QVariant(QByteArray("\0\xff", 2));
 }
@@ -124,10 +125,9 @@ void UtilsTest::plainValueOffTheBusComesBackUnchanged()
 
 void UtilsTest::dictionaryBecomesAMapOfPlainValues()
 {
-    const QVariantMap sent{{QStringLiteral("Method"), QStringLiteral("dhcp")},
-                           {QStringLiteral("Address"), QStringLiteral("10.0.0.2")}};
+    const QVariantMap sent{{"Method"_s, "dhcp"_s}, {"Address"_s, "10.0.0.2"_s}};
     const QVariant received = m_loopback.variantContent(sent);
-    QCOMPARE(signatureOf(received), QStringLiteral("a{sv}"));
+    QCOMPARE(signatureOf(received), "a{sv}"_s);
 
     const LogCapture log;
     const QVariant converted = Utils::convertDBusArgument(received);
@@ -145,23 +145,23 @@ void UtilsTest::emptyDictionaryBecomesAnEmptyMap()
 
 void UtilsTest::entriesOfADictionaryKeepTheirTypes()
 {
-    const QVariantMap sent{{QStringLiteral("PrefixLength"), QVariant::fromValue(uchar(64))},
-                           {QStringLiteral("Secure"), true},
-                           {QStringLiteral("Servers"), QStringList{QStringLiteral("10.0.0.1")}}};
+    const QVariantMap sent{{"PrefixLength"_s, QVariant::fromValue(uchar(64))},
+                           {"Secure"_s, true},
+                           {"Servers"_s, QStringList{"10.0.0.1"_s}}};
     const QVariantMap converted = Utils::convertDBusArgument(m_loopback.variantContent(sent)).toMap();
     QCOMPARE(converted, sent);
-    QCOMPARE(converted.value(QStringLiteral("PrefixLength")).userType(), int(QMetaType::UChar));
-    QCOMPARE(converted.value(QStringLiteral("Secure")).userType(), int(QMetaType::Bool));
-    QCOMPARE(converted.value(QStringLiteral("Servers")).userType(), int(QMetaType::QStringList));
+    QCOMPARE(converted.value("PrefixLength"_s).userType(), int(QMetaType::UChar));
+    QCOMPARE(converted.value("Secure"_s).userType(), int(QMetaType::Bool));
+    QCOMPARE(converted.value("Servers"_s).userType(), int(QMetaType::QStringList));
 }
 
 void UtilsTest::dictionaryInsideADictionaryStaysRawUntilConvertedItself()
 {
-    const QVariantMap inner{{QStringLiteral("Interface"), QStringLiteral("wlan0")}};
-    const QVariant received = m_loopback.variantContent(QVariantMap{{QStringLiteral("Inner"), inner}});
+    const QVariantMap inner{{"Interface"_s, "wlan0"_s}};
+    const QVariant received = m_loopback.variantContent(QVariantMap{{"Inner"_s, inner}});
 
     const LogCapture log;
-    const QVariant nested = Utils::convertDBusArgument(received).toMap().value(QStringLiteral("Inner"));
+    const QVariant nested = Utils::convertDBusArgument(received).toMap().value("Inner"_s);
     QCOMPARE(nested.userType(), qMetaTypeId<QDBusArgument>());
     QCOMPARE(Utils::convertDBusArgument(nested).toMap(), inner);
     QVERIFY(log.messages().isEmpty());
@@ -169,17 +169,17 @@ void UtilsTest::dictionaryInsideADictionaryStaysRawUntilConvertedItself()
 
 void UtilsTest::laterEntryOfARepeatedKeyWins()
 {
-    const RepeatedKey sent{QStringLiteral("Method"), QStringLiteral("dhcp"), QStringLiteral("manual")};
+    const RepeatedKey sent{"Method"_s, "dhcp"_s, "manual"_s};
     const QVariant received = m_loopback.variantContent(QVariant::fromValue(sent));
-    QCOMPARE(signatureOf(received), QStringLiteral("a{sv}"));
-    const QVariantMap expected{{QStringLiteral("Method"), QStringLiteral("manual")}};
+    QCOMPARE(signatureOf(received), "a{sv}"_s);
+    const QVariantMap expected{{"Method"_s, "manual"_s}};
     QCOMPARE(Utils::convertDBusArgument(received).toMap(), expected);
 }
 
 // A cached value may be converted by more than one caller; reading one copy must not use up the other.
 void UtilsTest::convertingTheSameArgumentTwiceGivesTheSameMap()
 {
-    const QVariantMap sent{{QStringLiteral("Method"), QStringLiteral("dhcp")}};
+    const QVariantMap sent{{"Method"_s, "dhcp"_s}};
     const QVariant received = m_loopback.variantContent(sent);
     QCOMPARE(Utils::convertDBusArgument(received).toMap(), sent);
     QCOMPARE(Utils::convertDBusArgument(received).toMap(), sent);
@@ -214,9 +214,9 @@ void UtilsTest::rawArgumentOfAnotherShapeComesBackUntouched()
 void UtilsTest::otherUserTypeComesBackUnchangedWithOneWarning_data()
 {
     QTest::addColumn<QVariant>("value");
-    QTest::newRow("variant") << QVariant::fromValue(QDBusVariant(QStringLiteral("ready")));
-    QTest::newRow("object path") << QVariant::fromValue(QDBusObjectPath(QStringLiteral("/agent")));
-    QTest::newRow("signature") << QVariant::fromValue(QDBusSignature(QStringLiteral("a{sv}")));
+    QTest::newRow("variant") << QVariant::fromValue(QDBusVariant("ready"_s));
+    QTest::newRow("object path") << QVariant::fromValue(QDBusObjectPath("/agent"_s));
+    QTest::newRow("signature") << QVariant::fromValue(QDBusSignature("a{sv}"_s));
 }
 
 void UtilsTest::otherUserTypeComesBackUnchangedWithOneWarning()
@@ -227,38 +227,37 @@ void UtilsTest::otherUserTypeComesBackUnchangedWithOneWarning()
     QCOMPARE(converted.userType(), value.userType());
     QCOMPARE(converted, value);
     QCOMPARE(log.messages().size(), 1);
-    QCOMPARE(log.lines(QStringLiteral("Utils"), QtWarningMsg), {unknownTypeLine(value.userType())});
+    QCOMPARE(log.lines("Utils"_s, QtWarningMsg), {unknownTypeLine(value.userType())});
 }
 
 void UtilsTest::variantInsideAVariantComesBackUnchangedWithOneWarning()
 {
-    const QVariant inner = QVariant::fromValue(QDBusVariant(QStringLiteral("ready")));
+    const QVariant inner = QVariant::fromValue(QDBusVariant("ready"_s));
     const QVariant received = m_loopback.variantContent(inner);
     const LogCapture log;
     const QVariant converted = Utils::convertDBusArgument(received);
-    QCOMPARE(converted.value<QDBusVariant>().variant(), QVariant(QStringLiteral("ready")));
+    QCOMPARE(converted.value<QDBusVariant>().variant(), QVariant("ready"_s));
     QCOMPARE(log.messages().size(), 1);
-    QCOMPARE(log.lines(QStringLiteral("Utils"), QtWarningMsg),
-             {unknownTypeLine(qMetaTypeId<QDBusVariant>())});
+    QCOMPARE(log.lines("Utils"_s, QtWarningMsg), {unknownTypeLine(qMetaTypeId<QDBusVariant>())});
 }
 
 void UtilsTest::warningIsOffUnlessAskedFor()
 {
     QLoggingCategory::setFilterRules({});
     const LogCapture log;
-    Utils::convertDBusArgument(QVariant::fromValue(QDBusVariant(QStringLiteral("ready"))));
+    Utils::convertDBusArgument(QVariant::fromValue(QDBusVariant("ready"_s)));
     QVERIFY(log.messages().isEmpty());
 }
 
 void UtilsTest::rawDictionaryReadsOnlyRawDictionaries()
 {
-    const QVariantMap map{{QStringLiteral("Method"), QStringLiteral("dhcp")}};
+    const QVariantMap map{{"Method"_s, "dhcp"_s}};
     const auto dictionary = Utils::rawDictionary(m_loopback.variantContent(map));
     QVERIFY(dictionary.has_value());
     QCOMPARE(*dictionary, map);
 
     QVERIFY(!Utils::rawDictionary(map).has_value());
-    QVERIFY(!Utils::rawDictionary(QStringLiteral("text")).has_value());
+    QVERIFY(!Utils::rawDictionary("text"_s).has_value());
     QVERIFY(!Utils::rawDictionary({}).has_value());
     const QVector<OddValue> oddValues = rawOddValues();
     for (const OddValue &odd : oddValues) {

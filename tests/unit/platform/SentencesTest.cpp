@@ -1,4 +1,5 @@
 #include "Suite.h"
+#include "Text.h"
 
 #include <libspeech/SpeechKeys.h>
 #include <libtranslation/Sid.h>
@@ -47,16 +48,15 @@ void SentencesTest::requestKeysAreSpeltAsTheServiceReadsThem_data()
 {
     QTest::addColumn<QString>("key");
     QTest::addColumn<QString>("spelling");
-    QTest::newRow("Cancel") << QString(libspeech::Cancel) << QStringLiteral("cancel");
-    QTest::newRow("Context") << QString(libspeech::Context) << QStringLiteral("context");
-    QTest::newRow("Sentence") << QString(libspeech::Sentence) << QStringLiteral("sentence");
-    QTest::newRow("SentenceId") << QString(libspeech::SentenceId) << QStringLiteral("sentenceId");
-    QTest::newRow("ServiceId") << QString(libspeech::ServiceId) << QStringLiteral("serviceId");
-    QTest::newRow("Text") << QString(libspeech::Text) << QStringLiteral("text");
-    QTest::newRow("TranslationFile") << QString(libspeech::TranslationFile)
-                                     << QStringLiteral("translationFile");
-    QTest::newRow("Arguments") << QString(libspeech::Arguments) << QStringLiteral("arguments");
-    QTest::newRow("Translate") << QString(libspeech::Translate) << QStringLiteral("translate");
+    QTest::newRow("Cancel") << QString(libspeech::Cancel) << "cancel"_s;
+    QTest::newRow("Context") << QString(libspeech::Context) << "context"_s;
+    QTest::newRow("Sentence") << QString(libspeech::Sentence) << "sentence"_s;
+    QTest::newRow("SentenceId") << QString(libspeech::SentenceId) << "sentenceId"_s;
+    QTest::newRow("ServiceId") << QString(libspeech::ServiceId) << "serviceId"_s;
+    QTest::newRow("Text") << QString(libspeech::Text) << "text"_s;
+    QTest::newRow("TranslationFile") << QString(libspeech::TranslationFile) << "translationFile"_s;
+    QTest::newRow("Arguments") << QString(libspeech::Arguments) << "arguments"_s;
+    QTest::newRow("Translate") << QString(libspeech::Translate) << "translate"_s;
 }
 
 void SentencesTest::requestKeysAreSpeltAsTheServiceReadsThem()

@@ -1,4 +1,5 @@
 #include "Suite.h"
+#include "Text.h"
 
 #include <libtactora/Settings.h>
 
@@ -38,17 +39,16 @@ private:
 
 void SettingsTest::initTestCase()
 {
-    QCoreApplication::setOrganizationName(QStringLiteral("Tactora AB"));
-    QCoreApplication::setApplicationName(QStringLiteral("network-manager"));
+    QCoreApplication::setOrganizationName("Tactora AB"_s);
+    QCoreApplication::setApplicationName("network-manager"_s);
 }
 
 void SettingsTest::init()
 {
     m_directory = std::make_unique<QTemporaryDir>();
-    qputenv("HOME", QFile::encodeName(path(QStringLiteral("home"))));
-    qputenv("XDG_CONFIG_HOME", QFile::encodeName(path(QStringLiteral("home/.config"))));
-    qputenv("XDG_CONFIG_DIRS", QFile::encodeName(path(QStringLiteral("first")) + QLatin1Char(':') +
-                                                 path(QStringLiteral("second"))));
+    qputenv("HOME", QFile::encodeName(path("home"_s)));
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(path("home/.config"_s)));
+    qputenv("XDG_CONFIG_DIRS", QFile::encodeName(path("first"_s) + QLatin1Char(':') + path("second"_s)));
     libtactora::Settings::init();
 }
 
@@ -62,67 +62,67 @@ void SettingsTest::write(const QString &relative, const QByteArray &content) con
 
 void SettingsTest::defaultSettingsAreTheSystemScopesFile()
 {
-    const QSettings systemScope(QSettings::NativeFormat, QSettings::SystemScope, QStringLiteral("Tactora AB"),
-                                QStringLiteral("network-manager"));
+    const QSettings systemScope(QSettings::NativeFormat, QSettings::SystemScope, "Tactora AB"_s,
+                                "network-manager"_s);
     QCOMPARE(QSettings().fileName(), systemScope.fileName());
-    QCOMPARE(QSettings().fileName(), path(QStringLiteral("first/Tactora AB/network-manager.conf")));
+    QCOMPARE(QSettings().fileName(), path("first/Tactora AB/network-manager.conf"_s));
 }
 
 void SettingsTest::defaultSettingsAreWrittenAsIni()
 {
     QSettings settings;
-    settings.setValue(QStringLiteral("wifi/region"), QStringLiteral("SE"));
+    settings.setValue("wifi/region"_s, "SE"_s);
     settings.sync();
     QCOMPARE(settings.status(), QSettings::NoError);
-    QFile file(path(QStringLiteral("first/Tactora AB/network-manager.conf")));
+    QFile file(path("first/Tactora AB/network-manager.conf"_s));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("[wifi]\nregion=SE\n"));
 }
 
 void SettingsTest::deviceFileIsRead()
 {
-    write(QStringLiteral("first/Tactora AB/network-manager.conf"), "[wifi]\nregion=SE\n");
-    QCOMPARE(QSettings().value(QStringLiteral("wifi/region")).toString(), QStringLiteral("SE"));
+    write("first/Tactora AB/network-manager.conf"_s, "[wifi]\nregion=SE\n");
+    QCOMPARE(QSettings().value("wifi/region"_s).toString(), "SE"_s);
 }
 
 void SettingsTest::organisationsFileFillsTheGaps()
 {
-    write(QStringLiteral("first/Tactora AB.conf"), "[wifi]\nregion=SE\n");
-    QCOMPARE(QSettings().value(QStringLiteral("wifi/region")).toString(), QStringLiteral("SE"));
+    write("first/Tactora AB.conf"_s, "[wifi]\nregion=SE\n");
+    QCOMPARE(QSettings().value("wifi/region"_s).toString(), "SE"_s);
 }
 
 void SettingsTest::usersFilesAreNotRead()
 {
-    write(QStringLiteral("home/.config/Tactora AB/network-manager.conf"), "[wifi]\nregion=SE\n");
-    QVERIFY(!QSettings().contains(QStringLiteral("wifi/region")));
+    write("home/.config/Tactora AB/network-manager.conf"_s, "[wifi]\nregion=SE\n");
+    QVERIFY(!QSettings().contains("wifi/region"_s));
 }
 
 void SettingsTest::firstSystemDirectoryIsTheOneWrittenTo()
 {
-    write(QStringLiteral("second/Tactora AB/network-manager.conf"), "[wifi]\nregion=SE\n");
+    write("second/Tactora AB/network-manager.conf"_s, "[wifi]\nregion=SE\n");
     {
         QSettings settings;
-        settings.setValue(QStringLiteral("wifi/region"), QStringLiteral("DE"));
+        settings.setValue("wifi/region"_s, "DE"_s);
     }
-    QVERIFY(QFile::exists(path(QStringLiteral("first/Tactora AB/network-manager.conf"))));
-    QFile second(path(QStringLiteral("second/Tactora AB/network-manager.conf")));
+    QVERIFY(QFile::exists(path("first/Tactora AB/network-manager.conf"_s)));
+    QFile second(path("second/Tactora AB/network-manager.conf"_s));
     QVERIFY(second.open(QIODevice::ReadOnly));
     QCOMPARE(second.readAll(), QByteArray("[wifi]\nregion=SE\n"));
 }
 
 void SettingsTest::laterSystemDirectoryIsReadToo()
 {
-    write(QStringLiteral("second/Tactora AB/network-manager.conf"), "[wifi]\nregion=SE\n");
-    QCOMPARE(QSettings().value(QStringLiteral("wifi/region")).toString(), QStringLiteral("SE"));
+    write("second/Tactora AB/network-manager.conf"_s, "[wifi]\nregion=SE\n");
+    QCOMPARE(QSettings().value("wifi/region"_s).toString(), "SE"_s);
 }
 
 void SettingsTest::bothScopesAreOneStore()
 {
     QSettings byDefault;
-    const QSettings systemScope(QSettings::NativeFormat, QSettings::SystemScope, QStringLiteral("Tactora AB"),
-                                QStringLiteral("network-manager"));
-    byDefault.setValue(QStringLiteral("wifi/region"), QStringLiteral("SE"));
-    QCOMPARE(systemScope.value(QStringLiteral("wifi/region")).toString(), QStringLiteral("SE"));
+    const QSettings systemScope(QSettings::NativeFormat, QSettings::SystemScope, "Tactora AB"_s,
+                                "network-manager"_s);
+    byDefault.setValue("wifi/region"_s, "SE"_s);
+    QCOMPARE(systemScope.value("wifi/region"_s).toString(), "SE"_s);
 }
 
 // Only the name is looked at: the file is the machine's.
@@ -130,7 +130,7 @@ void SettingsTest::withoutAnEnvironmentTheFileIsTheDevices()
 {
     qunsetenv("XDG_CONFIG_DIRS");
     libtactora::Settings::init();
-    QCOMPARE(QSettings().fileName(), QStringLiteral("/etc/xdg/Tactora AB/network-manager.conf"));
+    QCOMPARE(QSettings().fileName(), "/etc/xdg/Tactora AB/network-manager.conf"_s);
 }
 
 static const Suite<SettingsTest> suite;

@@ -2,6 +2,7 @@
 
 #include "BusCall.h"
 #include "Eventually.h"
+#include "Text.h"
 
 #include <QDBusArgument>
 #include <QDBusMessage>
@@ -9,11 +10,11 @@
 
 namespace {
 
-const QString connmanName = QStringLiteral("net.connman");
-const QString servicePath = QStringLiteral("/net/connman/service/");
-const QString serviceInterface = QStringLiteral("net.connman.Service");
-const QString wifiPath = QStringLiteral("/net/connman/technology/wifi");
-const QString technologyInterface = QStringLiteral("net.connman.Technology");
+const QString connmanName = "net.connman"_s;
+const QString servicePath = "/net/connman/service/"_s;
+const QString serviceInterface = "net.connman.Service"_s;
+const QString wifiPath = "/net/connman/technology/wifi"_s;
+const QString technologyInterface = "net.connman.Technology"_s;
 
 QDBusMessage ask(const QString &path, const QString &interface, const QString &method,
                  const QVariantList &arguments = {})
@@ -23,7 +24,7 @@ QDBusMessage ask(const QString &path, const QString &interface, const QString &m
 
 QVariantMap propertiesOf(const QString &path, const QString &interface)
 {
-    const QDBusMessage reply = ask(path, interface, QStringLiteral("GetProperties"));
+    const QDBusMessage reply = ask(path, interface, "GetProperties"_s);
     return plain(reply.arguments().value(0)).toMap();
 }
 
@@ -42,8 +43,7 @@ bool Connman::stopAndWait()
 
 QMap<QString, QVariantMap> Connman::services() const
 {
-    const QDBusMessage reply =
-        ask(QStringLiteral("/"), QStringLiteral("net.connman.Manager"), QStringLiteral("GetServices"));
+    const QDBusMessage reply = ask("/"_s, "net.connman.Manager"_s, "GetServices"_s);
     QMap<QString, QVariantMap> services;
     const QVariantList entries = plain(reply.arguments().value(0)).toList();
     for (const QVariant &entry : entries) {
@@ -61,17 +61,17 @@ QVariantMap Connman::service(const QString &identifier) const
 
 QString Connman::state(const QString &identifier) const
 {
-    return service(identifier).value(QStringLiteral("State")).toString();
+    return service(identifier).value("State"_s).toString();
 }
 
 QString Connman::ipv4(const QString &identifier, const QString &key) const
 {
-    return service(identifier).value(QStringLiteral("IPv4")).toMap().value(key).toString();
+    return service(identifier).value("IPv4"_s).toMap().value(key).toString();
 }
 
 bool Connman::isFavorite(const QString &identifier) const
 {
-    return service(identifier).value(QStringLiteral("Favorite")).toBool();
+    return service(identifier).value("Favorite"_s).toBool();
 }
 
 QStringList Connman::favorites() const
@@ -79,8 +79,7 @@ QStringList Connman::favorites() const
     QStringList favorites;
     const auto all = services();
     for (auto service = all.begin(); service != all.end(); ++service) {
-        if (service->value(QStringLiteral("Favorite")).toBool() &&
-            service->value(QStringLiteral("Type")) == QStringLiteral("wifi")) {
+        if (service->value("Favorite"_s).toBool() && service->value("Type"_s) == "wifi"_s) {
             favorites.append(service.key());
         }
     }
@@ -93,8 +92,7 @@ QString Connman::find(const QString &name, const QString &security) const
     eventually([&] {
         const auto all = services();
         for (auto service = all.begin(); service != all.end(); ++service) {
-            if (service->value(QStringLiteral("Name")).toString() == name &&
-                service.key().endsWith(security)) {
+            if (service->value("Name"_s).toString() == name && service.key().endsWith(security)) {
                 found = service.key();
             }
         }
@@ -110,16 +108,16 @@ bool Connman::isListed(const QString &identifier) const
 
 bool Connman::isWifiPowered() const
 {
-    return propertiesOf(wifiPath, technologyInterface).value(QStringLiteral("Powered")).toBool();
+    return propertiesOf(wifiPath, technologyInterface).value("Powered"_s).toBool();
 }
 
 bool Connman::setWifiPowered(bool on) const
 {
-    const QVariantList powered{QStringLiteral("Powered"), QVariant::fromValue(QDBusVariant(on))};
+    const QVariantList powered{"Powered"_s, QVariant::fromValue(QDBusVariant(on))};
     return eventually([&] {
         if (isWifiPowered() != on) {
             // Asked again: it refuses while it is still at an older request.
-            ask(wifiPath, technologyInterface, QStringLiteral("SetProperty"), powered);
+            ask(wifiPath, technologyInterface, "SetProperty"_s, powered);
         }
         return isWifiPowered() == on;
     });
@@ -127,7 +125,7 @@ bool Connman::setWifiPowered(bool on) const
 
 bool Connman::setProperty(const QString &identifier, const QString &name, const QVariant &value) const
 {
-    const QDBusMessage reply = ask(servicePath + identifier, serviceInterface, QStringLiteral("SetProperty"),
+    const QDBusMessage reply = ask(servicePath + identifier, serviceInterface, "SetProperty"_s,
                                    {name, QVariant::fromValue(QDBusVariant(value))});
     return reply.type() == QDBusMessage::ReplyMessage;
 }

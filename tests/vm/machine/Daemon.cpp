@@ -3,14 +3,15 @@
 #include "BusCall.h"
 #include "Connman.h"
 #include "Eventually.h"
+#include "Text.h"
 
 #include <QDBusConnection>
 #include <QDebug>
 
 namespace {
 
-const QString daemonName = QStringLiteral("com.tactora.NetworkManager");
-const QString daemonPath = QStringLiteral("/");
+const QString daemonName = "com.tactora.NetworkManager"_s;
+const QString daemonPath = "/"_s;
 
 /// Longer than any one operation of the daemon may block (a Connect is given up after 120 s).
 constexpr int callTimeoutMs = 180000;
@@ -20,13 +21,9 @@ constexpr int callTimeoutMs = 180000;
 Daemon::Daemon(const QString &keyboardDevice)
     : m_program(makeDaemon(keyboardDevice))
 {
-    const QStringList names{QStringLiteral("error"),
-                            QStringLiteral("powerChanged"),
-                            QStringLiteral("regionChanged"),
-                            QStringLiteral("networkRegistered"),
-                            QStringLiteral("networkForgot"),
-                            QStringLiteral("networkConnected"),
-                            QStringLiteral("networkDisconnected")};
+    const QStringList names{
+        "error"_s,         "powerChanged"_s,     "regionChanged"_s,      "networkRegistered"_s,
+        "networkForgot"_s, "networkConnected"_s, "networkDisconnected"_s};
     for (const QString &name : names) {
         QDBusConnection::systemBus().connect({}, daemonPath, daemonName, name, this,
                                              SLOT(record(QDBusMessage)));
@@ -68,5 +65,5 @@ void Daemon::record(const QDBusMessage &signal)
     for (const QVariant &value : values) {
         arguments.append(value.toString());
     }
-    m_received.append(QStringLiteral("%1(%2)").arg(signal.member(), arguments.join(QStringLiteral(", "))));
+    m_received.append("%1(%2)"_s.arg(signal.member(), arguments.join(", "_s)));
 }

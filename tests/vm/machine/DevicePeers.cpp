@@ -1,4 +1,5 @@
 #include "DevicePeers.h"
+#include "Text.h"
 
 namespace {
 
@@ -8,14 +9,13 @@ constexpr int networkManagerSentences = 4;
 
 void DevicePeers::remember(const QVariantMap &request)
 {
-    if (request.value(QStringLiteral("serviceId")).toInt() != networkManagerSentences) {
-        m_spoken.append(QStringLiteral("not a sentence of the network manager"));
+    if (request.value("serviceId"_s).toInt() != networkManagerSentences) {
+        m_spoken.append("not a sentence of the network manager"_s);
         return;
     }
-    QString sentence = request.value(QStringLiteral("sentenceId")).toString();
-    if (request.contains(QStringLiteral("arguments"))) {
-        sentence += QStringLiteral(": ") +
-                    request.value(QStringLiteral("arguments")).toStringList().join(QLatin1Char(' '));
+    QString sentence = request.value("sentenceId"_s).toString();
+    if (request.contains("arguments"_s)) {
+        sentence += ": "_s + request.value("arguments"_s).toStringList().join(QLatin1Char(' '));
     }
     m_spoken.append(sentence);
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Text.h"
+
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
@@ -12,7 +14,7 @@ class DevicePeers : public QObject
 public:
     static constexpr int serialNumber = 4711;
     /// What the daemon makes of it: 4711 + 200000 is 31fa7 in hexadecimal.
-    static QString addressOfSerialNumber() { return QStringLiteral("02:a7:c4:03:1f:a7"); }
+    static QString addressOfSerialNumber() { return "02:a7:c4:03:1f:a7"_s; }
 
     /// Puts both on the system bus.
     bool appear();

@@ -2,6 +2,7 @@
 
 #include "Device.h"
 #include "Eventually.h"
+#include "Text.h"
 
 #include <QDir>
 #include <QFile>
@@ -13,18 +14,18 @@ namespace {
 /// A region without any channel above 2.4 GHz, so that a scan takes half a second instead of ten.
 const QByteArray regionStore = "[wifi]\nregion=YE\n";
 /// On a very busy machine the command does not end in time.
-const QString regionIsSet = QStringLiteral("The region has been set successfully.");
-const QString regionIsNotSet = QStringLiteral("Failed to set the region.");
+const QString regionIsSet = "The region has been set successfully."_s;
+const QString regionIsNotSet = "Failed to set the region."_s;
 
 QString settingsFile(const QString &name)
 {
-    return Device::file(QStringLiteral("/etc/xdg/Tactora AB/") + name);
+    return Device::file("/etc/xdg/Tactora AB/"_s + name);
 }
 
 bool storeRegion()
 {
-    QFile file(settingsFile(QStringLiteral("region.conf")));
-    return QFileInfo(file).dir().mkpath(QStringLiteral(".")) && file.open(QIODevice::WriteOnly) &&
+    QFile file(settingsFile("region.conf"_s));
+    return QFileInfo(file).dir().mkpath("."_s) && file.open(QIODevice::WriteOnly) &&
            file.write(regionStore) == regionStore.size();
 }
 
@@ -99,7 +100,7 @@ bool World::waitUntilStarted(int regionCommands)
     });
     // The power cycle that follows blocks the daemon: it answers when that is over. A ConnMan that is stopped
     // in the middle of it keeps Wi-Fi off.
-    return regionIsDecided && m_daemon->call(QStringLiteral("getWifiRegion")).isValid();
+    return regionIsDecided && m_daemon->call("getWifiRegion"_s).isValid();
 }
 
 /// Through the daemon, because it keeps the preferred network in memory and on disk.
@@ -107,7 +108,7 @@ bool World::forgetNetworks()
 {
     const QStringList favorites = m_connman.favorites();
     for (const QString &identifier : favorites) {
-        m_daemon->call(QStringLiteral("forgetWifi"), {identifier});
+        m_daemon->call("forgetWifi"_s, {identifier});
     }
     return preferredNetwork().isEmpty() && m_connman.favorites().isEmpty();
 }
@@ -116,10 +117,9 @@ bool World::settle()
 {
     // Switched on through ConnMan: the daemon would expect to rejoin its preferred network and say so when
     // any is joined.
-    const bool ready = m_connman.setWifiPowered(true) &&
-                       !m_connman.find(QStringLiteral("Atelier"), QStringLiteral("psk")).isEmpty() &&
+    const bool ready = m_connman.setWifiPowered(true) && !m_connman.find("Atelier"_s, "psk"_s).isEmpty() &&
                        eventually([] { return Kernel::joinedNetwork().isEmpty(); }) &&
-                       eventually([] { return ledState(QStringLiteral("led8")) == QStringLiteral("off"); });
+                       eventually([] { return ledState("led8"_s) == "off"_s; });
     m_daemon->forgetSignals();
     m_peers.forgetSentences();
     m_daemon->markLog();
@@ -129,6 +129,6 @@ bool World::settle()
 
 QString World::preferredNetwork()
 {
-    const QSettings store(settingsFile(QStringLiteral("main.conf")), QSettings::IniFormat);
-    return store.value(QStringLiteral("wifi/prefered")).toString();
+    const QSettings store(settingsFile("main.conf"_s), QSettings::IniFormat);
+    return store.value("wifi/prefered"_s).toString();
 }

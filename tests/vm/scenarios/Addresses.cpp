@@ -1,15 +1,16 @@
 #include "Eventually.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <algorithm>
 #include <QTest>
 
 namespace {
 
-const QString wlan = QStringLiteral("wlan0");
-const QString fixedAddress = QStringLiteral("10.11.1.200");
-const QString netmask = QStringLiteral("255.255.255.0");
-const QString gateway = QStringLiteral("10.11.1.1");
+const QString wlan = "wlan0"_s;
+const QString fixedAddress = "10.11.1.200"_s;
+const QString netmask = "255.255.255.0"_s;
+const QString gateway = "10.11.1.1"_s;
 
 bool eventuallyHas(const QString &address)
 {
@@ -19,9 +20,8 @@ bool eventuallyHas(const QString &address)
 bool hasIpv6()
 {
     const QStringList addresses = Kernel::addresses(wlan);
-    return std::any_of(addresses.begin(), addresses.end(), [](const QString &address) {
-        return address.startsWith(QStringLiteral("fd00:11:1:"));
-    });
+    return std::any_of(addresses.begin(), addresses.end(),
+                       [](const QString &address) { return address.startsWith("fd00:11:1:"_s); });
 }
 
 } // namespace
@@ -31,26 +31,24 @@ void Scenarios::staticAddressIsUsedOnTheAir()
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
 
-    QVERIFY(does(QStringLiteral("configure"),
-                 {identifier, QStringLiteral("manual"), fixedAddress, netmask, gateway}));
+    QVERIFY(does("configure"_s, {identifier, "manual"_s, fixedAddress, netmask, gateway}));
 
     QVERIFY(eventuallyHas(fixedAddress));
     QVERIFY(eventually([&] { return air().reaches(fixedAddress); }));
-    QCOMPARE(connman().ipv4(identifier, QStringLiteral("Method")), QStringLiteral("manual"));
-    QCOMPARE(daemon().call(QStringLiteral("getAddress"), {identifier}).toString(), fixedAddress);
-    QCOMPARE(daemon().call(QStringLiteral("getGateway"), {identifier}).toString(), gateway);
+    QCOMPARE(connman().ipv4(identifier, "Method"_s), "manual"_s);
+    QCOMPARE(daemon().call("getAddress"_s, {identifier}).toString(), fixedAddress);
+    QCOMPARE(daemon().call("getGateway"_s, {identifier}).toString(), gateway);
 }
 
 void Scenarios::automaticAddressComesBack()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    const QString leased = connman().ipv4(identifier, QStringLiteral("Address"));
-    QVERIFY(does(QStringLiteral("configure"),
-                 {identifier, QStringLiteral("manual"), fixedAddress, netmask, gateway}));
+    const QString leased = connman().ipv4(identifier, "Address"_s);
+    QVERIFY(does("configure"_s, {identifier, "manual"_s, fixedAddress, netmask, gateway}));
     QVERIFY(eventuallyHas(fixedAddress));
 
-    QVERIFY(does(QStringLiteral("configure"), {identifier, QStringLiteral("dhcp")}));
+    QVERIFY(does("configure"_s, {identifier, "dhcp"_s}));
 
     QVERIFY(eventuallyHas(leased));
     QVERIFY(!Kernel::addresses(wlan).contains(fixedAddress));
@@ -61,10 +59,10 @@ void Scenarios::addressIsRemovedWhenIpv4IsOff()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    const QString leased = connman().ipv4(identifier, QStringLiteral("Address"));
+    const QString leased = connman().ipv4(identifier, "Address"_s);
     QVERIFY(eventuallyHas(leased));
 
-    QVERIFY(does(QStringLiteral("configure"), {identifier, QStringLiteral("off")}));
+    QVERIFY(does("configure"_s, {identifier, "off"_s}));
 
     QVERIFY(eventually([&] { return !Kernel::addresses(wlan).contains(leased); }));
 }
@@ -73,17 +71,16 @@ void Scenarios::nameServersReachConnman()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    const QStringList servers{QStringLiteral("10.11.1.53"), QStringLiteral("10.11.1.54")};
-    const QString configured = QStringLiteral("Nameservers.Configuration");
+    const QStringList servers{"10.11.1.53"_s, "10.11.1.54"_s};
+    const QString configured = "Nameservers.Configuration"_s;
 
-    QVERIFY(does(QStringLiteral("setNameservers"), {identifier, servers}));
+    QVERIFY(does("setNameservers"_s, {identifier, servers}));
 
     QCOMPARE(connman().service(identifier).value(configured).toStringList(), servers);
-    QVERIFY(eventually([&] {
-        return daemon().call(QStringLiteral("getNameservers"), {identifier}).toStringList() == servers;
-    }));
+    QVERIFY(eventually(
+        [&] { return daemon().call("getNameservers"_s, {identifier}).toStringList() == servers; }));
 
-    QVERIFY(does(QStringLiteral("setNameservers"), {identifier, QStringList()}));
+    QVERIFY(does("setNameservers"_s, {identifier, QStringList()}));
     QCOMPARE(connman().service(identifier).value(configured).toStringList(), QStringList());
 }
 
@@ -93,26 +90,24 @@ void Scenarios::ipv6CanBeSwitchedOffAndOn()
     QVERIFY(!identifier.isEmpty());
     QVERIFY(eventually(hasIpv6));
 
-    QVERIFY(does(QStringLiteral("configureIPv6"), {identifier, QStringLiteral("off")}));
+    QVERIFY(does("configureIPv6"_s, {identifier, "off"_s}));
     QVERIFY(eventually([] { return !hasIpv6(); }));
 
-    QVERIFY(does(QStringLiteral("configureIPv6"), {identifier, QStringLiteral("auto")}));
+    QVERIFY(does("configureIPv6"_s, {identifier, "auto"_s}));
     QVERIFY(eventually(hasIpv6));
 }
 
 void Scenarios::invalidAddressesAreRefused()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
+    const QString identifier = network("Atelier"_s);
 
-    QVERIFY(!does(QStringLiteral("configure"),
-                  {identifier, QStringLiteral("manual"), fixedAddress, QStringLiteral("wide"), gateway}));
-    QVERIFY(!does(QStringLiteral("configure"), {identifier, QStringLiteral("DHCP")}));
-    QVERIFY(!does(QStringLiteral("configureIPv6"), {identifier, QStringLiteral("manual")}));
-    QVERIFY(!does(QStringLiteral("setNameservers"), {identifier, QStringList{QStringLiteral("here")}}));
+    QVERIFY(!does("configure"_s, {identifier, "manual"_s, fixedAddress, "wide"_s, gateway}));
+    QVERIFY(!does("configure"_s, {identifier, "DHCP"_s}));
+    QVERIFY(!does("configureIPv6"_s, {identifier, "manual"_s}));
+    QVERIFY(!does("setNameservers"_s, {identifier, QStringList{"here"_s}}));
 
-    const QStringList told{QStringLiteral("error(Invalid parameter, netmask: 'wide')"),
-                           QStringLiteral("error(Invalid parameter, method: 'DHCP')"),
-                           QStringLiteral("error(Invalid parameter, method: 'manual)"),
-                           QStringLiteral("error(Invalid parameter, nameserver: 'here')")};
+    const QStringList told{
+        "error(Invalid parameter, netmask: 'wide')"_s, "error(Invalid parameter, method: 'DHCP')"_s,
+        "error(Invalid parameter, method: 'manual)"_s, "error(Invalid parameter, nameserver: 'here')"_s};
     QTRY_COMPARE(daemon().received(), told);
 }

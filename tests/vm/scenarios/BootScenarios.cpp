@@ -5,14 +5,15 @@
 #include "Explanations.h"
 #include "Scenarios.h"
 #include "Systemd.h"
+#include "Text.h"
 
 #include <QFile>
 #include <QTest>
 
 namespace {
 
-const QString daemonUnit = QStringLiteral("network-manager.service");
-const QString hostName = QStringLiteral("printer-7");
+const QString daemonUnit = "network-manager.service"_s;
+const QString hostName = "printer-7"_s;
 
 QString contentOf(const QString &path)
 {
@@ -23,7 +24,7 @@ QString contentOf(const QString &path)
 /// Has the machine, once it is off, started again.
 bool askForAnotherBoot()
 {
-    return QFile(QStringLiteral("/run/results/again")).open(QIODevice::WriteOnly);
+    return QFile("/run/results/again"_s).open(QIODevice::WriteOnly);
 }
 
 double secondsUntil(const QString &stage)
@@ -33,8 +34,7 @@ double secondsUntil(const QString &stage)
 
 QStringList criticalLines()
 {
-    return Systemd::journal(daemonUnit, 0, QStringLiteral("emerg..err"))
-        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return Systemd::journal(daemonUnit, 0, "emerg..err"_s).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
 } // namespace
@@ -52,9 +52,9 @@ bool BootScenarios::prepareWorld()
 
 bool BootScenarios::registerForLater()
 {
-    const QString identifier = m_world.connman().find(QStringLiteral("Atelier"), QStringLiteral("psk"));
-    return m_world.daemon().call(QStringLiteral("registerWifi"), {identifier, Secret::atelier}).toBool() &&
-           m_world.daemon().call(QStringLiteral("setHostName"), {hostName}).toBool();
+    const QString identifier = m_world.connman().find("Atelier"_s, "psk"_s);
+    return m_world.daemon().call("registerWifi"_s, {identifier, Secret::atelier}).toBool() &&
+           m_world.daemon().call("setHostName"_s, {hostName}).toBool();
 }
 
 /// ConnMan stores a network under an identifier with the card's address in it: after power-on that is the
@@ -67,34 +67,30 @@ void BootScenarios::registeredNetworkIsJoinedAgainAfterAReboot()
         QVERIFY(askForAnotherBoot());
         return;
     }
-    QCOMPARE(outputOf(QStringLiteral("systemctl"), {QStringLiteral("is-system-running")}).trimmed(),
-             QStringLiteral("running"));
+    QCOMPARE(outputOf("systemctl"_s, {"is-system-running"_s}).trimmed(), "running"_s);
     qInfo("power-on to the bus name %.1f s, of them %.1f s of the daemon's own",
-          secondsUntil(QStringLiteral("ActiveEnterTimestampMonotonic")),
-          secondsUntil(QStringLiteral("ActiveEnterTimestampMonotonic")) -
-              secondsUntil(QStringLiteral("ExecMainStartTimestampMonotonic")));
-    QVERIFY(eventually([] { return Kernel::joinedNetwork() == QStringLiteral("Atelier"); }));
-    QVERIFY(eventually([] { return ledState(QStringLiteral("led8")) == QStringLiteral("on"); }));
-    QCOMPARE(contentOf(QStringLiteral("/proc/sys/kernel/hostname")).trimmed(), hostName);
+          secondsUntil("ActiveEnterTimestampMonotonic"_s),
+          secondsUntil("ActiveEnterTimestampMonotonic"_s) -
+              secondsUntil("ExecMainStartTimestampMonotonic"_s));
+    QVERIFY(eventually([] { return Kernel::joinedNetwork() == "Atelier"_s; }));
+    QVERIFY(eventually([] { return ledState("led8"_s) == "on"_s; }));
+    QCOMPARE(contentOf("/proc/sys/kernel/hostname"_s).trimmed(), hostName);
     QCOMPARE(unexplained(criticalLines()), QStringList());
 }
 
 /// Everything else on the bus ends with it, these scenarios' own process too, if it were there.
 void BootScenarios::lostBusBringsTheDaemonBack()
 {
-    const auto process = [] { return Systemd::property(daemonUnit, QStringLiteral("MainPID")); };
+    const auto process = [] { return Systemd::property(daemonUnit, "MainPID"_s); };
     const QString before = process();
 
-    QVERIFY(Systemd::control(
-        {QStringLiteral("kill"), QStringLiteral("--signal=KILL"), QStringLiteral("dbus.service")}));
+    QVERIFY(Systemd::control({"kill"_s, "--signal=KILL"_s, "dbus.service"_s}));
 
-    QVERIFY(eventually([&] { return process() != before && process() != QStringLiteral("0"); }));
+    QVERIFY(eventually([&] { return process() != before && process() != "0"_s; }));
     QVERIFY(eventually([] {
-        return !outputOf(QStringLiteral("busctl"),
-                         {QStringLiteral("call"), QStringLiteral("com.tactora.NetworkManager"),
-                          QStringLiteral("/"), QStringLiteral("com.tactora.NetworkManager"),
-                          QStringLiteral("getHostName")})
+        return !outputOf("busctl"_s, {"call"_s, "com.tactora.NetworkManager"_s, "/"_s,
+                                      "com.tactora.NetworkManager"_s, "getHostName"_s})
                     .isEmpty();
     }));
-    QVERIFY(criticalLines().contains(QStringLiteral("default: Connection to system-bus lost.")));
+    QVERIFY(criticalLines().contains("default: Connection to system-bus lost."_s));
 }

@@ -1,5 +1,6 @@
 #include "Eventually.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -7,40 +8,39 @@ void Scenarios::connectKnownNetworkAsksForNothing()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    const QString cafe = network(QStringLiteral("Cafe"), QStringLiteral("none"));
-    QVERIFY(does(QStringLiteral("connect"), {cafe}));
+    const QString cafe = network("Cafe"_s, "none"_s);
+    QVERIFY(does("connect"_s, {cafe}));
     QVERIFY(isJoined(cafe));
     daemon().forgetSignals();
     peers().forgetSentences();
 
-    QVERIFY(does(QStringLiteral("connect"), {identifier}));
+    QVERIFY(does("connect"_s, {identifier}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkConnected(%1)").arg(identifier)});
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("6")});
+    QTRY_COMPARE(daemon().received(), QStringList{"networkConnected(%1)"_s.arg(identifier)});
+    QTRY_COMPARE(peers().spoken(), QStringList{"6"_s});
     QVERIFY(isJoined(identifier));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Atelier"));
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Atelier"));
+    QCOMPARE(Kernel::joinedNetwork(), "Atelier"_s);
+    QCOMPARE(World::preferredNetwork(), "Atelier"_s);
 }
 
 void Scenarios::connectUnknownNetworkIsRefused()
 {
-    const QString unknown = QStringLiteral("wifi_020000000000_4e6f6e65_managed_psk");
+    const QString unknown = "wifi_020000000000_4e6f6e65_managed_psk"_s;
 
-    QVERIFY(!does(QStringLiteral("connect"), {unknown}));
+    QVERIFY(!does("connect"_s, {unknown}));
 
-    QTRY_COMPARE(daemon().received(),
-                 QStringList{QStringLiteral("error(Unknown network: '%1')").arg(unknown)});
+    QTRY_COMPARE(daemon().received(), QStringList{"error(Unknown network: '%1')"_s.arg(unknown)});
 }
 
 void Scenarios::connectNetworkThatNeedsAPassphraseFails()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
+    const QString identifier = network("Atelier"_s);
 
-    QVERIFY(!does(QStringLiteral("connect"), {identifier}));
+    QVERIFY(!does("connect"_s, {identifier}));
 
     QTRY_COMPARE(daemon().received(),
-                 QStringList{QStringLiteral("error(Unable to connect network '%1'.)").arg(identifier)});
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("5")});
+                 QStringList{"error(Unable to connect network '%1'.)"_s.arg(identifier)});
+    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
     QCOMPARE(Kernel::joinedNetwork(), QString());
 }
 
@@ -50,9 +50,9 @@ void Scenarios::disconnectLeavesTheNetworkAndThePreference()
     QVERIFY(!identifier.isEmpty());
     daemon().forgetSignals();
 
-    QVERIFY(does(QStringLiteral("disconnect"), {identifier}));
+    QVERIFY(does("disconnect"_s, {identifier}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkDisconnected(%1)").arg(identifier)});
+    QTRY_COMPARE(daemon().received(), QStringList{"networkDisconnected(%1)"_s.arg(identifier)});
     QVERIFY(eventually([] { return Kernel::joinedNetwork().isEmpty(); }));
     QCOMPARE(World::preferredNetwork(), QString());
     QVERIFY(connman().isFavorite(identifier));
@@ -60,12 +60,11 @@ void Scenarios::disconnectLeavesTheNetworkAndThePreference()
 
 void Scenarios::disconnectUnknownNetworkIsRefused()
 {
-    const QString unknown = QStringLiteral("wifi_020000000000_4e6f6e65_managed_psk");
+    const QString unknown = "wifi_020000000000_4e6f6e65_managed_psk"_s;
 
-    QVERIFY(!does(QStringLiteral("disconnect"), {unknown}));
+    QVERIFY(!does("disconnect"_s, {unknown}));
 
-    QTRY_COMPARE(daemon().received(),
-                 QStringList{QStringLiteral("error(Unknown network: '%1')").arg(unknown)});
+    QTRY_COMPARE(daemon().received(), QStringList{"error(Unknown network: '%1')"_s.arg(unknown)});
 }
 
 void Scenarios::forgetDropsTheStoredCredentials()
@@ -75,26 +74,25 @@ void Scenarios::forgetDropsTheStoredCredentials()
     QVERIFY(Connman::hasStored(identifier, Secret::atelier));
     daemon().forgetSignals();
 
-    QVERIFY(does(QStringLiteral("forgetWifi"), {identifier}));
+    QVERIFY(does("forgetWifi"_s, {identifier}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkForgot(%1)").arg(identifier)});
+    QTRY_COMPARE(daemon().received(), QStringList{"networkForgot(%1)"_s.arg(identifier)});
     QVERIFY(!Connman::hasStored(identifier, Secret::atelier));
     QVERIFY(eventually([] { return Kernel::joinedNetwork().isEmpty(); }));
     QCOMPARE(World::preferredNetwork(), QString());
     QVERIFY(!connman().isFavorite(identifier));
-    QVERIFY(!does(QStringLiteral("connect"), {identifier}));
+    QVERIFY(!does("connect"_s, {identifier}));
 }
 
 void Scenarios::emptyNamesAreRefused()
 {
-    QVERIFY(!does(QStringLiteral("connect"), {QString()}));
-    QVERIFY(!does(QStringLiteral("disconnect"), {QString()}));
-    QVERIFY(!does(QStringLiteral("forgetWifi"), {QString()}));
-    QVERIFY(!does(QStringLiteral("registerWifi"), {QString(), QString()}));
+    QVERIFY(!does("connect"_s, {QString()}));
+    QVERIFY(!does("disconnect"_s, {QString()}));
+    QVERIFY(!does("forgetWifi"_s, {QString()}));
+    QVERIFY(!does("registerWifi"_s, {QString(), QString()}));
 
-    const QStringList told{QStringLiteral("error(Can't connect with an empty network-name.)"),
-                           QStringLiteral("error(Invalid parameter, network: '')"),
-                           QStringLiteral("error(Invalid parameter, ssid: '')"),
-                           QStringLiteral("error(Invalid parameter, ssid: '')")};
+    const QStringList told{"error(Can't connect with an empty network-name.)"_s,
+                           "error(Invalid parameter, network: '')"_s, "error(Invalid parameter, ssid: '')"_s,
+                           "error(Invalid parameter, ssid: '')"_s};
     QTRY_COMPARE(daemon().received(), told);
 }

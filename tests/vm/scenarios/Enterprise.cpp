@@ -1,77 +1,76 @@
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QFile>
 #include <QTest>
 
 namespace {
 
-const QString peap = QStringLiteral("peap");
-const QString ttls = QStringLiteral("ttls");
+const QString peap = "peap"_s;
+const QString ttls = "ttls"_s;
 
 } // namespace
 
 void Scenarios::registerEnterpriseWithPeap()
 {
-    const QString identifier = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    const QString identifier = network("Office"_s, "ieee8021x"_s);
 
-    QVERIFY(does(QStringLiteral("registerWiFiWpa2Enterprise"),
-                 {Secret::officeUser, identifier, Secret::officePassword, peap, QStringLiteral("MSCHAPV2")}));
+    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
+                 {Secret::officeUser, identifier, Secret::officePassword, peap, "MSCHAPV2"_s}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkRegistered(%1)").arg(identifier)});
+    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
     QVERIFY(isJoined(identifier));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Office"));
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Office"));
+    QCOMPARE(Kernel::joinedNetwork(), "Office"_s);
+    QCOMPARE(World::preferredNetwork(), "Office"_s);
     QVERIFY(QFile::exists(provisioningFile(identifier)));
-    QVERIFY(air().reaches(connman().ipv4(identifier, QStringLiteral("Address"))));
+    QVERIFY(air().reaches(connman().ipv4(identifier, "Address"_s)));
 }
 
 void Scenarios::registerEnterpriseWithTtls()
 {
-    const QString identifier = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    const QString identifier = network("Office"_s, "ieee8021x"_s);
 
-    QVERIFY(does(QStringLiteral("registerWiFiWpa2Enterprise"),
-                 {Secret::officeUser, identifier, Secret::officePassword, ttls, QStringLiteral("PAP")}));
+    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
+                 {Secret::officeUser, identifier, Secret::officePassword, ttls, "PAP"_s}));
 
     QVERIFY(isJoined(identifier));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Office"));
+    QCOMPARE(Kernel::joinedNetwork(), "Office"_s);
 }
 
 void Scenarios::registerEnterpriseWithWrongPasswordLeavesNoFile()
 {
-    const QString identifier = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    const QString identifier = network("Office"_s, "ieee8021x"_s);
 
-    QVERIFY(!does(
-        QStringLiteral("registerWiFiWpa2Enterprise"),
-        {Secret::officeUser, identifier, QStringLiteral("five dots"), peap, QStringLiteral("MSCHAPV2")}));
+    QVERIFY(!does("registerWiFiWpa2Enterprise"_s,
+                  {Secret::officeUser, identifier, "five dots"_s, peap, "MSCHAPV2"_s}));
 
     QVERIFY(!QFile::exists(provisioningFile(identifier)));
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("5")});
+    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
     QCOMPARE(Kernel::joinedNetwork(), QString());
     QCOMPARE(World::preferredNetwork(), QString());
 }
 
 void Scenarios::registerEnterpriseAfterAWrongPasswordStillSucceeds()
 {
-    const QString identifier = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
-    QVERIFY(!does(
-        QStringLiteral("registerWiFiWpa2Enterprise"),
-        {Secret::officeUser, identifier, QStringLiteral("five dots"), peap, QStringLiteral("MSCHAPV2")}));
+    const QString identifier = network("Office"_s, "ieee8021x"_s);
+    QVERIFY(!does("registerWiFiWpa2Enterprise"_s,
+                  {Secret::officeUser, identifier, "five dots"_s, peap, "MSCHAPV2"_s}));
 
-    QVERIFY(does(QStringLiteral("registerWiFiWpa2Enterprise"),
-                 {Secret::officeUser, identifier, Secret::officePassword, peap, QStringLiteral("MSCHAPV2")}));
+    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
+                 {Secret::officeUser, identifier, Secret::officePassword, peap, "MSCHAPV2"_s}));
 
     QVERIFY(isJoined(identifier));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Office"));
+    QCOMPARE(Kernel::joinedNetwork(), "Office"_s);
 }
 
 void Scenarios::forgetEnterpriseRemovesItsFile()
 {
-    const QString identifier = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
-    QVERIFY(does(QStringLiteral("registerWiFiWpa2Enterprise"),
-                 {Secret::officeUser, identifier, Secret::officePassword, peap, QStringLiteral("MSCHAPV2")}));
+    const QString identifier = network("Office"_s, "ieee8021x"_s);
+    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
+                 {Secret::officeUser, identifier, Secret::officePassword, peap, "MSCHAPV2"_s}));
     QVERIFY(QFile::exists(provisioningFile(identifier)));
 
-    does(QStringLiteral("forgetWifi"), {identifier});
+    does("forgetWifi"_s, {identifier});
 
     QVERIFY(!QFile::exists(provisioningFile(identifier)));
     QCOMPARE(World::preferredNetwork(), QString());

@@ -1,11 +1,12 @@
 #include "Eventually.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QTest>
 
 namespace {
 
-const QString ethernetLed = QStringLiteral("led10");
+const QString ethernetLed = "led10"_s;
 constexpr int announcementTimeoutMs = 120000;
 
 bool ethernetLedShows(const QString &state)
@@ -24,27 +25,26 @@ void Scenarios::leaseIsAnnounced()
 
     QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
 
-    const QString address = Kernel::addresses(QStringLiteral("eth0")).value(0);
-    QVERIFY(address.startsWith(QStringLiteral("10.20.0.")));
+    const QString address = Kernel::addresses("eth0"_s).value(0);
+    QVERIFY(address.startsWith("10.20.0."_s));
     const QString parts = QString(address).replace(QLatin1Char('.'), QLatin1Char(' '));
-    QCOMPARE(peers().spoken(), QStringList{QStringLiteral("0: ") + parts});
-    QVERIFY(ethernetLedShows(QStringLiteral("on")));
+    QCOMPARE(peers().spoken(), QStringList{"0: "_s + parts});
+    QVERIFY(ethernetLedShows("on"_s));
 }
 
 void Scenarios::configuredIpv6AddressIsAnnouncedWhenThereIsNoOther()
 {
     m_world.spoil();
     QVERIFY(lan().plugIn(Lan::Server::Nobody));
-    const QString identifier = connman().find(QStringLiteral("Wired"), QStringLiteral("cable"));
-    QVERIFY(
-        connman().setProperty(identifier, QStringLiteral("IPv6.Configuration"),
-                              QVariantMap{{QStringLiteral("Method"), QStringLiteral("manual")},
-                                          {QStringLiteral("Address"), QStringLiteral("fd00:20::7")},
-                                          {QStringLiteral("PrefixLength"), QVariant::fromValue(uchar(64))}}));
+    const QString identifier = connman().find("Wired"_s, "cable"_s);
+    QVERIFY(connman().setProperty(identifier, "IPv6.Configuration"_s,
+                                  QVariantMap{{"Method"_s, "manual"_s},
+                                              {"Address"_s, "fd00:20::7"_s},
+                                              {"PrefixLength"_s, QVariant::fromValue(uchar(64))}}));
 
     QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
-    QCOMPARE(peers().spoken(), QStringList{QStringLiteral("1: fd00:20double colon7")});
-    QVERIFY(ethernetLedShows(QStringLiteral("on")));
+    QCOMPARE(peers().spoken(), QStringList{"1: fd00:20double colon7"_s});
+    QVERIFY(ethernetLedShows("on"_s));
 }
 
 /// ConnMan tells automatic addresses in "IPv6", the daemon reads "IPv6.Configuration".
@@ -52,13 +52,11 @@ void Scenarios::automaticIpv6AddressAloneIsNotAnnounced()
 {
     m_world.spoil();
     QVERIFY(lan().plugIn(Lan::Server::Ipv6Router));
-    QVERIFY(eventually([] {
-        return Kernel::addresses(QStringLiteral("eth0")).value(0).startsWith(QStringLiteral("fd00:20:"));
-    }));
+    QVERIFY(eventually([] { return Kernel::addresses("eth0"_s).value(0).startsWith("fd00:20:"_s); }));
 
     QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
 
-    QCOMPARE(peers().spoken(), QStringList{QStringLiteral("8")});
+    QCOMPARE(peers().spoken(), QStringList{"8"_s});
 }
 
 void Scenarios::missingAddressIsAnnouncedAfterSixteenLooks()
@@ -68,9 +66,9 @@ void Scenarios::missingAddressIsAnnouncedAfterSixteenLooks()
 
     QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
 
-    QCOMPARE(peers().spoken(), QStringList{QStringLiteral("8")});
-    QVERIFY(ethernetLedShows(QStringLiteral("blink 500")));
-    QVERIFY(ethernetLedShows(QStringLiteral("off")));
+    QCOMPARE(peers().spoken(), QStringList{"8"_s});
+    QVERIFY(ethernetLedShows("blink 500"_s));
+    QVERIFY(ethernetLedShows("off"_s));
 }
 
 void Scenarios::pluggingIntoAnotherNetworkAnnouncesItsAddress()
@@ -79,14 +77,13 @@ void Scenarios::pluggingIntoAnotherNetworkAnnouncesItsAddress()
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
     QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 1, announcementTimeoutMs);
     QVERIFY(lan().unplug());
-    QVERIFY(
-        eventually([] { return ledState(ethernetLed) == QStringLiteral("off"); })); // the daemon has seen it
+    QVERIFY(eventually([] { return ledState(ethernetLed) == "off"_s; })); // the daemon has seen it
 
     QVERIFY(lan().plugIn(Lan::Server::OtherDhcp));
 
     QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 2, announcementTimeoutMs);
     const QString said = peers().spoken().value(1);
-    QVERIFY2(said.startsWith(QStringLiteral("0: 10 21 0 ")), qUtf8Printable(said));
+    QVERIFY2(said.startsWith("0: 10 21 0 "_s), qUtf8Printable(said));
 }
 
 void Scenarios::pluggingInAgainAnnouncesAgain()
@@ -95,11 +92,10 @@ void Scenarios::pluggingInAgainAnnouncesAgain()
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
     QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 1, announcementTimeoutMs);
     QVERIFY(lan().unplug());
-    QVERIFY(
-        eventually([] { return ledState(ethernetLed) == QStringLiteral("off"); })); // the daemon has seen it
+    QVERIFY(eventually([] { return ledState(ethernetLed) == "off"_s; })); // the daemon has seen it
 
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
 
     QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 2, announcementTimeoutMs);
-    QVERIFY(peers().spoken().value(1).startsWith(QStringLiteral("0: 10 20 0 ")));
+    QVERIFY(peers().spoken().value(1).startsWith("0: 10 20 0 "_s));
 }

@@ -1,11 +1,12 @@
 #include "Eventually.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QTest>
 
 namespace {
 
-const QString wifiLed = QStringLiteral("led8");
+const QString wifiLed = "led8"_s;
 
 bool wifiLedShows(const QString &state)
 {
@@ -16,25 +17,25 @@ bool wifiLedShows(const QString &state)
 
 void Scenarios::wifiLedFollowsJoiningAndLeaving()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
+    const QString identifier = network("Atelier"_s);
     QVERIFY(air().serveAddresses(false)); // keeps the device waiting for its address until told
-    QCOMPARE(ledState(wifiLed), QStringLiteral("off"));
+    QCOMPARE(ledState(wifiLed), "off"_s);
 
-    daemon().begin(QStringLiteral("registerWifi"), {identifier, Secret::atelier});
-    QVERIFY(wifiLedShows(QStringLiteral("blink 1000")));
+    daemon().begin("registerWifi"_s, {identifier, Secret::atelier});
+    QVERIFY(wifiLedShows("blink 1000"_s));
     QVERIFY(air().serveAddresses(true));
-    QVERIFY(wifiLedShows(QStringLiteral("on")));
-    QVERIFY(does(QStringLiteral("forgetWifi"), {identifier}));
-    QVERIFY(wifiLedShows(QStringLiteral("off")));
+    QVERIFY(wifiLedShows("on"_s));
+    QVERIFY(does("forgetWifi"_s, {identifier}));
+    QVERIFY(wifiLedShows("off"_s));
 }
 
 void Scenarios::wifiLedBlinksAfterAFailure()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
+    const QString identifier = network("Atelier"_s);
 
-    daemon().begin(QStringLiteral("registerWifi"), {identifier, QStringLiteral("wrong horse")});
+    daemon().begin("registerWifi"_s, {identifier, "wrong horse"_s});
 
-    QVERIFY(wifiLedShows(QStringLiteral("blink 500")));
+    QVERIFY(wifiLedShows("blink 500"_s));
     QVERIFY(eventually([&] { return !daemon().received().isEmpty(); }));
-    QVERIFY(wifiLedShows(QStringLiteral("off")));
+    QVERIFY(wifiLedShows("off"_s));
 }

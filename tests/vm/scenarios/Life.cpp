@@ -2,27 +2,27 @@
 #include "Eventually.h"
 #include "MachineScenarios.h"
 #include "Systemd.h"
+#include "Text.h"
 
 #include <QElapsedTimer>
 #include <QTest>
 
 namespace {
 
-const QString atelier = QStringLiteral("Atelier");
-const QString daemonUnit = QStringLiteral("network-manager.service");
-const QString connmanUnit = QStringLiteral("connman.service");
-const QString daemonName = QStringLiteral("com.tactora.NetworkManager");
+const QString atelier = "Atelier"_s;
+const QString daemonUnit = "network-manager.service"_s;
+const QString connmanUnit = "connman.service"_s;
+const QString daemonName = "com.tactora.NetworkManager"_s;
 constexpr int manyCrashes = 6; // one more than systemd would put up with by default
 
 QString processOf(const QString &unit)
 {
-    return Systemd::property(unit, QStringLiteral("MainPID"));
+    return Systemd::property(unit, "MainPID"_s);
 }
 
 bool sendSignal(const QString &unit, const QString &signal)
 {
-    return Systemd::control({QStringLiteral("kill"), QStringLiteral("--kill-who=main"),
-                             QStringLiteral("--signal=") + signal, unit});
+    return Systemd::control({"kill"_s, "--kill-who=main"_s, "--signal="_s + signal, unit});
 }
 
 /// Ends the unit's process by force and waits until systemd has put another one in its place.
@@ -31,7 +31,7 @@ bool crash(const QString &unit, const QString &signal)
     const QString before = processOf(unit);
     return sendSignal(unit, signal) && eventually([&] {
                const QString now = processOf(unit);
-               return now != before && now != QStringLiteral("0");
+               return now != before && now != "0"_s;
            });
 }
 
@@ -43,24 +43,24 @@ void MachineScenarios::stopInsideAConnectEndsInTime()
     m_world.spoil();
     const QString identifier = network(atelier);
     QVERIFY(air().serveAddresses(false)); // keeps Connect waiting
-    daemon().begin(QStringLiteral("registerWifi"), {identifier, Secret::atelier});
-    QVERIFY(eventually([&] { return connman().state(identifier) == QStringLiteral("configuration"); }));
+    daemon().begin("registerWifi"_s, {identifier, Secret::atelier});
+    QVERIFY(eventually([&] { return connman().state(identifier) == "configuration"_s; }));
 
     QElapsedTimer elapsed;
     elapsed.start();
     QVERIFY(daemon().stopAndWait());
 
     qInfo("stopped after %.1f s", static_cast<double>(elapsed.elapsed()) / 1000);
-    QCOMPARE(Systemd::property(daemonUnit, QStringLiteral("ExecMainCode")),
-             QStringLiteral("1")); // it has exited
-    QCOMPARE(Systemd::property(daemonUnit, QStringLiteral("ExecMainStatus")), QStringLiteral("0"));
+    QCOMPARE(Systemd::property(daemonUnit, "ExecMainCode"_s),
+             "1"_s); // it has exited
+    QCOMPARE(Systemd::property(daemonUnit, "ExecMainStatus"_s), "0"_s);
 }
 
 void MachineScenarios::killedDaemonComesBackAndRejoins_data()
 {
     QTest::addColumn<QString>("signal");
-    QTest::newRow("killed") << QStringLiteral("KILL");
-    QTest::newRow("crashed") << QStringLiteral("SEGV");
+    QTest::newRow("killed") << "KILL"_s;
+    QTest::newRow("crashed") << "SEGV"_s;
 }
 
 void MachineScenarios::killedDaemonComesBackAndRejoins()
@@ -80,11 +80,11 @@ void MachineScenarios::manyCrashesInARowDoNotSilenceIt()
 {
     m_world.spoil();
     for (int crashes = 0; crashes < manyCrashes; ++crashes) {
-        QVERIFY(crash(daemonUnit, QStringLiteral("SEGV")));
+        QVERIFY(crash(daemonUnit, "SEGV"_s));
     }
 
     QVERIFY(eventually([] { return isOnBus(daemonName); }));
-    QVERIFY(daemon().call(QStringLiteral("getWifiRegion")).isValid());
+    QVERIFY(daemon().call("getWifiRegion"_s).isValid());
 }
 
 void MachineScenarios::killedConnmanComesBackAndIsRejoined()
@@ -94,7 +94,7 @@ void MachineScenarios::killedConnmanComesBackAndIsRejoined()
     daemon().forgetSignals();
     daemon().markLog();
 
-    QVERIFY(crash(connmanUnit, QStringLiteral("KILL")));
+    QVERIFY(crash(connmanUnit, "KILL"_s));
 
     QVERIFY(m_world.waitUntilConnmanIsBack());
     QVERIFY(isRejoined(identifier));
@@ -106,7 +106,7 @@ void MachineScenarios::restartOfBothAtOnceRejoins()
     QVERIFY(!identifier.isEmpty());
     daemon().forgetSignals();
 
-    QVERIFY(Systemd::control({QStringLiteral("restart"), connmanUnit, daemonUnit}));
+    QVERIFY(Systemd::control({"restart"_s, connmanUnit, daemonUnit}));
 
     QVERIFY(isRejoined(identifier));
 }

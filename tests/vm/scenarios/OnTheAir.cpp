@@ -2,6 +2,7 @@
 
 #include "Eventually.h"
 #include "OnTheAir.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -10,9 +11,8 @@ void MachineScenarios::wlanUsesTheAddressOfTheSerialNumberOnTheAir()
     const QString address = DevicePeers::addressOfSerialNumber();
     QVERIFY(!joinAtelier().isEmpty());
 
-    QCOMPARE(OnTheAir::stations(QStringLiteral("home")), QStringList{address});
-    QCOMPARE(daemon().call(QStringLiteral("getHwAddress"), {QStringLiteral("wlan0")}).toString(),
-             address.toUpper());
+    QCOMPARE(OnTheAir::stations("home"_s), QStringList{address});
+    QCOMPARE(daemon().call("getHwAddress"_s, {"wlan0"_s}).toString(), address.toUpper());
 }
 
 void MachineScenarios::secondAccessPointOfTheSameNameTakesOver()
@@ -21,14 +21,14 @@ void MachineScenarios::secondAccessPointOfTheSameNameTakesOver()
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
     const QString first = OnTheAir::joinedAccessPoint();
-    QVERIFY(air().switchOn(QStringLiteral("garden")));
+    QVERIFY(air().switchOn("garden"_s));
 
-    QVERIFY(air().switchOff(QStringLiteral("home")));
+    QVERIFY(air().switchOff("home"_s));
 
     QVERIFY(eventually([&] {
         const QString now = OnTheAir::joinedAccessPoint();
         return !now.isEmpty() && now != first;
     }));
-    QVERIFY(eventually([] { return Kernel::joinedNetwork() == QStringLiteral("Atelier"); }));
+    QVERIFY(eventually([] { return Kernel::joinedNetwork() == "Atelier"_s; }));
     QVERIFY(isJoined(identifier));
 }

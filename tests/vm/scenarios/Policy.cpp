@@ -1,6 +1,7 @@
 #include "BusUser.h"
 #include "Eventually.h"
 #include "MachineScenarios.h"
+#include "Text.h"
 
 #include <QDBusConnectionInterface>
 #include <QFile>
@@ -9,21 +10,21 @@
 
 namespace {
 
-const QString daemonName = QStringLiteral("com.tactora.NetworkManager");
-const QString accessDenied = QStringLiteral("org.freedesktop.DBus.Error.AccessDenied");
-const QString unknownMethod = QStringLiteral("org.freedesktop.DBus.Error.UnknownMethod");
+const QString daemonName = "com.tactora.NetworkManager"_s;
+const QString accessDenied = "org.freedesktop.DBus.Error.AccessDenied"_s;
+const QString unknownMethod = "org.freedesktop.DBus.Error.UnknownMethod"_s;
 constexpr int methodCount = 34;
 
 QStringList allMethods()
 {
-    QFile file(QStringLiteral("/usr/share/dbus-1/interfaces/com.tactora.NetworkManager.xml"));
+    QFile file("/usr/share/dbus-1/interfaces/com.tactora.NetworkManager.xml"_s);
     QStringList names;
     if (file.open(QIODevice::ReadOnly)) {
         QXmlStreamReader reader(&file);
         while (!reader.atEnd()) {
             if (reader.readNext() == QXmlStreamReader::StartElement &&
                 reader.name() == QLatin1String("method")) {
-                names.append(reader.attributes().value(QStringLiteral("name")).toString());
+                names.append(reader.attributes().value("name"_s).toString());
             }
         }
     }
@@ -34,7 +35,7 @@ QStringList allMethods()
 /// such method, and nothing is done.
 QDBusMessage harmlessCall(const QString &method)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(daemonName, QStringLiteral("/"), daemonName, method);
+    QDBusMessage call = QDBusMessage::createMethodCall(daemonName, "/"_s, daemonName, method);
     call.setArguments({QVariant::fromValue(uchar(1)), 2.5, QVariant::fromValue(uchar(3))});
     return call;
 }
@@ -53,27 +54,25 @@ QStringList methodsAnsweredWith(const QString &error, BusUser &user)
 
 QDBusMessage agentCall()
 {
-    return QDBusMessage::createMethodCall(daemonName, QStringLiteral("/agent"),
-                                          QStringLiteral("net.connman.Agent"), QStringLiteral("Cancel"));
+    return QDBusMessage::createMethodCall(daemonName, "/agent"_s, "net.connman.Agent"_s, "Cancel"_s);
 }
 
 } // namespace
 
 void MachineScenarios::memberOfTheGroupMayCallEverything()
 {
-    BusUser member(QStringLiteral("member"), QStringLiteral("netdev"));
+    BusUser member("member"_s, "netdev"_s);
     QVERIFY(member.isConnected());
 
     QCOMPARE(allMethods().size(), methodCount);
     QCOMPARE(methodsAnsweredWith(unknownMethod, member), allMethods());
-    QCOMPARE(member.errorOf(QDBusMessage::createMethodCall(daemonName, QStringLiteral("/"), daemonName,
-                                                           QStringLiteral("getHostName"))),
+    QCOMPARE(member.errorOf(QDBusMessage::createMethodCall(daemonName, "/"_s, daemonName, "getHostName"_s)),
              QString());
 }
 
 void MachineScenarios::strangerMayCallNothing()
 {
-    BusUser stranger(QStringLiteral("stranger"), QString());
+    BusUser stranger("stranger"_s, QString());
     QVERIFY(stranger.isConnected());
 
     QCOMPARE(methodsAnsweredWith(accessDenied, stranger), allMethods());
@@ -81,13 +80,13 @@ void MachineScenarios::strangerMayCallNothing()
 
 void MachineScenarios::strangerHearsTheSignals()
 {
-    BusUser stranger(QStringLiteral("stranger"), QString());
+    BusUser stranger("stranger"_s, QString());
     SignalCounter heard;
-    QVERIFY(stranger.connection().connect(daemonName, QStringLiteral("/"), daemonName,
-                                          QStringLiteral("regionChanged"), &heard, SLOT(count())));
+    QVERIFY(stranger.connection().connect(daemonName, "/"_s, daemonName, "regionChanged"_s, &heard,
+                                          SLOT(count())));
 
-    QVERIFY(does(QStringLiteral("setLockRegion"), {true}));
-    QVERIFY(does(QStringLiteral("setLockRegion"), {false}));
+    QVERIFY(does("setLockRegion"_s, {true}));
+    QVERIFY(does("setLockRegion"_s, {false}));
 
     QVERIFY(eventually([&] { return heard.counted() == 2; }));
 }
@@ -95,8 +94,8 @@ void MachineScenarios::strangerHearsTheSignals()
 void MachineScenarios::nobodyButRootOwnsTheNameOrReachesTheAgent()
 {
     m_world.spoil();
-    BusUser member(QStringLiteral("member"), QStringLiteral("netdev"));
-    BusUser stranger(QStringLiteral("stranger"), QString());
+    BusUser member("member"_s, "netdev"_s);
+    BusUser stranger("stranger"_s, QString());
     QCOMPARE(member.errorOf(agentCall()), accessDenied);
     QCOMPARE(stranger.errorOf(agentCall()), accessDenied);
 

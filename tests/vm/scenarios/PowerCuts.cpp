@@ -1,5 +1,6 @@
 #include "BootScenarios.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,9 +9,9 @@
 
 namespace {
 
-const QString results = QStringLiteral("/run/results/");
-const QString acknowledged = results + QStringLiteral("acknowledged");
-const QString hostNamePrefix = QStringLiteral("printer-");
+const QString results = "/run/results/"_s;
+const QString acknowledged = results + "acknowledged"_s;
+const QString hostNamePrefix = "printer-"_s;
 
 /// What each file that the daemon writes looks like when it is whole.
 struct KnownFile
@@ -20,13 +21,13 @@ struct KnownFile
 };
 
 const KnownFile knownFiles[] = {
-    {QStringLiteral("/etc/hostname"), QStringLiteral("printer-\\d+|printer\n")},
-    {QStringLiteral("/etc/xdg/Tactora AB/region.conf"),
-     QStringLiteral("\\[wifi\\]\n(region=[A-Z]{2}\n|regionLocked=(true|false)\n){1,2}")},
-    {QStringLiteral("/etc/xdg/Tactora AB/main.conf"), QStringLiteral("(\\[wifi\\]\nprefered=[A-Za-z]*\n)?")},
+    {"/etc/hostname"_s, "printer-\\d+|printer\n"_s},
+    {"/etc/xdg/Tactora AB/region.conf"_s,
+     "\\[wifi\\]\n(region=[A-Z]{2}\n|regionLocked=(true|false)\n){1,2}"_s},
+    {"/etc/xdg/Tactora AB/main.conf"_s, "(\\[wifi\\]\nprefered=[A-Za-z]*\n)?"_s},
 };
 const QString wholeProvisioning =
-    QStringLiteral("\\[service_peap\\]\nType=wifi\nName=Office\nEAP=peap\nPhase2=MSCHAPV2\n?");
+    "\\[service_peap\\]\nType=wifi\nName=Office\nEAP=peap\nPhase2=MSCHAPV2\n?"_s;
 
 QString contentOf(const QString &path)
 {
@@ -51,8 +52,8 @@ bool everyFileIsWhole()
     for (const KnownFile &file : knownFiles) {
         whole = (!QFile::exists(file.path) || isWhole(file.path, file.whole)) && whole;
     }
-    const QDir connman(QStringLiteral("/var/lib/connman"));
-    const QStringList files = connman.entryList({QStringLiteral("*.config")}, QDir::Files);
+    const QDir connman("/var/lib/connman"_s);
+    const QStringList files = connman.entryList({"*.config"_s}, QDir::Files);
     for (const QString &name : files) {
         whole = isWhole(connman.filePath(name), wholeProvisioning) && whole;
     }
@@ -76,12 +77,12 @@ int lastRemembered()
 
 int storedNumber()
 {
-    return contentOf(QStringLiteral("/etc/hostname")).midRef(hostNamePrefix.size()).toInt();
+    return contentOf("/etc/hostname"_s).midRef(hostNamePrefix.size()).toInt();
 }
 
 void callForTheCut()
 {
-    QFile(results + QStringLiteral("cut")).open(QIODevice::WriteOnly);
+    QFile(results + "cut"_s).open(QIODevice::WriteOnly);
 }
 
 } // namespace
@@ -91,12 +92,10 @@ void callForTheCut()
 void BootScenarios::powerCutsLeaveEveryFileWhole()
 {
     QVERIFY(everyFileIsWhole());
-    QVERIFY2(
-        storedNumber() >= lastRemembered(),
-        qPrintable(
-            QStringLiteral("%1 was acknowledged, %2 is there").arg(lastRemembered()).arg(storedNumber())));
+    QVERIFY2(storedNumber() >= lastRemembered(),
+             qPrintable("%1 was acknowledged, %2 is there"_s.arg(lastRemembered()).arg(storedNumber())));
     QVERIFY(m_world.powerOn());
-    QVERIFY(m_world.daemon().call(QStringLiteral("getWifiRegion")).isValid());
+    QVERIFY(m_world.daemon().call("getWifiRegion"_s).isValid());
     if (m_boot <= m_cuts) {
         writeUntilThePowerIsCut();
     }
@@ -106,21 +105,20 @@ void BootScenarios::writeUntilThePowerIsCut()
 {
     Daemon &daemon = m_world.daemon();
     QVERIFY(m_world.connman().setWifiPowered(true));
-    const QString office = m_world.connman().find(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
+    const QString office = m_world.connman().find("Office"_s, "ieee8021x"_s);
     QVERIFY(!office.isEmpty());
-    daemon.begin(QStringLiteral("forgetWifi"), {office});
-    daemon.begin(QStringLiteral("registerWiFiWpa2Enterprise"),
-                 {Secret::officeUser, office, Secret::officePassword, QStringLiteral("peap"),
-                  QStringLiteral("MSCHAPV2")});
+    daemon.begin("forgetWifi"_s, {office});
+    daemon.begin("registerWiFiWpa2Enterprise"_s,
+                 {Secret::officeUser, office, Secret::officePassword, "peap"_s, "MSCHAPV2"_s});
     const int first = storedNumber() + 1;
     for (int number = first;; ++number) {
         const QString name = hostNamePrefix + QString::number(number);
-        if (daemon.call(QStringLiteral("setHostName"), {name}).toBool()) {
+        if (daemon.call("setHostName"_s, {name}).toBool()) {
             remember(number);
         }
         if (number == first) {
             callForTheCut(); // from here on files are being written
         }
-        daemon.call(QStringLiteral("setLockRegion"), {number % 2 == 0});
+        daemon.call("setLockRegion"_s, {number % 2 == 0});
     }
 }

@@ -1,31 +1,32 @@
 #include "Eventually.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QTest>
 
 void Scenarios::registerWithPassphraseJoinsAndIsRemembered()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
+    const QString identifier = network("Atelier"_s);
 
-    QVERIFY(does(QStringLiteral("registerWifi"), {identifier, Secret::atelier}));
+    QVERIFY(does("registerWifi"_s, {identifier, Secret::atelier}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkRegistered(%1)").arg(identifier)});
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("6")});
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Atelier"));
+    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
+    QTRY_COMPARE(peers().spoken(), QStringList{"6"_s});
+    QCOMPARE(World::preferredNetwork(), "Atelier"_s);
     QVERIFY(isJoined(identifier));
     QVERIFY(connman().isFavorite(identifier));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Atelier"));
-    QVERIFY(air().reaches(connman().ipv4(identifier, QStringLiteral("Address"))));
+    QCOMPARE(Kernel::joinedNetwork(), "Atelier"_s);
+    QVERIFY(air().reaches(connman().ipv4(identifier, "Address"_s)));
 }
 
 void Scenarios::registerWithWrongPassphraseReportsInvalidKey()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
+    const QString identifier = network("Atelier"_s);
 
-    QVERIFY(!does(QStringLiteral("registerWifi"), {identifier, QStringLiteral("wrong horse")}));
+    QVERIFY(!does("registerWifi"_s, {identifier, "wrong horse"_s}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("error(invalid-key)")});
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("5")});
+    QTRY_COMPARE(daemon().received(), QStringList{"error(invalid-key)"_s});
+    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
     QVERIFY(!connman().isFavorite(identifier));
     QCOMPARE(World::preferredNetwork(), QString());
     QCOMPARE(Kernel::joinedNetwork(), QString());
@@ -33,84 +34,82 @@ void Scenarios::registerWithWrongPassphraseReportsInvalidKey()
 
 void Scenarios::registerAfterAWrongPassphraseStillSucceeds()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
-    QVERIFY(!does(QStringLiteral("registerWifi"), {identifier, QStringLiteral("wrong horse")}));
+    const QString identifier = network("Atelier"_s);
+    QVERIFY(!does("registerWifi"_s, {identifier, "wrong horse"_s}));
 
-    QVERIFY(does(QStringLiteral("registerWifi"), {identifier, Secret::atelier}));
+    QVERIFY(does("registerWifi"_s, {identifier, Secret::atelier}));
 
     QVERIFY(isJoined(identifier));
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Atelier"));
+    QCOMPARE(World::preferredNetwork(), "Atelier"_s);
 }
 
 void Scenarios::registerOpenNetworkNeedsNoPassphrase()
 {
-    const QString identifier = network(QStringLiteral("Cafe"), QStringLiteral("none"));
+    const QString identifier = network("Cafe"_s, "none"_s);
 
-    QVERIFY(does(QStringLiteral("registerWifi"), {identifier, QString()}));
+    QVERIFY(does("registerWifi"_s, {identifier, QString()}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkRegistered(%1)").arg(identifier)});
+    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
     QVERIFY(isJoined(identifier));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Cafe"));
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Cafe"));
+    QCOMPARE(Kernel::joinedNetwork(), "Cafe"_s);
+    QCOMPARE(World::preferredNetwork(), "Cafe"_s);
 }
 
 void Scenarios::registerHiddenNetworkByItsName()
 {
-    const QString hidden = network(QString(), QStringLiteral("hidden_managed_psk"));
+    const QString hidden = network(QString(), "hidden_managed_psk"_s);
 
-    QVERIFY(does(QStringLiteral("registerHiddenWifi"), {QStringLiteral("Cellar"), hidden, Secret::cellar}));
+    QVERIFY(does("registerHiddenWifi"_s, {"Cellar"_s, hidden, Secret::cellar}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkRegistered(%1)").arg(hidden)});
+    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(hidden)});
     // Joined, the network is a service of its own, under an identifier made from its name.
-    const QString joined = network(QStringLiteral("Cellar"));
+    const QString joined = network("Cellar"_s);
     QVERIFY(isJoined(joined));
     QVERIFY(connman().isFavorite(joined));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Cellar"));
+    QCOMPARE(Kernel::joinedNetwork(), "Cellar"_s);
 }
 
 void Scenarios::registerHiddenNetworkWithWrongPassphraseFails()
 {
-    const QString hidden = network(QString(), QStringLiteral("hidden_managed_psk"));
+    const QString hidden = network(QString(), "hidden_managed_psk"_s);
 
-    QVERIFY(!does(QStringLiteral("registerHiddenWifi"),
-                  {QStringLiteral("Cellar"), hidden, QStringLiteral("turnips and beer")}));
+    QVERIFY(!does("registerHiddenWifi"_s, {"Cellar"_s, hidden, "turnips and beer"_s}));
 
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("5")});
+    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
     QCOMPARE(Kernel::joinedNetwork(), QString());
     QCOMPARE(connman().favorites(), QStringList());
 }
 
 void Scenarios::registerSecondNetworkMakesItThePreferredOne()
 {
-    const QString cafe = network(QStringLiteral("Cafe"), QStringLiteral("none"));
-    QVERIFY(does(QStringLiteral("registerWifi"), {cafe, QString()}));
+    const QString cafe = network("Cafe"_s, "none"_s);
+    QVERIFY(does("registerWifi"_s, {cafe, QString()}));
 
     const QString atelier = joinAtelier();
 
     QVERIFY(!atelier.isEmpty());
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Atelier"));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Atelier"));
+    QCOMPARE(World::preferredNetwork(), "Atelier"_s);
+    QCOMPARE(Kernel::joinedNetwork(), "Atelier"_s);
     QVERIFY(connman().isFavorite(cafe));
-    QCOMPARE(connman().state(cafe), QStringLiteral("idle"));
+    QCOMPARE(connman().state(cafe), "idle"_s);
 }
 
 void Scenarios::registerUnknownNetworkIsRefused()
 {
-    const QString unknown = QStringLiteral("wifi_020000000000_4e6f6e65_managed_psk");
+    const QString unknown = "wifi_020000000000_4e6f6e65_managed_psk"_s;
 
-    QVERIFY(!does(QStringLiteral("registerWifi"), {unknown, QStringLiteral("whatever it is")}));
+    QVERIFY(!does("registerWifi"_s, {unknown, "whatever it is"_s}));
 
-    QTRY_COMPARE(daemon().received(),
-                 QStringList{QStringLiteral("error(Unknown network: '%1')").arg(unknown)});
+    QTRY_COMPARE(daemon().received(), QStringList{"error(Unknown network: '%1')"_s.arg(unknown)});
     QCOMPARE(peers().spoken(), QStringList());
 }
 
 void Scenarios::registerWithoutPassphraseIsRefused()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
+    const QString identifier = network("Atelier"_s);
 
-    QVERIFY(!does(QStringLiteral("registerWifi"), {identifier, QString()}));
+    QVERIFY(!does("registerWifi"_s, {identifier, QString()}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("error(Invalid parameter, psk: '')")});
-    QCOMPARE(connman().state(identifier), QStringLiteral("idle"));
+    QTRY_COMPARE(daemon().received(), QStringList{"error(Invalid parameter, psk: '')"_s});
+    QCOMPARE(connman().state(identifier), "idle"_s);
 }

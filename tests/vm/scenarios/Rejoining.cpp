@@ -1,5 +1,6 @@
 #include "Eventually.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QTest>
 
@@ -9,7 +10,7 @@ constexpr int modifierKey = 32;
 constexpr int wifiOnKey = 37;
 constexpr int wifiOffKey = 38;
 
-const QString atelier = QStringLiteral("Atelier");
+const QString atelier = "Atelier"_s;
 
 bool joins(const QString &name)
 {
@@ -31,15 +32,14 @@ void Scenarios::wifiOffAndOnOverTheBusRejoins()
     daemon().forgetSignals();
     peers().forgetSentences();
 
-    QVERIFY(does(QStringLiteral("setWifiPower"), {false}));
+    QVERIFY(does("setWifiPower"_s, {false}));
     QVERIFY(leaves());
-    QVERIFY(does(QStringLiteral("setWifiPower"), {true}));
+    QVERIFY(does("setWifiPower"_s, {true}));
 
-    QVERIFY(eventually([&] { return daemon().hasSent(QStringLiteral("networkConnected(Atelier)")); }));
-    const QStringList told{QStringLiteral("powerChanged(false)"), QStringLiteral("powerChanged(true)"),
-                           QStringLiteral("networkConnected(Atelier)")};
+    QVERIFY(eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }));
+    const QStringList told{"powerChanged(false)"_s, "powerChanged(true)"_s, "networkConnected(Atelier)"_s};
     QCOMPARE(daemon().received(), told);
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("7")});
+    QTRY_COMPARE(peers().spoken(), QStringList{"7"_s});
     QVERIFY(isJoined(identifier));
     QVERIFY(joins(atelier));
 }
@@ -53,12 +53,12 @@ void Scenarios::keyChordSwitchesWifiOffAndOnAndRejoins()
     peers().forgetSentences();
 
     m_world.keyboard().chord(modifierKey, wifiOffKey);
-    QVERIFY(eventually([&] { return daemon().hasSent(QStringLiteral("powerChanged(false)")); }));
+    QVERIFY(eventually([&] { return daemon().hasSent("powerChanged(false)"_s); }));
     QVERIFY(eventually([&] { return !connman().isWifiPowered(); }));
     m_world.keyboard().chord(modifierKey, wifiOnKey);
 
-    QVERIFY(eventually([&] { return daemon().hasSent(QStringLiteral("networkConnected(Atelier)")); }));
-    const QStringList said{QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("7")};
+    QVERIFY(eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }));
+    const QStringList said{"2"_s, "3"_s, "7"_s};
     QTRY_COMPARE(peers().spoken(), said);
     QVERIFY(isJoined(identifier));
 }
@@ -75,9 +75,9 @@ void Scenarios::keysWithoutTheModifierDoNothing()
     // The daemon hears keys in order: once it has acted on this chord, those before it have had their chance.
     m_world.keyboard().chord(modifierKey, wifiOnKey);
 
-    QVERIFY(eventually([&] { return daemon().hasSent(QStringLiteral("powerChanged(true)")); }));
-    QTRY_COMPARE(peers().spoken(), QStringList{QStringLiteral("3")});
-    QCOMPARE(daemon().received(), QStringList{QStringLiteral("powerChanged(true)")});
+    QVERIFY(eventually([&] { return daemon().hasSent("powerChanged(true)"_s); }));
+    QTRY_COMPARE(peers().spoken(), QStringList{"3"_s});
+    QCOMPARE(daemon().received(), QStringList{"powerChanged(true)"_s});
 }
 
 void Scenarios::connmanRestartRejoins()
@@ -90,9 +90,9 @@ void Scenarios::connmanRestartRejoins()
     QVERIFY(m_world.restartConnman());
 
     QVERIFY(isRejoined(identifier));
-    QVERIFY(peers().hasSpoken(QStringLiteral("7")));
+    QVERIFY(peers().hasSpoken("7"_s));
     QVERIFY(joins(atelier));
-    QVERIFY(air().reaches(connman().ipv4(identifier, QStringLiteral("Address"))));
+    QVERIFY(air().reaches(connman().ipv4(identifier, "Address"_s)));
 }
 
 /// ConnMan puts the card's address into the identifiers under which it stores networks. The first ConnMan
@@ -107,10 +107,10 @@ void Scenarios::connmanRestartAfterPowerOnNeedsTheCredentialsAgain()
     QVERIFY(m_world.restartConnman());
 
     const QString after = network(atelier);
-    QVERIFY(before.contains(QStringLiteral("020000000000")));
-    QVERIFY(after.contains(QStringLiteral("02a7c4031fa7")));
+    QVERIFY(before.contains("020000000000"_s));
+    QVERIFY(after.contains("02a7c4031fa7"_s));
     QVERIFY(!connman().isFavorite(after));
-    QVERIFY(eventually([&] { return daemon().log().contains(QStringLiteral("call Connect on")); }));
+    QVERIFY(eventually([&] { return daemon().log().contains("call Connect on"_s); }));
     QCOMPARE(Kernel::joinedNetwork(), QString());
 }
 
@@ -126,7 +126,7 @@ void Scenarios::daemonRestartRejoins()
     QVERIFY(daemon().startAndWait());
 
     QVERIFY(isRejoined(identifier));
-    QVERIFY(peers().hasSpoken(QStringLiteral("7")));
+    QVERIFY(peers().hasSpoken("7"_s));
     QVERIFY(joins(atelier));
 }
 
@@ -135,14 +135,14 @@ void Scenarios::accessPointOffAndOnRejoins()
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
 
-    QVERIFY(air().switchOff(QStringLiteral("home")));
+    QVERIFY(air().switchOff("home"_s));
     QVERIFY(leaves());
-    QVERIFY(eventually([] { return ledState(QStringLiteral("led8")) != QStringLiteral("on"); }));
-    QVERIFY(air().switchOn(QStringLiteral("home")));
+    QVERIFY(eventually([] { return ledState("led8"_s) != "on"_s; }));
+    QVERIFY(air().switchOn("home"_s));
 
     QVERIFY(joins(atelier));
     QVERIFY(isJoined(network(atelier)));
-    QVERIFY(eventually([] { return ledState(QStringLiteral("led8")) == QStringLiteral("on"); }));
+    QVERIFY(eventually([] { return ledState("led8"_s) == "on"_s; }));
 }
 
 void Scenarios::preferredNetworkWinsOverAnotherKnownOne()
@@ -150,17 +150,17 @@ void Scenarios::preferredNetworkWinsOverAnotherKnownOne()
     m_world.spoil(); // the daemon looks for the preferred network once more, seconds later
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    const QString cafe = network(QStringLiteral("Cafe"), QStringLiteral("none"));
-    QVERIFY(does(QStringLiteral("registerWifi"), {cafe, QString()}));
-    QVERIFY(does(QStringLiteral("connect"), {identifier}));
+    const QString cafe = network("Cafe"_s, "none"_s);
+    QVERIFY(does("registerWifi"_s, {cafe, QString()}));
+    QVERIFY(does("connect"_s, {identifier}));
     QVERIFY(isJoined(identifier));
     daemon().forgetSignals();
 
-    QVERIFY(does(QStringLiteral("setWifiPower"), {false}));
+    QVERIFY(does("setWifiPower"_s, {false}));
     QVERIFY(leaves());
-    QVERIFY(does(QStringLiteral("setWifiPower"), {true}));
+    QVERIFY(does("setWifiPower"_s, {true}));
 
-    QVERIFY(eventually([&] { return daemon().hasSent(QStringLiteral("networkConnected(Atelier)")); }));
+    QVERIFY(eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }));
     QVERIFY(joins(atelier));
     QVERIFY(isJoined(identifier));
 }

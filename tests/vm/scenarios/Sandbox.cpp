@@ -3,6 +3,7 @@
 #include "Eventually.h"
 #include "MachineScenarios.h"
 #include "Systemd.h"
+#include "Text.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -11,22 +12,21 @@
 
 namespace {
 
-const QString daemonUnit = QStringLiteral("network-manager.service");
+const QString daemonUnit = "network-manager.service"_s;
 constexpr double highestExposure = 2.0;
 
 QByteArray hostNameFile()
 {
-    QFile file(QStringLiteral("/etc/hostname"));
+    QFile file("/etc/hostname"_s);
     return file.open(QIODevice::ReadOnly) ? file.readAll().trimmed() : QByteArray();
 }
 
 /// What a shell prints that the daemon would start.
 QString asTheDaemonSees(const QString &command)
 {
-    const QString process = Systemd::property(daemonUnit, QStringLiteral("MainPID"));
-    return outputOf(QStringLiteral("nsenter"),
-                    {QStringLiteral("--target"), process, QStringLiteral("--mount"), QStringLiteral("--root"),
-                     QStringLiteral("--"), QStringLiteral("sh"), QStringLiteral("-c"), command});
+    const QString process = Systemd::property(daemonUnit, "MainPID"_s);
+    return outputOf("nsenter"_s,
+                    {"--target"_s, process, "--mount"_s, "--root"_s, "--"_s, "sh"_s, "-c"_s, command});
 }
 
 } // namespace
@@ -34,35 +34,34 @@ QString asTheDaemonSees(const QString &command)
 /// hostnamectl puts a new file in the old one's place, editors do likewise.
 void MachineScenarios::hostNameIsWrittenAfterOthersReplacedItsFile()
 {
-    QVERIFY(run(QStringLiteral("hostnamectl"), {QStringLiteral("set-hostname"), QStringLiteral("second")}));
+    QVERIFY(run("hostnamectl"_s, {"set-hostname"_s, "second"_s}));
     QCOMPARE(hostNameFile(), QByteArray("second"));
-    QCOMPARE(daemon().call(QStringLiteral("getHostName")).toString(), QStringLiteral("second"));
+    QCOMPARE(daemon().call("getHostName"_s).toString(), "second"_s);
 
-    QVERIFY(does(QStringLiteral("setHostName"), {QStringLiteral("third")}));
+    QVERIFY(does("setHostName"_s, {"third"_s}));
 
     QCOMPARE(hostNameFile(), QByteArray("third"));
-    QCOMPARE(daemon().call(QStringLiteral("getHostName")).toString(), QStringLiteral("third"));
+    QCOMPARE(daemon().call("getHostName"_s).toString(), "third"_s);
 }
 
 /// Kernel file systems aside, whose nodes have rules of their own.
 void MachineScenarios::nothingButItsFilesIsWritable()
 {
     const QString directories =
-        asTheDaemonSees(QStringLiteral("find / '(' -path /proc -o -path /sys -o -path /dev ')' -prune -o "
-                                       "-type d -writable -print -prune | sort"));
+        asTheDaemonSees("find / '(' -path /proc -o -path /sys -o -path /dev ')' -prune -o "
+                        "-type d -writable -print -prune | sort"_s);
     const QString powerfulFiles =
-        asTheDaemonSees(QStringLiteral("cd /etc && find passwd group shadow ld.so.cache default dbus-1 "
-                                       "init.d systemd -writable && echo none"));
+        asTheDaemonSees("cd /etc && find passwd group shadow ld.so.cache default dbus-1 "
+                        "init.d systemd -writable && echo none"_s);
 
-    QCOMPARE(directories, QStringLiteral("/etc\n/tmp\n/var/lib/connman\n/var/tmp\n"));
-    QCOMPARE(powerfulFiles, QStringLiteral("none\n"));
+    QCOMPARE(directories, "/etc\n/tmp\n/var/lib/connman\n/var/tmp\n"_s);
+    QCOMPARE(powerfulFiles, "none\n"_s);
 }
 
 void MachineScenarios::exposureStaysLow()
 {
-    const QString report = outputOf(QStringLiteral("systemd-analyze"),
-                                    {QStringLiteral("security"), QStringLiteral("--no-pager"), daemonUnit});
-    const QRegularExpression expression(QStringLiteral("Overall exposure level for [^:]*: ([0-9.]+)"));
+    const QString report = outputOf("systemd-analyze"_s, {"security"_s, "--no-pager"_s, daemonUnit});
+    const QRegularExpression expression("Overall exposure level for [^:]*: ([0-9.]+)"_s);
     const QString exposure = expression.match(report).captured(1);
 
     qInfo().noquote() << "exposure" << exposure;
@@ -73,22 +72,22 @@ void MachineScenarios::exposureStaysLow()
 void MachineScenarios::journalHasThePriorities()
 {
     const qint64 start = QDateTime::currentMSecsSinceEpoch();
-    QVERIFY(!does(QStringLiteral("connect"), {QString()}));
-    QVERIFY(!does(QStringLiteral("forgetWifi"), {QString()}));
-    QVERIFY(does(QStringLiteral("setWifiRegion"), {QStringLiteral("SE")}));
+    QVERIFY(!does("connect"_s, {QString()}));
+    QVERIFY(!does("forgetWifi"_s, {QString()}));
+    QVERIFY(does("setWifiRegion"_s, {"SE"_s}));
     m_world.spoil();
     const auto tells = [&](const QString &priorities, const QString &text) {
         return Systemd::journal(daemonUnit, start, priorities).contains(text);
     };
-    const QString critical = QStringLiteral("Can't connect with an empty network-name.");
-    const QString warning = QStringLiteral("Can't forget an empty SSID.");
-    const QString debug = QStringLiteral("The region has been set successfully.");
+    const QString critical = "Can't connect with an empty network-name."_s;
+    const QString warning = "Can't forget an empty SSID."_s;
+    const QString debug = "The region has been set successfully."_s;
 
-    QVERIFY(eventually([&] { return tells(QStringLiteral("debug..debug"), debug); }));
-    QVERIFY(tells(QStringLiteral("err..err"), critical));
-    QVERIFY(tells(QStringLiteral("warning..warning"), warning));
-    QVERIFY(!tells(QStringLiteral("debug..debug"), critical));
-    QVERIFY(!tells(QStringLiteral("info"), debug));
+    QVERIFY(eventually([&] { return tells("debug..debug"_s, debug); }));
+    QVERIFY(tells("err..err"_s, critical));
+    QVERIFY(tells("warning..warning"_s, warning));
+    QVERIFY(!tells("debug..debug"_s, critical));
+    QVERIFY(!tells("info"_s, debug));
 }
 
 void MachineScenarios::cleaningTheUnitTakesNothing()
@@ -98,9 +97,8 @@ void MachineScenarios::cleaningTheUnitTakesNothing()
     QVERIFY(!identifier.isEmpty());
     QVERIFY(daemon().stopAndWait());
 
-    outputOf(QStringLiteral("systemctl"),
-             {QStringLiteral("clean"), QStringLiteral("--what=all"), daemonUnit});
+    outputOf("systemctl"_s, {"clean"_s, "--what=all"_s, daemonUnit});
 
     QVERIFY(Connman::hasStored(identifier, Secret::atelier));
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Atelier"));
+    QCOMPARE(World::preferredNetwork(), "Atelier"_s);
 }

@@ -2,6 +2,7 @@
 
 #include "Device.h"
 #include "Eventually.h"
+#include "Text.h"
 
 #include <QFile>
 #include <QTest>
@@ -53,8 +54,8 @@ bool Scenarios::does(const QString &method, const QVariantList &arguments)
 
 QString Scenarios::joinAtelier()
 {
-    const QString identifier = network(QStringLiteral("Atelier"));
-    if (!does(QStringLiteral("registerWifi"), {identifier, Secret::atelier})) {
+    const QString identifier = network("Atelier"_s);
+    if (!does("registerWifi"_s, {identifier, Secret::atelier})) {
         return {};
     }
     return isJoined(identifier) ? identifier : QString();
@@ -70,19 +71,19 @@ bool Scenarios::isJoined(const QString &identifier)
 {
     return eventually([&] {
         const QString state = connman().state(identifier);
-        return state == QStringLiteral("ready") || state == QStringLiteral("online");
+        return state == "ready"_s || state == "online"_s;
     });
 }
 
 bool Scenarios::isRejoined(const QString &identifier)
 {
-    return eventually([&] { return daemon().hasSent(QStringLiteral("networkConnected(Atelier)")); }) &&
+    return eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }) &&
            isJoined(identifier);
 }
 
 QString Scenarios::provisioningFile(const QString &identifier)
 {
-    return Device::file(QStringLiteral("/var/lib/connman/%1.config").arg(identifier));
+    return Device::file("/var/lib/connman/%1.config"_s.arg(identifier));
 }
 
 int runScenarios(QObject &scenarios, const QStringList &arguments)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Text.h"
 #include "World.h"
 
 #include <QElapsedTimer>
@@ -92,7 +93,7 @@ private slots:
 
 protected:
     /// Waits until ConnMan lists the network; its identifier, or an empty text.
-    QString network(const QString &name, const QString &security = QStringLiteral("psk"));
+    QString network(const QString &name, const QString &security = "psk"_s);
     /// Calls a daemon's method that answers with a truth value.
     bool does(const QString &method, const QVariantList &arguments = {});
     /// Registers "Atelier" and checks that it worked; its identifier, or an empty text.
@@ -120,10 +121,10 @@ private:
 
 namespace Secret {
 
-const QString atelier = QStringLiteral("correct horse");
-const QString cellar = QStringLiteral("potatoes and wine");
-const QString officeUser = QStringLiteral("braille");
-const QString officePassword = QStringLiteral("six dots");
+const QString atelier = "correct horse"_s;
+const QString cellar = "potatoes and wine"_s;
+const QString officeUser = "braille"_s;
+const QString officePassword = "six dots"_s;
 
 } // namespace Secret
 

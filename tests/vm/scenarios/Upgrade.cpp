@@ -2,35 +2,34 @@
 #include "Eventually.h"
 #include "MachineScenarios.h"
 #include "Systemd.h"
+#include "Text.h"
 
 #include <QFile>
 #include <QTest>
 
 namespace {
 
-const QString package = QStringLiteral("/run/machine/package.deb");
-const QString older = QStringLiteral("/run/vm/older.deb");
+const QString package = "/run/machine/package.deb"_s;
+const QString older = "/run/vm/older.deb"_s;
 
 /// The package once more, as a version that came before it.
 bool packOlder()
 {
     const QString script =
-        QStringLiteral("rm -rf /run/vm/older && dpkg-deb --raw-extract %1 /run/vm/older && "
-                       "sed -i 's/^Version: /&0~/' /run/vm/older/DEBIAN/control && "
-                       "dpkg-deb --build --root-owner-group -Znone /run/vm/older %2")
-            .arg(package, older);
-    return run(QStringLiteral("sh"), {QStringLiteral("-c"), script});
+        "rm -rf /run/vm/older && dpkg-deb --raw-extract %1 /run/vm/older && "
+        "sed -i 's/^Version: /&0~/' /run/vm/older/DEBIAN/control && "
+        "dpkg-deb --build --root-owner-group -Znone /run/vm/older %2"_s.arg(package, older);
+    return run("sh"_s, {"-c"_s, script});
 }
 
 QString installedVersion()
 {
-    return outputOf(QStringLiteral("dpkg-query"), {QStringLiteral("--show"), QStringLiteral("-f=${Version}"),
-                                                   QStringLiteral("tactora-network-manager")});
+    return outputOf("dpkg-query"_s, {"--show"_s, "-f=${Version}"_s, "tactora-network-manager"_s});
 }
 
 bool install(const QString &file)
 {
-    return run(QStringLiteral("dpkg"), {QStringLiteral("--install"), file});
+    return run("dpkg"_s, {"--install"_s, file});
 }
 
 } // namespace
@@ -41,28 +40,27 @@ void MachineScenarios::upgradeWhileJoinedKeepsEverything()
     QVERIFY(packOlder());
     daemon().markLog();
     QVERIFY(install(older));
-    QVERIFY(installedVersion().startsWith(QStringLiteral("0~")));
+    QVERIFY(installedVersion().startsWith("0~"_s));
     QVERIFY(m_world.waitUntilStarted(1));
-    QVERIFY(eventually([&] { return daemon().call(QStringLiteral("getWifiPower")).toBool(); }));
-    const QString office = network(QStringLiteral("Office"), QStringLiteral("ieee8021x"));
-    QVERIFY(does(QStringLiteral("registerWiFiWpa2Enterprise"),
-                 {Secret::officeUser, office, Secret::officePassword, QStringLiteral("peap"),
-                  QStringLiteral("MSCHAPV2")}));
+    QVERIFY(eventually([&] { return daemon().call("getWifiPower"_s).toBool(); }));
+    const QString office = network("Office"_s, "ieee8021x"_s);
+    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
+                 {Secret::officeUser, office, Secret::officePassword, "peap"_s, "MSCHAPV2"_s}));
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
     QVERIFY(QFile::exists(provisioningFile(office)));
-    QVERIFY(does(QStringLiteral("setHostName"), {QStringLiteral("before")}));
-    QVERIFY(does(QStringLiteral("setLockRegion"), {true}));
-    const QString region = daemon().call(QStringLiteral("getWifiRegion")).toString();
+    QVERIFY(does("setHostName"_s, {"before"_s}));
+    QVERIFY(does("setLockRegion"_s, {true}));
+    const QString region = daemon().call("getWifiRegion"_s).toString();
     daemon().forgetSignals();
 
     QVERIFY(install(package));
 
-    QVERIFY(!installedVersion().startsWith(QStringLiteral("0~")));
+    QVERIFY(!installedVersion().startsWith("0~"_s));
     QVERIFY(isRejoined(identifier));
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Atelier"));
-    QCOMPARE(daemon().call(QStringLiteral("getHostName")).toString(), QStringLiteral("before"));
-    QCOMPARE(daemon().call(QStringLiteral("getWifiRegion")).toString(), region);
-    QVERIFY(does(QStringLiteral("getLockRegion")));
+    QCOMPARE(World::preferredNetwork(), "Atelier"_s);
+    QCOMPARE(daemon().call("getHostName"_s).toString(), "before"_s);
+    QCOMPARE(daemon().call("getWifiRegion"_s).toString(), region);
+    QVERIFY(does("getLockRegion"_s));
     QVERIFY(QFile::exists(provisioningFile(office)));
 }

@@ -1,49 +1,48 @@
 #include "Eventually.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QTest>
 
 namespace {
 
-const QString studio = QStringLiteral("studio");
-const QString pin = QStringLiteral("12345670"); // the last digit is the checksum of the others
-const QString otherPin = QStringLiteral("76543210");
+const QString studio = "studio"_s;
+const QString pin = "12345670"_s; // the last digit is the checksum of the others
+const QString otherPin = "76543210"_s;
 
 } // namespace
 
 void Scenarios::registerWithWpsPin()
 {
-    const QString identifier = network(QStringLiteral("Studio"));
+    const QString identifier = network("Studio"_s);
     QVERIFY(air().expectPin(studio, pin));
 
-    QVERIFY(does(QStringLiteral("registerWifiWps"), {identifier, pin}));
+    QVERIFY(does("registerWifiWps"_s, {identifier, pin}));
 
-    QTRY_COMPARE(daemon().received(), QStringList{QStringLiteral("networkRegistered(%1)").arg(identifier)});
+    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
     QVERIFY(isJoined(identifier));
-    QCOMPARE(Kernel::joinedNetwork(), QStringLiteral("Studio"));
-    QCOMPARE(World::preferredNetwork(), QStringLiteral("Studio"));
+    QCOMPARE(Kernel::joinedNetwork(), "Studio"_s);
+    QCOMPARE(World::preferredNetwork(), "Studio"_s);
     QVERIFY(connman().isFavorite(identifier));
 }
 
 void Scenarios::registerWithWrongWpsPinFails()
 {
-    const QString identifier = network(QStringLiteral("Studio"));
+    const QString identifier = network("Studio"_s);
     QVERIFY(air().expectPin(studio, pin));
 
-    QVERIFY(!does(QStringLiteral("registerWifiWps"), {identifier, otherPin}));
+    QVERIFY(!does("registerWifiWps"_s, {identifier, otherPin}));
 
-    QTRY_COMPARE(daemon().received(),
-                 QStringList{QStringLiteral("error(Unable to register network 'Studio' using WPS.)")});
+    QTRY_COMPARE(daemon().received(), QStringList{"error(Unable to register network 'Studio' using WPS.)"_s});
     QVERIFY(!connman().isFavorite(identifier));
     QCOMPARE(World::preferredNetwork(), QString());
 }
 
 void Scenarios::registerWithWpsToAnyNetworkIsRefused()
 {
-    QVERIFY(!does(QStringLiteral("registerWifiWps"), {QString()}));
+    QVERIFY(!does("registerWifiWps"_s, {QString()}));
 
     QCOMPARE(daemon().received(), QStringList());
-    QVERIFY(eventually([&] {
-        return daemon().log().contains(QStringLiteral("Connect to any WPS network isn't supported."));
-    }));
+    QVERIFY(
+        eventually([&] { return daemon().log().contains("Connect to any WPS network isn't supported."_s); }));
 }

@@ -1,6 +1,7 @@
 #include "HostState.h"
 
 #include "Kernel.h"
+#include "Text.h"
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonArray>
@@ -18,16 +19,14 @@ QByteArray content(const QString &path)
 // The remaining life of an address that the machine has by lease counts down by itself.
 void forgetLifetimes(QJsonObject &address)
 {
-    address.remove(QStringLiteral("valid_life_time"));
-    address.remove(QStringLiteral("preferred_life_time"));
+    address.remove("valid_life_time"_s);
+    address.remove("preferred_life_time"_s);
 }
 
 QByteArray addresses()
 {
-    const QString entriesKey = QStringLiteral("addr_info");
-    QJsonArray links = QJsonDocument::fromJson(kernel::output(QStringLiteral("ip"),
-                                                              {QStringLiteral("-j"), QStringLiteral("addr")}))
-                           .array();
+    const QString entriesKey = "addr_info"_s;
+    QJsonArray links = QJsonDocument::fromJson(kernel::output("ip"_s, {"-j"_s, "addr"_s})).array();
     for (QJsonValueRef link : links) {
         QJsonObject interface = link.toObject();
         QJsonArray entries = interface.value(entriesKey).toArray();
@@ -47,9 +46,8 @@ QByteArray addresses()
 HostState hostState()
 {
     HostState state;
-    const QString memory = QStringLiteral("/var/lib/connman");
-    for (const QString &path : {QStringLiteral("/etc/resolv.conf"), QStringLiteral("/etc/hostname"),
-                                QStringLiteral("/proc/sys/kernel/hostname")}) {
+    const QString memory = "/var/lib/connman"_s;
+    for (const QString &path : {"/etc/resolv.conf"_s, "/etc/hostname"_s, "/proc/sys/kernel/hostname"_s}) {
         state.insert(path, content(path));
     }
     QDirIterator files(memory, QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
@@ -58,6 +56,6 @@ HostState hostState()
         state.insert(path, content(path));
     }
     state.insert(memory, QFile::exists(memory) ? "there" : "not there");
-    state.insert(QStringLiteral("addresses"), addresses());
+    state.insert("addresses"_s, addresses());
     return state;
 }

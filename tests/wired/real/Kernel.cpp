@@ -1,4 +1,5 @@
 #include "Kernel.h"
+#include "Text.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -12,9 +13,7 @@ namespace {
 
 QJsonArray ipJson(const QStringList &arguments)
 {
-    return QJsonDocument::fromJson(
-               output(QStringLiteral("ip"), QStringList{QStringLiteral("-j")} + arguments))
-        .array();
+    return QJsonDocument::fromJson(output("ip"_s, QStringList{"-j"_s} + arguments)).array();
 }
 
 QString firstLine(const QString &path)
@@ -39,25 +38,23 @@ QByteArray output(const QString &program, const QStringList &arguments)
 
 bool isUp(const QString &interface, const QString &networkNamespace)
 {
-    QStringList arguments{QStringLiteral("link"), QStringLiteral("show"), QStringLiteral("dev"), interface};
+    QStringList arguments{"link"_s, "show"_s, "dev"_s, interface};
     if (!networkNamespace.isEmpty()) {
-        arguments = QStringList{QStringLiteral("-n"), networkNamespace} + arguments;
+        arguments = QStringList{"-n"_s, networkNamespace} + arguments;
     }
-    return ipJson(arguments).first().toObject().value(QStringLiteral("operstate")) == QLatin1String("UP");
+    return ipJson(arguments).first().toObject().value("operstate"_s) == QLatin1String("UP");
 }
 
 QStringList ipv4Addresses(const QString &interface)
 {
-    const QJsonArray links = ipJson({QStringLiteral("-4"), QStringLiteral("address"), QStringLiteral("show"),
-                                     QStringLiteral("dev"), interface});
+    const QJsonArray links = ipJson({"-4"_s, "address"_s, "show"_s, "dev"_s, interface});
     QStringList addresses;
     for (const QJsonValue &link : links) {
-        const QJsonArray entries = link.toObject().value(QStringLiteral("addr_info")).toArray();
+        const QJsonArray entries = link.toObject().value("addr_info"_s).toArray();
         for (const QJsonValue &entry : entries) {
             const QJsonObject address = entry.toObject();
-            addresses << QStringLiteral("%1/%2")
-                             .arg(address.value(QStringLiteral("local")).toString())
-                             .arg(address.value(QStringLiteral("prefixlen")).toInt());
+            addresses << "%1/%2"_s.arg(address.value("local"_s).toString())
+                             .arg(address.value("prefixlen"_s).toInt());
         }
     }
     return addresses;
@@ -65,30 +62,27 @@ QStringList ipv4Addresses(const QString &interface)
 
 QString defaultGateway(const QString &interface)
 {
-    const QJsonArray routes = ipJson({QStringLiteral("-4"), QStringLiteral("route"), QStringLiteral("show"),
-                                      QStringLiteral("default"), QStringLiteral("dev"), interface});
-    return routes.isEmpty() ? QString()
-                            : routes.first().toObject().value(QStringLiteral("gateway")).toString();
+    const QJsonArray routes = ipJson({"-4"_s, "route"_s, "show"_s, "default"_s, "dev"_s, interface});
+    return routes.isEmpty() ? QString() : routes.first().toObject().value("gateway"_s).toString();
 }
 
 QString hardwareAddress(const QString &interface)
 {
-    return firstLine(QStringLiteral("/sys/class/net/%1/address").arg(interface));
+    return firstLine("/sys/class/net/%1/address"_s.arg(interface));
 }
 
 bool ipv6Enabled(const QString &interface)
 {
-    return firstLine(QStringLiteral("/proc/sys/net/ipv6/conf/%1/disable_ipv6").arg(interface)) ==
-           QStringLiteral("0");
+    return firstLine("/proc/sys/net/ipv6/conf/%1/disable_ipv6"_s.arg(interface)) == "0"_s;
 }
 
 QStringList nameservers()
 {
-    QFile file(QStringLiteral("/etc/resolv.conf"));
+    QFile file("/etc/resolv.conf"_s);
     QStringList servers;
     if (file.open(QIODevice::ReadOnly)) {
         const QStringList lines = QString::fromUtf8(file.readAll()).split(QLatin1Char('\n'));
-        const QString keyword = QStringLiteral("nameserver ");
+        const QString keyword = "nameserver "_s;
         for (const QString &line : lines) {
             if (line.startsWith(keyword)) {
                 servers << line.mid(keyword.size()).trimmed();

@@ -1,6 +1,7 @@
 #include "OutsideTheWorld.h"
 
 #include "ChildProcess.h"
+#include "Text.h"
 #include <QFile>
 #include <QStandardPaths>
 #include <QTest>
@@ -9,7 +10,7 @@
 
 bool isInsideTheWorld()
 {
-    return QFile::exists(QStringLiteral("/run/in-world"));
+    return QFile::exists("/run/in-world"_s);
 }
 
 OutsideTheWorld::OutsideTheWorld(QStringList commandLine)
@@ -22,12 +23,10 @@ void OutsideTheWorld::initTestCase()
     if (geteuid() != 0) {
         QSKIP("Only root can make the network and mount namespaces that this test runs in.");
     }
-    for (const QString &program :
-         {QStringLiteral("bwrap"), QStringLiteral("connmand"), QStringLiteral("dnsmasq"),
-          QStringLiteral("dbus-daemon"), QStringLiteral("dbus-monitor"), QStringLiteral("ethtool"),
-          QStringLiteral("ip"), QStringLiteral("setpriv")}) {
+    for (const QString &program : {"bwrap"_s, "connmand"_s, "dnsmasq"_s, "dbus-daemon"_s, "dbus-monitor"_s,
+                                   "ethtool"_s, "ip"_s, "setpriv"_s}) {
         if (QStandardPaths::findExecutable(program).isEmpty()) {
-            QSKIP(qPrintable(QStringLiteral("%1 is not installed.").arg(program)));
+            QSKIP(qPrintable("%1 is not installed."_s.arg(program)));
         }
     }
     m_before = hostState();

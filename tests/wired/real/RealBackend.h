@@ -2,6 +2,7 @@
 
 #include "Backend.h"
 #include "SpeechService.h"
+#include "Text.h"
 #include "WiredLink.h"
 
 /// The real ConnMan on a real cable. Only inside the private world.
@@ -16,7 +17,7 @@ public:
     void unplugCable() override { m_link.unplugCable(); }
     void startDhcpServer() override { m_link.startDhcpServer(); }
     void startConnman() override { m_link.startConnman(); }
-    void startConnmanWithOnlineCheck() { m_link.startConnman(QStringLiteral("connman-online.conf")); }
+    void startConnmanWithOnlineCheck() { m_link.startConnman("connman-online.conf"_s); }
     void killConnman() override { m_link.killConnman(); }
     void stopConnman() override { m_link.stopConnman(); }
     QVariantMap connmanProperties() const override { return m_link.connmanProperties(); }

@@ -1,16 +1,17 @@
 #include "SpeechService.h"
+#include "Text.h"
 
 #include <QDBusError>
 #include <utility>
 
 namespace {
-const QString busName = QStringLiteral("com.tactora.Speech");
+const QString busName = "com.tactora.Speech"_s;
 }
 
 SpeechService::SpeechService(QDBusConnection connection)
     : m_connection(std::move(connection))
 {
-    m_connection.registerObject(QStringLiteral("/"), this, QDBusConnection::ExportScriptableSlots);
+    m_connection.registerObject("/"_s, this, QDBusConnection::ExportScriptableSlots);
     setPresent(true);
 }
 

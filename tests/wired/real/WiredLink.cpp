@@ -3,6 +3,7 @@
 #include "EventWait.h"
 #include "Kernel.h"
 #include "OutsideTheWorld.h"
+#include "Text.h"
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDBusReply>
@@ -17,31 +18,31 @@ using test_support::waitUntil;
 
 namespace {
 
-const QString connmanName = QStringLiteral("net.connman");
-const QString connmanMemory = QStringLiteral("/var/lib/connman");
-const QString farNetwork = QStringLiteral("lan");
-const QString farEnd = QStringLiteral("lan0");
-const QString connmanLog = QStringLiteral("/tmp/connman.log");
+const QString connmanName = "net.connman"_s;
+const QString connmanMemory = "/var/lib/connman"_s;
+const QString farNetwork = "lan"_s;
+const QString farEnd = "lan0"_s;
+const QString connmanLog = "/tmp/connman.log"_s;
 
 void ip(const QStringList &arguments)
 {
-    kernel::output(QStringLiteral("ip"), arguments);
+    kernel::output("ip"_s, arguments);
 }
 
 void setDeviceEnd(const QString &state)
 {
-    ip({QStringLiteral("link"), QStringLiteral("set"), WiredLink::interface(), state});
+    ip({"link"_s, "set"_s, WiredLink::interface(), state});
 }
 
 void setFarEnd(const QString &state)
 {
-    ip({QStringLiteral("-n"), farNetwork, QStringLiteral("link"), QStringLiteral("set"), farEnd, state});
+    ip({"-n"_s, farNetwork, "link"_s, "set"_s, farEnd, state});
 }
 
 void forgetAddresses()
 {
-    ip({QStringLiteral("address"), QStringLiteral("flush"), QStringLiteral("dev"), WiredLink::interface()});
-    QFile::resize(QStringLiteral("/etc/resolv.conf"), 0);
+    ip({"address"_s, "flush"_s, "dev"_s, WiredLink::interface()});
+    QFile::resize("/etc/resolv.conf"_s, 0);
 }
 
 void forgetConnmansMemory()
@@ -61,7 +62,7 @@ QByteArray content(const QString &path)
 QString WiredLink::service()
 {
     QString mac = kernel::hardwareAddress(interface());
-    return QStringLiteral("ethernet_%1_cable").arg(mac.remove(QLatin1Char(':')));
+    return "ethernet_%1_cable"_s.arg(mac.remove(QLatin1Char(':')));
 }
 
 WiredLink::WiredLink(QDBusConnection bus)
@@ -77,13 +78,13 @@ WiredLink::WiredLink(QDBusConnection bus)
 
 void WiredLink::plugCable()
 {
-    setFarEnd(QStringLiteral("up"));
+    setFarEnd("up"_s);
     m_isPlugged = true;
 }
 
 void WiredLink::unplugCable()
 {
-    setFarEnd(QStringLiteral("down"));
+    setFarEnd("down"_s);
     m_isPlugged = false;
 }
 
@@ -105,7 +106,7 @@ void WiredLink::startDhcpServer()
 
 void WiredLink::startConnman(const QString &mainConf)
 {
-    setDeviceEnd(QStringLiteral("up"));
+    setDeviceEnd("up"_s);
     if (m_isPlugged) {
         waitForLink();
     }
@@ -147,7 +148,6 @@ bool WiredLink::connmanIsOnTheBus() const
 QVariantMap WiredLink::connmanProperties() const
 {
     const QDBusMessage call = QDBusMessage::createMethodCall(
-        connmanName, QStringLiteral("/net/connman/service/") + service(),
-        QStringLiteral("net.connman.Service"), QStringLiteral("GetProperties"));
+        connmanName, "/net/connman/service/"_s + service(), "net.connman.Service"_s, "GetProperties"_s);
     return QDBusReply<QVariantMap>(m_bus.call(call)).value();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ChildProcess.h"
+#include "Text.h"
 #include <QDBusConnection>
 #include <QString>
 #include <QStringList>
@@ -12,16 +13,13 @@ class WiredLink
 {
 public:
     // What the DHCP server gives out.
-    static QString gateway() { return QStringLiteral("198.51.100.1"); }
-    static QString firstAddress() { return QStringLiteral("198.51.100.50"); }
-    static QString lastAddress() { return QStringLiteral("198.51.100.60"); }
-    static QString netmask() { return QStringLiteral("255.255.255.0"); }
-    static QStringList nameservers()
-    {
-        return {QStringLiteral("198.51.100.2"), QStringLiteral("198.51.100.3")};
-    }
+    static QString gateway() { return "198.51.100.1"_s; }
+    static QString firstAddress() { return "198.51.100.50"_s; }
+    static QString lastAddress() { return "198.51.100.60"_s; }
+    static QString netmask() { return "255.255.255.0"_s; }
+    static QStringList nameservers() { return {"198.51.100.2"_s, "198.51.100.3"_s}; }
 
-    static QString interface() { return QStringLiteral("eth0"); }
+    static QString interface() { return "eth0"_s; }
     /// ConnMan's identifier of the wired service.
     static QString service();
 
@@ -36,7 +34,7 @@ public:
     void stopDhcpServer() { test_support::stopProcess(m_dhcpServer); }
 
     /// Returns when ConnMan has its bus name. `mainConf` is the configuration file's name in this directory.
-    void startConnman(const QString &mainConf = QStringLiteral("connman.conf"));
+    void startConnman(const QString &mainConf = "connman.conf"_s);
     bool isConnmanRunning() const { return m_connman.state() == QProcess::Running; }
     /// A crash: no farewell to anybody, addresses and routes stay as they are. Returns when the bus has
     /// noticed.

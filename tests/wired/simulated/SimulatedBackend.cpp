@@ -1,4 +1,5 @@
 #include "SimulatedBackend.h"
+#include "Text.h"
 
 #include <limits>
 #include <QCoreApplication>
@@ -7,13 +8,13 @@
 
 namespace {
 
-const QString connman = QStringLiteral("net.connman");
-const QString speechService = QStringLiteral("com.tactora.Speech");
-const QString leasedAddress = QStringLiteral("198.51.100.50");
+const QString connman = "net.connman"_s;
+const QString speechService = "com.tactora.Speech"_s;
+const QString leasedAddress = "198.51.100.50"_s;
 
 int prefixLength(const QString &netmask)
 {
-    return QHostAddress::parseSubnet(QStringLiteral("0.0.0.0/") + netmask).second;
+    return QHostAddress::parseSubnet("0.0.0.0/"_s + netmask).second;
 }
 
 } // namespace
@@ -23,24 +24,24 @@ SimulatedBackend::SimulatedBackend(const QString &busAddress)
 {
     QObject::connect(&m_simulator, &test_support::SimulatorClient::spoke, &m_simulator,
                      [this](const QString &, const QVariantMap &request) { speech().add(request); });
-    m_simulator.removeTechnology(QStringLiteral("wifi"));
+    m_simulator.removeTechnology("wifi"_s);
     // There is no server for the online check: "ready" is the highest state here.
-    m_simulator.setTiming(QStringLiteral("online"), std::numeric_limits<int>::max());
+    m_simulator.setTiming("online"_s, std::numeric_limits<int>::max());
     m_simulator.setPresent(connman, false);
 }
 
 QString SimulatedBackend::service() const
 {
-    return QStringLiteral("ethernet_020000000100_cable");
+    return "ethernet_020000000100_cable"_s;
 }
 
 void SimulatedBackend::setCable(bool plugged)
 {
     m_isPlugged = plugged;
-    m_simulator.setCable(plugged, {{QStringLiteral("address"), leasedAddress},
-                                   {QStringLiteral("netmask"), netmask()},
-                                   {QStringLiteral("gateway"), gateway()},
-                                   {QStringLiteral("dhcp"), m_hasDhcpServer}});
+    m_simulator.setCable(plugged, {{"address"_s, leasedAddress},
+                                   {"netmask"_s, netmask()},
+                                   {"gateway"_s, gateway()},
+                                   {"dhcp"_s, m_hasDhcpServer}});
 }
 
 void SimulatedBackend::plugCable()
@@ -86,35 +87,34 @@ QVariantMap SimulatedBackend::ipv4() const
     if (m_isLinkDown || !m_simulator.services().contains(service())) {
         return {};
     }
-    return qdbus_cast<QVariantMap>(connmanProperties().value(QStringLiteral("IPv4")));
+    return qdbus_cast<QVariantMap>(connmanProperties().value("IPv4"_s));
 }
 
 QStringList SimulatedBackend::addresses() const
 {
     const QVariantMap values = ipv4();
-    const QString address = values.value(QStringLiteral("Address")).toString();
+    const QString address = values.value("Address"_s).toString();
     if (address.isEmpty()) {
         return {};
     }
-    const int prefix = prefixLength(values.value(QStringLiteral("Netmask")).toString());
-    return {QStringLiteral("%1/%2").arg(address).arg(prefix)};
+    const int prefix = prefixLength(values.value("Netmask"_s).toString());
+    return {"%1/%2"_s.arg(address).arg(prefix)};
 }
 
 QString SimulatedBackend::defaultGateway() const
 {
-    return ipv4().value(QStringLiteral("Gateway")).toString();
+    return ipv4().value("Gateway"_s).toString();
 }
 
 QStringList SimulatedBackend::nameservers() const
 {
-    return connmanProperties().value(QStringLiteral("Nameservers")).toStringList();
+    return connmanProperties().value("Nameservers"_s).toStringList();
 }
 
 bool SimulatedBackend::ipv6Enabled() const
 {
-    const auto configuration =
-        qdbus_cast<QVariantMap>(connmanProperties().value(QStringLiteral("IPv6.Configuration")));
-    return configuration.value(QStringLiteral("Method")) != QLatin1String("off");
+    const auto configuration = qdbus_cast<QVariantMap>(connmanProperties().value("IPv6.Configuration"_s));
+    return configuration.value("Method"_s) != QLatin1String("off");
 }
 
 void SimulatedBackend::setSpeechServicePresent(bool present)

@@ -1,6 +1,7 @@
 #include "BusUser.h"
 
 #include "Command.h"
+#include "Text.h"
 
 #include <grp.h>
 #include <pwd.h>
@@ -15,9 +16,9 @@ BusUser::BusUser(const QString &name, const QString &group)
     if (getpwnam(qPrintable(name)) == nullptr) {
         QStringList arguments{name};
         if (!group.isEmpty()) {
-            arguments = QStringList{QStringLiteral("--groups"), group, name};
+            arguments = QStringList{"--groups"_s, group, name};
         }
-        run(QStringLiteral("useradd"), arguments);
+        run("useradd"_s, arguments);
     }
     m_connection = connectAs(name);
 }

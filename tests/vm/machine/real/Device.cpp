@@ -2,31 +2,28 @@
 
 #include "Command.h"
 #include "Connman.h"
+#include "Text.h"
 
 #include <QFile>
 
 namespace {
 
-const QString connmanDirectory = QStringLiteral("/var/lib/connman");
-const QString settingsDirectory = QStringLiteral("/etc/xdg/Tactora AB");
+const QString connmanDirectory = "/var/lib/connman"_s;
+const QString settingsDirectory = "/etc/xdg/Tactora AB"_s;
 
 /// Directories that the units' own views of the file system begin at stay.
 bool empty(const QString &directory)
 {
-    return run(QStringLiteral("find"),
-               {directory, QStringLiteral("-mindepth"), QStringLiteral("1"), QStringLiteral("-delete")});
+    return run("find"_s, {directory, "-mindepth"_s, "1"_s, "-delete"_s});
 }
 
 /// The card has its own address again and is down, as after power-on; the daemon gave it another one.
 bool powerOnCard()
 {
     const auto link = [](const QStringList &what) {
-        return run(QStringLiteral("ip"), QStringList{QStringLiteral("link"), QStringLiteral("set"),
-                                                     QStringLiteral("dev"), QStringLiteral("wlan0")} +
-                                             what);
+        return run("ip"_s, QStringList{"link"_s, "set"_s, "dev"_s, "wlan0"_s} + what);
     };
-    return link({QStringLiteral("down")}) &&
-           link({QStringLiteral("address"), QStringLiteral("02:00:00:00:00:00")});
+    return link({"down"_s}) && link({"address"_s, "02:00:00:00:00:00"_s});
 }
 
 } // namespace
@@ -43,6 +40,6 @@ QString Device::file(const QString &path)
 
 bool Connman::hasStored(const QString &identifier, const QString &passphrase)
 {
-    QFile file(QStringLiteral("%1/%2/settings").arg(connmanDirectory, identifier));
+    QFile file("%1/%2/settings"_s.arg(connmanDirectory, identifier));
     return file.open(QIODevice::ReadOnly) && file.readAll().contains(passphrase.toUtf8());
 }

@@ -1,13 +1,14 @@
 #include "Explanations.h"
 
 #include "Command.h"
+#include "Text.h"
 
 #include <algorithm>
 #include <QRegularExpression>
 
 namespace {
 
-const QString manualPage = QStringLiteral("/usr/share/man/man8/network-manager.8.gz");
+const QString manualPage = "/usr/share/man/man8/network-manager.8.gz"_s;
 
 struct Explanation
 {
@@ -18,21 +19,20 @@ struct Explanation
 
 QString diagnostics()
 {
-    return outputOf(QStringLiteral("zcat"), {manualPage})
-        .section(QStringLiteral(".SH DIAGNOSTICS"), 1)
-        .section(QStringLiteral(".SH "), 0, 0)
-        .replace(QStringLiteral("\\\n"), QString())
-        .replace(QStringLiteral("\\(dq"), QStringLiteral("\""))
-        .replace(QStringLiteral("\\-"), QStringLiteral("-"));
+    return outputOf("zcat"_s, {manualPage})
+        .section(".SH DIAGNOSTICS"_s, 1)
+        .section(".SH "_s, 0, 0)
+        .replace("\\\n"_s, QString())
+        .replace("\\(dq"_s, "\""_s)
+        .replace("\\-"_s, "-"_s);
 }
 
 /// "category: text" in the man page's language: italics and "..." stand for anything, remarks are set in
 /// roman.
 Explanation parse(const QString &heading)
 {
-    static const QRegularExpression gap(
-        QStringLiteral("\\\\f[RI].*?(?:\\\\fP|$)|\\\\f[RIP]|\\.\\.\\.|(?<=[.\"]),"));
-    const int colon = heading.indexOf(QStringLiteral(": "));
+    static const QRegularExpression gap("\\\\f[RI].*?(?:\\\\fP|$)|\\\\f[RIP]|\\.\\.\\.|(?<=[.\"]),"_s);
+    const int colon = heading.indexOf(": "_s);
     Explanation explanation{heading.left(colon), {}};
     const QStringList parts = heading.mid(colon + 2).split(gap);
     for (const QString &part : parts) {
@@ -46,7 +46,7 @@ Explanation parse(const QString &heading)
 
 QList<Explanation> explanations()
 {
-    static const QRegularExpression line(QStringLiteral("^(?:\\.B |\\.BR \")?([A-Za-z.]+: .*?)\"?$"),
+    static const QRegularExpression line("^(?:\\.B |\\.BR \")?([A-Za-z.]+: .*?)\"?$"_s,
                                          QRegularExpression::MultilineOption);
     QList<Explanation> all;
     auto matches = line.globalMatch(diagnostics());
@@ -58,7 +58,7 @@ QList<Explanation> explanations()
 
 bool explains(const Explanation &explanation, const QString &line)
 {
-    return line.startsWith(explanation.category + QStringLiteral(": ")) &&
+    return line.startsWith(explanation.category + ": "_s) &&
            std::any_of(explanation.texts.begin(), explanation.texts.end(),
                        [&](const QString &text) { return line.contains(text); });
 }

@@ -1,4 +1,5 @@
 #include "Keyboard.h"
+#include "Text.h"
 
 #include <fcntl.h>
 #include <linux/input.h>
@@ -8,8 +9,8 @@
 namespace {
 
 /// A link that a rule of the machine makes.
-const QString keyboardPath = QStringLiteral("/dev/input/keyboard");
-const QString ledDirectory = QStringLiteral("/sys/class/leds/");
+const QString keyboardPath = "/dev/input/keyboard"_s;
+const QString ledDirectory = "/sys/class/leds/"_s;
 
 QString contentOf(const QString &path)
 {
@@ -90,11 +91,9 @@ void Keyboard::Node::send(int key, int value) const
 QString ledState(const QString &name)
 {
     const QString led = ledDirectory + name + QLatin1Char('/');
-    if (contentOf(led + QStringLiteral("trigger")).contains(QStringLiteral("[timer]"))) {
-        const int period = contentOf(led + QStringLiteral("delay_on")).toInt() +
-                           contentOf(led + QStringLiteral("delay_off")).toInt();
-        return QStringLiteral("blink %1").arg(period);
+    if (contentOf(led + "trigger"_s).contains("[timer]"_s)) {
+        const int period = contentOf(led + "delay_on"_s).toInt() + contentOf(led + "delay_off"_s).toInt();
+        return "blink %1"_s.arg(period);
     }
-    return contentOf(led + QStringLiteral("brightness")).toInt() > 0 ? QStringLiteral("on")
-                                                                     : QStringLiteral("off");
+    return contentOf(led + "brightness"_s).toInt() > 0 ? "on"_s : "off"_s;
 }

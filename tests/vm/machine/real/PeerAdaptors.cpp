@@ -1,4 +1,5 @@
 #include "PeerAdaptors.h"
+#include "Text.h"
 
 #include <QDBusConnection>
 
@@ -13,9 +14,9 @@ bool DevicePeers::appear()
     new SpeechAdaptor(this);
     new ConfigurationAdaptor(this);
     QDBusConnection bus = QDBusConnection::systemBus();
-    return bus.registerObject(QStringLiteral("/"), this, QDBusConnection::ExportAdaptors) &&
-           bus.registerService(QStringLiteral("com.tactora.Speech")) &&
-           bus.registerService(QStringLiteral("com.tactora.ConfigurationManager"));
+    return bus.registerObject("/"_s, this, QDBusConnection::ExportAdaptors) &&
+           bus.registerService("com.tactora.Speech"_s) &&
+           bus.registerService("com.tactora.ConfigurationManager"_s);
 }
 
 void SpeechAdaptor::speakFromId(const QString & /*id*/, const QVariantMap &request)
@@ -25,9 +26,9 @@ void SpeechAdaptor::speakFromId(const QString & /*id*/, const QVariantMap &reque
 
 QVariantMap ConfigurationAdaptor::process(const QVariantMap &request)
 {
-    if (request.value(QStringLiteral("commandId")).toInt() != systemInformationCommand) {
+    if (request.value("commandId"_s).toInt() != systemInformationCommand) {
         return {};
     }
-    const QVariantMap information{{QStringLiteral("serialNo"), DevicePeers::serialNumber}};
-    return {{QStringLiteral("systemInfo"), information}};
+    const QVariantMap information{{"serialNo"_s, DevicePeers::serialNumber}};
+    return {{"systemInfo"_s, information}};
 }

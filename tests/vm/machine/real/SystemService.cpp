@@ -1,30 +1,30 @@
 #include "SystemService.h"
 
 #include "Systemd.h"
+#include "Text.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QTextStream>
 
 SystemService::SystemService(const QString &name)
-    : m_unit(name + QStringLiteral(".service"))
+    : m_unit(name + ".service"_s)
 {
 }
 
 bool SystemService::start()
 {
-    return Systemd::control({QStringLiteral("start"), m_unit});
+    return Systemd::control({"start"_s, m_unit});
 }
 
 bool SystemService::stop()
 {
-    return Systemd::control({QStringLiteral("stop"), m_unit}) &&
-           Systemd::property(m_unit, QStringLiteral("Result")) == QStringLiteral("success");
+    return Systemd::control({"stop"_s, m_unit}) && Systemd::property(m_unit, "Result"_s) == "success"_s;
 }
 
 bool SystemService::isRunning() const
 {
-    return Systemd::property(m_unit, QStringLiteral("ActiveState")) == QStringLiteral("active");
+    return Systemd::property(m_unit, "ActiveState"_s) == "active"_s;
 }
 
 QString SystemService::log() const
@@ -39,12 +39,12 @@ void SystemService::markLog()
 
 std::unique_ptr<Program> makeConnman()
 {
-    return std::make_unique<SystemService>(QStringLiteral("connman"));
+    return std::make_unique<SystemService>("connman"_s);
 }
 
 std::unique_ptr<Program> makeDaemon(const QString &keyboardDevice)
 {
-    QFile file(QStringLiteral("/etc/default/network-manager"));
+    QFile file("/etc/default/network-manager"_s);
     if (!file.open(QIODevice::WriteOnly)) {
         qWarning("the daemon's options cannot be set");
     }
@@ -52,5 +52,5 @@ std::unique_ptr<Program> makeDaemon(const QString &keyboardDevice)
     // latter.
     QTextStream(&file) << "NETWORK_MANAGER_OPTIONS=\"--device " << keyboardDevice << "\"\n"
                        << "QT_LOGGING_RULES=\"NetworkSettings.debug=true;NetworkManager.warning=true\"\n";
-    return std::make_unique<SystemService>(QStringLiteral("network-manager"));
+    return std::make_unique<SystemService>("network-manager"_s);
 }

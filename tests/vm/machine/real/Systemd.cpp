@@ -1,23 +1,21 @@
 #include "Systemd.h"
 
 #include "Command.h"
+#include "Text.h"
 
 bool Systemd::control(const QStringList &arguments)
 {
-    return run(QStringLiteral("systemctl"), arguments);
+    return run("systemctl"_s, arguments);
 }
 
 QString Systemd::property(const QString &unit, const QString &name)
 {
-    return outputOf(QStringLiteral("systemctl"), {QStringLiteral("show"), QStringLiteral("--value"),
-                                                  QStringLiteral("--property=") + name, unit})
-        .trimmed();
+    return outputOf("systemctl"_s, {"show"_s, "--value"_s, "--property="_s + name, unit}).trimmed();
 }
 
 QString Systemd::journal(const QString &unit, qint64 since, const QString &priorities)
 {
-    return outputOf(QStringLiteral("journalctl"),
-                    {QStringLiteral("--quiet"), QStringLiteral("--output=cat"),
-                     QStringLiteral("--unit=") + unit, QStringLiteral("--priority=") + priorities,
-                     QStringLiteral("--since=@%1").arg(static_cast<double>(since) / 1000, 0, 'f', 3)});
+    return outputOf("journalctl"_s,
+                    {"--quiet"_s, "--output=cat"_s, "--unit="_s + unit, "--priority="_s + priorities,
+                     "--since=@%1"_s.arg(static_cast<double>(since) / 1000, 0, 'f', 3)});
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Text.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -13,6 +15,6 @@ QString property(const QString &unit, const QString &name);
 
 /// What a unit has said since then, in milliseconds of Unix time; its latest words may take a moment to get
 /// there. `priorities` is one, or a range such as "debug..info".
-QString journal(const QString &unit, qint64 since, const QString &priorities = QStringLiteral("debug"));
+QString journal(const QString &unit, qint64 since, const QString &priorities = "debug"_s);
 
 } // namespace Systemd

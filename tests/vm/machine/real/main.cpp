@@ -1,5 +1,6 @@
 #include "BootScenarios.h"
 #include "MachineScenarios.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -10,7 +11,7 @@ namespace {
 /// for them.
 bool insideTheMachine()
 {
-    QFile commandLine(QStringLiteral("/proc/cmdline"));
+    QFile commandLine("/proc/cmdline"_s);
     return commandLine.open(QIODevice::ReadOnly) && commandLine.readAll().contains(" test-machine ");
 }
 
@@ -34,15 +35,15 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     QStringList arguments = QCoreApplication::arguments();
-    if (!arguments.contains(QStringLiteral("-functions")) && !insideTheMachine()) {
+    if (!arguments.contains("-functions"_s) && !insideTheMachine()) {
         qCritical("These scenarios run inside the test machine only: use tests/vm/run.");
         return 2;
     }
-    const int boot = takeNumber(arguments, QStringLiteral("--boot"));
+    const int boot = takeNumber(arguments, "--boot"_s);
     if (boot < 0) {
         MachineScenarios scenarios;
         return runScenarios(scenarios, arguments);
     }
-    BootScenarios scenarios(boot, takeNumber(arguments, QStringLiteral("--cuts")));
+    BootScenarios scenarios(boot, takeNumber(arguments, "--cuts"_s));
     return runScenarios(scenarios, arguments);
 }

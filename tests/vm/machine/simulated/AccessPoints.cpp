@@ -1,12 +1,13 @@
 #include "AccessPoints.h"
+#include "Text.h"
 
 namespace {
 
 QVariantMap subnet(int number)
 {
-    return {{QStringLiteral("address"), QStringLiteral("10.11.%1.50").arg(number)},
-            {QStringLiteral("gateway"), QStringLiteral("10.11.%1.1").arg(number)},
-            {QStringLiteral("ipv6"), QStringLiteral("fd00:11:%1::50").arg(number)}};
+    return {{"address"_s, "10.11.%1.50"_s.arg(number)},
+            {"gateway"_s, "10.11.%1.1"_s.arg(number)},
+            {"ipv6"_s, "fd00:11:%1::50"_s.arg(number)}};
 }
 
 QVariantMap joined(QVariantMap options, const QVariantMap &more)
@@ -21,24 +22,21 @@ QVariantMap joined(QVariantMap options, const QVariantMap &more)
 
 const QMap<QString, QVariantMap> &accessPoints()
 {
-    static const QString ssid = QStringLiteral("ssid");
-    static const QString security = QStringLiteral("security");
-    static const QString passphrase = QStringLiteral("passphrase");
+    static const QString ssid = "ssid"_s;
+    static const QString security = "security"_s;
+    static const QString passphrase = "passphrase"_s;
     static const QMap<QString, QVariantMap> all{
-        {QStringLiteral("home"), joined(subnet(1), {{ssid, QStringLiteral("Atelier")},
-                                                    {passphrase, QStringLiteral("correct horse")}})},
-        {QStringLiteral("cafe"),
-         joined(subnet(2), {{ssid, QStringLiteral("Cafe")}, {security, QStringLiteral("none")}})},
-        {QStringLiteral("cellar"), joined(subnet(3), {{ssid, QStringLiteral("Cellar")},
-                                                      {passphrase, QStringLiteral("potatoes and wine")},
-                                                      {QStringLiteral("hidden"), true}})},
-        {QStringLiteral("office"), joined(subnet(4), {{ssid, QStringLiteral("Office")},
-                                                      {security, QStringLiteral("ieee8021x")},
-                                                      {QStringLiteral("identity"), QStringLiteral("braille")},
-                                                      {passphrase, QStringLiteral("six dots")}})},
-        {QStringLiteral("studio"), joined(subnet(5), {{ssid, QStringLiteral("Studio")},
-                                                      {security, QStringLiteral("wps")},
-                                                      {passphrase, QStringLiteral("press the button")},
-                                                      {QStringLiteral("pin"), QStringLiteral("none yet")}})}};
+        {"home"_s, joined(subnet(1), {{ssid, "Atelier"_s}, {passphrase, "correct horse"_s}})},
+        {"cafe"_s, joined(subnet(2), {{ssid, "Cafe"_s}, {security, "none"_s}})},
+        {"cellar"_s,
+         joined(subnet(3), {{ssid, "Cellar"_s}, {passphrase, "potatoes and wine"_s}, {"hidden"_s, true}})},
+        {"office"_s, joined(subnet(4), {{ssid, "Office"_s},
+                                        {security, "ieee8021x"_s},
+                                        {"identity"_s, "braille"_s},
+                                        {passphrase, "six dots"_s}})},
+        {"studio"_s, joined(subnet(5), {{ssid, "Studio"_s},
+                                        {security, "wps"_s},
+                                        {passphrase, "press the button"_s},
+                                        {"pin"_s, "none yet"_s}})}};
     return all;
 }

@@ -2,6 +2,7 @@
 
 #include "AccessPoints.h"
 #include "DevicePeers.h"
+#include "Text.h"
 
 #include <QProcess>
 #include <QRegularExpression>
@@ -16,15 +17,15 @@ Bench::Bench()
 {
     theBench = this;
     // Switches Wi-Fi for the key chord: the program itself, on the simulated ConnMan.
-    commands().useOwn(QStringLiteral("connmanctl"));
+    commands().useOwn("connmanctl"_s);
     // Long enough for scenarios to see what the daemon shows meanwhile.
-    simulator.setTiming(QStringLiteral("wrongPassphrase"), 1500);
-    simulator.setTiming(QStringLiteral("linkLocal"), 3000);
+    simulator.setTiming("wrongPassphrase"_s, 1500);
+    simulator.setTiming("linkLocal"_s, 3000);
     // In the test machine, too, nothing answers ConnMan's online check.
-    simulator.setTiming(QStringLiteral("online"), -1);
+    simulator.setTiming("online"_s, -1);
     simulator.setSerialNumber(DevicePeers::serialNumber);
     simulator.stopConnman();
-    simulator.setConnmanDirectory(daemon.sandbox().hostPath(QStringLiteral("/var/lib/connman")));
+    simulator.setConnmanDirectory(daemon.sandbox().hostPath("/var/lib/connman"_s));
     for (const QVariantMap &options : accessPoints()) {
         simulator.addNetwork(options);
     }
@@ -45,7 +46,7 @@ bool Bench::run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
     QProcessEnvironment environment;
-    environment.insert(QStringLiteral("STAND_IN_DIR"), commands().directory());
+    environment.insert("STAND_IN_DIR"_s, commands().directory());
     process.setProcessEnvironment(environment);
     process.start(commands().path() + QLatin1Char('/') + program, arguments);
     return process.waitForFinished() && process.exitCode() == 0;

@@ -3,13 +3,14 @@
 #include "Bench.h"
 #include "Connman.h"
 #include "DevicePeers.h"
+#include "Text.h"
 
 #include <QDir>
 
 namespace {
 
-const QString connmanDirectory = QStringLiteral("/var/lib/connman");
-const QString settingsDirectory = QStringLiteral("/etc/xdg/Tactora AB");
+const QString connmanDirectory = "/var/lib/connman"_s;
+const QString settingsDirectory = "/etc/xdg/Tactora AB"_s;
 
 } // namespace
 
@@ -20,9 +21,7 @@ bool Device::reset()
     QDir(file(settingsDirectory)).removeRecursively();
     bench.simulator.eraseConnman();
     return QDir().mkpath(file(connmanDirectory)) &&
-           bench.run(QStringLiteral("ip"), {QStringLiteral("link"), QStringLiteral("set"),
-                                            QStringLiteral("dev"), QStringLiteral("wlan0"),
-                                            QStringLiteral("address"), QStringLiteral("02:00:00:00:00:00")});
+           bench.run("ip"_s, {"link"_s, "set"_s, "dev"_s, "wlan0"_s, "address"_s, "02:00:00:00:00:00"_s});
 }
 
 QString Device::file(const QString &path)

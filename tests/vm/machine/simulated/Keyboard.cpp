@@ -1,6 +1,7 @@
 #include "Keyboard.h"
 
 #include "Bench.h"
+#include "Text.h"
 
 /// The fake that the sandbox has at the daemon's default path.
 class Keyboard::Node
@@ -17,7 +18,7 @@ bool Keyboard::plugIn()
 
 QString Keyboard::device() const
 {
-    return QStringLiteral("/dev/input/event0");
+    return "/dev/input/event0"_s;
 }
 
 void Keyboard::press(int key)
@@ -35,11 +36,11 @@ QString ledState(const QString &name)
     const test_support::LedPattern pattern = Bench::instance().devices().led(name);
     switch (pattern.kind) {
     case test_support::LedPattern::Kind::Off:
-        return QStringLiteral("off");
+        return "off"_s;
     case test_support::LedPattern::Kind::On:
-        return QStringLiteral("on");
+        return "on"_s;
     case test_support::LedPattern::Kind::Blink:
-        return QStringLiteral("blink %1").arg(pattern.periodMs);
+        return "blink %1"_s.arg(pattern.periodMs);
     }
     return {};
 }

@@ -1,6 +1,7 @@
 #include "Bench.h"
 #include "Program.h"
 #include "Surroundings.h"
+#include "Text.h"
 
 namespace {
 
@@ -10,7 +11,7 @@ public:
     bool start() override
     {
         test_support::SimulatorClient &simulator = Bench::instance().simulator;
-        simulator.setHardwareAddress(Kernel::hardwareAddress(QStringLiteral("wlan0")));
+        simulator.setHardwareAddress(Kernel::hardwareAddress("wlan0"_s));
         simulator.startConnman();
         m_isRunning = true;
         return true;
@@ -44,13 +45,13 @@ public:
         : m_keyboardDevice(std::move(keyboardDevice))
     {
         // World::waitUntilStarted() reads this category's debug lines.
-        daemon().setLoggingRules(QStringLiteral("NetworkSettings.debug=true"));
+        daemon().setLoggingRules("NetworkSettings.debug=true"_s);
     }
 
     bool start() override
     {
         renewLeds();
-        return daemon().start({QStringLiteral("--device"), m_keyboardDevice});
+        return daemon().start({"--device"_s, m_keyboardDevice});
     }
 
     bool stop() override
@@ -77,7 +78,7 @@ private:
     static void renewLeds()
     {
         test_support::FakeDevices &devices = Bench::instance().devices();
-        for (const QString &name : {QStringLiteral("led8"), QStringLiteral("led10")}) {
+        for (const QString &name : {"led8"_s, "led10"_s}) {
             devices.removeLed(name);
             devices.addLed(name);
         }

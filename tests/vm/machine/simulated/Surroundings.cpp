@@ -3,6 +3,7 @@
 #include "AccessPoints.h"
 #include "Bench.h"
 #include "Connman.h"
+#include "Text.h"
 
 namespace {
 
@@ -15,20 +16,18 @@ SimulatorClient &simulator()
 
 QString ssidOf(const QString &accessPoint)
 {
-    return accessPoints().value(accessPoint).value(QStringLiteral("ssid")).toString();
+    return accessPoints().value(accessPoint).value("ssid"_s).toString();
 }
 
 /// The services, as the simulator has them, that are connected or getting their addresses.
 QList<QVariantMap> linkedServices(const QString &type)
 {
-    static const QStringList linked{QStringLiteral("configuration"), QStringLiteral("ready"),
-                                    QStringLiteral("online")};
+    static const QStringList linked{"configuration"_s, "ready"_s, "online"_s};
     QList<QVariantMap> services;
     const QStringList identifiers = simulator().services();
     for (const QString &identifier : identifiers) {
         const QVariantMap properties = simulator().serviceProperties(identifier);
-        if (properties.value(QStringLiteral("Type")) == type &&
-            linked.contains(properties.value(QStringLiteral("State")).toString())) {
+        if (properties.value("Type"_s) == type && linked.contains(properties.value("State"_s).toString())) {
             services.append(properties);
         }
     }
@@ -37,7 +36,7 @@ QList<QVariantMap> linkedServices(const QString &type)
 
 QString addressIn(const QVariantMap &properties, const QString &dictionary)
 {
-    return plain(properties.value(dictionary)).toMap().value(QStringLiteral("Address")).toString();
+    return plain(properties.value(dictionary)).toMap().value("Address"_s).toString();
 }
 
 } // namespace
@@ -48,7 +47,7 @@ bool Air::restore()
         return true;
     }
     for (const QVariantMap &options : accessPoints()) {
-        simulator().setInReach(options.value(QStringLiteral("ssid")).toString(), true);
+        simulator().setInReach(options.value("ssid"_s).toString(), true);
     }
     const bool served = serveAddresses(true);
     m_touched = false;
@@ -82,32 +81,32 @@ bool Air::serveAddresses(bool on)
 bool Air::expectPin(const QString &accessPoint, const QString &pin)
 {
     QVariantMap options = accessPoints().value(accessPoint);
-    options.insert(QStringLiteral("pin"), pin);
+    options.insert("pin"_s, pin);
     simulator().addNetwork(options);
     return true;
 }
 
 bool Air::reaches(const QString &address)
 {
-    return Kernel::addresses(QStringLiteral("wlan0")).contains(address);
+    return Kernel::addresses("wlan0"_s).contains(address);
 }
 
 bool Lan::plugIn(Server server)
 {
-    QVariantMap options{{QStringLiteral("dhcp"), server == Server::Dhcp || server == Server::OtherDhcp}};
+    QVariantMap options{{"dhcp"_s, server == Server::Dhcp || server == Server::OtherDhcp}};
     switch (server) {
     case Server::Nobody:
         break;
     case Server::Dhcp:
-        options.insert(QStringLiteral("address"), QStringLiteral("10.20.0.50"));
-        options.insert(QStringLiteral("gateway"), QStringLiteral("10.20.0.1"));
+        options.insert("address"_s, "10.20.0.50"_s);
+        options.insert("gateway"_s, "10.20.0.1"_s);
         break;
     case Server::OtherDhcp:
-        options.insert(QStringLiteral("address"), QStringLiteral("10.21.0.50"));
-        options.insert(QStringLiteral("gateway"), QStringLiteral("10.21.0.1"));
+        options.insert("address"_s, "10.21.0.50"_s);
+        options.insert("gateway"_s, "10.21.0.1"_s);
         break;
     case Server::Ipv6Router:
-        options.insert(QStringLiteral("ipv6"), QStringLiteral("fd00:20::50"));
+        options.insert("ipv6"_s, "fd00:20::50"_s);
         break;
     }
     simulator().setCable(true, options);
@@ -126,17 +125,16 @@ bool Lan::unplug()
 
 QString Kernel::joinedNetwork()
 {
-    return linkedServices(QStringLiteral("wifi")).value(0).value(QStringLiteral("Name")).toString();
+    return linkedServices("wifi"_s).value(0).value("Name"_s).toString();
 }
 
 QStringList Kernel::addresses(const QString &interface)
 {
-    const bool isWifi = interface == QStringLiteral("wlan0");
+    const bool isWifi = interface == "wlan0"_s;
     QStringList addresses;
-    const auto services = linkedServices(isWifi ? QStringLiteral("wifi") : QStringLiteral("ethernet"));
+    const auto services = linkedServices(isWifi ? "wifi"_s : "ethernet"_s);
     for (const QVariantMap &properties : services) {
-        addresses << addressIn(properties, QStringLiteral("IPv4"))
-                  << addressIn(properties, QStringLiteral("IPv6"));
+        addresses << addressIn(properties, "IPv4"_s) << addressIn(properties, "IPv6"_s);
     }
     addresses.removeAll(QString());
     return addresses;
@@ -144,16 +142,15 @@ QStringList Kernel::addresses(const QString &interface)
 
 QString Kernel::hardwareAddress(const QString &interface)
 {
-    return Bench::instance().latest(QStringLiteral("ip link set dev %1 address ").arg(interface)).toLower();
+    return Bench::instance().latest("ip link set dev %1 address "_s.arg(interface)).toLower();
 }
 
 QString Kernel::region()
 {
-    return Bench::instance().latest(QStringLiteral("iw reg set "));
+    return Bench::instance().latest("iw reg set "_s);
 }
 
 bool Kernel::setRegion(const QString &country)
 {
-    return Bench::instance().run(QStringLiteral("iw"),
-                                 {QStringLiteral("reg"), QStringLiteral("set"), country});
+    return Bench::instance().run("iw"_s, {"reg"_s, "set"_s, country});
 }

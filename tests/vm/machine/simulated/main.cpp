@@ -1,5 +1,6 @@
 #include "Bench.h"
 #include "Scenarios.h"
+#include "Text.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
@@ -8,13 +9,12 @@ namespace {
 
 /// In these the daemon has to be waited for: half a minute each. They are a run of their own, beside the
 /// others.
-const QStringList patientOnes{QStringLiteral("automaticIpv6AddressAloneIsNotAnnounced"),
-                              QStringLiteral("missingAddressIsAnnouncedAfterSixteenLooks")};
+const QStringList patientOnes{"automaticIpv6AddressAloneIsNotAnnounced"_s,
+                              "missingAddressIsAnnouncedAfterSixteenLooks"_s};
 
 QStringList allOthers()
 {
-    const QStringList fixture{QStringLiteral("initTestCase"), QStringLiteral("init"),
-                              QStringLiteral("cleanup")};
+    const QStringList fixture{"initTestCase"_s, "init"_s, "cleanup"_s};
     const QMetaObject &meta = Scenarios::staticMetaObject;
     QStringList names;
     for (int index = meta.methodOffset(); index < meta.methodCount(); ++index) {
@@ -31,9 +31,9 @@ QStringList expanded(const QStringList &arguments)
 {
     QStringList result;
     for (const QString &argument : arguments) {
-        if (argument == QStringLiteral("--patient")) {
+        if (argument == "--patient"_s) {
             result += patientOnes;
-        } else if (argument == QStringLiteral("--others")) {
+        } else if (argument == "--others"_s) {
             result += allOthers();
         } else {
             result += argument;
