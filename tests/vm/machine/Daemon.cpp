@@ -21,13 +21,9 @@ constexpr int callTimeoutMs = 180000;
 Daemon::Daemon(const QString &keyboardDevice)
     : m_program(makeDaemon(keyboardDevice))
 {
-    const QStringList names{
-        "error"_s,         "powerChanged"_s,     "regionChanged"_s,      "networkRegistered"_s,
-        "networkForgot"_s, "networkConnected"_s, "networkDisconnected"_s};
-    for (const QString &name : names) {
-        QDBusConnection::systemBus().connect({}, daemonPath, daemonName, name, this,
-                                             SLOT(record(QDBusMessage)));
-    }
+    const QString anySignal;
+    QDBusConnection::systemBus().connect({}, daemonPath, daemonName, anySignal, this,
+                                         SLOT(record(QDBusMessage)));
 }
 
 bool Daemon::startAndWait()
