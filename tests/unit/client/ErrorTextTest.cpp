@@ -4,7 +4,6 @@
 #include "Text.h"
 #include <QTest>
 
-
 class ErrorTextTest : public QObject
 {
     Q_OBJECT
