@@ -3,9 +3,9 @@
 #include "ConnmanErrors.h"
 #include "ConnmanWire.h"
 #include "Discovery.h"
+#include "Neighbourhood.h"
 #include "ServiceList.h"
 #include "ServiceStates.h"
-#include "Surroundings.h"
 #include "Timings.h"
 
 namespace simulator {
@@ -161,7 +161,7 @@ std::optional<ErrorReply> Connector::start(const ServicePtr &service, ConnectRea
         m_parts.states.becomeIdle(*service);
     }
     service->reason = reason;
-    if (m_parts.surroundings.lacksProvisioning(*service)) {
+    if (m_parts.neighbourhood.lacksProvisioning(*service)) {
         return error::invalidArguments();
     }
     if (needsCredentials(*service)) {
@@ -193,7 +193,7 @@ void Connector::associate(const ServicePtr &service)
     // A favourite's passphrase is tried twice before it counts as wrong.
     const int tries = service->isFavorite() ? 2 : 1;
     m_parts.states.associate(*service);
-    switch (m_parts.surroundings.verdict(*service)) {
+    switch (m_parts.neighbourhood.verdict(*service)) {
     case Verdict::Accepted:
         later(service, m_parts.timings.association, [this, service] { configure(service); });
         break;
@@ -221,7 +221,7 @@ void Connector::configure(const ServicePtr &service)
 
 void Connector::obtainAddresses(const ServicePtr &service)
 {
-    const bool hasDhcp = m_parts.surroundings.lease(*service).has_value();
+    const bool hasDhcp = m_parts.neighbourhood.lease(*service).has_value();
     if (!hasDhcp && hasIpv6(*service)) { // an IPv6 address is enough, and no other is looked for any more
         later(service, m_parts.timings.configuration, [this, service] { becomeReady(service); });
         return;
@@ -240,7 +240,7 @@ bool Connector::hasIpv6(const Service &service) const
 {
     const QString method = service.method(ipv6Configuration);
     return method == QLatin1String("manual") ||
-           (method == QLatin1String("auto") && !m_parts.surroundings.ipv6Address(service).isEmpty());
+           (method == QLatin1String("auto") && !m_parts.neighbourhood.ipv6Address(service).isEmpty());
 }
 
 void Connector::becomeReady(const ServicePtr &service)

@@ -13,7 +13,7 @@ namespace simulator {
 class Discovery;
 class ServiceList;
 class ServiceStates;
-class Surroundings;
+class Neighbourhood;
 struct Timings;
 
 /// How services get connected and disconnected: ConnMan's attempts, their time, the agent's part in them.
@@ -27,7 +27,7 @@ public:
         ServiceStates &states;
         Discovery &discovery;
         AgentRegistry &agents;
-        const Surroundings &surroundings;
+        const Neighbourhood &neighbourhood;
         const Timings &timings;
     };
     explicit Connector(Parts parts, QObject *parent = nullptr);

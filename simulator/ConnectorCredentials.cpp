@@ -4,9 +4,9 @@
 #include "ConnmanErrors.h"
 #include "ConnmanWire.h"
 #include "Discovery.h"
+#include "Neighbourhood.h"
 #include "ServiceList.h"
 #include "ServiceStates.h"
-#include "Surroundings.h"
 #include "Timings.h"
 #include <utility>
 
@@ -113,7 +113,7 @@ void Connector::searchHidden(const ServicePtr &service, const Credentials &crede
 void Connector::joinFound(const ServicePtr &service, const Credentials &credentials,
                           const std::optional<Call> &connect)
 {
-    const AccessPoint *accessPoint = m_parts.surroundings.find(*credentials.name);
+    const AccessPoint *accessPoint = m_parts.neighbourhood.find(*credentials.name);
     const bool isFound = accessPoint != nullptr && service->hasSecurity(accessPoint->security);
     const ServicePtr found = isFound ? m_parts.discovery.named(*accessPoint) : service;
     found->pendingConnect = connect;

@@ -12,11 +12,11 @@ Connman::Connman(const QString &address, Instruments instruments, const Timings 
     , m_technologies(*this)
     , m_agents(*this, m_timings)
     , m_state(*this, m_services, m_technologies)
-    , m_states(m_services, m_state, m_surroundings)
+    , m_states(m_services, m_state, m_neighbourhood)
     , m_discovery(m_services)
-    , m_connector({m_services, m_states, m_discovery, m_agents, m_surroundings, m_timings})
+    , m_connector({m_services, m_states, m_discovery, m_agents, m_neighbourhood, m_timings})
     , m_settings(m_services, m_states, m_connector)
-    , m_radio({m_technologies, m_services, m_state, m_discovery, m_connector, m_surroundings, m_timings})
+    , m_radio({m_technologies, m_services, m_state, m_discovery, m_connector, m_neighbourhood, m_timings})
 {
     connect(this, &BusService::joined, this, &Connman::announceEverything);
     connect(this, &BusService::left, this, &Connman::forgetClients);
@@ -30,7 +30,7 @@ Connman::Connman(const QString &address, Instruments instruments, const Timings 
 
 QString Connman::addNetwork(const QVariantMap &options, bool atOnce)
 {
-    const AccessPoint accessPoint = m_surroundings.add(AccessPoint::fromOptions(options, m_networkCount++));
+    const AccessPoint accessPoint = m_neighbourhood.add(AccessPoint::fromOptions(options, m_networkCount++));
     if (atOnce && m_technologies.isPowered(QStringLiteral("wifi"))) {
         m_radio.lookAround();
     }
@@ -40,13 +40,13 @@ QString Connman::addNetwork(const QVariantMap &options, bool atOnce)
 bool Connman::removeNetwork(const QString &ssid)
 {
     const bool isKnown = setInReach(ssid, false);
-    m_surroundings.remove(ssid);
+    m_neighbourhood.remove(ssid);
     return isKnown;
 }
 
 bool Connman::setInReach(const QString &ssid, bool isInReach)
 {
-    const AccessPoint *accessPoint = m_surroundings.setInReach(ssid, isInReach);
+    const AccessPoint *accessPoint = m_neighbourhood.setInReach(ssid, isInReach);
     if (accessPoint == nullptr) {
         return false;
     }
@@ -60,13 +60,13 @@ bool Connman::setInReach(const QString &ssid, bool isInReach)
 
 void Connman::setCable(const Cable &cable)
 {
-    m_surroundings.cable = cable;
+    m_neighbourhood.cable = cable;
     m_radio.cableChanged();
 }
 
 void Connman::setAddressesServed(bool served)
 {
-    m_surroundings.servesAddresses = served;
+    m_neighbourhood.servesAddresses = served;
     if (served) {
         m_connector.retryAddresses();
     }
@@ -151,7 +151,7 @@ void Connman::forgetStates()
             service->properties.insert(property, fresh.value(property));
         }
         service->properties.remove(QStringLiteral("Error"));
-        if (!service->isFavorite() || m_surroundings.isBehind(*service)) {
+        if (!service->isFavorite() || m_neighbourhood.isBehind(*service)) {
             m_discovery.remove(service); // what is around the device is discovered anew
         }
     }
@@ -164,7 +164,7 @@ void Connman::applyProvisioning()
     if (!m_provisioning.hasDirectory()) {
         return;
     }
-    for (AccessPoint &accessPoint : m_surroundings.accessPoints()) {
+    for (AccessPoint &accessPoint : m_neighbourhood.accessPoints()) {
         if (accessPoint.security != QLatin1String("ieee8021x")) {
             continue;
         }

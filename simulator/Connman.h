@@ -5,12 +5,12 @@
 #include "Connector.h"
 #include "Discovery.h"
 #include "ManagerState.h"
+#include "Neighbourhood.h"
 #include "Provisioning.h"
 #include "Radio.h"
 #include "ServiceList.h"
 #include "ServiceSettings.h"
 #include "ServiceStates.h"
-#include "Surroundings.h"
 #include "TechnologyList.h"
 #include "Timings.h"
 #include <QSet>
@@ -97,7 +97,7 @@ private:
     void applyProvisioning();
 
     Timings m_timings;
-    Surroundings m_surroundings;
+    Neighbourhood m_neighbourhood;
     ServiceList m_services;
     TechnologyList m_technologies;
     AgentRegistry m_agents;

@@ -1,7 +1,7 @@
 #include "Discovery.h"
 
+#include "Neighbourhood.h"
 #include "ServiceList.h"
-#include "Surroundings.h"
 #include <utility>
 
 namespace simulator {

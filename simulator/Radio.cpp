@@ -4,8 +4,8 @@
 #include "ConnmanErrors.h"
 #include "Discovery.h"
 #include "ManagerState.h"
+#include "Neighbourhood.h"
 #include "ServiceList.h"
-#include "Surroundings.h"
 #include "Timings.h"
 #include <QSet>
 #include <QTimer>
@@ -77,7 +77,7 @@ void Radio::lookAround()
 {
     QSet<QString> present;
     if (m_parts.technologies.isPowered(wifi)) {
-        for (const AccessPoint &accessPoint : m_parts.surroundings.accessPoints()) {
+        for (const AccessPoint &accessPoint : m_parts.neighbourhood.accessPoints()) {
             if (accessPoint.isInReach) {
                 present.insert(m_parts.discovery.scanned(accessPoint)->identifier);
             }
@@ -86,7 +86,7 @@ void Radio::lookAround()
     const QVector<ServicePtr> services = m_parts.services.all();
     for (const ServicePtr &service : services) {
         const bool wasFound = !service->ssid.isEmpty() && !present.contains(service->identifier);
-        const bool isGone = wasFound && m_parts.surroundings.find(service->ssid) == nullptr;
+        const bool isGone = wasFound && m_parts.neighbourhood.find(service->ssid) == nullptr;
         if (isGone) {
             remove(service);
         }
@@ -105,7 +105,7 @@ void Radio::loseNetwork(const QString &identifier)
 void Radio::cableChanged()
 {
     const ServicePtr known = m_parts.services.find(cableIdentifier());
-    const bool isThere = m_parts.surroundings.cable.isPlugged && m_parts.technologies.isPowered(ethernet);
+    const bool isThere = m_parts.neighbourhood.cable.isPlugged && m_parts.technologies.isPowered(ethernet);
     if (known != nullptr && !isThere) {
         remove(known);
     } else if (known == nullptr && isThere) {

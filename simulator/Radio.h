@@ -12,7 +12,7 @@ class Connector;
 class Discovery;
 class ManagerState;
 class ServiceList;
-class Surroundings;
+class Neighbourhood;
 struct Timings;
 
 /// Powers technologies on and off, scans, and so lets services come and go with what is around the device.
@@ -27,7 +27,7 @@ public:
         ManagerState &manager;
         Discovery &discovery;
         Connector &connector;
-        const Surroundings &surroundings;
+        const Neighbourhood &neighbourhood;
         const Timings &timings;
     };
     explicit Radio(Parts parts, QObject *parent = nullptr);

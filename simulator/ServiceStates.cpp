@@ -2,8 +2,8 @@
 
 #include "ConnmanErrors.h"
 #include "ManagerState.h"
+#include "Neighbourhood.h"
 #include "ServiceList.h"
-#include "Surroundings.h"
 #include <QDBusArgument>
 
 namespace simulator {
@@ -24,10 +24,10 @@ const QString linkLocalAddress = QStringLiteral("169.254.77.50");
 const QVariantMap directProxy{{QStringLiteral("Method"), QStringLiteral("direct")}};
 } // namespace
 
-ServiceStates::ServiceStates(ServiceList &services, ManagerState &manager, const Surroundings &surroundings)
+ServiceStates::ServiceStates(ServiceList &services, ManagerState &manager, const Neighbourhood &neighbourhood)
     : m_services(services)
     , m_manager(manager)
-    , m_surroundings(surroundings)
+    , m_neighbourhood(neighbourhood)
 {
 }
 
@@ -152,7 +152,7 @@ QVariantMap ServiceStates::ipv4(const Service &service) const
     if (configured == QLatin1String("manual")) {
         return configuration;
     }
-    const std::optional<Lease> lease = m_surroundings.lease(service);
+    const std::optional<Lease> lease = m_neighbourhood.lease(service);
     if (!lease && configured != QLatin1String("auto")) {
         return {}; // connected by IPv6 alone
     }
@@ -175,7 +175,7 @@ QVariantMap ServiceStates::ipv6(const Service &service) const
     if (configured == QLatin1String("manual")) {
         return configuration;
     }
-    const QString address = m_surroundings.ipv6Address(service);
+    const QString address = m_neighbourhood.ipv6Address(service);
     if (configured == QLatin1String("off") || address.isEmpty()) {
         return {};
     }
@@ -192,7 +192,7 @@ QStringList ServiceStates::nameservers(const Service &service) const
         return configured;
     }
     const bool hasLease = service.method(ipv4Configuration) == QLatin1String("dhcp");
-    const std::optional<Lease> lease = hasLease ? m_surroundings.lease(service) : std::nullopt;
+    const std::optional<Lease> lease = hasLease ? m_neighbourhood.lease(service) : std::nullopt;
     return lease ? lease->nameservers : QStringList();
 }
 

@@ -7,14 +7,14 @@ namespace simulator {
 
 class ManagerState;
 class ServiceList;
-class Surroundings;
+class Neighbourhood;
 
 /// Takes a service from one state to the next, with everything ConnMan changes and tells at that moment, in
 /// its order. When and whether that happens is not decided here.
 class ServiceStates
 {
 public:
-    ServiceStates(ServiceList &services, ManagerState &manager, const Surroundings &surroundings);
+    ServiceStates(ServiceList &services, ManagerState &manager, const Neighbourhood &neighbourhood);
 
     void associate(Service &service);
     void configure(Service &service);
@@ -43,7 +43,7 @@ private:
 
     ServiceList &m_services;
     ManagerState &m_manager;
-    const Surroundings &m_surroundings;
+    const Neighbourhood &m_neighbourhood;
 };
 
 } // namespace simulator

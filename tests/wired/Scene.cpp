@@ -44,22 +44,22 @@ bool Scene::startDaemon()
 
 bool Scene::bringUp()
 {
-    backend->startDhcpServer();
-    backend->plugCable();
-    backend->startConnman();
+    surroundings->startDhcpServer();
+    surroundings->plugCable();
+    surroundings->startConnman();
     return startDaemon() &&
            QTest::qWaitFor([this] { return daemonKnowsTheLease(); }, test_support::eventTimeoutMs);
 }
 
 QVariantMap Scene::listedService()
 {
-    return subMap(client.call("networks").toMap(), backend->service());
+    return subMap(client.call("networks").toMap(), surroundings->service());
 }
 
 bool Scene::daemonKnowsTheLease()
 {
     const QString known = subMap(listedService(), "IPv4"_s).value("Address"_s).toString();
-    return !known.isEmpty() && backend->addresses() == QStringList{known + "/24"_s};
+    return !known.isEmpty() && surroundings->addresses() == QStringList{known + "/24"_s};
 }
 
 QVariantMap subMap(const QVariantMap &map, const QString &key)

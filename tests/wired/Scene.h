@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Backend.h"
 #include "Daemon.h"
 #include "DaemonClient.h"
 #include "FakeDevices.h"
 #include "PrivateBus.h"
+#include "Surroundings.h"
 #include "Text.h"
 
 /// A daemon on a device without WLAN, with a wired link, ConnMan and a speech service around it.
@@ -18,14 +18,14 @@ struct Scene
 
     test_support::PrivateBus bus;
     test_support::DaemonClient client{bus.address()};
-    std::unique_ptr<Backend> backend{makeBackend(bus.address(), client.connection())};
+    std::unique_ptr<Surroundings> surroundings{makeSurroundings(bus.address(), client.connection())};
     test_support::Daemon daemon{bus.address()};
     /// Beginnings of log lines that the daemon rightly writes here, as often as things happen to come; at
     /// first those of a device without WLAN and without an IPv6 address.
     QStringList toleratedProblems;
 
-    Backend &world() { return *backend; }
-    SpeechRecord &speech() { return backend->speech(); }
+    Surroundings &world() { return *surroundings; }
+    SpeechRecord &speech() { return surroundings->speech(); }
 
     /// Starts the daemon; true once it offers its interface.
     bool startDaemon();

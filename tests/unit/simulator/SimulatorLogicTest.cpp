@@ -4,9 +4,9 @@
 #include "Credentials.h"
 #include "Faults.h"
 #include "GVariantText.h"
+#include "Neighbourhood.h"
 #include "Service.h"
 #include "Suite.h"
-#include "Surroundings.h"
 #include "Text.h"
 #include "Timings.h"
 #include <QDBusObjectPath>
@@ -330,15 +330,15 @@ void SimulatorLogicTest::networkJudgesCredentials()
     QFETCH(QString, passphrase);
     QFETCH(QString, pin);
     QFETCH(int, verdict);
-    Surroundings surroundings;
-    surroundings.add(accessPoint(
+    Neighbourhood neighbourhood;
+    neighbourhood.add(accessPoint(
         {{"ssid"_s, "Home"_s}, {"security"_s, "wps"_s}, {"passphrase"_s, "right"_s}, {"pin"_s, "1"_s}}));
     Service subject = service("psk wps");
     subject.ssid = ssid;
     subject.passphrase = passphrase;
     subject.pin = pin;
     subject.useWps = !pin.isEmpty();
-    QCOMPARE(static_cast<int>(surroundings.verdict(subject)), verdict);
+    QCOMPARE(static_cast<int>(neighbourhood.verdict(subject)), verdict);
 }
 
 void SimulatorLogicTest::timingsAreSetByName()

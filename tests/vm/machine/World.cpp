@@ -2,6 +2,7 @@
 
 #include "Device.h"
 #include "Eventually.h"
+#include "Kernel.h"
 #include "Text.h"
 
 #include <QDir>

@@ -1,10 +1,11 @@
 #pragma once
 
+#include "Air.h"
 #include "Connman.h"
 #include "Daemon.h"
 #include "DevicePeers.h"
 #include "Keyboard.h"
-#include "Surroundings.h"
+#include "Lan.h"
 
 #include <memory>
 

@@ -1,4 +1,5 @@
 #include "Eventually.h"
+#include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
 

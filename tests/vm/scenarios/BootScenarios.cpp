@@ -3,6 +3,7 @@
 #include "Command.h"
 #include "Eventually.h"
 #include "Explanations.h"
+#include "Kernel.h"
 #include "Scenarios.h"
 #include "Systemd.h"
 #include "Text.h"

@@ -1,5 +1,6 @@
 #include "Device.h"
 #include "Eventually.h"
+#include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
 

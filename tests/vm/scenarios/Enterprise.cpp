@@ -1,3 +1,4 @@
+#include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
 

@@ -1,3 +1,4 @@
+#include "Kernel.h"
 #include "MachineScenarios.h"
 
 #include "Eventually.h"

@@ -1,6 +1,6 @@
 #include "EventWait.h"
 #include "Kernel.h"
-#include "RealBackend.h"
+#include "RealSurroundings.h"
 #include "Scene.h"
 #include "Suite.h"
 #include "Text.h"
@@ -28,7 +28,7 @@ void RealLinkTest::hardwareAddressIsTheInterfacesOwn()
 void RealLinkTest::linkFoundOnlineLightsTheLedUnannounced()
 {
     Scene scene;
-    auto &world = dynamic_cast<RealBackend &>(scene.world());
+    auto &world = dynamic_cast<RealSurroundings &>(scene.world());
     const WebServer onlineCheckServer;
     world.startDhcpServer();
     world.plugCable();

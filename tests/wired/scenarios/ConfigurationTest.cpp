@@ -42,8 +42,8 @@ constexpr int connectedSentence = 6;
 bool configureManually(Scene &scene)
 {
     return scene.client
-        .call("configure", scene.world().service(), "manual"_s, manualAddress, Backend::netmask(),
-              Backend::gateway())
+        .call("configure", scene.world().service(), "manual"_s, manualAddress, Surroundings::netmask(),
+              Surroundings::gateway())
         .toBool();
 }
 
@@ -73,11 +73,11 @@ void ConfigurationTest::manualAddressIsSet()
     QVERIFY(scene.bringUp());
     QVERIFY(configureManually(scene));
     EVENTUALLY(scene.world().addresses(), manualAddresses);
-    EVENTUALLY(scene.world().defaultGateway(), Backend::gateway());
+    EVENTUALLY(scene.world().defaultGateway(), Surroundings::gateway());
     const QVariantMap expected{{"Method"_s, "manual"_s},
                                {"Address"_s, manualAddress},
-                               {"Netmask"_s, Backend::netmask()},
-                               {"Gateway"_s, Backend::gateway()}};
+                               {"Netmask"_s, Surroundings::netmask()},
+                               {"Gateway"_s, Surroundings::gateway()}};
     QCOMPARE(scene.client.call("getConfiguration", scene.world().service()).toMap(), expected);
 }
 
@@ -223,7 +223,7 @@ void ConfigurationTest::connectBringsTheAddressBackAndSpeaks()
     QVERIFY(scene.speech().waitFor(connectedSentence));
     // A disconnected network is configured by hand with its last address, but no netmask.
     EVENTUALLY(scene.world().addresses(), QStringList(address + "/32"_s));
-    EVENTUALLY(scene.world().defaultGateway(), Backend::gateway());
+    EVENTUALLY(scene.world().defaultGateway(), Surroundings::gateway());
 }
 
 void ConfigurationTest::connectOfAConnectedNetworkFailsAndLeavesItUp()

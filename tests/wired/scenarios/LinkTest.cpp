@@ -57,9 +57,9 @@ void LinkTest::addressQueriesAgreeWithWhatIsSet()
     QVERIFY(scene.bringUp());
     const QString address = scene.client.call("getAddress", scene.world().service()).toString();
     QCOMPARE(scene.world().addresses(), QStringList(address + "/24"_s));
-    QCOMPARE(scene.client.call("getNetmask", scene.world().service()).toString(), Backend::netmask());
-    QCOMPARE(scene.client.call("getGateway", scene.world().service()).toString(), Backend::gateway());
-    QCOMPARE(scene.world().defaultGateway(), Backend::gateway());
+    QCOMPARE(scene.client.call("getNetmask", scene.world().service()).toString(), Surroundings::netmask());
+    QCOMPARE(scene.client.call("getGateway", scene.world().service()).toString(), Surroundings::gateway());
+    QCOMPARE(scene.world().defaultGateway(), Surroundings::gateway());
 }
 
 void LinkTest::nameserversAgreeWithWhatIsSet()
@@ -77,8 +77,8 @@ void LinkTest::configurationIsTheLease()
     QVERIFY(scene.bringUp());
     const QVariantMap expected{{"Method"_s, "dhcp"_s},
                                {"Address"_s, scene.client.call("getAddress", scene.world().service())},
-                               {"Netmask"_s, Backend::netmask()},
-                               {"Gateway"_s, Backend::gateway()}};
+                               {"Netmask"_s, Surroundings::netmask()},
+                               {"Gateway"_s, Surroundings::gateway()}};
     QCOMPARE(scene.client.call("getConfiguration", scene.world().service()).toMap(), expected);
 }
 

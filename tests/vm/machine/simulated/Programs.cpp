@@ -1,6 +1,6 @@
 #include "Bench.h"
+#include "Kernel.h"
 #include "Program.h"
-#include "Surroundings.h"
 #include "Text.h"
 
 namespace {

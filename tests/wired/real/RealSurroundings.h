@@ -1,15 +1,15 @@
 #pragma once
 
-#include "Backend.h"
 #include "SpeechService.h"
+#include "Surroundings.h"
 #include "Text.h"
 #include "WiredLink.h"
 
 /// The real ConnMan on a real cable. Only inside the private world.
-class RealBackend : public Backend
+class RealSurroundings : public Surroundings
 {
 public:
-    explicit RealBackend(const QDBusConnection &bus);
+    explicit RealSurroundings(const QDBusConnection &bus);
 
     QStringList offeredNameservers() const override { return WiredLink::nameservers(); }
     QString service() const override { return WiredLink::service(); }

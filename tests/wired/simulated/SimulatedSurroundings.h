@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Backend.h"
 #include "SimulatorClient.h"
+#include "Surroundings.h"
 
 /// The simulated ConnMan and speech service.
-class SimulatedBackend : public Backend
+class SimulatedSurroundings : public Surroundings
 {
 public:
-    explicit SimulatedBackend(const QString &busAddress);
+    explicit SimulatedSurroundings(const QString &busAddress);
 
     QStringList offeredNameservers() const override { return {gateway()}; }
     QString service() const override;

@@ -57,7 +57,7 @@ struct Cable
 enum class Verdict { Accepted, WrongPassphrase, Refused };
 
 /// What is around the device: access points and the cable.
-class Surroundings
+class Neighbourhood
 {
 public:
     /// An access point with that name is replaced. Returns the stored one.

@@ -1,10 +1,10 @@
-#include "RealBackend.h"
+#include "RealSurroundings.h"
 
 #include "Kernel.h"
 #include "OutsideTheWorld.h"
 #include <QCoreApplication>
 
-RealBackend::RealBackend(const QDBusConnection &bus)
+RealSurroundings::RealSurroundings(const QDBusConnection &bus)
     : m_speechService(bus)
     , m_link(bus)
 {
@@ -12,27 +12,27 @@ RealBackend::RealBackend(const QDBusConnection &bus)
                      [this](const QVariantMap &request) { speech().add(request); });
 }
 
-QStringList RealBackend::addresses() const
+QStringList RealSurroundings::addresses() const
 {
     return kernel::ipv4Addresses(WiredLink::interface());
 }
 
-QString RealBackend::defaultGateway() const
+QString RealSurroundings::defaultGateway() const
 {
     return kernel::defaultGateway(WiredLink::interface());
 }
 
-QStringList RealBackend::nameservers() const
+QStringList RealSurroundings::nameservers() const
 {
     return kernel::nameservers();
 }
 
-bool RealBackend::ipv6Enabled() const
+bool RealSurroundings::ipv6Enabled() const
 {
     return kernel::ipv6Enabled(WiredLink::interface());
 }
 
-std::unique_ptr<Backend> makeBackend(const QString &, const QDBusConnection &client)
+std::unique_ptr<Surroundings> makeSurroundings(const QString &, const QDBusConnection &client)
 {
-    return std::make_unique<RealBackend>(client);
+    return std::make_unique<RealSurroundings>(client);
 }

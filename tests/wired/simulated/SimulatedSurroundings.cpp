@@ -1,4 +1,4 @@
-#include "SimulatedBackend.h"
+#include "SimulatedSurroundings.h"
 #include "Text.h"
 
 #include <limits>
@@ -19,7 +19,7 @@ int prefixLength(const QString &netmask)
 
 } // namespace
 
-SimulatedBackend::SimulatedBackend(const QString &busAddress)
+SimulatedSurroundings::SimulatedSurroundings(const QString &busAddress)
     : m_simulator(busAddress)
 {
     QObject::connect(&m_simulator, &test_support::SimulatorClient::spoke, &m_simulator,
@@ -30,12 +30,12 @@ SimulatedBackend::SimulatedBackend(const QString &busAddress)
     m_simulator.setPresent(connman, false);
 }
 
-QString SimulatedBackend::service() const
+QString SimulatedSurroundings::service() const
 {
     return "ethernet_020000000100_cable"_s;
 }
 
-void SimulatedBackend::setCable(bool plugged)
+void SimulatedSurroundings::setCable(bool plugged)
 {
     m_isPlugged = plugged;
     m_simulator.setCable(plugged, {{"address"_s, leasedAddress},
@@ -44,45 +44,45 @@ void SimulatedBackend::setCable(bool plugged)
                                    {"dhcp"_s, m_hasDhcpServer}});
 }
 
-void SimulatedBackend::plugCable()
+void SimulatedSurroundings::plugCable()
 {
     setCable(true);
 }
 
-void SimulatedBackend::unplugCable()
+void SimulatedSurroundings::unplugCable()
 {
     setCable(false);
 }
 
-void SimulatedBackend::startDhcpServer()
+void SimulatedSurroundings::startDhcpServer()
 {
     m_hasDhcpServer = true;
     setCable(m_isPlugged);
 }
 
-void SimulatedBackend::startConnman()
+void SimulatedSurroundings::startConnman()
 {
     m_isLinkDown = false;
     m_simulator.setPresent(connman, true);
 }
 
-void SimulatedBackend::killConnman()
+void SimulatedSurroundings::killConnman()
 {
     m_simulator.setPresent(connman, false);
 }
 
-void SimulatedBackend::stopConnman()
+void SimulatedSurroundings::stopConnman()
 {
     killConnman();
     m_isLinkDown = true;
 }
 
-QVariantMap SimulatedBackend::connmanProperties() const
+QVariantMap SimulatedSurroundings::connmanProperties() const
 {
     return m_simulator.serviceProperties(service());
 }
 
-QVariantMap SimulatedBackend::ipv4() const
+QVariantMap SimulatedSurroundings::ipv4() const
 {
     if (m_isLinkDown || !m_simulator.services().contains(service())) {
         return {};
@@ -90,7 +90,7 @@ QVariantMap SimulatedBackend::ipv4() const
     return qdbus_cast<QVariantMap>(connmanProperties().value("IPv4"_s));
 }
 
-QStringList SimulatedBackend::addresses() const
+QStringList SimulatedSurroundings::addresses() const
 {
     const QVariantMap values = ipv4();
     const QString address = values.value("Address"_s).toString();
@@ -101,28 +101,28 @@ QStringList SimulatedBackend::addresses() const
     return {"%1/%2"_s.arg(address).arg(prefix)};
 }
 
-QString SimulatedBackend::defaultGateway() const
+QString SimulatedSurroundings::defaultGateway() const
 {
     return ipv4().value("Gateway"_s).toString();
 }
 
-QStringList SimulatedBackend::nameservers() const
+QStringList SimulatedSurroundings::nameservers() const
 {
     return connmanProperties().value("Nameservers"_s).toStringList();
 }
 
-bool SimulatedBackend::ipv6Enabled() const
+bool SimulatedSurroundings::ipv6Enabled() const
 {
     const auto configuration = qdbus_cast<QVariantMap>(connmanProperties().value("IPv6.Configuration"_s));
     return configuration.value("Method"_s) != QLatin1String("off");
 }
 
-void SimulatedBackend::setSpeechServicePresent(bool present)
+void SimulatedSurroundings::setSpeechServicePresent(bool present)
 {
     m_simulator.setPresent(speechService, present);
 }
 
-std::unique_ptr<Backend> makeBackend(const QString &busAddress, const QDBusConnection &)
+std::unique_ptr<Surroundings> makeSurroundings(const QString &busAddress, const QDBusConnection &)
 {
-    return std::make_unique<SimulatedBackend>(busAddress);
+    return std::make_unique<SimulatedSurroundings>(busAddress);
 }

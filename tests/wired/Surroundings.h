@@ -12,12 +12,12 @@
 /// service. Either all real or all simulated, so that the same scenario shows whether the simulated ConnMan
 /// behaves like the real one. A new one is as on a device just delivered: cable out, no DHCP server, no
 /// ConnMan, nothing remembered, no address; only the speech service is there. There is no WLAN.
-class Backend
+class Surroundings
 {
 public:
-    Backend() = default;
-    virtual ~Backend() = default;
-    Q_DISABLE_COPY_MOVE(Backend)
+    Surroundings() = default;
+    virtual ~Surroundings() = default;
+    Q_DISABLE_COPY_MOVE(Surroundings)
 
     // What the DHCP server gives out, apart from an address.
     static QString gateway() { return "198.51.100.1"_s; }
@@ -54,5 +54,5 @@ private:
     SpeechRecord m_speech;
 };
 
-/// The backend that the test is linked with. `client` is a connection to the bus at `busAddress`.
-std::unique_ptr<Backend> makeBackend(const QString &busAddress, const QDBusConnection &client);
+/// The surroundings that the test is linked with. `client` is a connection to the bus at `busAddress`.
+std::unique_ptr<Surroundings> makeSurroundings(const QString &busAddress, const QDBusConnection &client);

@@ -1,4 +1,4 @@
-#include "Surroundings.h"
+#include "Neighbourhood.h"
 
 #include <algorithm>
 
@@ -88,21 +88,21 @@ Cable Cable::fromOptions(bool plugged, const QVariantMap &options)
     return cable;
 }
 
-const AccessPoint &Surroundings::add(const AccessPoint &accessPoint)
+const AccessPoint &Neighbourhood::add(const AccessPoint &accessPoint)
 {
     remove(accessPoint.ssid);
     m_accessPoints.append(accessPoint);
     return m_accessPoints.constLast();
 }
 
-void Surroundings::remove(const QString &ssid)
+void Neighbourhood::remove(const QString &ssid)
 {
     const auto gone = std::remove_if(m_accessPoints.begin(), m_accessPoints.end(),
                                      [&ssid](const AccessPoint &each) { return each.ssid == ssid; });
     m_accessPoints.erase(gone, m_accessPoints.end());
 }
 
-const AccessPoint *Surroundings::setInReach(const QString &ssid, bool isInReach)
+const AccessPoint *Neighbourhood::setInReach(const QString &ssid, bool isInReach)
 {
     const auto found = std::find_if(m_accessPoints.begin(), m_accessPoints.end(),
                                     [&ssid](const AccessPoint &each) { return each.ssid == ssid; });
@@ -113,7 +113,7 @@ const AccessPoint *Surroundings::setInReach(const QString &ssid, bool isInReach)
     return &*found;
 }
 
-const AccessPoint *Surroundings::find(const QString &ssid) const
+const AccessPoint *Neighbourhood::find(const QString &ssid) const
 {
     const auto found =
         std::find_if(m_accessPoints.cbegin(), m_accessPoints.cend(),
@@ -121,19 +121,19 @@ const AccessPoint *Surroundings::find(const QString &ssid) const
     return found == m_accessPoints.cend() ? nullptr : &*found;
 }
 
-bool Surroundings::isBehind(const Service &service) const
+bool Neighbourhood::isBehind(const Service &service) const
 {
     return find(service.ssid) != nullptr || (service.identifier == cableIdentifier() && cable.isPlugged);
 }
 
-bool Surroundings::lacksProvisioning(const Service &service) const
+bool Neighbourhood::lacksProvisioning(const Service &service) const
 {
     const AccessPoint *accessPoint = find(service.ssid);
     return accessPoint != nullptr && accessPoint->security == QLatin1String("ieee8021x") &&
            !accessPoint->isProvisioned;
 }
 
-Verdict Surroundings::verdict(const Service &service) const
+Verdict Neighbourhood::verdict(const Service &service) const
 {
     const AccessPoint *accessPoint = find(service.ssid);
     if (accessPoint == nullptr || accessPoint->security == QLatin1String("none")) {
@@ -150,7 +150,7 @@ Verdict Surroundings::verdict(const Service &service) const
     return isKnownPassphrase ? Verdict::Accepted : Verdict::WrongPassphrase;
 }
 
-std::optional<Lease> Surroundings::lease(const Service &service) const
+std::optional<Lease> Neighbourhood::lease(const Service &service) const
 {
     if (service.identifier == cableIdentifier()) {
         return cable.hasDhcp ? std::make_optional(cable.lease) : std::nullopt;
@@ -162,7 +162,7 @@ std::optional<Lease> Surroundings::lease(const Service &service) const
     return accessPoint != nullptr ? accessPoint->lease : leaseOfSubnet(1);
 }
 
-QString Surroundings::ipv6Address(const Service &service) const
+QString Neighbourhood::ipv6Address(const Service &service) const
 {
     if (service.identifier == cableIdentifier()) {
         return cable.lease.ipv6Address;

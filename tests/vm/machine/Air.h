@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+/// The access points around the device (the table in guest/air names them).
+class Air
+{
+public:
+    /// Everything as at power-on: all access points on but "garden", DHCP served.
+    bool restore();
+    bool switchOn(const QString &accessPoint);
+    bool switchOff(const QString &accessPoint);
+    /// Stops or starts the DHCP servers and router advertisements of all access points.
+    bool serveAddresses(bool on);
+    /// Lets one station that knows the PIN in, as the button on the access point would.
+    bool expectPin(const QString &accessPoint, const QString &pin);
+    /// True when the address answers to somebody at the access points' side.
+    bool reaches(const QString &address);
+
+private:
+    bool m_serving = true;
+    bool m_touched = false;
+};
