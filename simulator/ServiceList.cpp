@@ -113,6 +113,9 @@ void ServiceList::tell(const Service &service, const QString &property, const QV
 
 void ServiceList::sort()
 {
+    if (m_services.size() < 2) {
+        return; // ConnMan has nothing to sort then, and tells nobody
+    }
     std::stable_sort(m_services.begin(), m_services.end(), comesBefore);
     scheduleAnnouncement();
 }

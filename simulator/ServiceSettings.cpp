@@ -126,6 +126,7 @@ std::optional<ErrorReply> ServiceSettings::setProxy(const ServicePtr &service, c
         return error::invalidArguments();
     }
     m_services.set(*service, proxyConfiguration, configuration);
+    m_states.tellProxy(*service);
     return std::nullopt;
 }
 
@@ -135,7 +136,6 @@ std::optional<ErrorReply> ServiceSettings::setMdns(const ServicePtr &service, co
         return error::invalidArguments();
     }
     m_services.set(*service, mdnsConfiguration, value);
-    m_services.change(*service, QStringLiteral("mDNS"), value.toBool() && service->isConnected());
     return std::nullopt;
 }
 

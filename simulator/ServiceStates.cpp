@@ -20,8 +20,6 @@ const QString addressKey = QStringLiteral("Address");
 const QString netmaskKey = QStringLiteral("Netmask");
 const QString gatewayKey = QStringLiteral("Gateway");
 const QString linkLocalAddress = QStringLiteral("169.254.77.50");
-
-const QVariantMap directProxy{{QStringLiteral("Method"), QStringLiteral("direct")}};
 } // namespace
 
 ServiceStates::ServiceStates(ServiceList &services, ManagerState &manager, const Neighbourhood &neighbourhood)
@@ -56,7 +54,7 @@ void ServiceStates::becomeReady(Service &service)
     service.useWps = false;
     service.answerConnect();
     m_services.tell(service, QStringLiteral("Domains"), service.properties.value(QStringLiteral("Domains")));
-    m_services.set(service, QStringLiteral("Proxy"), directProxy);
+    tellProxy(service);
     m_manager.update();
     m_services.sort();
     tellAddresses(service);
@@ -114,14 +112,37 @@ void ServiceStates::setError(Service &service, const QString &error)
 
 void ServiceStates::tellAddresses(Service &service)
 {
-    m_services.set(service, ipv4Property, ipv4(service));
+    tellIpv4(service);
     tellIpv6(service);
     tellNameservers(service);
 }
 
+// The kernel has the address first and then the route; what was set by hand shows before either.
+void ServiceStates::tellIpv4(Service &service)
+{
+    const QVariantMap complete = ipv4(service);
+    QVariantMap withoutRoute = complete;
+    withoutRoute.remove(gatewayKey);
+    if (complete.value(method) == QLatin1String("manual")) {
+        m_services.set(service, ipv4Property, QVariantMap{{method, complete.value(method)}});
+    }
+    for (const QVariantMap &known : {withoutRoute, complete}) {
+        m_services.change(service, ipv4Property, known);
+    }
+}
+
+// Nothing is known of a proxy that nobody has set.
+void ServiceStates::tellProxy(Service &service)
+{
+    const auto configured =
+        qdbus_cast<QVariantMap>(service.properties.value(QStringLiteral("Proxy.Configuration")));
+    const bool isSet = !service.isIdle() && configured.value(method) != QLatin1String("auto");
+    m_services.set(service, QStringLiteral("Proxy"), isSet ? configured : QVariantMap());
+}
+
 void ServiceStates::tellIpv6(Service &service)
 {
-    m_services.set(service, ipv6Property, ipv6(service));
+    m_services.change(service, ipv6Property, ipv6(service));
 }
 
 void ServiceStates::tellNameservers(Service &service)

@@ -32,10 +32,12 @@ public:
     /// Fills "IPv4", "IPv6" and "Nameservers" from the configuration and the lease, and tells.
     void tellAddresses(Service &service);
     void tellIpv6(Service &service);
+    void tellProxy(Service &service);
     void tellNameservers(Service &service);
 
 private:
     void setState(Service &service, const QString &state);
+    void tellIpv4(Service &service);
     void clearAddresses(Service &service);
     QVariantMap ipv4(const Service &service) const;
     QVariantMap ipv6(const Service &service) const;

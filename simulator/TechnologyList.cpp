@@ -10,9 +10,10 @@ QVariantMap newTechnologyProperties(const QString &type)
     const QString name = type == QLatin1String("ethernet") ? QStringLiteral("Wired")
                          : type == QLatin1String("wifi")   ? QStringLiteral("WiFi")
                                                            : type;
+    const int frequency = type == QLatin1String("wifi") ? 2412 : 0;
     return {{QStringLiteral("Name"), name},       {QStringLiteral("Type"), type},
             {QStringLiteral("Powered"), false},   {QStringLiteral("Connected"), false},
-            {QStringLiteral("Tethering"), false}, {QStringLiteral("TetheringFreq"), 2412}};
+            {QStringLiteral("Tethering"), false}, {QStringLiteral("TetheringFreq"), frequency}};
 }
 
 TechnologyPtr TechnologyList::add(const QString &type, const QVariantMap &properties)

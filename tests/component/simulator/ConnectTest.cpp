@@ -56,17 +56,18 @@ void ConnectTest::readyIsToldBeforeTheAddresses()
     const QStringList told = m_client->signalLines();
     const int ready = told.indexOf(openId + " PropertyChanged(\"State\", <\"ready\">)"_s);
     QVERIFY(ready >= 0);
-    QCOMPARE(told.mid(ready, 9),
+    QCOMPARE(told.mid(ready),
              (QStringList{openId + " PropertyChanged(\"State\", <\"ready\">)"_s,
                           openId + " PropertyChanged(\"Favorite\", <true>)"_s,
                           openId + " PropertyChanged(\"Domains\", <@as []>)"_s,
-                          openId + " PropertyChanged(\"Proxy\", <{\"Method\": <\"direct\">}>)"_s,
+                          openId + " PropertyChanged(\"Proxy\", <@a{sv} {}>)"_s,
                           "wifi PropertyChanged(\"Connected\", <true>)"_s,
                           " PropertyChanged(\"State\", <\"ready\">)"_s,
                           openId + " PropertyChanged(\"IPv4\", <{\"Address\": <\"192.168.10.77\">, "
+                                   "\"Method\": <\"dhcp\">, \"Netmask\": <\"255.255.255.0\">}>)"_s,
+                          openId + " PropertyChanged(\"IPv4\", <{\"Address\": <\"192.168.10.77\">, "
                                    "\"Gateway\": <\"192.168.10.1\">, \"Method\": <\"dhcp\">, "
                                    "\"Netmask\": <\"255.255.255.0\">}>)"_s,
-                          openId + " PropertyChanged(\"IPv6\", <@a{sv} {}>)"_s,
                           openId + " PropertyChanged(\"Nameservers\", <[\"192.168.10.1\"]>)"_s}));
     QCOMPARE(m_client->property(openId, "AutoConnect"_s), "true"_s);
 }
@@ -239,6 +240,7 @@ void ConnectTest::ethernetCannotBeRemoved()
 void ConnectTest::disconnectedByTheUserStaysSo()
 {
     addNetwork(with("security"_s, "none"_s));
+    addNetwork({{"ssid"_s, "Other"_s}, {"security"_s, "none"_s}}); // a list of one has no order to tell
     QCOMPARE(connectService(openId).text(), QString());
     QCOMPARE(disconnectService(openId).text(), QString());
     m_client->clear();
