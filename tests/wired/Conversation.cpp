@@ -115,10 +115,9 @@ bool Conversation::begin()
     m_surroundings->startDhcpServer();
     m_surroundings->plugCable();
     m_surroundings->startConnman();
-    const bool hasLease = test_support::waitUntil([this] {
-        return m_surroundings->connmanProperties().value("State"_s) == "ready"_s && waitForSilence();
-    });
-    m_heard.clear();
+    const bool hasLease = test_support::waitUntil(
+        [this] { return m_surroundings->connmanProperties().value("State"_s) == "ready"_s; });
+    heard();
     return hasLease;
 }
 
@@ -147,20 +146,20 @@ QString Conversation::setOfTechnology(const char *property, const QVariant &valu
     return askTechnology("SetProperty", propertyAndValue(property, value));
 }
 
-QStringList Conversation::heard()
+QStringList Conversation::heard(int lines)
 {
+    test_support::waitUntil([&] { return m_heard.size() >= lines; });
     waitForSilence();
     return std::exchange(m_heard, {});
 }
 
-bool Conversation::waitForSilence()
+void Conversation::waitForSilence()
 {
     int before = -1;
     while (before != m_heard.size()) {
         before = m_heard.size();
         test_support::waitUntil([&] { return m_heard.size() > before; }, silenceMs);
     }
-    return true;
 }
 
 void Conversation::hear(const QDBusMessage &signal)

@@ -34,8 +34,8 @@ public:
     QString setOfCable(const char *property, const QVariant &value);
     QString setOfTechnology(const char *property, const QVariant &value);
 
-    /// What has been said since the last call of this, once nothing more is.
-    QStringList heard();
+    /// What has been said since the last call of this, once there are as many lines and nothing more is said.
+    QStringList heard(int lines = 0);
 
 private slots:
     void hear(const QDBusMessage &signal);
@@ -44,7 +44,7 @@ private:
     QString ask(const QString &path, const QString &interface, const char *method,
                 const QVariantList &arguments) const;
     QString nameOf(const QString &path) const;
-    bool waitForSilence();
+    void waitForSilence();
 
     test_support::PrivateBus m_bus;
     QDBusConnection m_connection;

@@ -25,6 +25,8 @@ private slots:
     void agentIsRegisteredOnce();
 
 private:
+    void compareHeard(const Lines &expected) { QCOMPARE(m_connman->heard(expected.size()), expected); }
+
     std::unique_ptr<Conversation> m_connman;
 };
 
@@ -64,9 +66,9 @@ void ConversationTest::init()
 void ConversationTest::disconnectAndConnect()
 {
     QCOMPARE(m_connman->askCable("Disconnect"), QString());
-    QCOMPARE(m_connman->heard(), linkDown + disconnected + addressesGone);
+    compareHeard(linkDown + disconnected + addressesGone);
     QCOMPARE(m_connman->askCable("Connect"), QString());
-    QCOMPARE(m_connman->heard(), Lines("cable State configuration"_s) + linkUp + leaseTold);
+    compareHeard(Lines("cable State configuration"_s) + linkUp + leaseTold);
 }
 
 void ConversationTest::statesThatAreThereAlready()
@@ -90,29 +92,27 @@ void ConversationTest::addressSetByHandAndGivenUpAgain()
     const Lines off{"cable IPv4 {}"_s, "cable IPv4.Configuration {Method: off}"_s};
     const Lines byDhcp{"cable IPv4 {}"_s, "cable IPv4.Configuration {Method: dhcp}"_s};
     QCOMPARE(m_connman->setOfCable("IPv4.Configuration", byHand()), QString());
-    QCOMPARE(m_connman->heard(), linkDown + told + linkUp + inPieces);
+    compareHeard(linkDown + told + linkUp + inPieces);
     QCOMPARE(m_connman->setOfCable("IPv4.Configuration", method("off"_s)), QString());
-    QCOMPARE(m_connman->heard(), linkDown + off);
+    compareHeard(linkDown + off);
     QCOMPARE(m_connman->setOfCable("IPv4.Configuration", method("dhcp"_s)), QString());
-    QCOMPARE(m_connman->heard(), byDhcp + linkUp + leaseTold);
+    compareHeard(byDhcp + linkUp + leaseTold);
 }
 
 void ConversationTest::ipv6OffAndOn()
 {
     QCOMPARE(m_connman->setOfCable("IPv6.Configuration", method("off"_s)), QString());
-    QCOMPARE(m_connman->heard(), (Lines{"cable IPv6 {}"_s, "cable IPv6.Configuration {Method: off}"_s}));
+    compareHeard(Lines{"cable IPv6 {}"_s, "cable IPv6.Configuration {Method: off}"_s});
     QCOMPARE(m_connman->setOfCable("IPv6.Configuration", method("auto"_s)), QString());
-    QCOMPARE(m_connman->heard(),
-             (Lines{"cable IPv6 {}"_s, "cable IPv6.Configuration {Method: auto, Privacy: disabled}"_s}));
+    compareHeard(Lines{"cable IPv6 {}"_s, "cable IPv6.Configuration {Method: auto, Privacy: disabled}"_s});
 }
 
 void ConversationTest::proxy()
 {
     QCOMPARE(m_connman->setOfCable("Proxy.Configuration", method("direct"_s)), QString());
-    QCOMPARE(m_connman->heard(),
-             (Lines{"cable Proxy.Configuration {Method: direct}"_s, "cable Proxy {Method: direct}"_s}));
+    compareHeard(Lines{"cable Proxy.Configuration {Method: direct}"_s, "cable Proxy {Method: direct}"_s});
     QCOMPARE(m_connman->setOfCable("Proxy.Configuration", method("auto"_s)), QString());
-    QCOMPARE(m_connman->heard(), (Lines{"cable Proxy.Configuration {Method: auto}"_s, "cable Proxy {}"_s}));
+    compareHeard(Lines{"cable Proxy.Configuration {Method: auto}"_s, "cable Proxy {}"_s});
 }
 
 void ConversationTest::propertiesThatOnlyTellThemselves()
@@ -125,11 +125,10 @@ void ConversationTest::propertiesThatOnlyTellThemselves()
              QString());
     QCOMPARE(m_connman->setOfCable("Domains.Configuration", Lines("example.org"_s)), QString());
     QCOMPARE(m_connman->setOfCable("Timeservers.Configuration", Lines("time.example.org"_s)), QString());
-    QCOMPARE(
-        m_connman->heard(),
-        (Lines{"cable AutoConnect false"_s, "cable AutoConnect true"_s, "cable mDNS.Configuration true"_s,
-               "cable Nameservers.Configuration [192.0.2.1]"_s, "cable Domains.Configuration [example.org]"_s,
-               "cable Timeservers.Configuration [time.example.org]"_s}));
+    compareHeard(Lines{"cable AutoConnect false"_s, "cable AutoConnect true"_s,
+                       "cable mDNS.Configuration true"_s, "cable Nameservers.Configuration [192.0.2.1]"_s,
+                       "cable Domains.Configuration [example.org]"_s,
+                       "cable Timeservers.Configuration [time.example.org]"_s});
 }
 
 void ConversationTest::technologyOffAndOn()
@@ -138,12 +137,16 @@ void ConversationTest::technologyOffAndOn()
              qPrintable(m_connman->askTechnology("GetProperties")));
     QCOMPARE(m_connman->setOfTechnology("Powered", false), QString());
     const Lines off{"technology Powered false"_s, "ServicesChanged"_s};
-    QCOMPARE(m_connman->heard(), linkDown + disconnected + addressesGone + off);
+    compareHeard(linkDown + disconnected + addressesGone + off);
     QVERIFY(m_connman->askCable("GetProperties").startsWith("org.freedesktop.DBus.Error.UnknownObject: "_s));
     QCOMPARE(m_connman->setOfTechnology("Powered", true), QString());
-    QCOMPARE(m_connman->heard().value(0), "technology Powered true"_s);
-    QCOMPARE(m_connman->askManager("GetProperties"),
-             "{OfflineMode: false, SessionMode: false, State: ready}"_s);
+    // Whether the service or its state comes first is a matter of how quick the DHCP server is.
+    const Lines on = m_connman->heard(4);
+    QCOMPARE(on.value(0), "technology Powered true"_s);
+    for (const QString &line :
+         {"technology Connected true"_s, "manager State ready"_s, "ServicesChanged"_s}) {
+        QVERIFY2(on.contains(line), qPrintable(on.join(QLatin1Char('\n'))));
+    }
 }
 
 void ConversationTest::refusals_data()
@@ -169,7 +172,7 @@ void ConversationTest::refusals()
     QCOMPARE(m_connman->setOfCable(property.toLatin1().constData(), value), error);
     QCOMPARE(m_connman->askCable("Remove"), "net.connman.Error.NotSupported: Not supported"_s);
     QCOMPARE(m_connman->askTechnology("Scan"), "net.connman.Error.NotSupported: Not supported"_s);
-    QCOMPARE(m_connman->heard(), Lines());
+    compareHeard(Lines());
 }
 
 void ConversationTest::agentIsRegisteredOnce()
