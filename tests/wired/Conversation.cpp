@@ -6,6 +6,7 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QRegularExpression>
+#include <utility>
 
 namespace {
 

@@ -2,6 +2,9 @@
 #include "Suite.h"
 #include "Text.h"
 
+#include <memory>
+#include <QDBusObjectPath>
+
 using Lines = QStringList;
 
 /// What ConnMan answers and tells on the wired link, word for word and in its order. The simulated one is
