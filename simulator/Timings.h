@@ -11,7 +11,7 @@ struct Timings
     int announce = 100;         ///< a change in the list of services to ServicesChanged
     int association = 1500;     ///< Wi-Fi: Connect (or the agent's answer) to state "configuration"
     int configuration = 1000;   ///< address assignment: state "configuration" to "ready"
-    int online = 500;           ///< "ready" to "online"; negative: never
+    int online = 3000;          ///< "ready" to "online"; negative: never
     int wrongPassphrase = 4000; ///< Wi-Fi: Connect (or the agent's answer) to the refusal
     int linkLocal = 35000;      ///< no DHCP server: "configuration" to "ready" with a 169.254 address
     int power = 500;            ///< SetProperty "Powered" to its reply
