@@ -112,7 +112,8 @@ void ReplyValuesTest::nothingIsKeptOfAReceivedValue()
 {
     QFETCH(QVariant, sent);
     constexpr int times = 1000;
-    constexpr int smallestBlock = 32; // of the allocator; Qt's D-Bus thread takes some of its own meanwhile
+    // Of the allocator. Qt's D-Bus thread takes some of its own meanwhile.
+    constexpr std::size_t smallestBlock = 32;
     Loopback loopback;
     const QVariantMap values{{Key, loopback.variantContent(sent)}};
     QCOMPARE(ReplyValues::sendable(values, Place::InReply), values);
@@ -120,7 +121,7 @@ void ReplyValuesTest::nothingIsKeptOfAReceivedValue()
     for (int time = 0; time < times; ++time) {
         ReplyValues::sendable(values, Place::InReply);
     }
-    QVERIFY2(bytesInUse() < before + times * smallestBlock, "something is lost each time");
+    QVERIFY2(bytesInUse() < before + smallestBlock * times, "something is lost each time");
 }
 
 static const Suite<ReplyValuesTest> suite;
