@@ -13,8 +13,7 @@ Console::Console(Device &device, Feed &feed, LineReader &reader, QObject *parent
     , m_reader(reader)
     , m_daemonCommands(device.connection(), m_names, feed)
 {
-    m_commands =
-        device.surroundings().commands(feed) + deviceCommands(device, feed) + m_daemonCommands.commands();
+    m_commands = device.scenery().commands(feed) + deviceCommands(device, feed) + m_daemonCommands.commands();
     const auto help = [this](const auto &) { showHelp(); };
     const auto finish = [this](const auto &) { emit finished(); };
     m_commands << command("help", "", "this", help) << command("?", "", "the same", help)

@@ -1,8 +1,6 @@
 #include "Device.h"
 
 #include "DaemonInterface.h"
-#include "SimulatedSurroundings.h"
-#include "WiredSurroundings.h"
 #include <QDBusConnectionInterface>
 #include <QFile>
 #include <QStandardPaths>
@@ -12,12 +10,12 @@ const QString connectionName = QStringLiteral("console");
 const QString connmanctl = QStringLiteral("connmanctl");
 } // namespace
 
-Device::Device(Kind kind)
+Device::Device()
     : m_connection(QDBusConnection::connectToBus(m_bus.address(), connectionName))
-    , m_surroundings(makeSurroundings(kind))
+    , m_scenery(m_bus.address(), m_connection)
     , m_daemon(m_bus.address())
 {
-    m_surroundings->prepare(sandbox());
+    m_scenery.prepare(sandbox());
     const QString realConnmanctl = QStandardPaths::findExecutable(connmanctl);
     if (!realConnmanctl.isEmpty()) {
         sandbox().commands().removeProgram(connmanctl);
@@ -32,23 +30,12 @@ Device::~Device()
 
 bool Device::isReady() const
 {
-    return m_connection.isConnected() && m_surroundings->isReady();
+    return m_connection.isConnected() && m_scenery.isReady();
 }
 
 bool Device::isStarting() const
 {
     return m_daemon.isRunning() && !m_connection.interface()->isServiceRegistered(daemonName());
-}
-
-std::unique_ptr<Surroundings> Device::makeSurroundings(Kind kind) const
-{
-    switch (kind) {
-    case Kind::Simulated:
-        return std::make_unique<SimulatedSurroundings>(m_bus.address());
-    case Kind::Wired:
-        return std::make_unique<WiredSurroundings>(m_connection);
-    }
-    Q_UNREACHABLE();
 }
 
 void Device::switchOff()

@@ -87,7 +87,7 @@ Observer::Observer(Device &device, Feed &feed, QObject *parent)
 
 void Observer::watchSpeech()
 {
-    connect(&m_device.surroundings(), &Surroundings::spoke, this, [this](const QVariantMap &request) {
+    connect(&m_device.scenery(), &Scenery::spoke, this, [this](const QVariantMap &request) {
         m_feed.happened(QStringLiteral("speech"), sentenceText(request));
     });
 }

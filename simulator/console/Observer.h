@@ -11,7 +11,7 @@
 class Device;
 class Feed;
 
-/// Tells the feed what the device and its surroundings do.
+/// Tells the feed what the device and the world around it do.
 class Observer : public QObject
 {
     Q_OBJECT

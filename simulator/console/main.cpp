@@ -6,7 +6,6 @@
 #include "Interrupts.h"
 #include "LineReader.h"
 #include "Observer.h"
-#include "OutsideTheWorld.h"
 #include "Programs.h"
 #include "Tour.h"
 #include "Words.h"
@@ -33,10 +32,6 @@ struct Options
                             QStringLiteral("command")};
     QCommandLineOption log{QStringLiteral("log"), QStringLiteral("Logging rules for the daemon."),
                            QStringLiteral("rules")};
-    QCommandLineOption wired{
-        QStringLiteral("wired"),
-        QStringLiteral(
-            "With the real ConnMan and a real cable (tests/wired/run-wired makes room for them).")};
     QCommandLineParser parser;
 
     Options()
@@ -45,15 +40,15 @@ struct Options
                                                         "console to play its surroundings and its user."));
         parser.addHelpOption();
         parser.addVersionOption();
-        parser.addOptions({tour, shell, busOnly, wrap, log, wired});
+        parser.addOptions({tour, shell, busOnly, wrap, log});
     }
 };
 
 /// Gets the printer going; false when somebody wants an end before it is.
 bool switchOn(Console &console, const Device &device, const Interrupts &interrupts)
 {
-    const QStringList scenery = device.surroundings().scenery();
-    for (const QString &command : scenery) {
+    const QStringList opening = Scenery::opening();
+    for (const QString &command : opening) {
         console.execute(command);
     }
     test_support::waitUntil([&] { return !device.isStarting() || interrupts.signalNumber() != 0; });
@@ -62,8 +57,7 @@ bool switchOn(Console &console, const Device &device, const Interrupts &interrup
 
 int converse(Console &console, const Device &device, Feed &feed)
 {
-    feed.tell(device.surroundings().greeting() +
-              QStringLiteral(" Type \"help\" for what you can do, \"quit\" to end."));
+    feed.tell(Scenery::greeting() + QStringLiteral(" Type \"help\" for what you can do, \"quit\" to end."));
     feed.tell(QStringLiteral("Its system bus is %1").arg(device.busAddress()));
     QObject::connect(&console, &Console::finished, qApp, &QCoreApplication::quit);
     console.readStandardInput();
@@ -131,12 +125,8 @@ int main(int argc, char *argv[])
     Options options;
     options.parser.process(application);
 
-    if (options.parser.isSet(options.wired) && !isInsideTheWorld()) {
-        qCritical("The real ConnMan needs a world of its own: start tests/wired/run-wired instead.");
-        return EXIT_FAILURE;
-    }
     Interrupts interrupts;
-    Device device(options.parser.isSet(options.wired) ? Device::Kind::Wired : Device::Kind::Simulated);
+    Device device;
     if (!device.isReady()) {
         return EXIT_FAILURE;
     }

@@ -1,6 +1,6 @@
 #include "DaemonClient.h"
 
-#include "EventWait.h"
+#include "PlainValue.h"
 #include "Text.h"
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
@@ -12,8 +12,9 @@ namespace test_support {
 namespace {
 const QString daemonName = "com.tactora.NetworkManager"_s;
 const QString daemonPath = "/"_s;
-// Longer than any wait of a test, so that a test fails with its own words.
-constexpr int callTimeoutMs = 4 * eventTimeoutMs;
+// Longer than any wait of a test, so that a test fails with its own words, and than any operation of the
+// daemon.
+constexpr int callTimeoutMs = 6 * eventTimeoutMs;
 
 QString textOf(const QVariant &value);
 
@@ -35,19 +36,9 @@ QString textOf(const QStringList &list)
     return "[%1]"_s.arg(entries.join(", "_s));
 }
 
-// A reply's dictionary arrives as a raw argument, and so do those inside it.
-QVariant unpacked(const QVariant &value)
-{
-    if (value.userType() == qMetaTypeId<QDBusArgument>() &&
-        value.value<QDBusArgument>().currentSignature() == QLatin1String("a{sv}")) {
-        return qdbus_cast<QVariantMap>(value);
-    }
-    return value;
-}
-
 QString textOf(const QVariant &packed)
 {
-    const QVariant value = unpacked(packed);
+    const QVariant value = plain(packed);
     switch (value.type()) {
     case QVariant::String:
         return "\"%1\""_s.arg(value.toString());
@@ -86,10 +77,11 @@ DaemonClient::~DaemonClient()
     QDBusConnection::disconnectFromBus(m_connectionName);
 }
 
-bool DaemonClient::waitForName()
+bool DaemonClient::waitForName(int timeoutMs)
 {
     const QDBusServiceWatcher watcher(daemonName, m_connection, QDBusServiceWatcher::WatchForRegistration);
-    return waitUntil([this] { return m_connection.interface()->isServiceRegistered(daemonName).value(); });
+    return waitUntil([this] { return m_connection.interface()->isServiceRegistered(daemonName).value(); },
+                     timeoutMs);
 }
 
 QDBusMessage DaemonClient::message(const QString &method, const QVariantList &arguments) const
@@ -137,13 +129,20 @@ void DaemonClient::settle()
     waitForReply(&watcher);
 }
 
-QVariant DaemonClient::valueOf(const QDBusMessage &reply)
+QVariant DaemonClient::valueOfReply(const char *method, const QVariantList &arguments)
 {
+    const QDBusMessage reply = callForReply(QString::fromLatin1(method), arguments);
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().size() != 1) {
         qCritical() << "Not an ordinary reply with one value:" << reply;
         return {};
     }
-    return unpacked(reply.arguments().constFirst());
+    return plain(reply.arguments().constFirst());
+}
+
+void DaemonClient::clearRecord()
+{
+    m_record.clear();
+    m_heard.clear();
 }
 
 bool DaemonClient::waitFor(const QString &entry, int times) const
@@ -153,7 +152,9 @@ bool DaemonClient::waitFor(const QString &entry, int times) const
 
 void DaemonClient::onSignal(const QDBusMessage &message)
 {
-    m_record << "%1(%2)"_s.arg(message.member(), textOf(message.arguments()));
+    const QString signal = "%1(%2)"_s.arg(message.member(), textOf(message.arguments()));
+    m_record << signal;
+    m_heard << signal;
 }
 
 } // namespace test_support

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "EventWait.h"
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -24,15 +25,16 @@ public:
     QDBusConnection connection() const { return m_connection; }
 
     /// Runs the event loop until the daemon owns its bus name.
-    bool waitForName();
+    bool waitForName(int timeoutMs = eventTimeoutMs);
 
     /// Calls a method and runs the event loop until the reply is there, which it returns.
     QDBusMessage callForReply(const QString &method, const QVariantList &arguments = {});
-    /// The same for the reply's one value; an invalid variant, and a critical line, for an error reply.
+    /// The same for the reply's one value, made plain; an invalid variant, and a critical line, for an error
+    /// reply.
     template <typename... Arguments>
     QVariant call(const char *method, const Arguments &...arguments)
     {
-        return valueOf(callForReply(QString::fromLatin1(method), {QVariant::fromValue(arguments)...}));
+        return valueOfReply(method, {QVariant::fromValue(arguments)...});
     }
     /// Sends a call; its reply shows in the record.
     template <typename... Arguments>
@@ -46,7 +48,9 @@ public:
     void settle();
 
     QStringList record() const { return m_record; }
-    void clearRecord() { m_record.clear(); }
+    /// The signals alone.
+    QStringList heard() const { return m_heard; }
+    void clearRecord();
     /// Runs the event loop until the record holds `entry` `times` times.
     bool waitFor(const QString &entry, int times = 1) const;
 
@@ -57,11 +61,12 @@ private:
     QDBusMessage message(const QString &method, const QVariantList &arguments) const;
     static QDBusMessage waitForReply(const QDBusPendingCallWatcher *watcher);
     QDBusPendingCallWatcher *sendCall(const QString &method, const QVariantList &arguments);
-    static QVariant valueOf(const QDBusMessage &reply);
+    QVariant valueOfReply(const char *method, const QVariantList &arguments);
 
     QString m_connectionName;
     QDBusConnection m_connection;
     QStringList m_record;
+    QStringList m_heard;
 };
 
 } // namespace test_support

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
@@ -37,5 +38,10 @@ bool waitUntilFilesSatisfy(const QStringList &files, Condition condition, int ti
     QFileSystemWatcher watcher(files);
     return waitUntil(condition, timeoutMs);
 }
+
+/// The same for what no event announces (the kernel's state, other programs' output), in a machine that may
+/// be an emulated one: looks again every `intervalMs`.
+bool eventually(const std::function<bool()> &condition, int timeoutMs = 4 * eventTimeoutMs,
+                int intervalMs = 100);
 
 } // namespace test_support

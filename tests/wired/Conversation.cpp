@@ -1,12 +1,13 @@
 #include "Conversation.h"
 
 #include "EventWait.h"
+#include "PlainValue.h"
 #include "Text.h"
-#include <QDBusArgument>
-#include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QRegularExpression>
 #include <utility>
+
+using test_support::plain;
 
 namespace {
 
@@ -20,64 +21,26 @@ const QString managerInterface = "net.connman.Manager"_s;
 /// Longer than ConnMan keeps a change of its list to itself (100 ms), and than anything here takes.
 constexpr int silenceMs = 1500;
 
-QString textOf(const QVariant &value);
-
-QStringList textsOf(const QDBusArgument &list)
-{
-    QStringList texts;
-    while (!list.atEnd()) {
-        texts << textOf(list.asVariant());
-    }
-    return texts;
-}
-
-QStringList entriesOf(const QDBusArgument &map)
-{
-    QStringList entries;
-    while (!map.atEnd()) {
-        map.beginMapEntry();
-        const QString key = textOf(map.asVariant());
-        entries << key + ": "_s + textOf(map.asVariant());
-        map.endMapEntry();
-    }
-    entries.sort();
-    return entries;
-}
-
-QString textOf(const QDBusArgument &argument)
-{
-    QString text;
-    if (argument.currentType() == QDBusArgument::MapType) {
-        argument.beginMap();
-        text = "{%1}"_s.arg(entriesOf(argument).join(", "_s));
-        argument.endMap();
-    } else if (argument.currentType() == QDBusArgument::ArrayType) {
-        argument.beginArray();
-        text = "[%1]"_s.arg(textsOf(argument).join(", "_s));
-        argument.endArray();
-    } else {
-        argument.beginStructure();
-        text = "(%1)"_s.arg(textsOf(argument).join(", "_s));
-        argument.endStructure();
-    }
-    return text;
-}
-
 QString textOf(const QVariant &value)
 {
-    if (value.userType() == qMetaTypeId<QDBusVariant>()) {
-        return textOf(value.value<QDBusVariant>().variant());
+    QStringList texts;
+    switch (value.type()) {
+    case QVariant::Map: {
+        const QVariantMap map = value.toMap();
+        for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
+            texts << entry.key() + ": "_s + textOf(entry.value());
+        }
+        return "{%1}"_s.arg(texts.join(", "_s));
     }
-    if (value.userType() == qMetaTypeId<QDBusObjectPath>()) {
-        return value.value<QDBusObjectPath>().path();
+    case QVariant::List:
+    case QVariant::StringList:
+        for (const QVariant &element : value.toList()) {
+            texts << textOf(element);
+        }
+        return "[%1]"_s.arg(texts.join(", "_s));
+    default:
+        return value.toString();
     }
-    if (value.userType() == qMetaTypeId<QDBusArgument>()) {
-        return textOf(value.value<QDBusArgument>());
-    }
-    if (value.type() == QVariant::StringList) {
-        return "[%1]"_s.arg(value.toStringList().join(", "_s));
-    }
-    return value.toString();
 }
 
 QVariantList propertyAndValue(const char *property, const QVariant &value)
@@ -96,7 +59,7 @@ QString withoutNumberOfLease(QString text)
 
 Conversation::Conversation()
     : m_connection(QDBusConnection::connectToBus(m_bus.address(), connectionName))
-    , m_surroundings(makeSurroundings(m_bus.address(), m_connection))
+    , m_surroundings(std::make_unique<Surroundings>(m_bus.address(), m_connection))
 {
     const QString anyPath;
     const QString anySignal;
@@ -171,7 +134,7 @@ void Conversation::hear(const QDBusMessage &signal)
         m_heard << signal.member();
     } else if (!ignored.contains(arguments.value(0).toString())) {
         m_heard << withoutNumberOfLease("%1 %2 %3"_s.arg(nameOf(signal.path()), arguments.value(0).toString(),
-                                                         textOf(arguments.value(1))));
+                                                         textOf(plain(arguments.value(1)))));
     }
 }
 
@@ -186,7 +149,7 @@ QString Conversation::ask(const QString &path, const QString &interface, const c
     }
     QStringList values;
     for (const QVariant &value : reply.arguments()) {
-        values << textOf(value);
+        values << textOf(plain(value));
     }
     return withoutNumberOfLease(values.join(", "_s));
 }

@@ -48,6 +48,6 @@ private:
 
     test_support::PrivateBus m_bus;
     QDBusConnection m_connection;
-    std::unique_ptr<Surroundings> m_surroundings;
+    std::unique_ptr<Surroundings> m_surroundings; // gone before the connection
     QStringList m_heard;
 };

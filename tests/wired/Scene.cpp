@@ -3,7 +3,6 @@
 #include "EventWait.h"
 #include "Text.h"
 #include <algorithm>
-#include <QDBusArgument>
 #include <QTest>
 
 namespace {
@@ -44,25 +43,20 @@ bool Scene::startDaemon()
 
 bool Scene::bringUp()
 {
-    surroundings->startDhcpServer();
-    surroundings->plugCable();
-    surroundings->startConnman();
+    surroundings.startDhcpServer();
+    surroundings.plugCable();
+    surroundings.startConnman();
     return startDaemon() &&
            QTest::qWaitFor([this] { return daemonKnowsTheLease(); }, test_support::eventTimeoutMs);
 }
 
 QVariantMap Scene::listedService()
 {
-    return subMap(client.call("networks").toMap(), surroundings->service());
+    return client.call("networks").toMap().value(surroundings.service()).toMap();
 }
 
 bool Scene::daemonKnowsTheLease()
 {
-    const QString known = subMap(listedService(), "IPv4"_s).value("Address"_s).toString();
-    return !known.isEmpty() && surroundings->addresses() == QStringList{known + "/24"_s};
-}
-
-QVariantMap subMap(const QVariantMap &map, const QString &key)
-{
-    return qdbus_cast<QVariantMap>(map.value(key));
+    const QString known = listedService().value("IPv4"_s).toMap().value("Address"_s).toString();
+    return !known.isEmpty() && surroundings.addresses() == QStringList{known + "/24"_s};
 }

@@ -18,14 +18,13 @@ struct Scene
 
     test_support::PrivateBus bus;
     test_support::DaemonClient client{bus.address()};
-    std::unique_ptr<Surroundings> surroundings{makeSurroundings(bus.address(), client.connection())};
+    Surroundings surroundings{bus.address(), client.connection()};
     test_support::Daemon daemon{bus.address()};
     /// Beginnings of log lines that the daemon rightly writes here, as often as things happen to come; at
     /// first those of a device without WLAN and without an IPv6 address.
     QStringList toleratedProblems;
 
-    Surroundings &world() { return *surroundings; }
-    SpeechRecord &speech() { return surroundings->speech(); }
+    const test_support::SpeechRecord &speech() const { return surroundings.speech(); }
 
     /// Starts the daemon; true once it offers its interface.
     bool startDaemon();
@@ -42,6 +41,3 @@ struct Scene
         return daemon.sandbox().devices().waitForLed("led10"_s, pattern);
     }
 };
-
-/// A dictionary inside a dictionary from the bus, which arrives as a raw argument.
-QVariantMap subMap(const QVariantMap &map, const QString &key);

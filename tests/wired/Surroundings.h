@@ -9,50 +9,59 @@
 #include <QVariantMap>
 
 /// What is around the daemon: the wired link with the network at its other end, ConnMan, and the speech
-/// service. Either all real or all simulated, so that the same scenario shows whether the simulated ConnMan
-/// behaves like the real one. A new one is as on a device just delivered: cable out, no DHCP server, no
-/// ConnMan, nothing remembered, no address; only the speech service is there. There is no WLAN.
+/// service. All real or all simulated, as the program is linked, so that the same scenario shows whether the
+/// simulated ConnMan behaves like the real one. New ones are as on a device just delivered: cable out, no
+/// DHCP server, no ConnMan, nothing remembered, no address; only the speech service is there. There is no
+/// WLAN.
 class Surroundings
 {
 public:
-    Surroundings() = default;
-    virtual ~Surroundings() = default;
+    /// `client` is a connection to the bus at `busAddress`.
+    Surroundings(const QString &busAddress, const QDBusConnection &client);
+    ~Surroundings();
     Q_DISABLE_COPY_MOVE(Surroundings)
 
     // What the DHCP server gives out, apart from an address.
     static QString gateway() { return "198.51.100.1"_s; }
     static QString netmask() { return "255.255.255.0"_s; }
-    virtual QStringList offeredNameservers() const = 0;
+    static QStringList offeredNameservers();
 
+    static QString interface() { return "eth0"_s; }
     /// ConnMan's identifier of the wired service.
-    virtual QString service() const = 0;
+    QString service() const;
 
-    virtual void plugCable() = 0;
-    virtual void unplugCable() = 0;
-    virtual void startDhcpServer() = 0;
+    void plugCable();
+    void unplugCable();
+    /// Returns when the server is ready to answer.
+    void startDhcpServer();
+    void stopDhcpServer();
+    /// Whether ConnMan looks for the internet, and finds it.
+    enum class OnlineCheck { Off, On };
     /// Returns when ConnMan has its bus name.
-    virtual void startConnman() = 0;
-    /// A crash. Returns when the bus has noticed.
-    virtual void killConnman() = 0;
-    /// An orderly end.
-    virtual void stopConnman() = 0;
-    /// What ConnMan itself says of the wired service.
-    virtual QVariantMap connmanProperties() const = 0;
+    void startConnman(OnlineCheck onlineCheck = OnlineCheck::Off);
+    bool isConnmanRunning() const;
+    /// A crash: no farewell to anybody, addresses and routes stay as they are. Returns when the bus has
+    /// noticed.
+    void killConnman();
+    /// An orderly end, which takes the link down.
+    void stopConnman();
+    /// What ConnMan itself says of the wired service; empty when it has none.
+    QVariantMap connmanProperties() const;
 
     // What is really set on the device, whoever says what about it.
     /// "address/prefix length" of every IPv4 address of the wired interface.
-    virtual QStringList addresses() const = 0;
-    virtual QString defaultGateway() const = 0;
-    virtual QStringList nameservers() const = 0;
-    virtual bool ipv6Enabled() const = 0;
+    QStringList addresses() const;
+    QString defaultGateway() const;
+    QStringList nameservers() const;
+    bool ipv6Enabled() const;
 
     /// What the speech service has been asked to say.
-    SpeechRecord &speech() { return m_speech; }
-    virtual void setSpeechServicePresent(bool present) = 0;
+    const test_support::SpeechRecord &speech() const { return m_speech; }
+    void setSpeechServicePresent(bool present);
 
 private:
-    SpeechRecord m_speech;
-};
+    struct Parts;
 
-/// The surroundings that the test is linked with. `client` is a connection to the bus at `busAddress`.
-std::unique_ptr<Surroundings> makeSurroundings(const QString &busAddress, const QDBusConnection &client);
+    test_support::SpeechRecord m_speech;
+    std::unique_ptr<Parts> m_parts;
+};

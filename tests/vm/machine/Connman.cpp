@@ -1,12 +1,15 @@
 #include "Connman.h"
 
 #include "BusCall.h"
-#include "Eventually.h"
+#include "EventWait.h"
+#include "PlainValue.h"
 #include "Text.h"
 
-#include <QDBusArgument>
 #include <QDBusMessage>
 #include <QDBusVariant>
+
+using test_support::eventually;
+using test_support::plain;
 
 namespace {
 
@@ -128,57 +131,4 @@ bool Connman::setProperty(const QString &identifier, const QString &name, const 
     const QDBusMessage reply = ask(servicePath + identifier, serviceInterface, "SetProperty"_s,
                                    {name, QVariant::fromValue(QDBusVariant(value))});
     return reply.type() == QDBusMessage::ReplyMessage;
-}
-
-QVariant plain(const QVariant &value)
-{
-    if (value.userType() == qMetaTypeId<QDBusVariant>()) {
-        return plain(value.value<QDBusVariant>().variant());
-    }
-    if (value.userType() == qMetaTypeId<QDBusObjectPath>()) {
-        return value.value<QDBusObjectPath>().path();
-    }
-    if (value.userType() != qMetaTypeId<QDBusArgument>()) {
-        return value;
-    }
-    const auto argument = value.value<QDBusArgument>();
-    switch (argument.currentType()) {
-    case QDBusArgument::BasicType:
-    case QDBusArgument::VariantType:
-        return plain(argument.asVariant());
-    case QDBusArgument::MapType: {
-        QVariantMap map;
-        argument.beginMap();
-        while (!argument.atEnd()) {
-            argument.beginMapEntry();
-            const QString key = argument.asVariant().toString();
-            map.insert(key, plain(argument.asVariant()));
-            argument.endMapEntry();
-        }
-        argument.endMap();
-        return map;
-    }
-    case QDBusArgument::ArrayType: {
-        QVariantList list;
-        argument.beginArray();
-        while (!argument.atEnd()) {
-            list.append(plain(argument.asVariant()));
-        }
-        argument.endArray();
-        return list;
-    }
-    case QDBusArgument::StructureType: {
-        QVariantList list;
-        argument.beginStructure();
-        while (!argument.atEnd()) {
-            list.append(plain(argument.asVariant()));
-        }
-        argument.endStructure();
-        return list;
-    }
-    case QDBusArgument::MapEntryType:
-    case QDBusArgument::UnknownType:
-        break;
-    }
-    return {};
 }

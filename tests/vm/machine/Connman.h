@@ -43,6 +43,3 @@ public:
 private:
     std::unique_ptr<Program> m_program = makeConnman();
 };
-
-/// Turns a value as QtDBus delivers it into plain maps and lists, all the way down.
-QVariant plain(const QVariant &value);

@@ -1,8 +1,10 @@
 #include "World.h"
 
+#include "BusCall.h"
 #include "Device.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Kernel.h"
+#include "Peers.h"
 #include "Text.h"
 
 #include <QDir>
@@ -10,17 +12,25 @@
 #include <QFileInfo>
 #include <QSettings>
 
+using test_support::eventually;
+
 namespace {
 
 /// A region without any channel above 2.4 GHz, so that a scan takes half a second instead of ten.
 const QByteArray regionStore = "[wifi]\nregion=YE\n";
 /// On a very busy machine the command does not end in time.
 const QString regionIsSet = "The region has been set successfully."_s;
+constexpr int startLimitMs = 120000;
 const QString regionIsNotSet = "Failed to set the region."_s;
 
 QString settingsFile(const QString &name)
 {
     return Device::file("/etc/xdg/Tactora AB/"_s + name);
+}
+
+QString systemBus()
+{
+    return qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/run/dbus/system_bus_socket"_s);
 }
 
 bool storeRegion()
@@ -34,11 +44,31 @@ bool storeRegion()
 
 bool World::powerOn()
 {
-    if (!m_peers.appear() || !m_keyboard.plugIn()) {
+    m_peers = Peers::appear(m_speech);
+    if (!m_keyboard.plugIn()) {
         return false;
     }
-    m_daemon = std::make_unique<Daemon>(m_keyboard.device());
+    m_daemon = makeDaemon(m_keyboard.device());
+    m_client = std::make_unique<test_support::DaemonClient>(systemBus());
     return true;
+}
+
+bool World::startDaemon()
+{
+    return m_daemon->start() && m_client->waitForName(startLimitMs);
+}
+
+bool World::stopDaemon()
+{
+    return m_daemon->stop() && eventually([] { return !isOnBus("com.tactora.NetworkManager"_s); });
+}
+
+void World::forgetTheStory()
+{
+    m_client->clearRecord();
+    m_speech.clear();
+    m_daemon->markLog();
+    m_connman.markLog();
 }
 
 bool World::begin()
@@ -57,11 +87,8 @@ bool World::begin()
 bool World::beginUnused()
 {
     m_spoilt = true;
-    const bool stopped = m_daemon->stopAndWait() && m_connman.stopAndWait();
-    m_daemon->forgetSignals();
-    m_peers.forgetSentences();
-    m_daemon->markLog();
-    m_connman.markLog();
+    const bool stopped = stopDaemon() && m_connman.stopAndWait();
+    forgetTheStory();
     return stopped && m_lan.unplug() && m_air.restore() && Device::reset();
 }
 
@@ -81,7 +108,7 @@ bool World::waitUntilConnmanIsBack()
 
 bool World::restartBoth()
 {
-    if (!m_daemon->stopAndWait() || !m_connman.stopAndWait()) {
+    if (!stopDaemon() || !m_connman.stopAndWait()) {
         return false;
     }
     m_daemon->markLog();
@@ -90,7 +117,7 @@ bool World::restartBoth()
 
 bool World::startBoth()
 {
-    return storeRegion() && m_connman.startAndWait() && m_daemon->startAndWait() && waitUntilStarted(1);
+    return storeRegion() && m_connman.startAndWait() && startDaemon() && waitUntilStarted(1);
 }
 
 bool World::waitUntilStarted(int regionCommands)
@@ -101,7 +128,7 @@ bool World::waitUntilStarted(int regionCommands)
     });
     // The power cycle that follows blocks the daemon: it answers when that is over. A ConnMan that is stopped
     // in the middle of it keeps Wi-Fi off.
-    return regionIsDecided && m_daemon->call("getWifiRegion"_s).isValid();
+    return regionIsDecided && m_client->call("getWifiRegion").isValid();
 }
 
 /// Through the daemon, because it keeps the preferred network in memory and on disk.
@@ -109,7 +136,7 @@ bool World::forgetNetworks()
 {
     const QStringList favorites = m_connman.favorites();
     for (const QString &identifier : favorites) {
-        m_daemon->call("forgetWifi"_s, {identifier});
+        m_client->call("forgetWifi", identifier);
     }
     return preferredNetwork().isEmpty() && m_connman.favorites().isEmpty();
 }
@@ -121,10 +148,7 @@ bool World::settle()
     const bool ready = m_connman.setWifiPowered(true) && !m_connman.find("Atelier"_s, "psk"_s).isEmpty() &&
                        eventually([] { return Kernel::joinedNetwork().isEmpty(); }) &&
                        eventually([] { return ledState("led8"_s) == "off"_s; });
-    m_daemon->forgetSignals();
-    m_peers.forgetSentences();
-    m_daemon->markLog();
-    m_connman.markLog();
+    forgetTheStory();
     return ready;
 }
 

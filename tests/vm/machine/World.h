@@ -2,10 +2,11 @@
 
 #include "Air.h"
 #include "Connman.h"
-#include "Daemon.h"
-#include "DevicePeers.h"
+#include "DaemonClient.h"
 #include "Keyboard.h"
 #include "Lan.h"
+#include "Program.h"
+#include "SpeechRecord.h"
 
 #include <memory>
 
@@ -41,9 +42,15 @@ public:
     /// address that the daemon has given it, and names networks after that.
     bool restartBoth();
 
-    Daemon &daemon() { return *m_daemon; }
+    /// Starts the daemon and waits until it owns its bus name.
+    bool startDaemon();
+    /// False when it took force.
+    bool stopDaemon();
+
+    Program &daemon() { return *m_daemon; }
+    test_support::DaemonClient &client() { return *m_client; }
     Connman &connman() { return m_connman; }
-    DevicePeers &peers() { return m_peers; }
+    test_support::SpeechRecord &speech() { return m_speech; }
     Keyboard &keyboard() { return m_keyboard; }
     Air &air() { return m_air; }
     Lan &lan() { return m_lan; }
@@ -55,12 +62,16 @@ private:
     bool startBoth();
     bool forgetNetworks();
     bool settle();
+    /// What clients heard, what was spoken and what was logged so far is of no interest.
+    void forgetTheStory();
 
     bool m_spoilt = true;
-    DevicePeers m_peers;
+    test_support::SpeechRecord m_speech;
+    std::unique_ptr<QObject> m_peers;
     Keyboard m_keyboard;
     Air m_air;
     Lan m_lan;
     Connman m_connman;
-    std::unique_ptr<Daemon> m_daemon;
+    std::unique_ptr<Program> m_daemon;
+    std::unique_ptr<test_support::DaemonClient> m_client;
 };

@@ -1,7 +1,7 @@
 #include "BootScenarios.h"
 
 #include "Command.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Explanations.h"
 #include "Kernel.h"
 #include "Scenarios.h"
@@ -10,6 +10,8 @@
 
 #include <QFile>
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -54,8 +56,8 @@ bool BootScenarios::prepareWorld()
 bool BootScenarios::registerForLater()
 {
     const QString identifier = m_world.connman().find("Atelier"_s, "psk"_s);
-    return m_world.daemon().call("registerWifi"_s, {identifier, Secret::atelier}).toBool() &&
-           m_world.daemon().call("setHostName"_s, {hostName}).toBool();
+    return m_world.client().call("registerWifi", identifier, Secret::atelier).toBool() &&
+           m_world.client().call("setHostName", hostName).toBool();
 }
 
 /// ConnMan stores a network under an identifier with the card's address in it: after power-on that is the

@@ -1,24 +1,26 @@
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
 
 #include <QTest>
 
+using test_support::eventually;
+
 void Scenarios::connectKnownNetworkAsksForNothing()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
     const QString cafe = network("Cafe"_s, "none"_s);
-    QVERIFY(does("connect"_s, {cafe}));
+    QVERIFY(does("connect", cafe));
     QVERIFY(isJoined(cafe));
-    daemon().forgetSignals();
-    peers().forgetSentences();
+    client().clearRecord();
+    speech().clear();
 
-    QVERIFY(does("connect"_s, {identifier}));
+    QVERIFY(does("connect", identifier));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkConnected(%1)"_s.arg(identifier)});
-    QTRY_COMPARE(peers().spoken(), QStringList{"6"_s});
+    QTRY_COMPARE(client().heard(), QStringList{"networkConnected(\"%1\")"_s.arg(identifier)});
+    QTRY_COMPARE(speech().sentences(), QStringList{"6"_s});
     QVERIFY(isJoined(identifier));
     QCOMPARE(Kernel::joinedNetwork(), "Atelier"_s);
     QCOMPARE(World::preferredNetwork(), "Atelier"_s);
@@ -28,20 +30,20 @@ void Scenarios::connectUnknownNetworkIsRefused()
 {
     const QString unknown = "wifi_020000000000_4e6f6e65_managed_psk"_s;
 
-    QVERIFY(!does("connect"_s, {unknown}));
+    QVERIFY(!does("connect", unknown));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"error(Unknown network: '%1')"_s.arg(unknown)});
+    QTRY_COMPARE(client().heard(), QStringList{"error(\"Unknown network: '%1'\")"_s.arg(unknown)});
 }
 
 void Scenarios::connectNetworkThatNeedsAPassphraseFails()
 {
     const QString identifier = network("Atelier"_s);
 
-    QVERIFY(!does("connect"_s, {identifier}));
+    QVERIFY(!does("connect", identifier));
 
-    QTRY_COMPARE(daemon().received(),
-                 QStringList{"error(Unable to connect network '%1'.)"_s.arg(identifier)});
-    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
+    QTRY_COMPARE(client().heard(),
+                 QStringList{"error(\"Unable to connect network '%1'.\")"_s.arg(identifier)});
+    QTRY_COMPARE(speech().sentences(), QStringList{"5"_s});
     QCOMPARE(Kernel::joinedNetwork(), QString());
 }
 
@@ -49,11 +51,11 @@ void Scenarios::disconnectLeavesTheNetworkAndThePreference()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    daemon().forgetSignals();
+    client().clearRecord();
 
-    QVERIFY(does("disconnect"_s, {identifier}));
+    QVERIFY(does("disconnect", identifier));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkDisconnected(%1)"_s.arg(identifier)});
+    QTRY_COMPARE(client().heard(), QStringList{"networkDisconnected(\"%1\")"_s.arg(identifier)});
     QVERIFY(eventually([] { return Kernel::joinedNetwork().isEmpty(); }));
     QCOMPARE(World::preferredNetwork(), QString());
     QVERIFY(connman().isFavorite(identifier));
@@ -63,9 +65,9 @@ void Scenarios::disconnectUnknownNetworkIsRefused()
 {
     const QString unknown = "wifi_020000000000_4e6f6e65_managed_psk"_s;
 
-    QVERIFY(!does("disconnect"_s, {unknown}));
+    QVERIFY(!does("disconnect", unknown));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"error(Unknown network: '%1')"_s.arg(unknown)});
+    QTRY_COMPARE(client().heard(), QStringList{"error(\"Unknown network: '%1'\")"_s.arg(unknown)});
 }
 
 void Scenarios::forgetDropsTheStoredCredentials()
@@ -73,27 +75,28 @@ void Scenarios::forgetDropsTheStoredCredentials()
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
     QVERIFY(Connman::hasStored(identifier, Secret::atelier));
-    daemon().forgetSignals();
+    client().clearRecord();
 
-    QVERIFY(does("forgetWifi"_s, {identifier}));
+    QVERIFY(does("forgetWifi", identifier));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkForgot(%1)"_s.arg(identifier)});
+    QTRY_COMPARE(client().heard(), QStringList{"networkForgot(\"%1\")"_s.arg(identifier)});
     QVERIFY(!Connman::hasStored(identifier, Secret::atelier));
     QVERIFY(eventually([] { return Kernel::joinedNetwork().isEmpty(); }));
     QCOMPARE(World::preferredNetwork(), QString());
     QVERIFY(!connman().isFavorite(identifier));
-    QVERIFY(!does("connect"_s, {identifier}));
+    QVERIFY(!does("connect", identifier));
 }
 
 void Scenarios::emptyNamesAreRefused()
 {
-    QVERIFY(!does("connect"_s, {QString()}));
-    QVERIFY(!does("disconnect"_s, {QString()}));
-    QVERIFY(!does("forgetWifi"_s, {QString()}));
-    QVERIFY(!does("registerWifi"_s, {QString(), QString()}));
+    QVERIFY(!does("connect", QString()));
+    QVERIFY(!does("disconnect", QString()));
+    QVERIFY(!does("forgetWifi", QString()));
+    QVERIFY(!does("registerWifi", QString(), QString()));
 
-    const QStringList told{"error(Can't connect with an empty network-name.)"_s,
-                           "error(Invalid parameter, network: '')"_s, "error(Invalid parameter, ssid: '')"_s,
-                           "error(Invalid parameter, ssid: '')"_s};
-    QTRY_COMPARE(daemon().received(), told);
+    const QStringList told{"error(\"Can't connect with an empty network-name.\")"_s,
+                           "error(\"Invalid parameter, network: ''\")"_s,
+                           "error(\"Invalid parameter, ssid: ''\")"_s,
+                           "error(\"Invalid parameter, ssid: ''\")"_s};
+    QTRY_COMPARE(client().heard(), told);
 }

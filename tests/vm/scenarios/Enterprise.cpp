@@ -16,10 +16,10 @@ void Scenarios::registerEnterpriseWithPeap()
 {
     const QString identifier = network("Office"_s, "ieee8021x"_s);
 
-    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
-                 {Secret::officeUser, identifier, Secret::officePassword, peap, "MSCHAPV2"_s}));
+    QVERIFY(does("registerWiFiWpa2Enterprise", Secret::officeUser, identifier, Secret::officePassword, peap,
+                 "MSCHAPV2"_s));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
+    QTRY_COMPARE(client().heard(), QStringList{"networkRegistered(\"%1\")"_s.arg(identifier)});
     QVERIFY(isJoined(identifier));
     QCOMPARE(Kernel::joinedNetwork(), "Office"_s);
     QCOMPARE(World::preferredNetwork(), "Office"_s);
@@ -31,8 +31,8 @@ void Scenarios::registerEnterpriseWithTtls()
 {
     const QString identifier = network("Office"_s, "ieee8021x"_s);
 
-    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
-                 {Secret::officeUser, identifier, Secret::officePassword, ttls, "PAP"_s}));
+    QVERIFY(does("registerWiFiWpa2Enterprise", Secret::officeUser, identifier, Secret::officePassword, ttls,
+                 "PAP"_s));
 
     QVERIFY(isJoined(identifier));
     QCOMPARE(Kernel::joinedNetwork(), "Office"_s);
@@ -42,11 +42,11 @@ void Scenarios::registerEnterpriseWithWrongPasswordLeavesNoFile()
 {
     const QString identifier = network("Office"_s, "ieee8021x"_s);
 
-    QVERIFY(!does("registerWiFiWpa2Enterprise"_s,
-                  {Secret::officeUser, identifier, "five dots"_s, peap, "MSCHAPV2"_s}));
+    QVERIFY(!does("registerWiFiWpa2Enterprise", Secret::officeUser, identifier, "five dots"_s, peap,
+                  "MSCHAPV2"_s));
 
     QVERIFY(!QFile::exists(provisioningFile(identifier)));
-    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
+    QTRY_COMPARE(speech().sentences(), QStringList{"5"_s});
     QCOMPARE(Kernel::joinedNetwork(), QString());
     QCOMPARE(World::preferredNetwork(), QString());
 }
@@ -54,11 +54,11 @@ void Scenarios::registerEnterpriseWithWrongPasswordLeavesNoFile()
 void Scenarios::registerEnterpriseAfterAWrongPasswordStillSucceeds()
 {
     const QString identifier = network("Office"_s, "ieee8021x"_s);
-    QVERIFY(!does("registerWiFiWpa2Enterprise"_s,
-                  {Secret::officeUser, identifier, "five dots"_s, peap, "MSCHAPV2"_s}));
+    QVERIFY(!does("registerWiFiWpa2Enterprise", Secret::officeUser, identifier, "five dots"_s, peap,
+                  "MSCHAPV2"_s));
 
-    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
-                 {Secret::officeUser, identifier, Secret::officePassword, peap, "MSCHAPV2"_s}));
+    QVERIFY(does("registerWiFiWpa2Enterprise", Secret::officeUser, identifier, Secret::officePassword, peap,
+                 "MSCHAPV2"_s));
 
     QVERIFY(isJoined(identifier));
     QCOMPARE(Kernel::joinedNetwork(), "Office"_s);
@@ -67,11 +67,11 @@ void Scenarios::registerEnterpriseAfterAWrongPasswordStillSucceeds()
 void Scenarios::forgetEnterpriseRemovesItsFile()
 {
     const QString identifier = network("Office"_s, "ieee8021x"_s);
-    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
-                 {Secret::officeUser, identifier, Secret::officePassword, peap, "MSCHAPV2"_s}));
+    QVERIFY(does("registerWiFiWpa2Enterprise", Secret::officeUser, identifier, Secret::officePassword, peap,
+                 "MSCHAPV2"_s));
     QVERIFY(QFile::exists(provisioningFile(identifier)));
 
-    does("forgetWifi"_s, {identifier});
+    does("forgetWifi", identifier);
 
     QVERIFY(!QFile::exists(provisioningFile(identifier)));
     QCOMPARE(World::preferredNetwork(), QString());

@@ -1,9 +1,11 @@
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
 
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -24,12 +26,12 @@ void Scenarios::leaseIsAnnounced()
     m_world.spoil();
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
 
-    QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!speech().sentences().isEmpty(), announcementTimeoutMs);
 
     const QString address = Kernel::addresses("eth0"_s).value(0);
     QVERIFY(address.startsWith("10.20.0."_s));
     const QString parts = QString(address).replace(QLatin1Char('.'), QLatin1Char(' '));
-    QCOMPARE(peers().spoken(), QStringList{"0: "_s + parts});
+    QCOMPARE(speech().sentences(), QStringList{"0: "_s + parts});
     QVERIFY(ethernetLedShows("on"_s));
 }
 
@@ -43,8 +45,8 @@ void Scenarios::configuredIpv6AddressIsAnnouncedWhenThereIsNoOther()
                                               {"Address"_s, "fd00:20::7"_s},
                                               {"PrefixLength"_s, QVariant::fromValue(uchar(64))}}));
 
-    QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
-    QCOMPARE(peers().spoken(), QStringList{"1: fd00:20double colon7"_s});
+    QTRY_VERIFY_WITH_TIMEOUT(!speech().sentences().isEmpty(), announcementTimeoutMs);
+    QCOMPARE(speech().sentences(), QStringList{"1: fd00:20double colon7"_s});
     QVERIFY(ethernetLedShows("on"_s));
 }
 
@@ -55,9 +57,9 @@ void Scenarios::automaticIpv6AddressAloneIsNotAnnounced()
     QVERIFY(lan().plugIn(Lan::Server::Ipv6Router));
     QVERIFY(eventually([] { return Kernel::addresses("eth0"_s).value(0).startsWith("fd00:20:"_s); }));
 
-    QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!speech().sentences().isEmpty(), announcementTimeoutMs);
 
-    QCOMPARE(peers().spoken(), QStringList{"8"_s});
+    QCOMPARE(speech().sentences(), QStringList{"8"_s});
 }
 
 void Scenarios::missingAddressIsAnnouncedAfterSixteenLooks()
@@ -65,9 +67,9 @@ void Scenarios::missingAddressIsAnnouncedAfterSixteenLooks()
     m_world.spoil();
     QVERIFY(lan().plugIn(Lan::Server::Nobody));
 
-    QTRY_VERIFY_WITH_TIMEOUT(!peers().spoken().isEmpty(), announcementTimeoutMs);
+    QTRY_VERIFY_WITH_TIMEOUT(!speech().sentences().isEmpty(), announcementTimeoutMs);
 
-    QCOMPARE(peers().spoken(), QStringList{"8"_s});
+    QCOMPARE(speech().sentences(), QStringList{"8"_s});
     QVERIFY(ethernetLedShows("blink 500"_s));
     QVERIFY(ethernetLedShows("off"_s));
 }
@@ -76,14 +78,14 @@ void Scenarios::pluggingIntoAnotherNetworkAnnouncesItsAddress()
 {
     m_world.spoil();
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
-    QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 1, announcementTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(speech().sentences().size(), 1, announcementTimeoutMs);
     QVERIFY(lan().unplug());
     QVERIFY(eventually([] { return ledState(ethernetLed) == "off"_s; })); // the daemon has seen it
 
     QVERIFY(lan().plugIn(Lan::Server::OtherDhcp));
 
-    QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 2, announcementTimeoutMs);
-    const QString said = peers().spoken().value(1);
+    QTRY_COMPARE_WITH_TIMEOUT(speech().sentences().size(), 2, announcementTimeoutMs);
+    const QString said = speech().sentences().value(1);
     QVERIFY2(said.startsWith("0: 10 21 0 "_s), qUtf8Printable(said));
 }
 
@@ -91,12 +93,12 @@ void Scenarios::pluggingInAgainAnnouncesAgain()
 {
     m_world.spoil();
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
-    QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 1, announcementTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(speech().sentences().size(), 1, announcementTimeoutMs);
     QVERIFY(lan().unplug());
     QVERIFY(eventually([] { return ledState(ethernetLed) == "off"_s; })); // the daemon has seen it
 
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
 
-    QTRY_COMPARE_WITH_TIMEOUT(peers().spoken().size(), 2, announcementTimeoutMs);
-    QVERIFY(peers().spoken().value(1).startsWith("0: 10 20 0 "_s));
+    QTRY_COMPARE_WITH_TIMEOUT(speech().sentences().size(), 2, announcementTimeoutMs);
+    QVERIFY(speech().sentences().value(1).startsWith("0: 10 20 0 "_s));
 }

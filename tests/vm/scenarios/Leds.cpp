@@ -1,8 +1,10 @@
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Scenarios.h"
 #include "Text.h"
 
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -21,11 +23,11 @@ void Scenarios::wifiLedFollowsJoiningAndLeaving()
     QVERIFY(air().serveAddresses(false)); // keeps the device waiting for its address until told
     QCOMPARE(ledState(wifiLed), "off"_s);
 
-    daemon().begin("registerWifi"_s, {identifier, Secret::atelier});
+    client().send("registerWifi", identifier, Secret::atelier);
     QVERIFY(wifiLedShows("blink 1000"_s));
     QVERIFY(air().serveAddresses(true));
     QVERIFY(wifiLedShows("on"_s));
-    QVERIFY(does("forgetWifi"_s, {identifier}));
+    QVERIFY(does("forgetWifi", identifier));
     QVERIFY(wifiLedShows("off"_s));
 }
 
@@ -33,9 +35,9 @@ void Scenarios::wifiLedBlinksAfterAFailure()
 {
     const QString identifier = network("Atelier"_s);
 
-    daemon().begin("registerWifi"_s, {identifier, "wrong horse"_s});
+    client().send("registerWifi", identifier, "wrong horse"_s);
 
     QVERIFY(wifiLedShows("blink 500"_s));
-    QVERIFY(eventually([&] { return !daemon().received().isEmpty(); }));
+    QVERIFY(eventually([&] { return !client().heard().isEmpty(); }));
     QVERIFY(wifiLedShows("off"_s));
 }

@@ -1,11 +1,13 @@
 #include "BusCall.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "MachineScenarios.h"
 #include "Systemd.h"
 #include "Text.h"
 
 #include <QElapsedTimer>
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -43,12 +45,12 @@ void MachineScenarios::stopInsideAConnectEndsInTime()
     m_world.spoil();
     const QString identifier = network(atelier);
     QVERIFY(air().serveAddresses(false)); // keeps Connect waiting
-    daemon().begin("registerWifi"_s, {identifier, Secret::atelier});
+    client().send("registerWifi", identifier, Secret::atelier);
     QVERIFY(eventually([&] { return connman().state(identifier) == "configuration"_s; }));
 
     QElapsedTimer elapsed;
     elapsed.start();
-    QVERIFY(daemon().stopAndWait());
+    QVERIFY(m_world.stopDaemon());
 
     qInfo("stopped after %.1f s", static_cast<double>(elapsed.elapsed()) / 1000);
     QCOMPARE(Systemd::property(daemonUnit, "ExecMainCode"_s),
@@ -69,7 +71,7 @@ void MachineScenarios::killedDaemonComesBackAndRejoins()
     m_world.spoil();
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    daemon().forgetSignals();
+    client().clearRecord();
 
     QVERIFY(crash(daemonUnit, signal));
 
@@ -84,14 +86,14 @@ void MachineScenarios::manyCrashesInARowDoNotSilenceIt()
     }
 
     QVERIFY(eventually([] { return isOnBus(daemonName); }));
-    QVERIFY(daemon().call("getWifiRegion"_s).isValid());
+    QVERIFY(client().call("getWifiRegion").isValid());
 }
 
 void MachineScenarios::killedConnmanComesBackAndIsRejoined()
 {
     const QString identifier = joinAtelierToStay();
     QVERIFY(!identifier.isEmpty());
-    daemon().forgetSignals();
+    client().clearRecord();
     daemon().markLog();
 
     QVERIFY(crash(connmanUnit, "KILL"_s));
@@ -104,7 +106,7 @@ void MachineScenarios::restartOfBothAtOnceRejoins()
 {
     const QString identifier = joinAtelierToStay();
     QVERIFY(!identifier.isEmpty());
-    daemon().forgetSignals();
+    client().clearRecord();
 
     QVERIFY(Systemd::control({"restart"_s, connmanUnit, daemonUnit}));
 

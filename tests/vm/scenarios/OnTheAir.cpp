@@ -1,19 +1,22 @@
 #include "Kernel.h"
 #include "MachineScenarios.h"
 
-#include "Eventually.h"
+#include "EventWait.h"
 #include "OnTheAir.h"
+#include "Peers.h"
 #include "Text.h"
 
 #include <QTest>
 
+using test_support::eventually;
+
 void MachineScenarios::wlanUsesTheAddressOfTheSerialNumberOnTheAir()
 {
-    const QString address = DevicePeers::addressOfSerialNumber();
+    const QString address = Peers::addressOfSerialNumber();
     QVERIFY(!joinAtelier().isEmpty());
 
     QCOMPARE(OnTheAir::stations("home"_s), QStringList{address});
-    QCOMPARE(daemon().call("getHwAddress"_s, {"wlan0"_s}).toString(), address.toUpper());
+    QCOMPARE(client().call("getHwAddress", "wlan0"_s).toString(), address.toUpper());
 }
 
 void MachineScenarios::secondAccessPointOfTheSameNameTakesOver()

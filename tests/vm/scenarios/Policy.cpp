@@ -1,5 +1,5 @@
 #include "BusUser.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "MachineScenarios.h"
 #include "Text.h"
 
@@ -7,6 +7,8 @@
 #include <QFile>
 #include <QTest>
 #include <QXmlStreamReader>
+
+using test_support::eventually;
 
 namespace {
 
@@ -85,8 +87,8 @@ void MachineScenarios::strangerHearsTheSignals()
     QVERIFY(stranger.connection().connect(daemonName, "/"_s, daemonName, "regionChanged"_s, &heard,
                                           SLOT(count())));
 
-    QVERIFY(does("setLockRegion"_s, {true}));
-    QVERIFY(does("setLockRegion"_s, {false}));
+    QVERIFY(does("setLockRegion", true));
+    QVERIFY(does("setLockRegion", false));
 
     QVERIFY(eventually([&] { return heard.counted() == 2; }));
 }
@@ -99,7 +101,7 @@ void MachineScenarios::nobodyButRootOwnsTheNameOrReachesTheAgent()
     QCOMPARE(member.errorOf(agentCall()), accessDenied);
     QCOMPARE(stranger.errorOf(agentCall()), accessDenied);
 
-    QVERIFY(daemon().stopAndWait());
+    QVERIFY(m_world.stopDaemon());
 
     QVERIFY(!member.connection().registerService(daemonName));
     QCOMPARE(member.connection().lastError().name(), accessDenied);

@@ -95,7 +95,7 @@ void BootScenarios::powerCutsLeaveEveryFileWhole()
     QVERIFY2(storedNumber() >= lastRemembered(),
              qPrintable("%1 was acknowledged, %2 is there"_s.arg(lastRemembered()).arg(storedNumber())));
     QVERIFY(m_world.powerOn());
-    QVERIFY(m_world.daemon().call("getWifiRegion"_s).isValid());
+    QVERIFY(m_world.client().call("getWifiRegion").isValid());
     if (m_boot <= m_cuts) {
         writeUntilThePowerIsCut();
     }
@@ -103,22 +103,22 @@ void BootScenarios::powerCutsLeaveEveryFileWhole()
 
 void BootScenarios::writeUntilThePowerIsCut()
 {
-    Daemon &daemon = m_world.daemon();
+    test_support::DaemonClient &client = m_world.client();
     QVERIFY(m_world.connman().setWifiPowered(true));
     const QString office = m_world.connman().find("Office"_s, "ieee8021x"_s);
     QVERIFY(!office.isEmpty());
-    daemon.begin("forgetWifi"_s, {office});
-    daemon.begin("registerWiFiWpa2Enterprise"_s,
-                 {Secret::officeUser, office, Secret::officePassword, "peap"_s, "MSCHAPV2"_s});
+    client.send("forgetWifi", office);
+    client.send("registerWiFiWpa2Enterprise", Secret::officeUser, office, Secret::officePassword, "peap"_s,
+                "MSCHAPV2"_s);
     const int first = storedNumber() + 1;
     for (int number = first;; ++number) {
         const QString name = hostNamePrefix + QString::number(number);
-        if (daemon.call("setHostName"_s, {name}).toBool()) {
+        if (client.call("setHostName", name).toBool()) {
             remember(number);
         }
         if (number == first) {
             callForTheCut(); // from here on files are being written
         }
-        daemon.call("setLockRegion"_s, {number % 2 == 0});
+        client.call("setLockRegion", number % 2 == 0);
     }
 }

@@ -1,4 +1,4 @@
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
@@ -11,7 +11,7 @@ void Scenarios::networksAreListedWithConnmansProperties()
     const QString cafe = network("Cafe"_s, "none"_s);
     const QString office = network("Office"_s, "ieee8021x"_s);
 
-    const QVariantMap networks = daemon().call("networks"_s).toMap();
+    const QVariantMap networks = client().call("networks").toMap();
 
     QVERIFY(networks.contains(cafe));
     QVERIFY(networks.contains(office));
@@ -27,34 +27,32 @@ void Scenarios::onlyNetworksWithWpsAreListedAsSuch()
 {
     QVERIFY(!network("Studio"_s).isEmpty());
 
-    QCOMPARE(daemon().call("wpsNetworks"_s).toStringList(), QStringList{"Studio"_s});
+    QCOMPARE(client().call("wpsNetworks").toStringList(), QStringList{"Studio"_s});
 }
 
 void Scenarios::activeNetworksAreTheJoinedOnes()
 {
-    QCOMPARE(daemon().call("activeNetworks"_s).toStringList(), QStringList());
+    QCOMPARE(client().call("activeNetworks").toStringList(), QStringList());
 
     QVERIFY(!joinAtelier().isEmpty());
 
-    QCOMPARE(daemon().call("activeNetworks"_s).toStringList(), QStringList{"Atelier"_s});
+    QCOMPARE(client().call("activeNetworks").toStringList(), QStringList{"Atelier"_s});
 }
 
 void Scenarios::gettersTellWhatTheKernelHas()
 {
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    const auto text = [&](const char *getter) {
-        return daemon().call(QString::fromLatin1(getter), {identifier}).toString();
-    };
+    const auto text = [&](const char *getter) { return client().call(getter, identifier).toString(); };
 
     QVERIFY(text("getAddress").startsWith("10.11.1."_s));
     QVERIFY(Kernel::addresses("wlan0"_s).contains(text("getAddress")));
     QCOMPARE(text("getNetmask"), "255.255.255.0"_s);
     QCOMPARE(text("getGateway"), "10.11.1.1"_s);
-    QCOMPARE(daemon().call("getNameservers"_s, {identifier}).toStringList(), QStringList{"10.11.1.1"_s});
-    const QVariantMap configuration = daemon().call("getConfiguration"_s, {identifier}).toMap();
+    QCOMPARE(client().call("getNameservers", identifier).toStringList(), QStringList{"10.11.1.1"_s});
+    const QVariantMap configuration = client().call("getConfiguration", identifier).toMap();
     QCOMPARE(configuration.value("Method"_s).toString(), "dhcp"_s);
     QCOMPARE(configuration.value("Address"_s).toString(), text("getAddress"));
-    const QVariantMap ipv6 = daemon().call("getIPv6Configuration"_s, {identifier}).toMap();
+    const QVariantMap ipv6 = client().call("getIPv6Configuration", identifier).toMap();
     QCOMPARE(ipv6.value("Method"_s).toString(), "auto"_s);
 }

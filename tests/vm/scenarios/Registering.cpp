@@ -1,4 +1,4 @@
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
@@ -9,10 +9,10 @@ void Scenarios::registerWithPassphraseJoinsAndIsRemembered()
 {
     const QString identifier = network("Atelier"_s);
 
-    QVERIFY(does("registerWifi"_s, {identifier, Secret::atelier}));
+    QVERIFY(does("registerWifi", identifier, Secret::atelier));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
-    QTRY_COMPARE(peers().spoken(), QStringList{"6"_s});
+    QTRY_COMPARE(client().heard(), QStringList{"networkRegistered(\"%1\")"_s.arg(identifier)});
+    QTRY_COMPARE(speech().sentences(), QStringList{"6"_s});
     QCOMPARE(World::preferredNetwork(), "Atelier"_s);
     QVERIFY(isJoined(identifier));
     QVERIFY(connman().isFavorite(identifier));
@@ -24,10 +24,10 @@ void Scenarios::registerWithWrongPassphraseReportsInvalidKey()
 {
     const QString identifier = network("Atelier"_s);
 
-    QVERIFY(!does("registerWifi"_s, {identifier, "wrong horse"_s}));
+    QVERIFY(!does("registerWifi", identifier, "wrong horse"_s));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"error(invalid-key)"_s});
-    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
+    QTRY_COMPARE(client().heard(), QStringList{"error(\"invalid-key\")"_s});
+    QTRY_COMPARE(speech().sentences(), QStringList{"5"_s});
     QVERIFY(!connman().isFavorite(identifier));
     QCOMPARE(World::preferredNetwork(), QString());
     QCOMPARE(Kernel::joinedNetwork(), QString());
@@ -36,9 +36,9 @@ void Scenarios::registerWithWrongPassphraseReportsInvalidKey()
 void Scenarios::registerAfterAWrongPassphraseStillSucceeds()
 {
     const QString identifier = network("Atelier"_s);
-    QVERIFY(!does("registerWifi"_s, {identifier, "wrong horse"_s}));
+    QVERIFY(!does("registerWifi", identifier, "wrong horse"_s));
 
-    QVERIFY(does("registerWifi"_s, {identifier, Secret::atelier}));
+    QVERIFY(does("registerWifi", identifier, Secret::atelier));
 
     QVERIFY(isJoined(identifier));
     QCOMPARE(World::preferredNetwork(), "Atelier"_s);
@@ -48,9 +48,9 @@ void Scenarios::registerOpenNetworkNeedsNoPassphrase()
 {
     const QString identifier = network("Cafe"_s, "none"_s);
 
-    QVERIFY(does("registerWifi"_s, {identifier, QString()}));
+    QVERIFY(does("registerWifi", identifier, QString()));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
+    QTRY_COMPARE(client().heard(), QStringList{"networkRegistered(\"%1\")"_s.arg(identifier)});
     QVERIFY(isJoined(identifier));
     QCOMPARE(Kernel::joinedNetwork(), "Cafe"_s);
     QCOMPARE(World::preferredNetwork(), "Cafe"_s);
@@ -60,9 +60,9 @@ void Scenarios::registerHiddenNetworkByItsName()
 {
     const QString hidden = network(QString(), "hidden_managed_psk"_s);
 
-    QVERIFY(does("registerHiddenWifi"_s, {"Cellar"_s, hidden, Secret::cellar}));
+    QVERIFY(does("registerHiddenWifi", "Cellar"_s, hidden, Secret::cellar));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(hidden)});
+    QTRY_COMPARE(client().heard(), QStringList{"networkRegistered(\"%1\")"_s.arg(hidden)});
     // Joined, the network is a service of its own, under an identifier made from its name.
     const QString joined = network("Cellar"_s);
     QVERIFY(isJoined(joined));
@@ -74,9 +74,9 @@ void Scenarios::registerHiddenNetworkWithWrongPassphraseFails()
 {
     const QString hidden = network(QString(), "hidden_managed_psk"_s);
 
-    QVERIFY(!does("registerHiddenWifi"_s, {"Cellar"_s, hidden, "turnips and beer"_s}));
+    QVERIFY(!does("registerHiddenWifi", "Cellar"_s, hidden, "turnips and beer"_s));
 
-    QTRY_COMPARE(peers().spoken(), QStringList{"5"_s});
+    QTRY_COMPARE(speech().sentences(), QStringList{"5"_s});
     QCOMPARE(Kernel::joinedNetwork(), QString());
     QCOMPARE(connman().favorites(), QStringList());
 }
@@ -84,7 +84,7 @@ void Scenarios::registerHiddenNetworkWithWrongPassphraseFails()
 void Scenarios::registerSecondNetworkMakesItThePreferredOne()
 {
     const QString cafe = network("Cafe"_s, "none"_s);
-    QVERIFY(does("registerWifi"_s, {cafe, QString()}));
+    QVERIFY(does("registerWifi", cafe, QString()));
 
     const QString atelier = joinAtelier();
 
@@ -99,18 +99,18 @@ void Scenarios::registerUnknownNetworkIsRefused()
 {
     const QString unknown = "wifi_020000000000_4e6f6e65_managed_psk"_s;
 
-    QVERIFY(!does("registerWifi"_s, {unknown, "whatever it is"_s}));
+    QVERIFY(!does("registerWifi", unknown, "whatever it is"_s));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"error(Unknown network: '%1')"_s.arg(unknown)});
-    QCOMPARE(peers().spoken(), QStringList());
+    QTRY_COMPARE(client().heard(), QStringList{"error(\"Unknown network: '%1'\")"_s.arg(unknown)});
+    QCOMPARE(speech().sentences(), QStringList());
 }
 
 void Scenarios::registerWithoutPassphraseIsRefused()
 {
     const QString identifier = network("Atelier"_s);
 
-    QVERIFY(!does("registerWifi"_s, {identifier, QString()}));
+    QVERIFY(!does("registerWifi", identifier, QString()));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"error(Invalid parameter, psk: '')"_s});
+    QTRY_COMPARE(client().heard(), QStringList{"error(\"Invalid parameter, psk: ''\")"_s});
     QCOMPARE(connman().state(identifier), "idle"_s);
 }

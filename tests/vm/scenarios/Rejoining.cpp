@@ -1,9 +1,11 @@
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
 
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -30,17 +32,18 @@ void Scenarios::wifiOffAndOnOverTheBusRejoins()
     m_world.spoil(); // the daemon looks for the preferred network once more, seconds later
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    daemon().forgetSignals();
-    peers().forgetSentences();
+    client().clearRecord();
+    speech().clear();
 
-    QVERIFY(does("setWifiPower"_s, {false}));
+    QVERIFY(does("setWifiPower", false));
     QVERIFY(leaves());
-    QVERIFY(does("setWifiPower"_s, {true}));
+    QVERIFY(does("setWifiPower", true));
 
-    QVERIFY(eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }));
-    const QStringList told{"powerChanged(false)"_s, "powerChanged(true)"_s, "networkConnected(Atelier)"_s};
-    QCOMPARE(daemon().received(), told);
-    QTRY_COMPARE(peers().spoken(), QStringList{"7"_s});
+    QVERIFY(eventually([&] { return client().heard().contains("networkConnected(\"Atelier\")"_s); }));
+    const QStringList told{"powerChanged(false)"_s, "powerChanged(true)"_s,
+                           "networkConnected(\"Atelier\")"_s};
+    QCOMPARE(client().heard(), told);
+    QTRY_COMPARE(speech().sentences(), QStringList{"7"_s});
     QVERIFY(isJoined(identifier));
     QVERIFY(joins(atelier));
 }
@@ -50,17 +53,17 @@ void Scenarios::keyChordSwitchesWifiOffAndOnAndRejoins()
     m_world.spoil(); // the daemon looks for the preferred network once more, seconds later
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    daemon().forgetSignals();
-    peers().forgetSentences();
+    client().clearRecord();
+    speech().clear();
 
     m_world.keyboard().chord(modifierKey, wifiOffKey);
-    QVERIFY(eventually([&] { return daemon().hasSent("powerChanged(false)"_s); }));
+    QVERIFY(eventually([&] { return client().heard().contains("powerChanged(false)"_s); }));
     QVERIFY(eventually([&] { return !connman().isWifiPowered(); }));
     m_world.keyboard().chord(modifierKey, wifiOnKey);
 
-    QVERIFY(eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }));
+    QVERIFY(eventually([&] { return client().heard().contains("networkConnected(\"Atelier\")"_s); }));
     const QStringList said{"2"_s, "3"_s, "7"_s};
-    QTRY_COMPARE(peers().spoken(), said);
+    QTRY_COMPARE(speech().sentences(), said);
     QVERIFY(isJoined(identifier));
 }
 
@@ -76,22 +79,22 @@ void Scenarios::keysWithoutTheModifierDoNothing()
     // The daemon hears keys in order: once it has acted on this chord, those before it have had their chance.
     m_world.keyboard().chord(modifierKey, wifiOnKey);
 
-    QVERIFY(eventually([&] { return daemon().hasSent("powerChanged(true)"_s); }));
-    QTRY_COMPARE(peers().spoken(), QStringList{"3"_s});
-    QCOMPARE(daemon().received(), QStringList{"powerChanged(true)"_s});
+    QVERIFY(eventually([&] { return client().heard().contains("powerChanged(true)"_s); }));
+    QTRY_COMPARE(speech().sentences(), QStringList{"3"_s});
+    QCOMPARE(client().heard(), QStringList{"powerChanged(true)"_s});
 }
 
 void Scenarios::connmanRestartRejoins()
 {
     const QString identifier = joinAtelierToStay();
     QVERIFY(!identifier.isEmpty());
-    daemon().forgetSignals();
-    peers().forgetSentences();
+    client().clearRecord();
+    speech().clear();
 
     QVERIFY(m_world.restartConnman());
 
     QVERIFY(isRejoined(identifier));
-    QVERIFY(peers().hasSpoken("7"_s));
+    QVERIFY(speech().count(7) > 0);
     QVERIFY(joins(atelier));
     QVERIFY(air().reaches(connman().ipv4(identifier, "Address"_s)));
 }
@@ -120,14 +123,14 @@ void Scenarios::daemonRestartRejoins()
     m_world.spoil(); // the daemon looks for the preferred network once more, seconds later
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    QVERIFY(daemon().stopAndWait());
-    daemon().forgetSignals();
-    peers().forgetSentences();
+    QVERIFY(m_world.stopDaemon());
+    client().clearRecord();
+    speech().clear();
 
-    QVERIFY(daemon().startAndWait());
+    QVERIFY(m_world.startDaemon());
 
     QVERIFY(isRejoined(identifier));
-    QVERIFY(peers().hasSpoken("7"_s));
+    QVERIFY(speech().count(7) > 0);
     QVERIFY(joins(atelier));
 }
 
@@ -152,16 +155,16 @@ void Scenarios::preferredNetworkWinsOverAnotherKnownOne()
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
     const QString cafe = network("Cafe"_s, "none"_s);
-    QVERIFY(does("registerWifi"_s, {cafe, QString()}));
-    QVERIFY(does("connect"_s, {identifier}));
+    QVERIFY(does("registerWifi", cafe, QString()));
+    QVERIFY(does("connect", identifier));
     QVERIFY(isJoined(identifier));
-    daemon().forgetSignals();
+    client().clearRecord();
 
-    QVERIFY(does("setWifiPower"_s, {false}));
+    QVERIFY(does("setWifiPower", false));
     QVERIFY(leaves());
-    QVERIFY(does("setWifiPower"_s, {true}));
+    QVERIFY(does("setWifiPower", true));
 
-    QVERIFY(eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }));
+    QVERIFY(eventually([&] { return client().heard().contains("networkConnected(\"Atelier\")"_s); }));
     QVERIFY(joins(atelier));
     QVERIFY(isJoined(identifier));
 }

@@ -1,6 +1,6 @@
 #include "Command.h"
 #include "Device.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "MachineScenarios.h"
 #include "Systemd.h"
 #include "Text.h"
@@ -9,6 +9,8 @@
 #include <QFile>
 #include <QRegularExpression>
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -36,12 +38,12 @@ void MachineScenarios::hostNameIsWrittenAfterOthersReplacedItsFile()
 {
     QVERIFY(run("hostnamectl"_s, {"set-hostname"_s, "second"_s}));
     QCOMPARE(hostNameFile(), QByteArray("second"));
-    QCOMPARE(daemon().call("getHostName"_s).toString(), "second"_s);
+    QCOMPARE(client().call("getHostName").toString(), "second"_s);
 
-    QVERIFY(does("setHostName"_s, {"third"_s}));
+    QVERIFY(does("setHostName", "third"_s));
 
     QCOMPARE(hostNameFile(), QByteArray("third"));
-    QCOMPARE(daemon().call("getHostName"_s).toString(), "third"_s);
+    QCOMPARE(client().call("getHostName").toString(), "third"_s);
 }
 
 /// Kernel file systems aside, whose nodes have rules of their own.
@@ -72,9 +74,9 @@ void MachineScenarios::exposureStaysLow()
 void MachineScenarios::journalHasThePriorities()
 {
     const qint64 start = QDateTime::currentMSecsSinceEpoch();
-    QVERIFY(!does("connect"_s, {QString()}));
-    QVERIFY(!does("forgetWifi"_s, {QString()}));
-    QVERIFY(does("setWifiRegion"_s, {"SE"_s}));
+    QVERIFY(!does("connect", QString()));
+    QVERIFY(!does("forgetWifi", QString()));
+    QVERIFY(does("setWifiRegion", "SE"_s));
     m_world.spoil();
     const auto tells = [&](const QString &priorities, const QString &text) {
         return Systemd::journal(daemonUnit, start, priorities).contains(text);
@@ -95,7 +97,7 @@ void MachineScenarios::cleaningTheUnitTakesNothing()
     m_world.spoil();
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
-    QVERIFY(daemon().stopAndWait());
+    QVERIFY(m_world.stopDaemon());
 
     outputOf("systemctl"_s, {"clean"_s, "--what=all"_s, daemonUnit});
 

@@ -1,11 +1,13 @@
 #include "Scenarios.h"
 
 #include "Device.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Text.h"
 
 #include <QFile>
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -36,7 +38,7 @@ void Scenarios::cleanup()
     if (!QTest::currentTestFailed()) {
         return;
     }
-    qInfo().noquote() << "signals:" << daemon().received() << "spoken:" << peers().spoken();
+    qInfo().noquote() << "signals:" << client().heard() << "spoken:" << speech().sentences();
     printTail("daemon", daemon().log());
     printTail("ConnMan", connman().log());
     m_world.spoil();
@@ -47,15 +49,10 @@ QString Scenarios::network(const QString &name, const QString &security)
     return connman().find(name, security);
 }
 
-bool Scenarios::does(const QString &method, const QVariantList &arguments)
-{
-    return daemon().call(method, arguments).toBool();
-}
-
 QString Scenarios::joinAtelier()
 {
     const QString identifier = network("Atelier"_s);
-    if (!does("registerWifi"_s, {identifier, Secret::atelier})) {
+    if (!does("registerWifi", identifier, Secret::atelier)) {
         return {};
     }
     return isJoined(identifier) ? identifier : QString();
@@ -77,7 +74,7 @@ bool Scenarios::isJoined(const QString &identifier)
 
 bool Scenarios::isRejoined(const QString &identifier)
 {
-    return eventually([&] { return daemon().hasSent("networkConnected(Atelier)"_s); }) &&
+    return eventually([&] { return client().heard().contains("networkConnected(\"Atelier\")"_s); }) &&
            isJoined(identifier);
 }
 

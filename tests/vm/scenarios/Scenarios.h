@@ -95,7 +95,11 @@ protected:
     /// Waits until ConnMan lists the network; its identifier, or an empty text.
     QString network(const QString &name, const QString &security = "psk"_s);
     /// Calls a daemon's method that answers with a truth value.
-    bool does(const QString &method, const QVariantList &arguments = {});
+    template <typename... Arguments>
+    bool does(const char *method, const Arguments &...arguments)
+    {
+        return client().call(method, arguments...).toBool();
+    }
     /// Registers "Atelier" and checks that it worked; its identifier, or an empty text.
     QString joinAtelier();
     /// The same with a ConnMan that knows the network under a name that stays when ConnMan is started again:
@@ -107,9 +111,10 @@ protected:
     /// The file that makes ConnMan know an enterprise network.
     static QString provisioningFile(const QString &identifier);
 
-    Daemon &daemon() { return m_world.daemon(); }
+    Program &daemon() { return m_world.daemon(); }
+    test_support::DaemonClient &client() { return m_world.client(); }
     Connman &connman() { return m_world.connman(); }
-    DevicePeers &peers() { return m_world.peers(); }
+    test_support::SpeechRecord &speech() { return m_world.speech(); }
     Air &air() { return m_world.air(); }
     Lan &lan() { return m_world.lan(); }
 

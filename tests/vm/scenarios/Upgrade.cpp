@@ -1,11 +1,13 @@
 #include "Command.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "MachineScenarios.h"
 #include "Systemd.h"
 #include "Text.h"
 
 #include <QFile>
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -42,25 +44,25 @@ void MachineScenarios::upgradeWhileJoinedKeepsEverything()
     QVERIFY(install(older));
     QVERIFY(installedVersion().startsWith("0~"_s));
     QVERIFY(m_world.waitUntilStarted(1));
-    QVERIFY(eventually([&] { return daemon().call("getWifiPower"_s).toBool(); }));
+    QVERIFY(eventually([&] { return client().call("getWifiPower").toBool(); }));
     const QString office = network("Office"_s, "ieee8021x"_s);
-    QVERIFY(does("registerWiFiWpa2Enterprise"_s,
-                 {Secret::officeUser, office, Secret::officePassword, "peap"_s, "MSCHAPV2"_s}));
+    QVERIFY(does("registerWiFiWpa2Enterprise", Secret::officeUser, office, Secret::officePassword, "peap"_s,
+                 "MSCHAPV2"_s));
     const QString identifier = joinAtelier();
     QVERIFY(!identifier.isEmpty());
     QVERIFY(QFile::exists(provisioningFile(office)));
-    QVERIFY(does("setHostName"_s, {"before"_s}));
-    QVERIFY(does("setLockRegion"_s, {true}));
-    const QString region = daemon().call("getWifiRegion"_s).toString();
-    daemon().forgetSignals();
+    QVERIFY(does("setHostName", "before"_s));
+    QVERIFY(does("setLockRegion", true));
+    const QString region = client().call("getWifiRegion").toString();
+    client().clearRecord();
 
     QVERIFY(install(package));
 
     QVERIFY(!installedVersion().startsWith("0~"_s));
     QVERIFY(isRejoined(identifier));
     QCOMPARE(World::preferredNetwork(), "Atelier"_s);
-    QCOMPARE(daemon().call("getHostName"_s).toString(), "before"_s);
-    QCOMPARE(daemon().call("getWifiRegion"_s).toString(), region);
-    QVERIFY(does("getLockRegion"_s));
+    QCOMPARE(client().call("getHostName").toString(), "before"_s);
+    QCOMPARE(client().call("getWifiRegion").toString(), region);
+    QVERIFY(does("getLockRegion"));
     QVERIFY(QFile::exists(provisioningFile(office)));
 }

@@ -1,9 +1,11 @@
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Kernel.h"
 #include "Scenarios.h"
 #include "Text.h"
 
 #include <QTest>
+
+using test_support::eventually;
 
 namespace {
 
@@ -18,9 +20,9 @@ void Scenarios::registerWithWpsPin()
     const QString identifier = network("Studio"_s);
     QVERIFY(air().expectPin(studio, pin));
 
-    QVERIFY(does("registerWifiWps"_s, {identifier, pin}));
+    QVERIFY(does("registerWifiWps", identifier, pin));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"networkRegistered(%1)"_s.arg(identifier)});
+    QTRY_COMPARE(client().heard(), QStringList{"networkRegistered(\"%1\")"_s.arg(identifier)});
     QVERIFY(isJoined(identifier));
     QCOMPARE(Kernel::joinedNetwork(), "Studio"_s);
     QCOMPARE(World::preferredNetwork(), "Studio"_s);
@@ -32,18 +34,19 @@ void Scenarios::registerWithWrongWpsPinFails()
     const QString identifier = network("Studio"_s);
     QVERIFY(air().expectPin(studio, pin));
 
-    QVERIFY(!does("registerWifiWps"_s, {identifier, otherPin}));
+    QVERIFY(!does("registerWifiWps", identifier, otherPin));
 
-    QTRY_COMPARE(daemon().received(), QStringList{"error(Unable to register network 'Studio' using WPS.)"_s});
+    QTRY_COMPARE(client().heard(),
+                 QStringList{"error(\"Unable to register network 'Studio' using WPS.\")"_s});
     QVERIFY(!connman().isFavorite(identifier));
     QCOMPARE(World::preferredNetwork(), QString());
 }
 
 void Scenarios::registerWithWpsToAnyNetworkIsRefused()
 {
-    QVERIFY(!does("registerWifiWps"_s, {QString()}));
+    QVERIFY(!does("registerWifiWps", QString()));
 
-    QCOMPARE(daemon().received(), QStringList());
+    QCOMPARE(client().heard(), QStringList());
     QVERIFY(
         eventually([&] { return daemon().log().contains("Connect to any WPS network isn't supported."_s); }));
 }

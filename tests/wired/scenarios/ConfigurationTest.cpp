@@ -42,24 +42,24 @@ constexpr int connectedSentence = 6;
 bool configureManually(Scene &scene)
 {
     return scene.client
-        .call("configure", scene.world().service(), "manual"_s, manualAddress, Surroundings::netmask(),
+        .call("configure", scene.surroundings.service(), "manual"_s, manualAddress, Surroundings::netmask(),
               Surroundings::gateway())
         .toBool();
 }
 
 bool configure(Scene &scene, const QString &method)
 {
-    return scene.client.call("configure", scene.world().service(), method).toBool();
+    return scene.client.call("configure", scene.surroundings.service(), method).toBool();
 }
 
 bool configureIpv6(Scene &scene, const QString &method)
 {
-    return scene.client.call("configureIPv6", scene.world().service(), method).toBool();
+    return scene.client.call("configureIPv6", scene.surroundings.service(), method).toBool();
 }
 
 bool setNameservers(Scene &scene, const QStringList &servers)
 {
-    return scene.client.call("setNameservers", scene.world().service(), servers).toBool();
+    return scene.client.call("setNameservers", scene.surroundings.service(), servers).toBool();
 }
 
 } // namespace
@@ -72,13 +72,13 @@ void ConfigurationTest::manualAddressIsSet()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(configureManually(scene));
-    EVENTUALLY(scene.world().addresses(), manualAddresses);
-    EVENTUALLY(scene.world().defaultGateway(), Surroundings::gateway());
+    EVENTUALLY(scene.surroundings.addresses(), manualAddresses);
+    EVENTUALLY(scene.surroundings.defaultGateway(), Surroundings::gateway());
     const QVariantMap expected{{"Method"_s, "manual"_s},
                                {"Address"_s, manualAddress},
                                {"Netmask"_s, Surroundings::netmask()},
                                {"Gateway"_s, Surroundings::gateway()}};
-    QCOMPARE(scene.client.call("getConfiguration", scene.world().service()).toMap(), expected);
+    QCOMPARE(scene.client.call("getConfiguration", scene.surroundings.service()).toMap(), expected);
 }
 
 void ConfigurationTest::manualAddressOutlivesConnman()
@@ -86,25 +86,25 @@ void ConfigurationTest::manualAddressOutlivesConnman()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(configureManually(scene));
-    EVENTUALLY(scene.world().addresses(), manualAddresses);
+    EVENTUALLY(scene.surroundings.addresses(), manualAddresses);
     scene.toleratedProblems << connmanIsGone;
-    scene.world().stopConnman();
-    EVENTUALLY(scene.world().addresses(), QStringList());
-    scene.world().startConnman();
-    EVENTUALLY(scene.world().addresses(), manualAddresses);
+    scene.surroundings.stopConnman();
+    EVENTUALLY(scene.surroundings.addresses(), QStringList());
+    scene.surroundings.startConnman();
+    EVENTUALLY(scene.surroundings.addresses(), manualAddresses);
     EVENTUALLY(scene.listedService().value("State"_s).toString(), "ready"_s);
-    QCOMPARE(scene.client.call("getAddress", scene.world().service()).toString(), manualAddress);
+    QCOMPARE(scene.client.call("getAddress", scene.surroundings.service()).toString(), manualAddress);
 }
 
 void ConfigurationTest::dhcpBringsTheLeaseBack()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    const QStringList lease = scene.world().addresses();
+    const QStringList lease = scene.surroundings.addresses();
     QVERIFY(configureManually(scene));
-    EVENTUALLY(scene.world().addresses(), manualAddresses);
+    EVENTUALLY(scene.surroundings.addresses(), manualAddresses);
     QVERIFY(configure(scene, "dhcp"_s));
-    EVENTUALLY(scene.world().addresses(), lease);
+    EVENTUALLY(scene.surroundings.addresses(), lease);
     EVENTUALLY(scene.daemonKnowsTheLease(), true);
 }
 
@@ -113,7 +113,7 @@ void ConfigurationTest::offTakesTheAddressAway()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(configure(scene, "off"_s));
-    EVENTUALLY(scene.world().addresses(), QStringList());
+    EVENTUALLY(scene.surroundings.addresses(), QStringList());
     QVERIFY(configure(scene, "dhcp"_s));
     EVENTUALLY(scene.daemonKnowsTheLease(), true);
 }
@@ -122,14 +122,14 @@ void ConfigurationTest::incompleteManualConfigurationChangesNothing()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    const QStringList lease = scene.world().addresses();
+    const QStringList lease = scene.surroundings.addresses();
     scene.client.clearRecord();
     QVERIFY(!configure(scene, "manual"_s));
     QCOMPARE(scene.client.record(),
              QStringList({"error(\"Invalid parameter, address: ''\")"_s, "configure -> false"_s}));
     QVERIFY(scene.daemon.log().takeProblem("NetworkManager|critical|Invalid address specified: \"\""_s));
-    QCOMPARE(scene.world().addresses(), lease);
-    QCOMPARE(subMap(scene.world().connmanProperties(), "IPv4.Configuration"_s),
+    QCOMPARE(scene.surroundings.addresses(), lease);
+    QCOMPARE(scene.surroundings.connmanProperties().value("IPv4.Configuration"_s).toMap(),
              (QVariantMap{{"Method"_s, "dhcp"_s}}));
 }
 
@@ -138,8 +138,8 @@ void ConfigurationTest::nameserversAreSet()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(setNameservers(scene, handSetNameservers));
-    EVENTUALLY(scene.world().nameservers(), handSetNameservers);
-    EVENTUALLY(scene.client.call("getNameservers", scene.world().service()).toStringList(),
+    EVENTUALLY(scene.surroundings.nameservers(), handSetNameservers);
+    EVENTUALLY(scene.client.call("getNameservers", scene.surroundings.service()).toStringList(),
                handSetNameservers);
 }
 
@@ -148,11 +148,11 @@ void ConfigurationTest::emptyNameserverListBringsTheNetworksOwnBack()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(setNameservers(scene, handSetNameservers));
-    EVENTUALLY(scene.world().nameservers(), handSetNameservers);
+    EVENTUALLY(scene.surroundings.nameservers(), handSetNameservers);
     QVERIFY(setNameservers(scene, {}));
-    EVENTUALLY(scene.world().nameservers(), scene.world().offeredNameservers());
-    EVENTUALLY(scene.client.call("getNameservers", scene.world().service()).toStringList(),
-               scene.world().offeredNameservers());
+    EVENTUALLY(scene.surroundings.nameservers(), scene.surroundings.offeredNameservers());
+    EVENTUALLY(scene.client.call("getNameservers", scene.surroundings.service()).toStringList(),
+               scene.surroundings.offeredNameservers());
 }
 
 void ConfigurationTest::dhcpForgetsTheNameserversSetByHand()
@@ -160,19 +160,19 @@ void ConfigurationTest::dhcpForgetsTheNameserversSetByHand()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(setNameservers(scene, handSetNameservers));
-    EVENTUALLY(scene.world().nameservers(), handSetNameservers);
+    EVENTUALLY(scene.surroundings.nameservers(), handSetNameservers);
     QVERIFY(configure(scene, "dhcp"_s));
-    EVENTUALLY(scene.world().nameservers(), scene.world().offeredNameservers());
+    EVENTUALLY(scene.surroundings.nameservers(), scene.surroundings.offeredNameservers());
 }
 
 void ConfigurationTest::ipv6OffSwitchesIpv6Off()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    QVERIFY(scene.world().ipv6Enabled());
+    QVERIFY(scene.surroundings.ipv6Enabled());
     QVERIFY(configureIpv6(scene, "off"_s));
-    EVENTUALLY(scene.world().ipv6Enabled(), false);
-    QCOMPARE(scene.client.call("getIPv6Configuration", scene.world().service()).toMap(),
+    EVENTUALLY(scene.surroundings.ipv6Enabled(), false);
+    QCOMPARE(scene.client.call("getIPv6Configuration", scene.surroundings.service()).toMap(),
              (QVariantMap{{"Method"_s, "off"_s}}));
 }
 
@@ -182,17 +182,17 @@ void ConfigurationTest::ipv6AutoSwitchesIpv6OnWithTheNextLink()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(configureIpv6(scene, "off"_s));
-    EVENTUALLY(scene.world().ipv6Enabled(), false);
+    EVENTUALLY(scene.surroundings.ipv6Enabled(), false);
     QVERIFY(configureIpv6(scene, "auto"_s));
-    QCOMPARE(scene.client.call("getIPv6Configuration", scene.world().service())
+    QCOMPARE(scene.client.call("getIPv6Configuration", scene.surroundings.service())
                  .toMap()
                  .value("Method"_s)
                  .toString(),
              "auto"_s);
-    scene.world().unplugCable();
-    EVENTUALLY(scene.world().addresses(), QStringList());
-    scene.world().plugCable();
-    EVENTUALLY(scene.world().ipv6Enabled(), true);
+    scene.surroundings.unplugCable();
+    EVENTUALLY(scene.surroundings.addresses(), QStringList());
+    scene.surroundings.plugCable();
+    EVENTUALLY(scene.surroundings.ipv6Enabled(), true);
 }
 
 void ConfigurationTest::disconnectTakesTheAddressAwayAndTellsIt()
@@ -200,11 +200,12 @@ void ConfigurationTest::disconnectTakesTheAddressAwayAndTellsIt()
     Scene scene;
     QVERIFY(scene.bringUp());
     scene.client.clearRecord();
-    QVERIFY(scene.client.call("disconnect", scene.world().service()).toBool());
-    QCOMPARE(scene.client.record(), QStringList({"networkDisconnected(\"%1\")"_s.arg(scene.world().service()),
-                                                 "disconnect -> true"_s}));
-    EVENTUALLY(scene.world().addresses(), QStringList());
-    EVENTUALLY(scene.world().nameservers(), QStringList());
+    QVERIFY(scene.client.call("disconnect", scene.surroundings.service()).toBool());
+    QCOMPARE(scene.client.record(),
+             QStringList({"networkDisconnected(\"%1\")"_s.arg(scene.surroundings.service()),
+                          "disconnect -> true"_s}));
+    EVENTUALLY(scene.surroundings.addresses(), QStringList());
+    EVENTUALLY(scene.surroundings.nameservers(), QStringList());
     // ConnMan does not tell of changes to a service that it has not announced yet, 0.1 s after it came.
     EVENTUALLY(scene.client.call("activeNetworks").toStringList(), QStringList());
 }
@@ -213,32 +214,33 @@ void ConfigurationTest::connectBringsTheAddressBackAndSpeaks()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    const QString address = scene.client.call("getAddress", scene.world().service()).toString();
-    QVERIFY(scene.client.call("disconnect", scene.world().service()).toBool());
-    EVENTUALLY(scene.world().addresses(), QStringList());
+    const QString address = scene.client.call("getAddress", scene.surroundings.service()).toString();
+    QVERIFY(scene.client.call("disconnect", scene.surroundings.service()).toBool());
+    EVENTUALLY(scene.surroundings.addresses(), QStringList());
     scene.client.clearRecord();
-    QVERIFY(scene.client.call("connect", scene.world().service()).toBool());
-    QCOMPARE(scene.client.record(),
-             QStringList({"networkConnected(\"%1\")"_s.arg(scene.world().service()), "connect -> true"_s}));
+    QVERIFY(scene.client.call("connect", scene.surroundings.service()).toBool());
+    QCOMPARE(
+        scene.client.record(),
+        QStringList({"networkConnected(\"%1\")"_s.arg(scene.surroundings.service()), "connect -> true"_s}));
     QVERIFY(scene.speech().waitFor(connectedSentence));
     // A disconnected network is configured by hand with its last address, but no netmask.
-    EVENTUALLY(scene.world().addresses(), QStringList(address + "/32"_s));
-    EVENTUALLY(scene.world().defaultGateway(), Surroundings::gateway());
+    EVENTUALLY(scene.surroundings.addresses(), QStringList(address + "/32"_s));
+    EVENTUALLY(scene.surroundings.defaultGateway(), Surroundings::gateway());
 }
 
 void ConfigurationTest::connectOfAConnectedNetworkFailsAndLeavesItUp()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    const QStringList lease = scene.world().addresses();
+    const QStringList lease = scene.surroundings.addresses();
     scene.client.clearRecord();
-    QVERIFY(!scene.client.call("connect", scene.world().service()).toBool());
+    QVERIFY(!scene.client.call("connect", scene.surroundings.service()).toBool());
     QCOMPARE(scene.client.record(),
-             QStringList({"error(\"Unable to connect network '%1'.\")"_s.arg(scene.world().service()),
+             QStringList({"error(\"Unable to connect network '%1'.\")"_s.arg(scene.surroundings.service()),
                           "connect -> false"_s}));
     QVERIFY(scene.speech().waitFor(connectFailedSentence));
-    QVERIFY(scene.daemon.log().takeProblem(alreadyConnected.arg(scene.world().service())));
-    QCOMPARE(scene.world().addresses(), lease);
+    QVERIFY(scene.daemon.log().takeProblem(alreadyConnected.arg(scene.surroundings.service())));
+    QCOMPARE(scene.surroundings.addresses(), lease);
 }
 
 static const Suite<ConfigurationTest> suite;

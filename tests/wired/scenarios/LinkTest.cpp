@@ -26,6 +26,7 @@ private slots:
     void daemonStartedBeforeConnmanCatchesUp();
     void agentIsRegisteredWithEachConnman();
     void connmanThatIsKilledAndComesBackIsFollowedAgain();
+    void linkFoundOnlineLightsTheLedUnannounced();
     void withoutASpeechServiceTheLedStillTells();
 };
 
@@ -42,12 +43,12 @@ void LinkTest::networksListsTheWiredServiceAsConnmanHasIt()
     Scene scene;
     QVERIFY(scene.bringUp());
     const QVariantMap listed = scene.listedService();
-    const QVariantMap actual = scene.world().connmanProperties();
+    const QVariantMap actual = scene.surroundings.connmanProperties();
     QCOMPARE(listed.keys(), actual.keys());
     QCOMPARE(listed.value("State"_s).toString(), "ready"_s);
     QCOMPARE(listed.value("Name"_s).toString(), wiredName);
     for (const QString &key : {"Ethernet"_s, "IPv4"_s, "IPv4.Configuration"_s, "IPv6.Configuration"_s}) {
-        QCOMPARE(subMap(listed, key), subMap(actual, key));
+        QCOMPARE(listed.value(key).toMap(), actual.value(key).toMap());
     }
 }
 
@@ -55,20 +56,22 @@ void LinkTest::addressQueriesAgreeWithWhatIsSet()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    const QString address = scene.client.call("getAddress", scene.world().service()).toString();
-    QCOMPARE(scene.world().addresses(), QStringList(address + "/24"_s));
-    QCOMPARE(scene.client.call("getNetmask", scene.world().service()).toString(), Surroundings::netmask());
-    QCOMPARE(scene.client.call("getGateway", scene.world().service()).toString(), Surroundings::gateway());
-    QCOMPARE(scene.world().defaultGateway(), Surroundings::gateway());
+    const QString address = scene.client.call("getAddress", scene.surroundings.service()).toString();
+    QCOMPARE(scene.surroundings.addresses(), QStringList(address + "/24"_s));
+    QCOMPARE(scene.client.call("getNetmask", scene.surroundings.service()).toString(),
+             Surroundings::netmask());
+    QCOMPARE(scene.client.call("getGateway", scene.surroundings.service()).toString(),
+             Surroundings::gateway());
+    QCOMPARE(scene.surroundings.defaultGateway(), Surroundings::gateway());
 }
 
 void LinkTest::nameserversAgreeWithWhatIsSet()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    QCOMPARE(scene.client.call("getNameservers", scene.world().service()).toStringList(),
-             scene.world().offeredNameservers());
-    QCOMPARE(scene.world().nameservers(), scene.world().offeredNameservers());
+    QCOMPARE(scene.client.call("getNameservers", scene.surroundings.service()).toStringList(),
+             scene.surroundings.offeredNameservers());
+    QCOMPARE(scene.surroundings.nameservers(), scene.surroundings.offeredNameservers());
 }
 
 void LinkTest::configurationIsTheLease()
@@ -76,10 +79,10 @@ void LinkTest::configurationIsTheLease()
     Scene scene;
     QVERIFY(scene.bringUp());
     const QVariantMap expected{{"Method"_s, "dhcp"_s},
-                               {"Address"_s, scene.client.call("getAddress", scene.world().service())},
+                               {"Address"_s, scene.client.call("getAddress", scene.surroundings.service())},
                                {"Netmask"_s, Surroundings::netmask()},
                                {"Gateway"_s, Surroundings::gateway()}};
-    QCOMPARE(scene.client.call("getConfiguration", scene.world().service()).toMap(), expected);
+    QCOMPARE(scene.client.call("getConfiguration", scene.surroundings.service()).toMap(), expected);
 }
 
 void LinkTest::wiredServiceIsTheActiveNetwork()
@@ -94,11 +97,11 @@ void LinkTest::listingNetworksAgainAndAgainLeavesTheLinkUp()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    const QStringList addresses = scene.world().addresses();
+    const QStringList addresses = scene.surroundings.addresses();
     for (int i = 0; i < 10; ++i) {
         QCOMPARE(scene.listedService().value("State"_s).toString(), "ready"_s);
     }
-    QCOMPARE(scene.world().addresses(), addresses);
+    QCOMPARE(scene.surroundings.addresses(), addresses);
 }
 
 void LinkTest::thereIsNoWifiTechnology()
@@ -113,7 +116,7 @@ void LinkTest::addressIsSpokenPartByPartAndLightsTheLed()
 {
     Scene scene;
     QVERIFY(scene.bringUp());
-    const QString address = scene.client.call("getAddress", scene.world().service()).toString();
+    const QString address = scene.client.call("getAddress", scene.surroundings.service()).toString();
     QVERIFY(scene.waitForLed(LedPattern::on()));
     QVERIFY(scene.speech().waitFor(ethernetAddressSentence));
     const QVariantMap expected{{"serviceId"_s, 4},
@@ -127,11 +130,11 @@ void LinkTest::unpluggedCableEmptiesTheListAndSwitchesTheLedOff()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(scene.waitForLed(LedPattern::on()));
-    scene.world().unplugCable();
+    scene.surroundings.unplugCable();
     QVERIFY(scene.waitForLed(LedPattern::off()));
     QCOMPARE(scene.client.call("networks").toMap(), QVariantMap());
     QCOMPARE(scene.client.call("activeNetworks").toStringList(), QStringList());
-    QCOMPARE(scene.world().addresses(), QStringList());
+    QCOMPARE(scene.surroundings.addresses(), QStringList());
 }
 
 void LinkTest::cablePluggedInAgainIsAnnouncedAgain()
@@ -139,9 +142,9 @@ void LinkTest::cablePluggedInAgainIsAnnouncedAgain()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(scene.waitForLed(LedPattern::on()));
-    scene.world().unplugCable();
+    scene.surroundings.unplugCable();
     QVERIFY(scene.waitForLed(LedPattern::off()));
-    scene.world().plugCable();
+    scene.surroundings.plugCable();
     QVERIFY(scene.waitForLed(LedPattern::on()));
     QVERIFY(scene.speech().waitFor(ethernetAddressSentence, 2));
     QCOMPARE(scene.speech().requests().size(), 2);
@@ -151,11 +154,11 @@ void LinkTest::cablePluggedInAgainIsAnnouncedAgain()
 void LinkTest::cableThatWasOutAtTheStartIsFollowedWhenItComes()
 {
     Scene scene;
-    scene.world().startDhcpServer();
-    scene.world().startConnman();
+    scene.surroundings.startDhcpServer();
+    scene.surroundings.startConnman();
     QVERIFY(scene.startDaemon());
     QCOMPARE(scene.client.call("networks").toMap(), QVariantMap());
-    scene.world().plugCable();
+    scene.surroundings.plugCable();
     QVERIFY(scene.waitForLed(LedPattern::on()));
     QVERIFY(scene.daemonKnowsTheLease());
 }
@@ -165,9 +168,9 @@ void LinkTest::daemonStartedBeforeConnmanCatchesUp()
     Scene scene;
     QVERIFY(scene.startDaemon());
     QCOMPARE(scene.client.call("networks").toMap(), QVariantMap());
-    scene.world().startDhcpServer();
-    scene.world().plugCable();
-    scene.world().startConnman();
+    scene.surroundings.startDhcpServer();
+    scene.surroundings.plugCable();
+    scene.surroundings.startConnman();
     QVERIFY(scene.waitForLed(LedPattern::on()));
     QVERIFY(scene.daemonKnowsTheLease());
 }
@@ -178,8 +181,8 @@ void LinkTest::agentIsRegisteredWithEachConnman()
     BusMonitor registrations("type='method_call',member='RegisterAgent'"_s);
     QVERIFY(scene.bringUp());
     QVERIFY(registrations.waitFor("object path \"/agent\""_s, 1));
-    scene.world().killConnman();
-    scene.world().startConnman();
+    scene.surroundings.killConnman();
+    scene.surroundings.startConnman();
     QVERIFY(registrations.waitFor("object path \"/agent\""_s, 2));
 }
 
@@ -188,22 +191,36 @@ void LinkTest::connmanThatIsKilledAndComesBackIsFollowedAgain()
     Scene scene;
     QVERIFY(scene.bringUp());
     QVERIFY(scene.waitForLed(LedPattern::on()));
-    scene.world().killConnman();
+    scene.surroundings.killConnman();
     QVERIFY(scene.waitForLed(LedPattern::off()));
-    scene.world().startConnman();
+    scene.surroundings.startConnman();
     QVERIFY(scene.waitForLed(LedPattern::on()));
-    scene.world().unplugCable();
+    scene.surroundings.unplugCable();
     QVERIFY(scene.waitForLed(LedPattern::off()));
     QCOMPARE(scene.client.call("networks").toMap(), QVariantMap());
-    scene.world().plugCable();
+    scene.surroundings.plugCable();
     QVERIFY(scene.waitForLed(LedPattern::on()));
     QVERIFY(scene.daemonKnowsTheLease());
+}
+
+void LinkTest::linkFoundOnlineLightsTheLedUnannounced()
+{
+    Scene scene;
+    scene.surroundings.startDhcpServer();
+    scene.surroundings.plugCable();
+    scene.surroundings.startConnman(Surroundings::OnlineCheck::On);
+    QTRY_COMPARE_WITH_TIMEOUT(scene.surroundings.connmanProperties().value("State"_s).toString(), "online"_s,
+                              eventTimeoutMs);
+    QVERIFY(scene.startDaemon());
+    QVERIFY(scene.waitForLed(LedPattern::on()));
+    QCOMPARE(scene.listedService().value("State"_s).toString(), "online"_s);
+    QCOMPARE(scene.speech().requests().size(), 0);
 }
 
 void LinkTest::withoutASpeechServiceTheLedStillTells()
 {
     Scene scene;
-    scene.world().setSpeechServicePresent(false);
+    scene.surroundings.setSpeechServicePresent(false);
     QVERIFY(scene.bringUp());
     QVERIFY(scene.waitForLed(LedPattern::on()));
     QVERIFY(scene.daemon.log().takeProblem(unspoken));

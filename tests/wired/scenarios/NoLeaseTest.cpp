@@ -27,16 +27,16 @@ constexpr int noAddressMs = 34000;
 void NoLeaseTest::linkLocalAddressIsReportedButNeverSpoken()
 {
     Scene scene;
-    scene.world().plugCable();
-    scene.world().startConnman();
+    scene.surroundings.plugCable();
+    scene.surroundings.startConnman();
     QVERIFY(scene.startDaemon());
     QVERIFY(scene.waitForLed(LedPattern::blink(1000)));
 
-    QTRY_COMPARE_WITH_TIMEOUT(scene.world().addresses().size(), 1, linkLocalMs + eventTimeoutMs);
+    QTRY_COMPARE_WITH_TIMEOUT(scene.surroundings.addresses().size(), 1, linkLocalMs + eventTimeoutMs);
     QTRY_COMPARE_WITH_TIMEOUT(scene.listedService().value("State"_s).toString(), "ready"_s, eventTimeoutMs);
-    const QString address = scene.client.call("getAddress", scene.world().service()).toString();
+    const QString address = scene.client.call("getAddress", scene.surroundings.service()).toString();
     QVERIFY2(address.startsWith("169.254."_s), qPrintable(address));
-    QCOMPARE(scene.world().addresses(), QStringList(address + "/16"_s));
+    QCOMPARE(scene.surroundings.addresses(), QStringList(address + "/16"_s));
 
     QVERIFY(waitUntil([&] { return scene.speech().count(noAddressSentence) == 1; },
                       noAddressMs + eventTimeoutMs));

@@ -1,10 +1,12 @@
 #include "Air.h"
 
 #include "Command.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "FarEnd.h"
 #include "OnTheAir.h"
 #include "Text.h"
+
+using test_support::eventually;
 
 namespace {
 

@@ -1,10 +1,12 @@
 #include "FarEnd.h"
 
 #include "Command.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "Text.h"
 
 #include <QFile>
+
+using test_support::eventually;
 
 bool FarEnd::runIn(const QString &space, const QString &program, const QStringList &arguments)
 {

@@ -1,12 +1,14 @@
 #include "Kernel.h"
 
 #include "Command.h"
-#include "Eventually.h"
+#include "EventWait.h"
 #include "OnTheAir.h"
 #include "Text.h"
 
 #include <QNetworkInterface>
 #include <QRegularExpression>
+
+using test_support::eventually;
 
 namespace {
 

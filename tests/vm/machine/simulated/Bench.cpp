@@ -1,7 +1,7 @@
 #include "Bench.h"
 
 #include "AccessPoints.h"
-#include "DevicePeers.h"
+#include "Peers.h"
 #include "Text.h"
 
 #include <QProcess>
@@ -23,7 +23,7 @@ Bench::Bench()
     simulator.setTiming("linkLocal"_s, 3000);
     // In the test machine, too, nothing answers ConnMan's online check.
     simulator.setTiming("online"_s, -1);
-    simulator.setSerialNumber(DevicePeers::serialNumber);
+    simulator.setSerialNumber(Peers::serialNumber);
     simulator.stopConnman();
     simulator.setConnmanDirectory(daemon.sandbox().hostPath("/var/lib/connman"_s));
     for (const QVariantMap &options : accessPoints()) {

@@ -2,7 +2,7 @@
 
 #include "Bench.h"
 #include "Connman.h"
-#include "DevicePeers.h"
+#include "Peers.h"
 #include "Text.h"
 
 #include <QDir>
@@ -34,9 +34,11 @@ bool Connman::hasStored(const QString &identifier, const QString &passphrase)
     return Bench::instance().simulator.storedPassphrase(identifier) == passphrase;
 }
 
-bool DevicePeers::appear()
+std::unique_ptr<QObject> Peers::appear(test_support::SpeechRecord &record)
 {
-    QObject::connect(&Bench::instance().simulator, &test_support::SimulatorClient::spoke, this,
-                     [this](const QString & /*id*/, const QVariantMap &request) { remember(request); });
-    return true; // they are on the bus as long as the simulated device is
+    // They are on the bus as long as the simulated device is.
+    auto listener = std::make_unique<QObject>();
+    QObject::connect(&Bench::instance().simulator, &test_support::SimulatorClient::spoke, listener.get(),
+                     [&record](const QString & /*id*/, const QVariantMap &request) { record.add(request); });
+    return listener;
 }

@@ -1,7 +1,7 @@
 #include "Kernel.h"
 
 #include "Bench.h"
-#include "Connman.h"
+#include "PlainValue.h"
 #include "Text.h"
 
 namespace {
@@ -24,7 +24,7 @@ QList<QVariantMap> linkedServices(const QString &type)
 
 QString addressIn(const QVariantMap &properties, const QString &dictionary)
 {
-    return plain(properties.value(dictionary)).toMap().value("Address"_s).toString();
+    return test_support::plain(properties.value(dictionary)).toMap().value("Address"_s).toString();
 }
 
 } // namespace

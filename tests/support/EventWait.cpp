@@ -1,17 +1,19 @@
-#include "Eventually.h"
+#include "EventWait.h"
 
-#include <QElapsedTimer>
 #include <QTest>
+
+namespace test_support {
 
 bool eventually(const std::function<bool()> &condition, int timeoutMs, int intervalMs)
 {
-    QElapsedTimer elapsed;
-    elapsed.start();
+    const QDeadlineTimer deadline(timeoutMs);
     while (!condition()) {
-        if (elapsed.hasExpired(timeoutMs)) {
+        if (deadline.hasExpired()) {
             return false;
         }
         QTest::qWait(intervalMs);
     }
     return true;
 }
+
+} // namespace test_support

@@ -1,7 +1,7 @@
 // The console's commands that change the world around the printer.
-#include "SimulatedSurroundings.h"
 #include "Feed.h"
 #include "PrivateBus.h"
+#include "Scenery.h"
 #include "Suite.h"
 #include "Text.h"
 #include "Words.h"
@@ -11,7 +11,7 @@
 #include <QDBusReply>
 #include <QTest>
 
-class SimulatedSurroundingsTest : public QObject
+class SimulatedSceneryTest : public QObject
 {
     Q_OBJECT
 private slots:
@@ -25,17 +25,17 @@ private:
     QStringList services() const;
 
     test_support::PrivateBus m_bus;
-    QDBusConnection m_connection{QDBusConnection::connectToBus(m_bus.address(), "surroundings test"_s)};
+    QDBusConnection m_connection{QDBusConnection::connectToBus(m_bus.address(), "scenery test"_s)};
     Feed m_feed;
-    std::unique_ptr<SimulatedSurroundings> m_surroundings;
+    std::unique_ptr<Scenery> m_scenery;
 };
 
-bool SimulatedSurroundingsTest::type(const QString &line)
+bool SimulatedSceneryTest::type(const QString &line)
 {
-    return carryOut(m_surroundings->commands(m_feed), splitWords(line).value());
+    return carryOut(m_scenery->commands(m_feed), splitWords(line).value());
 }
 
-QStringList SimulatedSurroundingsTest::services() const
+QStringList SimulatedSceneryTest::services() const
 {
     const QString simulator = "com.tactora.Simulator"_s;
     const QDBusReply<QStringList> reply =
@@ -43,14 +43,14 @@ QStringList SimulatedSurroundingsTest::services() const
     return reply.value();
 }
 
-void SimulatedSurroundingsTest::init()
+void SimulatedSceneryTest::init()
 {
-    m_surroundings.reset(); // its bus names are taken until then
-    m_surroundings = std::make_unique<SimulatedSurroundings>(m_bus.address());
-    QVERIFY(m_surroundings->isReady());
+    m_scenery.reset(); // its bus names are taken until then
+    m_scenery = std::make_unique<Scenery>(m_bus.address(), m_connection);
+    QVERIFY(m_scenery->isReady());
 }
 
-void SimulatedSurroundingsTest::commandsChangeTheNetworks_data()
+void SimulatedSceneryTest::commandsChangeTheNetworks_data()
 {
     QTest::addColumn<QString>("lines");
     QTest::addColumn<QStringList>("networks");
@@ -73,7 +73,7 @@ void SimulatedSurroundingsTest::commandsChangeTheNetworks_data()
     row("cable pulled out", "cable in; cable out", {});
 }
 
-void SimulatedSurroundingsTest::commandsChangeTheNetworks()
+void SimulatedSceneryTest::commandsChangeTheNetworks()
 {
     QFETCH(const QString, lines);
     QFETCH(const QStringList, networks);
@@ -83,5 +83,5 @@ void SimulatedSurroundingsTest::commandsChangeTheNetworks()
     QCOMPARE(services(), networks);
 }
 
-static const Suite<SimulatedSurroundingsTest> suite;
-#include "SimulatedSurroundingsTest.moc"
+static const Suite<SimulatedSceneryTest> suite;
+#include "SimulatedSceneryTest.moc"

@@ -4,12 +4,15 @@
 #include <QDBusError>
 #include <utility>
 
+namespace test_support {
+
 namespace {
 const QString busName = "com.tactora.Speech"_s;
 }
 
-SpeechService::SpeechService(QDBusConnection connection)
+SpeechService::SpeechService(QDBusConnection connection, SpeechRecord &record)
     : m_connection(std::move(connection))
+    , m_record(record)
 {
     m_connection.registerObject("/"_s, this, QDBusConnection::ExportScriptableSlots);
     setPresent(true);
@@ -24,8 +27,9 @@ void SpeechService::setPresent(bool present)
     }
 }
 
-void SpeechService::speakFromId(const QString &id, const QVariantMap &request)
+void SpeechService::speakFromId(const QString & /*id*/, const QVariantMap &request)
 {
-    Q_UNUSED(id)
-    emit spoke(request);
+    m_record.add(request);
 }
+
+} // namespace test_support
