@@ -1,4 +1,4 @@
-#include "KeyChord.h"
+#include "Keys.h"
 #include "Suite.h"
 #include "TestDevice.h"
 #include "Text.h"

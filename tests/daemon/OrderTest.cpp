@@ -1,6 +1,6 @@
 #include "BusMonitor.h"
 #include "EventWait.h"
-#include "KeyChord.h"
+#include "Keys.h"
 #include "OperationsScene.h"
 #include "Suite.h"
 #include <QTest>

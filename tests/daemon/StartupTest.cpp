@@ -1,4 +1,4 @@
-#include "KeyChord.h"
+#include "Keys.h"
 #include "Scene.h"
 #include "Suite.h"
 #include <csignal>

@@ -1,5 +1,5 @@
 #include "EventWait.h"
-#include "KeyChord.h"
+#include "Keys.h"
 #include "Scene.h"
 #include "Suite.h"
 #include <QTest>

@@ -11,27 +11,9 @@ namespace test_support {
 namespace {
 const QStringList ledAttributes = {"brightness"_s, "trigger"_s, "delay_on"_s, "delay_off"_s};
 
-// The kernel lists all triggers, the one in use in brackets; the fake file keeps what was written.
+// As the kernel has it: all triggers, the one in use in brackets.
 constexpr char idleTriggers[] = "[none] timer heartbeat\n";
-
-bool hasTimer(const QByteArray &trigger)
-{
-    return trigger == "timer" || trigger.contains("[timer]");
-}
 } // namespace
-
-char *toString(const LedPattern &pattern)
-{
-    switch (pattern.kind) {
-    case LedPattern::Kind::Off:
-        return qstrdup("off");
-    case LedPattern::Kind::On:
-        return qstrdup("on");
-    case LedPattern::Kind::Blink:
-        return qstrdup(QByteArrayLiteral("blink every ") + QByteArray::number(pattern.periodMs) + " ms");
-    }
-    return nullptr;
-}
 
 void FakeDevices::Unref::operator()(UMockdevTestbed *testbed) const
 {
@@ -80,36 +62,24 @@ void FakeDevices::removeLed(const QString &name)
     umockdev_testbed_remove_device(m_testbed.get(), ("/sys/devices/" + name.toUtf8()).constData());
 }
 
-QString FakeDevices::ledFile(const QString &led, const QString &file) const
+QString FakeDevices::ledDirectory(const QString &led) const
 {
-    return "%1/sys/class/leds/%2/%3"_s.arg(root(), led, file);
-}
-
-QByteArray FakeDevices::readLed(const QString &led, const QString &file) const
-{
-    QFile attribute(ledFile(led, file));
-    if (!attribute.open(QIODevice::ReadOnly)) {
-        return {};
-    }
-    return attribute.readAll().trimmed();
+    return "%1/sys/class/leds/%2/"_s.arg(root(), led);
 }
 
 LedPattern FakeDevices::led(const QString &name) const
 {
-    if (hasTimer(readLed(name, "trigger"_s))) {
-        return LedPattern::blink(readLed(name, "delay_on"_s).toInt() + readLed(name, "delay_off"_s).toInt());
-    }
-    return readLed(name, "brightness"_s).toInt() > 0 ? LedPattern::on() : LedPattern::off();
+    return LedPattern::shownBy(ledDirectory(name));
 }
 
 void FakeDevices::rewriteTriggers() const
 {
     const QDir leds(root() + "/sys/class/leds"_s);
     for (const QString &name : leds.entryList(QDir::AllDirs | QDir::NoDotAndDotDot)) {
-        const bool isTimer = hasTimer(readLed(name, "trigger"_s));
-        QFile trigger(ledFile(name, "trigger"_s));
+        const bool blinks = led(name).kind == LedPattern::Kind::Blink;
+        QFile trigger(ledDirectory(name) + "trigger"_s);
         if (trigger.open(QIODevice::WriteOnly | QIODevice::ExistingOnly)) {
-            trigger.write(isTimer ? "none [timer] heartbeat\n" : idleTriggers);
+            trigger.write(blinks ? "none [timer] heartbeat\n" : idleTriggers);
         }
     }
 }
@@ -118,7 +88,7 @@ QStringList FakeDevices::ledFiles(const QString &name) const
 {
     QStringList files;
     for (const QString &attribute : ledAttributes) {
-        files << ledFile(name, attribute);
+        files << ledDirectory(name) + attribute;
     }
     return files;
 }

@@ -2,6 +2,7 @@
 
 #include "EventWait.h"
 #include "FakeKeyboard.h"
+#include "LedPattern.h"
 #include <memory>
 #include <QByteArray>
 #include <QString>
@@ -11,26 +12,6 @@
 struct _UMockdevTestbed;
 
 namespace test_support {
-
-/// What a LED shows, read from its files below /sys/class/leds.
-struct LedPattern
-{
-    enum class Kind { Off, On, Blink };
-    Kind kind = Kind::Off;
-    /// The whole period of a blinking LED, dark half included.
-    int periodMs = 0;
-
-    static LedPattern off() { return {Kind::Off, 0}; }
-    static LedPattern on() { return {Kind::On, 0}; }
-    static LedPattern blink(int periodMs) { return {Kind::Blink, periodMs}; }
-    friend bool operator==(const LedPattern &a, const LedPattern &b)
-    {
-        return a.kind == b.kind && a.periodMs == b.periodMs;
-    }
-};
-
-/// For QCOMPARE's message.
-char *toString(const LedPattern &pattern);
 
 /// The device's hardware, faked by umockdev: a tree of /sys and /dev that only processes started with
 /// environment() see. One at a time in a process.
@@ -63,8 +44,7 @@ public:
     FakeKeyboard &addKeyboard(const QString &node);
 
 private:
-    QString ledFile(const QString &led, const QString &file) const;
-    QByteArray readLed(const QString &led, const QString &file) const;
+    QString ledDirectory(const QString &led) const;
 
     struct Unref
     {

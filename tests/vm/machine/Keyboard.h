@@ -3,8 +3,7 @@
 #include <memory>
 #include <QString>
 
-/// The keyboard, an evdev node, with the two LEDs that appear as /sys/class/leds/led8 and led10. It lives as
-/// long as this object.
+/// The keyboard, an evdev node. It lives as long as this object.
 class Keyboard
 {
 public:
@@ -19,13 +18,8 @@ public:
 
     void press(int key);
     void release(int key);
-    /// Presses and releases `key` while `modifier` is held.
-    void chord(int modifier, int key);
 
 private:
     class Node;
     std::unique_ptr<Node> m_node;
 };
-
-/// What an LED does: "off", "on" or "blink <period in ms>".
-QString ledState(const QString &name);

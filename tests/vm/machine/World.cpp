@@ -13,6 +13,7 @@
 #include <QSettings>
 
 using test_support::eventually;
+using test_support::LedPattern;
 
 namespace {
 
@@ -147,7 +148,7 @@ bool World::settle()
     // any is joined.
     const bool ready = m_connman.setWifiPowered(true) && !m_connman.find("Atelier"_s, "psk"_s).isEmpty() &&
                        eventually([] { return Kernel::joinedNetwork().isEmpty(); }) &&
-                       eventually([] { return ledState("led8"_s) == "off"_s; });
+                       eventually([] { return Device::led("led8"_s) == LedPattern::off(); });
     forgetTheStory();
     return ready;
 }

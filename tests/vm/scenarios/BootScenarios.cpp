@@ -1,6 +1,7 @@
 #include "BootScenarios.h"
 
 #include "Command.h"
+#include "Device.h"
 #include "EventWait.h"
 #include "Explanations.h"
 #include "Kernel.h"
@@ -12,6 +13,7 @@
 #include <QTest>
 
 using test_support::eventually;
+using test_support::LedPattern;
 
 namespace {
 
@@ -76,7 +78,7 @@ void BootScenarios::registeredNetworkIsJoinedAgainAfterAReboot()
           secondsUntil("ActiveEnterTimestampMonotonic"_s) -
               secondsUntil("ExecMainStartTimestampMonotonic"_s));
     QVERIFY(eventually([] { return Kernel::joinedNetwork() == "Atelier"_s; }));
-    QVERIFY(eventually([] { return ledState("led8"_s) == "on"_s; }));
+    QVERIFY(eventually([] { return Device::led("led8"_s) == LedPattern::on(); }));
     QCOMPARE(contentOf("/proc/sys/kernel/hostname"_s).trimmed(), hostName);
     QCOMPARE(unexplained(criticalLines()), QStringList());
 }

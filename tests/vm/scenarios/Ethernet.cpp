@@ -1,3 +1,4 @@
+#include "Device.h"
 #include "EventWait.h"
 #include "Kernel.h"
 #include "Scenarios.h"
@@ -6,15 +7,16 @@
 #include <QTest>
 
 using test_support::eventually;
+using test_support::LedPattern;
 
 namespace {
 
 const QString ethernetLed = "led10"_s;
 constexpr int announcementTimeoutMs = 120000;
 
-bool ethernetLedShows(const QString &state)
+bool ethernetLedShows(const LedPattern &pattern)
 {
-    return eventually([&] { return ledState(ethernetLed) == state; }, announcementTimeoutMs, 20);
+    return eventually([&] { return Device::led(ethernetLed) == pattern; }, announcementTimeoutMs, 20);
 }
 
 } // namespace
@@ -32,7 +34,7 @@ void Scenarios::leaseIsAnnounced()
     QVERIFY(address.startsWith("10.20.0."_s));
     const QString parts = QString(address).replace(QLatin1Char('.'), QLatin1Char(' '));
     QCOMPARE(speech().sentences(), QStringList{"0: "_s + parts});
-    QVERIFY(ethernetLedShows("on"_s));
+    QVERIFY(ethernetLedShows(LedPattern::on()));
 }
 
 void Scenarios::configuredIpv6AddressIsAnnouncedWhenThereIsNoOther()
@@ -47,7 +49,7 @@ void Scenarios::configuredIpv6AddressIsAnnouncedWhenThereIsNoOther()
 
     QTRY_VERIFY_WITH_TIMEOUT(!speech().sentences().isEmpty(), announcementTimeoutMs);
     QCOMPARE(speech().sentences(), QStringList{"1: fd00:20double colon7"_s});
-    QVERIFY(ethernetLedShows("on"_s));
+    QVERIFY(ethernetLedShows(LedPattern::on()));
 }
 
 /// ConnMan tells automatic addresses in "IPv6", the daemon reads "IPv6.Configuration".
@@ -70,8 +72,8 @@ void Scenarios::missingAddressIsAnnouncedAfterSixteenLooks()
     QTRY_VERIFY_WITH_TIMEOUT(!speech().sentences().isEmpty(), announcementTimeoutMs);
 
     QCOMPARE(speech().sentences(), QStringList{"8"_s});
-    QVERIFY(ethernetLedShows("blink 500"_s));
-    QVERIFY(ethernetLedShows("off"_s));
+    QVERIFY(ethernetLedShows(LedPattern::blink(500)));
+    QVERIFY(ethernetLedShows(LedPattern::off()));
 }
 
 void Scenarios::pluggingIntoAnotherNetworkAnnouncesItsAddress()
@@ -80,7 +82,8 @@ void Scenarios::pluggingIntoAnotherNetworkAnnouncesItsAddress()
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
     QTRY_COMPARE_WITH_TIMEOUT(speech().sentences().size(), 1, announcementTimeoutMs);
     QVERIFY(lan().unplug());
-    QVERIFY(eventually([] { return ledState(ethernetLed) == "off"_s; })); // the daemon has seen it
+    QVERIFY(
+        eventually([] { return Device::led(ethernetLed) == LedPattern::off(); })); // the daemon has seen it
 
     QVERIFY(lan().plugIn(Lan::Server::OtherDhcp));
 
@@ -95,7 +98,8 @@ void Scenarios::pluggingInAgainAnnouncesAgain()
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
     QTRY_COMPARE_WITH_TIMEOUT(speech().sentences().size(), 1, announcementTimeoutMs);
     QVERIFY(lan().unplug());
-    QVERIFY(eventually([] { return ledState(ethernetLed) == "off"_s; })); // the daemon has seen it
+    QVERIFY(
+        eventually([] { return Device::led(ethernetLed) == LedPattern::off(); })); // the daemon has seen it
 
     QVERIFY(lan().plugIn(Lan::Server::Dhcp));
 

@@ -1,3 +1,4 @@
+#include "Device.h"
 #include "EventWait.h"
 #include "Scenarios.h"
 #include "Text.h"
@@ -5,14 +6,15 @@
 #include <QTest>
 
 using test_support::eventually;
+using test_support::LedPattern;
 
 namespace {
 
 const QString wifiLed = "led8"_s;
 
-bool wifiLedShows(const QString &state)
+bool wifiLedShows(const LedPattern &pattern)
 {
-    return eventually([&] { return ledState(wifiLed) == state; }, 60000, 20);
+    return eventually([&] { return Device::led(wifiLed) == pattern; }, 60000, 20);
 }
 
 } // namespace
@@ -21,14 +23,14 @@ void Scenarios::wifiLedFollowsJoiningAndLeaving()
 {
     const QString identifier = network("Atelier"_s);
     QVERIFY(air().serveAddresses(false)); // keeps the device waiting for its address until told
-    QCOMPARE(ledState(wifiLed), "off"_s);
+    QCOMPARE(Device::led(wifiLed), LedPattern::off());
 
     client().send("registerWifi", identifier, Secret::atelier);
-    QVERIFY(wifiLedShows("blink 1000"_s));
+    QVERIFY(wifiLedShows(LedPattern::blink(1000)));
     QVERIFY(air().serveAddresses(true));
-    QVERIFY(wifiLedShows("on"_s));
+    QVERIFY(wifiLedShows(LedPattern::on()));
     QVERIFY(does("forgetWifi", identifier));
-    QVERIFY(wifiLedShows("off"_s));
+    QVERIFY(wifiLedShows(LedPattern::off()));
 }
 
 void Scenarios::wifiLedBlinksAfterAFailure()
@@ -37,7 +39,7 @@ void Scenarios::wifiLedBlinksAfterAFailure()
 
     client().send("registerWifi", identifier, "wrong horse"_s);
 
-    QVERIFY(wifiLedShows("blink 500"_s));
+    QVERIFY(wifiLedShows(LedPattern::blink(500)));
     QVERIFY(eventually([&] { return !client().heard().isEmpty(); }));
-    QVERIFY(wifiLedShows("off"_s));
+    QVERIFY(wifiLedShows(LedPattern::off()));
 }

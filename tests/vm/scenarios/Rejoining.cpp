@@ -1,17 +1,16 @@
+#include "Device.h"
 #include "EventWait.h"
 #include "Kernel.h"
+#include "Keys.h"
 #include "Scenarios.h"
 #include "Text.h"
 
 #include <QTest>
 
 using test_support::eventually;
+using test_support::LedPattern;
 
 namespace {
-
-constexpr int modifierKey = 32;
-constexpr int wifiOnKey = 37;
-constexpr int wifiOffKey = 38;
 
 const QString atelier = "Atelier"_s;
 
@@ -56,10 +55,10 @@ void Scenarios::keyChordSwitchesWifiOffAndOnAndRejoins()
     client().clearRecord();
     speech().clear();
 
-    m_world.keyboard().chord(modifierKey, wifiOffKey);
+    keys::pressChord(m_world.keyboard(), keys::wifiOff);
     QVERIFY(eventually([&] { return client().heard().contains("powerChanged(false)"_s); }));
     QVERIFY(eventually([&] { return !connman().isWifiPowered(); }));
-    m_world.keyboard().chord(modifierKey, wifiOnKey);
+    keys::pressChord(m_world.keyboard(), keys::wifiOn);
 
     QVERIFY(eventually([&] { return client().heard().contains("networkConnected(\"Atelier\")"_s); }));
     const QStringList said{"2"_s, "3"_s, "7"_s};
@@ -70,14 +69,14 @@ void Scenarios::keyChordSwitchesWifiOffAndOnAndRejoins()
 void Scenarios::keysWithoutTheModifierDoNothing()
 {
     m_world.spoil(); // the daemon looks for the preferred network once more, seconds later
-    m_world.keyboard().press(wifiOffKey);
-    m_world.keyboard().release(wifiOffKey);
-    m_world.keyboard().press(modifierKey);
-    m_world.keyboard().release(modifierKey);
-    m_world.keyboard().press(wifiOffKey);
-    m_world.keyboard().release(wifiOffKey);
+    m_world.keyboard().press(keys::wifiOff);
+    m_world.keyboard().release(keys::wifiOff);
+    m_world.keyboard().press(keys::modifier);
+    m_world.keyboard().release(keys::modifier);
+    m_world.keyboard().press(keys::wifiOff);
+    m_world.keyboard().release(keys::wifiOff);
     // The daemon hears keys in order: once it has acted on this chord, those before it have had their chance.
-    m_world.keyboard().chord(modifierKey, wifiOnKey);
+    keys::pressChord(m_world.keyboard(), keys::wifiOn);
 
     QVERIFY(eventually([&] { return client().heard().contains("powerChanged(true)"_s); }));
     QTRY_COMPARE(speech().sentences(), QStringList{"3"_s});
@@ -141,12 +140,12 @@ void Scenarios::accessPointOffAndOnRejoins()
 
     QVERIFY(air().switchOff("home"_s));
     QVERIFY(leaves());
-    QVERIFY(eventually([] { return ledState("led8"_s) != "on"_s; }));
+    QVERIFY(eventually([] { return Device::led("led8"_s) != LedPattern::on(); }));
     QVERIFY(air().switchOn("home"_s));
 
     QVERIFY(joins(atelier));
     QVERIFY(isJoined(network(atelier)));
-    QVERIFY(eventually([] { return ledState("led8"_s) == "on"_s; }));
+    QVERIFY(eventually([] { return Device::led("led8"_s) == LedPattern::on(); }));
 }
 
 void Scenarios::preferredNetworkWinsOverAnotherKnownOne()

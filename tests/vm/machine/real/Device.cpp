@@ -38,6 +38,11 @@ QString Device::file(const QString &path)
     return path;
 }
 
+test_support::LedPattern Device::led(const QString &name)
+{
+    return test_support::LedPattern::shownBy("/sys/class/leds/"_s + name);
+}
+
 bool Connman::hasStored(const QString &identifier, const QString &passphrase)
 {
     QFile file("%1/%2/settings"_s.arg(connmanDirectory, identifier));

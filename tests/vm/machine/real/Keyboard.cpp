@@ -10,13 +10,6 @@ namespace {
 
 /// A link that a rule of the machine makes.
 const QString keyboardPath = "/dev/input/keyboard"_s;
-const QString ledDirectory = "/sys/class/leds/"_s;
-
-QString contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()).trimmed() : QString();
-}
 
 } // namespace
 
@@ -86,14 +79,4 @@ void Keyboard::Node::send(int key, int value) const
     if (write(m_node, events, sizeof events) != static_cast<ssize_t>(sizeof events)) {
         qWarning("the kernel took no key event");
     }
-}
-
-QString ledState(const QString &name)
-{
-    const QString led = ledDirectory + name + QLatin1Char('/');
-    if (contentOf(led + "trigger"_s).contains("[timer]"_s)) {
-        const int period = contentOf(led + "delay_on"_s).toInt() + contentOf(led + "delay_off"_s).toInt();
-        return "blink %1"_s.arg(period);
-    }
-    return contentOf(led + "brightness"_s).toInt() > 0 ? "on"_s : "off"_s;
 }

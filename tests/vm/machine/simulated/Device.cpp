@@ -29,6 +29,11 @@ QString Device::file(const QString &path)
     return Bench::instance().daemon.sandbox().hostPath(path);
 }
 
+test_support::LedPattern Device::led(const QString &name)
+{
+    return Bench::instance().devices().led(name);
+}
+
 bool Connman::hasStored(const QString &identifier, const QString &passphrase)
 {
     return Bench::instance().simulator.storedPassphrase(identifier) == passphrase;

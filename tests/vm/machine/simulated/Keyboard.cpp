@@ -30,17 +30,3 @@ void Keyboard::release(int key)
 {
     Bench::instance().daemon.sandbox().keyboard().release(key);
 }
-
-QString ledState(const QString &name)
-{
-    const test_support::LedPattern pattern = Bench::instance().devices().led(name);
-    switch (pattern.kind) {
-    case test_support::LedPattern::Kind::Off:
-        return "off"_s;
-    case test_support::LedPattern::Kind::On:
-        return "on"_s;
-    case test_support::LedPattern::Kind::Blink:
-        return "blink %1"_s.arg(pattern.periodMs);
-    }
-    return {};
-}
