@@ -27,6 +27,8 @@ struct Service
     QString identity;
     QString pin;
     bool useWps = false;
+    /// Its IPv4 was set anew on a connection that stands.
+    bool isReconfigured = false;
     /// Disconnected by the user: not connected automatically any more.
     bool ignored = false;
 

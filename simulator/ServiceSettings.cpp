@@ -154,6 +154,7 @@ std::optional<ErrorReply> ServiceSettings::setIpv4(const ServicePtr &service, co
     m_services.set(*service, QStringLiteral("IPv4"), QVariantMap());
     m_services.set(*service, ipv4Configuration, configuration.shown);
     if (isActive) {
+        service->isReconfigured = true;
         m_connector.reconfigure(service);
     }
     return std::nullopt;

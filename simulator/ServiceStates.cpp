@@ -5,6 +5,7 @@
 #include "Neighbourhood.h"
 #include "ServiceList.h"
 #include <QDBusArgument>
+#include <utility>
 
 namespace simulator {
 
@@ -82,8 +83,7 @@ void ServiceStates::becomeIdle(Service &service)
 
 void ServiceStates::disconnect(Service &service)
 {
-    const bool hadLease = service.isConnected() && service.method(ipv4Configuration) == QLatin1String("dhcp");
-    if (hadLease) { // the lease is given back before the link goes down
+    if (service.isConnected()) { // its addresses go before the link does
         setState(service, QStringLiteral("configuration"));
         m_manager.update();
     }
@@ -117,13 +117,14 @@ void ServiceStates::tellAddresses(Service &service)
     tellNameservers(service);
 }
 
-// The kernel has the address first and then the route; what was set by hand shows before either.
+// The kernel has the address first and then the route; what was set by hand on a connection shows before
+// either.
 void ServiceStates::tellIpv4(Service &service)
 {
     const QVariantMap complete = ipv4(service);
     QVariantMap withoutRoute = complete;
     withoutRoute.remove(gatewayKey);
-    if (complete.value(method) == QLatin1String("manual")) {
+    if (std::exchange(service.isReconfigured, false) && complete.value(method) == QLatin1String("manual")) {
         m_services.set(service, ipv4Property, QVariantMap{{method, complete.value(method)}});
     }
     for (const QVariantMap &known : {withoutRoute, complete}) {

@@ -19,6 +19,7 @@ private slots:
     void disconnectAndConnect();
     void statesThatAreThereAlready();
     void addressSetByHandAndGivenUpAgain();
+    void connectWithAddressSetByHand();
     void ipv6OffAndOn();
     void proxy();
     void propertiesThatOnlyTellThemselves();
@@ -35,8 +36,8 @@ private:
 
 namespace {
 
-const Lines linkDown{"cable State configuration"_s, "technology Connected false"_s, "manager State idle"_s};
-const Lines linkUp{"cable State ready"_s, "cable Proxy {}"_s, "technology Connected true"_s,
+const Lines linkDown{"cable State configuration"_s, "ethernet Connected false"_s, "manager State idle"_s};
+const Lines linkUp{"cable State ready"_s, "cable Proxy {}"_s, "ethernet Connected true"_s,
                    "manager State ready"_s};
 const Lines leaseTold{
     "cable IPv4 {Address: LEASE, Method: dhcp, Netmask: 255.255.255.0}"_s,
@@ -102,6 +103,20 @@ void ConversationTest::addressSetByHandAndGivenUpAgain()
     compareHeard(byDhcp + linkUp + leaseTold);
 }
 
+void ConversationTest::connectWithAddressSetByHand()
+{
+    const Lines byHandTold{
+        "cable IPv4 {Address: 198.51.100.70, Method: manual, Netmask: 255.255.255.0}"_s,
+        "cable IPv4 {Address: 198.51.100.70, Gateway: 198.51.100.1, Method: manual, Netmask: 255.255.255.0}"_s};
+    QCOMPARE(m_connman->setOfCable("IPv4.Configuration", byHand()), QString());
+    QVERIFY(!m_connman->heard(12).isEmpty());
+
+    QCOMPARE(m_connman->askCable("Disconnect"), QString());
+    compareHeard(linkDown + disconnected + addressesGone);
+    QCOMPARE(m_connman->askCable("Connect"), QString());
+    compareHeard(Lines("cable State configuration"_s) + linkUp + byHandTold);
+}
+
 void ConversationTest::ipv6OffAndOn()
 {
     QCOMPARE(m_connman->setOfCable("IPv6.Configuration", method("off"_s)), QString());
@@ -139,15 +154,14 @@ void ConversationTest::technologyOffAndOn()
     QVERIFY2(m_connman->askTechnology("GetProperties").contains("TetheringFreq: 0, Type: ethernet"_s),
              qPrintable(m_connman->askTechnology("GetProperties")));
     QCOMPARE(m_connman->setOfTechnology("Powered", false), QString());
-    const Lines off{"technology Powered false"_s, "ServicesChanged"_s};
+    const Lines off{"ethernet Powered false"_s, "ServicesChanged"_s};
     compareHeard(linkDown + disconnected + addressesGone + off);
     QVERIFY(m_connman->askCable("GetProperties").startsWith("org.freedesktop.DBus.Error.UnknownObject: "_s));
     QCOMPARE(m_connman->setOfTechnology("Powered", true), QString());
     // Whether the service or its state comes first is a matter of how quick the DHCP server is.
     const Lines on = m_connman->heard(4);
-    QCOMPARE(on.value(0), "technology Powered true"_s);
-    for (const QString &line :
-         {"technology Connected true"_s, "manager State ready"_s, "ServicesChanged"_s}) {
+    QCOMPARE(on.value(0), "ethernet Powered true"_s);
+    for (const QString &line : {"ethernet Connected true"_s, "manager State ready"_s, "ServicesChanged"_s}) {
         QVERIFY2(on.contains(line), qPrintable(on.join(QLatin1Char('\n'))));
     }
 }
