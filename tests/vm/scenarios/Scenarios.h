@@ -71,6 +71,12 @@ private slots:
     void accessPointOffAndOnRejoins();
     void preferredNetworkWinsOverAnotherKnownOne();
 
+    // Conversation.cpp
+    void connmanTellsOfJoiningAndLeaving();
+    void connmanTellsOfAWrongPassphrase();
+    void connmanTellsOfANetworkThatGoes();
+    void connmanTellsOfWifiOffAndOn();
+
     // Addresses.cpp
     void staticAddressIsUsedOnTheAir();
     void automaticAddressComesBack();
