@@ -130,11 +130,10 @@ void Connman::announceEverything()
     m_services.announceAllAsNew();
 }
 
-// Agents and counters belong to connections of clients; a ConnMan that comes back knows none of them.
+// Agents belong to connections of clients; a ConnMan that comes back knows none of them.
 void Connman::forgetClients()
 {
     m_agents.clear();
-    m_counters.clear();
     m_connector.abandon();
     m_radio.abandon();
 }

@@ -13,11 +13,10 @@
 #include "ServiceStates.h"
 #include "TechnologyList.h"
 #include "Timings.h"
-#include <QSet>
 
 namespace simulator {
 
-/// ConnMan on the bus: its manager, clock, technologies and services.
+/// ConnMan on the bus: its manager, technologies and services.
 class Connman : public BusService
 {
     Q_OBJECT
@@ -63,16 +62,11 @@ private:
     void handleServiceCall(const Call &call, const ServicePtr &service);
 
     void getManagerProperties(const Call &call);
-    void setManagerProperty(const Call &call);
     void getTechnologies(const Call &call);
     void getServices(const Call &call);
     void getPeers(const Call &call);
-    void getTetheringClients(const Call &call);
     void registerAgent(const Call &call);
     void unregisterAgent(const Call &call);
-    void registerCounter(const Call &call);
-    void unregisterCounter(const Call &call);
-    void getClockProperties(const Call &call);
 
     void getTechnologyProperties(const Call &call, const TechnologyPtr &technology);
     void setTechnologyProperty(const Call &call, const TechnologyPtr &technology);
@@ -80,14 +74,9 @@ private:
 
     void getServiceProperties(const Call &call, const ServicePtr &service);
     void setServiceProperty(const Call &call, const ServicePtr &service);
-    void clearServiceProperty(const Call &call, const ServicePtr &service);
     void connectService(const Call &call, const ServicePtr &service);
     void disconnectService(const Call &call, const ServicePtr &service);
     void removeService(const Call &call, const ServicePtr &service);
-    void moveBefore(const Call &call, const ServicePtr &service);
-    void moveAfter(const Call &call, const ServicePtr &service);
-    void resetCounters(const Call &call, const ServicePtr &service);
-    void move(const Call &call, const ServicePtr &service, bool before);
 
     void refuseUnknown(const Call &call) const;
     void announceEverything();
@@ -107,7 +96,6 @@ private:
     Connector m_connector;
     ServiceSettings m_settings;
     Radio m_radio;
-    QSet<QString> m_counters; // "<client><path>"
     Provisioning m_provisioning;
     QString m_hardwareAddress;
     QStringList m_poweredAtStart; // technologies

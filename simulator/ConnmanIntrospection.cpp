@@ -12,11 +12,7 @@ const QString propertiesMethod = QStringLiteral(R"xml(
       <annotation name="org.qtproject.QtDBus.QtTypeName.Out0" value="QVariantMap"/>
     </method>)xml");
 
-const QString settingMembers = QStringLiteral(R"xml(
-    <method name="SetProperty">
-      <arg name="name" type="s" direction="in"/>
-      <arg name="value" type="v" direction="in"/>
-    </method>
+const QString propertyChanged = QStringLiteral(R"xml(
     <signal name="PropertyChanged">
       <arg name="name" type="s"/>
       <arg name="value" type="v"/>
@@ -32,21 +28,10 @@ const QString managerMembers = QStringLiteral(R"xml(
     <method name="GetPeers">
       <arg name="peers" type="a(oa{sv})" direction="out"/>
     </method>
-    <method name="GetTetheringClients">
-      <arg name="tethering_clients" type="as" direction="out"/>
-    </method>
     <method name="RegisterAgent">
       <arg name="path" type="o" direction="in"/>
     </method>
     <method name="UnregisterAgent">
-      <arg name="path" type="o" direction="in"/>
-    </method>
-    <method name="RegisterCounter">
-      <arg name="path" type="o" direction="in"/>
-      <arg name="accuracy" type="u" direction="in"/>
-      <arg name="period" type="u" direction="in"/>
-    </method>
-    <method name="UnregisterCounter">
       <arg name="path" type="o" direction="in"/>
     </method>
     <signal name="TechnologyAdded">
@@ -62,22 +47,20 @@ const QString managerMembers = QStringLiteral(R"xml(
     </signal>)xml");
 
 const QString technologyMembers = QStringLiteral(R"xml(
+    <method name="SetProperty">
+      <arg name="name" type="s" direction="in"/>
+      <arg name="value" type="v" direction="in"/>
+    </method>
     <method name="Scan"/>)xml");
 
 const QString serviceMembers = QStringLiteral(R"xml(
-    <method name="ClearProperty">
+    <method name="SetProperty">
       <arg name="name" type="s" direction="in"/>
+      <arg name="value" type="v" direction="in"/>
     </method>
     <method name="Connect"/>
     <method name="Disconnect"/>
-    <method name="Remove"/>
-    <method name="MoveBefore">
-      <arg name="service" type="o" direction="in"/>
-    </method>
-    <method name="MoveAfter">
-      <arg name="service" type="o" direction="in"/>
-    </method>
-    <method name="ResetCounters"/>)xml");
+    <method name="Remove"/>)xml");
 
 QString interfaceXml(const QString &name, const QString &members)
 {
@@ -98,8 +81,8 @@ QString childXml(const QStringList &names)
 QString Connman::introspect(const QString &path) const
 {
     if (path == connman::managerPath) {
-        return interfaceXml(connman::managerInterface, settingMembers + managerMembers) +
-               interfaceXml(connman::clockInterface, {}) + childXml({QStringLiteral("net")});
+        return interfaceXml(connman::managerInterface, propertyChanged + managerMembers) +
+               childXml({QStringLiteral("net")});
     }
     if (path == QLatin1String("/net")) {
         return childXml({QStringLiteral("connman")});
@@ -118,10 +101,10 @@ QString Connman::introspect(const QString &path) const
         return childXml(identifiers);
     }
     if (m_technologies.findByPath(path) != nullptr) {
-        return interfaceXml(connman::technologyInterface, settingMembers + technologyMembers);
+        return interfaceXml(connman::technologyInterface, propertyChanged + technologyMembers);
     }
     return m_services.findByPath(path) != nullptr
-               ? interfaceXml(connman::serviceInterface, settingMembers + serviceMembers)
+               ? interfaceXml(connman::serviceInterface, propertyChanged + serviceMembers)
                : QString();
 }
 

@@ -49,13 +49,9 @@ void Connman::handleServiceCall(const Call &call, const ServicePtr &service)
     static const QHash<QString, void (Connman::*)(const Call &, const ServicePtr &)> methods{
         {QStringLiteral("GetProperties()"), &Connman::getServiceProperties},
         {QStringLiteral("SetProperty(sv)"), &Connman::setServiceProperty},
-        {QStringLiteral("ClearProperty(s)"), &Connman::clearServiceProperty},
         {QStringLiteral("Connect()"), &Connman::connectService},
         {QStringLiteral("Disconnect()"), &Connman::disconnectService},
         {QStringLiteral("Remove()"), &Connman::removeService},
-        {QStringLiteral("MoveBefore(o)"), &Connman::moveBefore},
-        {QStringLiteral("MoveAfter(o)"), &Connman::moveAfter},
-        {QStringLiteral("ResetCounters()"), &Connman::resetCounters},
     };
     const auto method = methods.constFind(calledKey(call));
     if (call.interface() != connman::serviceInterface || method == methods.cend()) {
@@ -74,10 +70,7 @@ void Connman::setTechnologyProperty(const Call &call, const TechnologyPtr &techn
 {
     const QString property = call.arguments().at(0).toString();
     if (property != QLatin1String("Powered")) {
-        static const QStringList tethering{QStringLiteral("Tethering"), QStringLiteral("TetheringIdentifier"),
-                                           QStringLiteral("TetheringPassphrase"),
-                                           QStringLiteral("TetheringFreq")};
-        call.refuse(tethering.contains(property) ? error::notSupported() : error::invalidProperty());
+        call.refuse(error::invalidProperty());
     } else if (variantArgument(call).userType() != QMetaType::Bool) {
         call.refuse(error::invalidArguments());
     } else {
@@ -100,11 +93,6 @@ void Connman::setServiceProperty(const Call &call, const ServicePtr &service)
     answer(call, m_settings.set(service, call.arguments().at(0).toString(), variantArgument(call)));
 }
 
-void Connman::clearServiceProperty(const Call &call, const ServicePtr &service)
-{
-    answer(call, m_settings.clear(service, call.arguments().at(0).toString()));
-}
-
 void Connman::connectService(const Call &call, const ServicePtr &service)
 {
     m_connector.connectService(service, call);
@@ -119,36 +107,6 @@ void Connman::disconnectService(const Call &call, const ServicePtr &service)
 void Connman::removeService(const Call &call, const ServicePtr &service)
 {
     answer(call, m_connector.removeService(service));
-}
-
-void Connman::moveBefore(const Call &call, const ServicePtr &service)
-{
-    move(call, service, true);
-}
-
-void Connman::moveAfter(const Call &call, const ServicePtr &service)
-{
-    move(call, service, false);
-}
-
-void Connman::move(const Call &call, const ServicePtr &service, bool before)
-{
-    const ServicePtr target =
-        m_services.findByPath(call.arguments().constFirst().value<QDBusObjectPath>().path());
-    if (!service->isFavorite()) {
-        call.refuse(error::notSupported());
-    } else if (target == nullptr || target == service || !target->isFavorite() ||
-               target->isConnected() != service->isConnected()) {
-        call.refuse(error::invalidService());
-    } else {
-        m_services.move(service, target, before);
-        call.reply();
-    }
-}
-
-void Connman::resetCounters(const Call &call, const ServicePtr & /*service*/)
-{
-    call.reply();
 }
 
 } // namespace simulator

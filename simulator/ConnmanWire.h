@@ -15,7 +15,6 @@ inline const QString managerPath = QStringLiteral("/");
 inline const QString managerInterface = QStringLiteral("net.connman.Manager");
 inline const QString serviceInterface = QStringLiteral("net.connman.Service");
 inline const QString technologyInterface = QStringLiteral("net.connman.Technology");
-inline const QString clockInterface = QStringLiteral("net.connman.Clock");
 inline const QString agentInterface = QStringLiteral("net.connman.Agent");
 inline const QString servicePrefix = QStringLiteral("/net/connman/service/");
 inline const QString technologyPrefix = QStringLiteral("/net/connman/technology/");

@@ -10,8 +10,6 @@ namespace simulator {
 
 namespace {
 const QString state = QStringLiteral("State");
-const QString offlineMode = QStringLiteral("OfflineMode");
-const QString sessionMode = QStringLiteral("SessionMode");
 } // namespace
 
 ManagerState::ManagerState(const BusService &bus, const ServiceList &services,
@@ -19,18 +17,10 @@ ManagerState::ManagerState(const BusService &bus, const ServiceList &services,
     : m_bus(bus)
     , m_services(services)
     , m_technologies(technologies)
-    , m_properties({{state, QStringLiteral("idle")}, {offlineMode, false}, {sessionMode, false}})
+    , m_properties({{state, QStringLiteral("idle")},
+                    {QStringLiteral("OfflineMode"), false},
+                    {QStringLiteral("SessionMode"), false}})
 {
-}
-
-void ManagerState::set(const QString &property, bool value)
-{
-    if (property == offlineMode) {
-        change(property, value);
-        update();
-    } else {
-        m_properties.insert(property, value);
-    }
 }
 
 void ManagerState::update()
@@ -51,7 +41,7 @@ QString ManagerState::overallState() const
     if (std::any_of(services.cbegin(), services.cend(), isIn("ready"))) {
         return QStringLiteral("ready");
     }
-    return isOffline() ? QStringLiteral("offline") : QStringLiteral("idle");
+    return QStringLiteral("idle");
 }
 
 void ManagerState::updateTechnologies() const

@@ -17,9 +17,6 @@ public:
     ManagerState(const BusService &bus, const ServiceList &services, const TechnologyList &technologies);
 
     QVariantMap properties() const { return m_properties; }
-    bool isOffline() const { return m_properties.value(QStringLiteral("OfflineMode")).toBool(); }
-    /// Sets "OfflineMode" or "SessionMode" and tells the bus of the former.
-    void set(const QString &property, bool value);
     /// Works out what follows and tells the bus of what is new.
     void update();
 

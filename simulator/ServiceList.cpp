@@ -120,14 +120,6 @@ void ServiceList::sort()
     scheduleAnnouncement();
 }
 
-void ServiceList::move(const ServicePtr &service, const ServicePtr &target, bool before)
-{
-    m_services.removeAll(service);
-    const int position = m_services.indexOf(target);
-    m_services.insert(before ? position : position + 1, service);
-    scheduleAnnouncement();
-}
-
 void ServiceList::scheduleAnnouncement()
 {
     if (!m_announcement.isActive()) {

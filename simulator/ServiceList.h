@@ -45,7 +45,6 @@ public:
 
     /// Puts the services into ConnMan's order and announces it.
     void sort();
-    void move(const ServicePtr &service, const ServicePtr &target, bool before);
     void scheduleAnnouncement();
     /// Announces what is scheduled at once.
     void announceNow();

@@ -57,19 +57,6 @@ std::optional<ErrorReply> ServiceSettings::set(const ServicePtr &service, const 
     return property == mdnsConfiguration ? setMdns(service, value) : setStrings(service, property, value);
 }
 
-std::optional<ErrorReply> ServiceSettings::clear(const ServicePtr &service, const QString &property)
-{
-    if (property != QLatin1String("Error")) {
-        return error::invalidProperty();
-    }
-    m_states.setError(*service, {});
-    if (service->state() == QLatin1String("failure")) {
-        m_states.becomeIdle(*service);
-    }
-    service->refuseConnect(error::failed());
-    return std::nullopt;
-}
-
 std::optional<ErrorReply> ServiceSettings::setAutoConnect(const ServicePtr &service, const QVariant &value)
 {
     if (value.userType() != QMetaType::Bool) {

@@ -17,7 +17,6 @@ public:
 
     /// Nothing when the property has been set, otherwise why not.
     std::optional<ErrorReply> set(const ServicePtr &service, const QString &property, const QVariant &value);
-    std::optional<ErrorReply> clear(const ServicePtr &service, const QString &property);
 
 private:
     std::optional<ErrorReply> setAutoConnect(const ServicePtr &service, const QVariant &value);

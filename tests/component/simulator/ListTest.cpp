@@ -38,7 +38,6 @@ private slots:
     void secondScanSharesTheFirstOnesAnswer();
     void scanOfEthernetIsNotSupported();
     void scanWithoutPowerHasNoCarrier();
-    void favouritesCanBeMoved();
 };
 
 void ListTest::onlyNewServicesAreAnnouncedWithProperties()
@@ -159,28 +158,6 @@ void ListTest::scanWithoutPowerHasNoCarrier()
 {
     m_simulator->setTechnologyProperty(wifi, "Powered"_s, false);
     QCOMPARE(m_client->technology(wifi, "Scan"_s).text(), "net.connman.Error.NoCarrier: No carrier"_s);
-}
-
-void ListTest::favouritesCanBeMoved()
-{
-    const QString a = "wifi_a_managed_psk"_s;
-    const QString b = "wifi_b_managed_psk"_s;
-    const QString stranger = "wifi_c_managed_psk"_s;
-    m_simulator->addService(a, {{"Favorite"_s, true}});
-    m_simulator->addService(b, {{"Favorite"_s, true}});
-    m_simulator->addService(stranger);
-    const auto move = [this](const QString &service, const char *member, const QString &target) {
-        return m_client
-            ->service(service, QString::fromLatin1(member),
-                      {QVariant::fromValue(QDBusObjectPath("/net/connman/service/"_s + target))})
-            .text();
-    };
-    QCOMPARE(move(b, "MoveBefore", a), QString());
-    QCOMPARE(m_simulator->services(), (QStringList{b, a, stranger}));
-    QCOMPARE(move(b, "MoveAfter", a), QString());
-    QCOMPARE(m_simulator->services(), (QStringList{a, b, stranger}));
-    QCOMPARE(move(stranger, "MoveBefore", a), "net.connman.Error.NotSupported: Not supported"_s);
-    QCOMPARE(move(a, "MoveBefore", stranger), "net.connman.Error.InvalidService: Invalid service"_s);
 }
 
 static const Suite<ListTest> suite;

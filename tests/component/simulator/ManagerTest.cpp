@@ -1,10 +1,9 @@
-// ConnMan's manager and clock, its registered agents and counters, and what it answers to nonsense.
+// ConnMan's manager, its registered agents, and what it answers to nonsense.
 
 #include "DeviceFixture.h"
 #include "Suite.h"
 #include "Text.h"
 #include <QDBusObjectPath>
-#include <QDBusVariant>
 #include <QTest>
 
 using namespace test_support;
@@ -16,10 +15,7 @@ class ManagerTest : public DeviceFixture
 
 private slots:
     void managerTellsItsState();
-    void offlineModeIsToldAndChecked();
     void oneAgentForEachClient();
-    void oneCounterForEachPath();
-    void clockTellsTheTime();
     void unknownPathsAndMethodsAreRefusedAsByLibdbus_data();
     void unknownPathsAndMethodsAreRefusedAsByLibdbus();
 };
@@ -33,21 +29,6 @@ void ManagerTest::managerTellsItsState()
     QVERIFY(m_client->manager("GetProperties"_s).text().contains("\"State\": <\"online\">"_s));
 }
 
-void ManagerTest::offlineModeIsToldAndChecked()
-{
-    const auto set = [this](const char *property, const QVariant &value) {
-        return m_client
-            ->manager("SetProperty"_s,
-                      {QString::fromLatin1(property), QVariant::fromValue(QDBusVariant(value))})
-            .text();
-    };
-    QCOMPARE(set("OfflineMode", true), QString());
-    QVERIFY(m_client->waitForSignal(" PropertyChanged(\"OfflineMode\", <true>)"_s));
-    QVERIFY(m_client->waitForSignal(" PropertyChanged(\"State\", <\"offline\">)"_s));
-    QCOMPARE(set("OfflineMode", 1), "net.connman.Error.InvalidArguments: Invalid arguments"_s);
-    QCOMPARE(set("Nope", true), "net.connman.Error.InvalidProperty: Invalid property"_s);
-}
-
 void ManagerTest::oneAgentForEachClient()
 {
     const QVariantList path{QVariant::fromValue(QDBusObjectPath("/an/agent"))};
@@ -58,23 +39,6 @@ void ManagerTest::oneAgentForEachClient()
              "net.connman.Error.AlreadyExists: Already exists"_s);
     QCOMPARE(m_client->manager("UnregisterAgent"_s, path).text(), QString());
     QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
-}
-
-void ManagerTest::oneCounterForEachPath()
-{
-    const QVariant path = QVariant::fromValue(QDBusObjectPath("/a/counter"));
-    QCOMPARE(m_client->manager("RegisterCounter"_s, {path, 1U, 1U}).text(), QString());
-    QCOMPARE(m_client->manager("RegisterCounter"_s, {path, 1U, 1U}).text(),
-             "net.connman.Error.AlreadyExists: Already exists"_s);
-    QCOMPARE(m_client->manager("UnregisterCounter"_s, {path}).text(), QString());
-    QCOMPARE(m_client->manager("UnregisterCounter"_s, {path}).text(),
-             "net.connman.Error.NotRegistered: Not registered"_s);
-}
-
-void ManagerTest::clockTellsTheTime()
-{
-    const Answer answer = m_client->call("net.connman"_s, "/"_s, "net.connman.Clock"_s, "GetProperties"_s);
-    QVERIFY2(answer.text().contains("\"Time\": <uint64 "_s), qPrintable(answer.text()));
 }
 
 void ManagerTest::unknownPathsAndMethodsAreRefusedAsByLibdbus_data()

@@ -64,7 +64,6 @@ private slots:
     void autoConnectIsToldWhenItChanges();
     void autoConnectOfAStrangerIsRefused();
     void immutableServiceCannotBeConfigured();
-    void clearingTheErrorEndsTheFailure();
     void domainsAreUsedWhileConnected();
     void settingsOutliveARestart();
 
@@ -256,16 +255,6 @@ void SettingsTest::immutableServiceCannotBeConfigured()
     QCOMPARE(set(ipv4Configuration, manualIpv4()), notSupported);
     QCOMPARE(set(nameserversConfiguration, QStringList()), notSupported);
     QCOMPARE(set("Nope"_s, 1), invalidProperty);
-}
-
-void SettingsTest::clearingTheErrorEndsTheFailure()
-{
-    m_simulator->setServiceProperty(id, "Error"_s, "connect-failed"_s);
-    m_simulator->setServiceProperty(id, "State"_s, "failure"_s);
-    QCOMPARE(m_client->service(id, "ClearProperty"_s, {"Name"_s}).text(), invalidProperty);
-    QCOMPARE(m_client->service(id, "ClearProperty"_s, {"Error"_s}).text(), accepted);
-    QCOMPARE(m_client->property(id, "State"_s), "\"idle\""_s);
-    QCOMPARE(m_client->property(id, "Error"_s), QString());
 }
 
 void SettingsTest::domainsAreUsedWhileConnected()
