@@ -1,6 +1,5 @@
 #include "Connman.h"
 
-#include "ConnmanErrors.h"
 #include "ConnmanWire.h"
 
 namespace simulator {
@@ -173,29 +172,6 @@ void Connman::applyProvisioning()
             continue;
         }
         accessPoint.isProvisioned ? m_connector.provision(service) : m_connector.unprovision(service);
-    }
-}
-
-void Connman::refuseUnknown(const Call &call) const
-{
-    static const QStringList branches{QStringLiteral("/net"), QStringLiteral("/net/connman"),
-                                      QStringLiteral("/net/connman/service"),
-                                      QStringLiteral("/net/connman/technology")};
-    call.refuse(branches.contains(call.path()) ? error::unknownMethod(call) : error::unknownObject(call));
-}
-
-void Connman::handleCall(const Call &call)
-{
-    applyProvisioning(); // a file that was written before the call was sent counts
-    const QString path = call.path();
-    if (path == connman::managerPath) {
-        handleManagerCall(call);
-    } else if (const TechnologyPtr technology = m_technologies.findByPath(path)) {
-        handleTechnologyCall(call, technology);
-    } else if (const ServicePtr service = m_services.findByPath(path)) {
-        handleServiceCall(call, service);
-    } else {
-        refuseUnknown(call);
     }
 }
 

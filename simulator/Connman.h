@@ -13,8 +13,11 @@
 #include "ServiceStates.h"
 #include "TechnologyList.h"
 #include "Timings.h"
+#include <optional>
 
 namespace simulator {
+
+struct ConnmanInterface;
 
 /// ConnMan on the bus: its manager, technologies and services.
 class Connman : public BusService
@@ -57,9 +60,13 @@ protected:
     void handleCall(const Call &call) override;
 
 private:
-    void handleManagerCall(const Call &call);
-    void handleTechnologyCall(const Call &call, const TechnologyPtr &technology);
-    void handleServiceCall(const Call &call, const ServicePtr &service);
+    static const ConnmanInterface managerInterface;
+    static const ConnmanInterface technologyInterface;
+    static const ConnmanInterface serviceInterface;
+    /// Null where there is no object.
+    const ConnmanInterface *interfaceAt(const QString &path) const;
+    /// The names below a path that leads to objects; nothing where no path does.
+    std::optional<QStringList> childrenOf(const QString &path) const;
 
     void getManagerProperties(const Call &call);
     void getTechnologies(const Call &call);
@@ -68,17 +75,19 @@ private:
     void registerAgent(const Call &call);
     void unregisterAgent(const Call &call);
 
-    void getTechnologyProperties(const Call &call, const TechnologyPtr &technology);
-    void setTechnologyProperty(const Call &call, const TechnologyPtr &technology);
-    void scan(const Call &call, const TechnologyPtr &technology);
+    void getTechnologyProperties(const Call &call);
+    void setTechnologyProperty(const Call &call);
+    void scan(const Call &call);
 
-    void getServiceProperties(const Call &call, const ServicePtr &service);
-    void setServiceProperty(const Call &call, const ServicePtr &service);
-    void connectService(const Call &call, const ServicePtr &service);
-    void disconnectService(const Call &call, const ServicePtr &service);
-    void removeService(const Call &call, const ServicePtr &service);
+    void getServiceProperties(const Call &call);
+    void setServiceProperty(const Call &call);
+    void connectService(const Call &call);
+    void disconnectService(const Call &call);
+    void removeService(const Call &call);
 
-    void refuseUnknown(const Call &call) const;
+    TechnologyPtr technologyOf(const Call &call) const { return m_technologies.findByPath(call.path()); }
+    ServicePtr serviceOf(const Call &call) const { return m_services.findByPath(call.path()); }
+
     void announceEverything();
     void forgetClients();
     void sayGoodbye();

@@ -91,11 +91,7 @@ QVariantMap ScriptService::serviceProperties(const QString &identifier)
 
 QStringList ScriptService::services()
 {
-    QStringList identifiers;
-    for (const ServicePtr &service : m_device.connman.services().all()) {
-        identifiers.append(service->identifier);
-    }
-    return identifiers;
+    return m_device.connman.services().identifiers();
 }
 
 void ScriptService::addTechnology(const QString &name, const QVariantMap &properties)

@@ -90,6 +90,15 @@ ObjectRecordList ServiceList::records() const
     return records;
 }
 
+QStringList ServiceList::identifiers() const
+{
+    QStringList identifiers;
+    for (const ServicePtr &service : m_services) {
+        identifiers.append(service->identifier);
+    }
+    return identifiers;
+}
+
 void ServiceList::change(Service &service, const QString &property, const QVariant &value)
 {
     if (service.properties.value(property) != value) {

@@ -34,6 +34,7 @@ public:
     ServicePtr findByPath(const QString &path) const;
     const QVector<ServicePtr> &all() const { return m_services; }
     ObjectRecordList records() const;
+    QStringList identifiers() const;
 
     /// Sets a property and tells the bus, unless it had that value already.
     void change(Service &service, const QString &property, const QVariant &value);

@@ -18,6 +18,7 @@ private slots:
     void oneAgentForEachClient();
     void unknownPathsAndMethodsAreRefusedAsByLibdbus_data();
     void unknownPathsAndMethodsAreRefusedAsByLibdbus();
+    void otherArgumentsMakeAnUnknownMethod();
 };
 
 void ManagerTest::managerTellsItsState()
@@ -65,6 +66,13 @@ void ManagerTest::unknownPathsAndMethodsAreRefusedAsByLibdbus()
     QCOMPARE(m_client->call("net.connman"_s, path, "net.connman.Service"_s, member).text(),
              "org.freedesktop.DBus.Error.%1: Method \"%2\" with signature \"\" on interface "
              "\"net.connman.Service\" doesn't exist\n"_s.arg(error, member));
+}
+
+void ManagerTest::otherArgumentsMakeAnUnknownMethod()
+{
+    QCOMPARE(m_client->technology("wifi"_s, "Scan"_s, {1}).text(),
+             "org.freedesktop.DBus.Error.UnknownMethod: Method \"Scan\" with signature \"i\" on interface "
+             "\"net.connman.Technology\" doesn't exist\n"_s);
 }
 
 static const Suite<ManagerTest> suite;
