@@ -8,11 +8,11 @@
 namespace simulator {
 
 namespace {
-const ConnmanInterface::Signal propertyChanged{"PropertyChanged", {{"name", "s"}, {"value", "v"}}};
 const ConnmanInterface::Arguments nothing;
 const ConnmanInterface::Arguments nameAndValue{{"name", "s"}, {"value", "v"}};
 const ConnmanInterface::Arguments properties{{"properties", "a{sv}"}};
 const ConnmanInterface::Arguments path{{"path", "o"}};
+const ConnmanInterface::Signal propertyChanged{"PropertyChanged", nameAndValue};
 } // namespace
 
 const ConnmanInterface Connman::managerInterface{

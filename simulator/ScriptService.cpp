@@ -1,11 +1,10 @@
 #include "ScriptService.h"
 
 #include "ConnmanErrors.h"
-#include <QCoreApplication>
+#include "scriptadaptor.h"
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QDebug>
-#include <QTimer>
 #include <utility>
 
 namespace simulator {
@@ -21,8 +20,9 @@ ScriptService::ScriptService(QString address, Device device, QObject *parent)
     , m_address(std::move(address))
     , m_device(device)
 {
-    connect(&m_device.calls, &CallLog::recorded, this, &ScriptService::called);
-    connect(&m_device.speech, &SpeechService::spoke, this, &ScriptService::spoke);
+    auto *adaptor = new ScriptAdaptor(this);
+    connect(&m_device.calls, &CallLog::recorded, adaptor, &ScriptAdaptor::called);
+    connect(&m_device.speech, &SpeechService::spoke, adaptor, &ScriptAdaptor::spoke);
 }
 
 ScriptService::~ScriptService()
@@ -33,10 +33,7 @@ ScriptService::~ScriptService()
 bool ScriptService::join()
 {
     QDBusConnection bus = QDBusConnection::connectToBus(m_address, connectionName);
-    const bool joined =
-        bus.registerObject(scriptPath, this,
-                           QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals) &&
-        bus.registerService(scriptName);
+    const bool joined = bus.registerObject(scriptPath, this) && bus.registerService(scriptName);
     if (!joined) {
         qCritical() << "Unable to be" << scriptName << "on" << m_address << ":" << bus.lastError().message();
     }
@@ -162,11 +159,6 @@ QVariantList ScriptService::callAgent(const QString &member, const QVariantList 
         answer({{}, {}, error::notRegistered()});
     }
     return {};
-}
-
-void ScriptService::quit()
-{
-    QTimer::singleShot(0, qApp, &QCoreApplication::quit);
 }
 
 BusService *ScriptService::knownBusService(const QString &name)

@@ -11,11 +11,11 @@
 namespace simulator {
 
 /// The simulated device's script interface, com.tactora.Simulator at /simulator. What its members do is told
-/// in com.tactora.Simulator.xml. A script's mistake is answered with org.freedesktop.DBus.Error.InvalidArgs.
+/// in com.tactora.Simulator.xml, which its adaptor is made from. A script's mistake is answered with
+/// org.freedesktop.DBus.Error.InvalidArgs.
 class ScriptService : public QObject, protected QDBusContext
 {
     Q_OBJECT
-    Q_CLASSINFO("D-Bus Interface", "com.tactora.Simulator")
 public:
     struct Device
     {
@@ -31,7 +31,7 @@ public:
     /// Puts the interface on the bus; false (with the reason in the log) when that cannot be done.
     bool join();
 
-public slots: // ConnMan's objects
+    // ConnMan's objects
     QDBusObjectPath addService(const QString &identifier, const QVariantMap &properties);
     void addServices(uint first, uint count);
     void removeService(const QString &identifier);
@@ -80,11 +80,6 @@ public slots: // ConnMan's objects
     QStringList speech();
     QList<QDBusObjectPath> agents();
     QVariantList callAgent(const QString &member, const QVariantList &arguments, QString &error);
-    void quit();
-
-signals:
-    void called(const QString &line);
-    void spoke(const QString &id, const QVariantMap &request);
 
 private:
     ServicePtr knownService(const QString &identifier);

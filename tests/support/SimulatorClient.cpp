@@ -17,20 +17,18 @@ namespace test_support {
 namespace {
 const QString simulatorName = "com.tactora.Simulator"_s;
 const QString simulatorPath = "/simulator"_s;
-
-QVariant wrapped(const QVariant &value)
-{
-    return QVariant::fromValue(QDBusVariant(value));
-}
-
 } // namespace
 
 SimulatorClient::SimulatorClient(const QString &address, Timings timings, QObject *parent)
     : QObject(parent)
     , m_connectionName("simulator-client-"_s + QUuid::createUuid().toString(QUuid::Id128))
     , m_connection(QDBusConnection::connectToBus(address, m_connectionName))
+    , m_script(simulatorName, simulatorPath, m_connection)
     , m_process(std::make_unique<ChildProcess>())
 {
+    m_script.setTimeout(defaultTimeoutMs);
+    connect(&m_script, &ScriptProxy::called, this, &SimulatorClient::called);
+    connect(&m_script, &ScriptProxy::spoke, this, &SimulatorClient::spoke);
     start(address, timings);
 }
 
@@ -41,10 +39,6 @@ SimulatorClient::~SimulatorClient()
 
 void SimulatorClient::start(const QString &address, Timings timings)
 {
-    m_connection.connect(simulatorName, simulatorPath, simulatorName, "called"_s, this,
-                         SIGNAL(called(QString)));
-    m_connection.connect(simulatorName, simulatorPath, simulatorName, "spoke"_s, this,
-                         SIGNAL(spoke(QString, QVariantMap)));
     QStringList arguments{"--address"_s, address};
     if (timings == Timings::Fast) {
         arguments.append("--fast"_s);
@@ -74,187 +68,18 @@ bool SimulatorClient::waitForName()
     return bus != nullptr && bus->isServiceRegistered(simulatorName);
 }
 
-QDBusMessage SimulatorClient::request(const QString &member, const QVariantList &arguments) const
+void SimulatorClient::reportRefusal(const QDBusError &error)
 {
-    QDBusMessage message =
-        QDBusMessage::createMethodCall(simulatorName, simulatorPath, simulatorName, member);
-    message.setArguments(arguments);
-    return message;
-}
-
-QDBusMessage SimulatorClient::call(const QString &member, const QVariantList &arguments) const
-{
-    QDBusMessage reply = m_connection.call(request(member, arguments), QDBus::Block, defaultTimeoutMs);
-    if (reply.type() == QDBusMessage::ErrorMessage) {
-        qCritical() << "Simulator:" << member << "failed:" << reply.errorMessage();
+    if (error.isValid()) {
+        qCritical() << "Simulator:" << error.message();
     }
-    return reply;
-}
-
-QDBusObjectPath SimulatorClient::addService(const QString &identifier, const QVariantMap &properties)
-{
-    return QDBusReply<QDBusObjectPath>(call("addService"_s, {identifier, properties}));
-}
-
-void SimulatorClient::addServices(uint first, uint count)
-{
-    call("addServices"_s, {first, count});
-}
-
-void SimulatorClient::removeService(const QString &identifier)
-{
-    call("removeService"_s, {identifier});
-}
-
-void SimulatorClient::setServiceProperty(const QString &identifier, const QString &name,
-                                         const QVariant &value, bool silent)
-{
-    call("setServiceProperty"_s, {identifier, name, wrapped(value), silent});
-}
-
-void SimulatorClient::removeServiceProperty(const QString &identifier, const QString &name)
-{
-    call("removeServiceProperty"_s, {identifier, name});
-}
-
-QVariantMap SimulatorClient::serviceProperties(const QString &identifier)
-{
-    return QDBusReply<QVariantMap>(call("serviceProperties"_s, {identifier}));
-}
-
-QStringList SimulatorClient::services()
-{
-    return QDBusReply<QStringList>(call("services"_s));
-}
-
-void SimulatorClient::addTechnology(const QString &name, const QVariantMap &properties)
-{
-    call("addTechnology"_s, {name, properties});
-}
-
-void SimulatorClient::removeTechnology(const QString &name)
-{
-    call("removeTechnology"_s, {name});
-}
-
-void SimulatorClient::setTechnologyProperty(const QString &name, const QString &property,
-                                            const QVariant &value, bool silent)
-{
-    call("setTechnologyProperty"_s, {name, property, wrapped(value), silent});
-}
-
-void SimulatorClient::removeTechnologyProperty(const QString &name, const QString &property)
-{
-    call("removeTechnologyProperty"_s, {name, property});
-}
-
-void SimulatorClient::emitSignal(const QString &path, const QString &interface, const QString &member,
-                                 const QVariantList &arguments)
-{
-    call("emitSignal"_s,
-         {QVariant::fromValue(QDBusObjectPath(path)), interface, member, QVariant(arguments)});
-}
-
-QString SimulatorClient::addNetwork(const QVariantMap &options)
-{
-    return QDBusReply<QString>(call("addNetwork"_s, {options}));
-}
-
-void SimulatorClient::removeNetwork(const QString &ssid)
-{
-    call("removeNetwork"_s, {ssid});
-}
-
-void SimulatorClient::setInReach(const QString &ssid, bool inReach)
-{
-    call("setInReach"_s, {ssid, inReach});
-}
-
-void SimulatorClient::setCable(bool plugged, const QVariantMap &options)
-{
-    call("setCable"_s, {plugged, options});
-}
-
-void SimulatorClient::setAddressesServed(bool served)
-{
-    call("setAddressesServed"_s, {served});
-}
-
-void SimulatorClient::setHardwareAddress(const QString &address)
-{
-    call("setHardwareAddress"_s, {address});
-}
-
-void SimulatorClient::setConnmanDirectory(const QString &path)
-{
-    call("setConnmanDirectory"_s, {path});
-}
-
-void SimulatorClient::setTiming(const QString &name, int milliseconds)
-{
-    call("setTiming"_s, {name, milliseconds});
-}
-
-void SimulatorClient::setPresent(const QString &name, bool present)
-{
-    call("setPresent"_s, {name, present});
-}
-
-void SimulatorClient::restartConnman()
-{
-    call("restartConnman"_s);
-}
-
-void SimulatorClient::stopConnman()
-{
-    call("stopConnman"_s);
-}
-
-void SimulatorClient::startConnman()
-{
-    call("startConnman"_s);
-}
-
-void SimulatorClient::eraseConnman()
-{
-    call("eraseConnman"_s);
-}
-
-QString SimulatorClient::storedPassphrase(const QString &identifier)
-{
-    return QDBusReply<QString>(call("storedPassphrase"_s, {identifier}));
-}
-
-void SimulatorClient::setConfigurationReply(const QVariantMap &reply)
-{
-    call("setConfigurationReply"_s, {reply});
-}
-
-void SimulatorClient::setSerialNumber(int serialNumber)
-{
-    call("setSerialNumber"_s, {serialNumber});
 }
 
 Fault SimulatorClient::injectFault(const QString &interface, const QString &member, const FaultKind &kind,
                                    const QString &path, uint count)
 {
-    const QDBusReply<uint> id = call("injectFault"_s, {interface, member, path, count, kind.toMap()});
+    const uint id = answered(m_script.injectFault(interface, member, path, count, kind.toMap()));
     return {*this, id, interface + QLatin1Char('.') + member + QLatin1Char(' ') + path};
-}
-
-uint SimulatorClient::faultFired(uint id)
-{
-    return QDBusReply<uint>(call("faultFired"_s, {id}));
-}
-
-void SimulatorClient::clearFaults()
-{
-    call("clearFaults"_s);
-}
-
-QStringList SimulatorClient::calls()
-{
-    return QDBusReply<QStringList>(call("calls"_s));
 }
 
 QStringList SimulatorClient::callsStartingWith(const QString &prefix)
@@ -266,11 +91,6 @@ QStringList SimulatorClient::callsStartingWith(const QString &prefix)
         }
     }
     return result;
-}
-
-void SimulatorClient::clearCalls()
-{
-    call("clearCalls"_s);
 }
 
 bool SimulatorClient::waitForCall(const QString &line, int timeoutMs)
@@ -288,21 +108,10 @@ bool SimulatorClient::waitForCall(const QString &line, int timeoutMs)
     return !callsStartingWith(line).isEmpty();
 }
 
-QStringList SimulatorClient::speech()
-{
-    return QDBusReply<QStringList>(call("speech"_s));
-}
-
-QList<QDBusObjectPath> SimulatorClient::agents()
-{
-    return QDBusReply<QList<QDBusObjectPath>>(call("agents"_s));
-}
-
 SimulatorClient::AgentReply SimulatorClient::callAgent(const QString &member, const QVariantList &arguments)
 {
     QEventLoop loop;
-    QDBusPendingCallWatcher watcher(
-        m_connection.asyncCall(request("callAgent"_s, {member, QVariant(arguments)}), defaultTimeoutMs));
+    const QDBusPendingCallWatcher watcher(m_script.callAgent(member, arguments));
     connect(&watcher, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
     if (!watcher.isFinished()) {
         loop.exec();
@@ -312,13 +121,6 @@ SimulatorClient::AgentReply SimulatorClient::callAgent(const QString &member, co
         return {{}, reply.error().name() + ": "_s + reply.error().message()};
     }
     return {reply.argumentAt<0>(), reply.argumentAt<1>()};
-}
-
-bool SimulatorClient::quit()
-{
-    call("quit"_s);
-    return m_process->waitForFinished(defaultTimeoutMs) && m_process->exitStatus() == QProcess::NormalExit &&
-           m_process->exitCode() == 0;
 }
 
 } // namespace test_support

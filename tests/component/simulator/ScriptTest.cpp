@@ -1,5 +1,4 @@
-// The script interface: that it is the documented one, ConnMan's objects raw, and the world around the
-// device.
+// The script interface: ConnMan's objects raw, and the world around the device.
 
 #include "DeviceFixture.h"
 #include "EventWait.h"
@@ -7,9 +6,7 @@
 #include "Suite.h"
 #include "Text.h"
 #include <QDBusVariant>
-#include <QFile>
 #include <QTest>
-#include <QXmlStreamReader>
 
 using namespace test_support;
 using namespace simulator_test;
@@ -23,39 +20,6 @@ QVariantMap network(const char *ssid)
 {
     return {{"ssid"_s, QString::fromLatin1(ssid)}};
 }
-
-/// "method <name>(<types>) -> <types>" and "signal <name>(<types>)" of the script interface, sorted.
-QStringList members(const QByteArray &xml)
-{
-    QStringList result;
-    QString in;
-    QString out;
-    QXmlStreamReader reader(xml);
-    bool isInside = false;
-    while (!reader.atEnd()) {
-        reader.readNext();
-        const auto attribute = [&reader](const char *name) {
-            return reader.attributes().value(QLatin1String(name)).toString();
-        };
-        const bool isMember =
-            reader.name() == QLatin1String("method") || reader.name() == QLatin1String("signal");
-        if (reader.name() == QLatin1String("interface")) {
-            isInside = reader.isStartElement() && attribute("name") == simulatorName;
-        } else if (isInside && isMember && reader.isStartElement()) {
-            in.clear();
-            out.clear();
-            result.append(reader.name() + QLatin1Char(' ') + attribute("name"));
-        } else if (isInside && isMember && reader.isEndElement()) {
-            result.last() += "(%1) -> %2"_s.arg(in, out);
-        } else if (isInside && reader.isStartElement() && reader.name() == QLatin1String("arg")) {
-            const bool isResult = result.last().startsWith(QLatin1String("method")) &&
-                                  attribute("direction") == QLatin1String("out");
-            (isResult ? out : in) += attribute("type");
-        }
-    }
-    result.sort();
-    return result;
-}
 } // namespace
 
 class ScriptTest : public DeviceFixture
@@ -63,8 +27,6 @@ class ScriptTest : public DeviceFixture
     Q_OBJECT
 
 private slots:
-    void interfaceIsTheDocumentedOne();
-    void endsWithStatusZero();
     void addsServiceWithConnmansProperties();
     void overridesPropertiesWithTheirTypes();
     void refusesWhatIsNotThere_data();
@@ -87,23 +49,6 @@ private slots:
     void networkReplacesItsNamesake();
     void removesNetwork();
 };
-
-void ScriptTest::interfaceIsTheDocumentedOne()
-{
-    QFile documented(QStringLiteral(SCRIPT_INTERFACE));
-    QVERIFY(documented.open(QIODevice::ReadOnly));
-    const Answer answer = m_client->call(simulatorName, "/simulator"_s,
-                                         "org.freedesktop.DBus.Introspectable"_s, "Introspect"_s);
-    QVERIFY2(!answer.isError, qPrintable(answer.error));
-    const QStringList expected = members(documented.readAll());
-    QVERIFY(expected.size() > 30);
-    QCOMPARE(members(answer.arguments.first().toString().toUtf8()), expected);
-}
-
-void ScriptTest::endsWithStatusZero()
-{
-    QVERIFY(m_simulator->quit());
-}
 
 void ScriptTest::addsServiceWithConnmansProperties()
 {
@@ -175,7 +120,7 @@ void ScriptTest::refusesAServiceThatIsThere()
     LogCapture log;
     m_simulator->addService(rawId);
     m_simulator->addService(rawId);
-    QCOMPARE(log.takeCriticals(), QStringList{"Simulator: \"addService\" failed: \"The service is there "
+    QCOMPARE(log.takeCriticals(), QStringList{"Simulator: \"The service is there "
                                               "already: wifi_raw_managed_psk\""_s});
 }
 
