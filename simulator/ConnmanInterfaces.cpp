@@ -11,7 +11,7 @@ namespace {
 const ConnmanInterface::Arguments nothing;
 const ConnmanInterface::Arguments nameAndValue{{"name", "s"}, {"value", "v"}};
 const ConnmanInterface::Arguments properties{{"properties", "a{sv}"}};
-const ConnmanInterface::Arguments path{{"path", "o"}};
+const ConnmanInterface::Arguments objectPath{{"path", "o"}};
 const ConnmanInterface::Signal propertyChanged{"PropertyChanged", nameAndValue};
 } // namespace
 
@@ -21,11 +21,11 @@ const ConnmanInterface Connman::managerInterface{
      {"GetTechnologies", nothing, {{"technologies", "a(oa{sv})"}}, &Connman::getTechnologies},
      {"GetServices", nothing, {{"services", "a(oa{sv})"}}, &Connman::getServices},
      {"GetPeers", nothing, {{"peers", "a(oa{sv})"}}, &Connman::getPeers},
-     {"RegisterAgent", path, nothing, &Connman::registerAgent},
-     {"UnregisterAgent", path, nothing, &Connman::unregisterAgent}},
+     {"RegisterAgent", objectPath, nothing, &Connman::registerAgent},
+     {"UnregisterAgent", objectPath, nothing, &Connman::unregisterAgent}},
     {propertyChanged,
      {"TechnologyAdded", {{"path", "o"}, {"properties", "a{sv}"}}},
-     {"TechnologyRemoved", path},
+     {"TechnologyRemoved", objectPath},
      {"ServicesChanged", {{"changed", "a(oa{sv})"}, {"removed", "ao"}}}}};
 
 const ConnmanInterface Connman::technologyInterface{
