@@ -31,7 +31,7 @@ struct AgentRegistry::Agent
 namespace {
 AgentReply aborted()
 {
-    return {{}, {}, error::operationAborted()};
+    return {{}, {}, error::operationAborted};
 }
 
 QDBusMessage agentCall(const QString &owner, const QString &path, const QString &member)

@@ -32,7 +32,7 @@ Connector::Connector(Parts parts, QObject *parent)
 void Connector::connectService(const ServicePtr &service, const Call &call)
 {
     if (service->pendingConnect) {
-        call.refuse(error::inProgress());
+        call.refuse(error::inProgress);
         return;
     }
     freeInterface(service);
@@ -48,7 +48,7 @@ std::optional<ErrorReply> Connector::disconnectService(const ServicePtr &service
     service->reason = ConnectReason::None;
     m_parts.agents.cancel(service->identifier);
     if (service->isIdle()) {
-        return error::notConnected();
+        return error::notConnected;
     }
     ++service->attempt;
     m_parts.states.disconnect(*service);
@@ -64,7 +64,7 @@ std::optional<ErrorReply> Connector::removeService(const ServicePtr &service)
     const bool isRemovable = service->isWifi() && !service->isImmutable() && !service->isHidden() &&
                              (service->isFavorite() || service->isIdle());
     if (!isRemovable) {
-        return error::notSupported();
+        return error::notSupported;
     }
     forget(service);
     return std::nullopt;
@@ -149,23 +149,23 @@ void Connector::abandon()
 std::optional<ErrorReply> Connector::start(const ServicePtr &service, ConnectReason reason)
 {
     if (service->isConnected()) {
-        return error::alreadyConnected();
+        return error::alreadyConnected;
     }
     if (service->isConnecting()) {
-        return error::inProgress();
+        return error::inProgress;
     }
     if (!isUsable(*service)) {
-        return error::noCarrier();
+        return error::noCarrier;
     }
     if (service->state() == QLatin1String("failure")) {
         m_parts.states.becomeIdle(*service);
     }
     service->reason = reason;
     if (m_parts.neighbourhood.lacksProvisioning(*service)) {
-        return error::invalidArguments();
+        return error::invalidArguments;
     }
     if (needsCredentials(*service)) {
-        return reason == ConnectReason::User ? askAgent(service) : error::passphraseRequired();
+        return reason == ConnectReason::User ? askAgent(service) : error::passphraseRequired;
     }
     ++service->attempt;
     if (service->isWifi()) {
@@ -294,13 +294,13 @@ void Connector::giveUp(const ServicePtr &service)
     if (!service->isIdle()) {
         m_parts.states.disconnect(*service);
     }
-    service->refuseConnect(error::operationTimeout());
+    service->refuseConnect(error::operationTimeout);
     m_parts.states.fail(*service, {});
 }
 
 void Connector::complete(const ServicePtr &service)
 {
-    service->refuseConnect(error::failed());
+    service->refuseConnect(error::failed);
     if (service->reason != ConnectReason::User) {
         autoConnect();
     }

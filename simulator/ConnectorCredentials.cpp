@@ -31,7 +31,7 @@ std::optional<ErrorReply> Connector::askAgent(const ServicePtr &service)
     if (hiddenConnect) {
         service->pendingConnect = hiddenConnect;
     }
-    return error::notRegistered();
+    return error::notRegistered;
 }
 
 void Connector::takeAnswer(const ServicePtr &service, const AgentReply &reply,
@@ -103,7 +103,7 @@ void Connector::searchHidden(const ServicePtr &service, const Credentials &crede
     const int length = credentials.name.value_or(QString()).toUtf8().size();
     if (credentials.refusal || length == 0 || length > longestName) {
         service->pendingConnect = connect;
-        service->refuseConnect(credentials.refusal.value_or(error::invalidArguments()));
+        service->refuseConnect(credentials.refusal.value_or(error::invalidArguments));
         return;
     }
     later(service, m_parts.timings.scan,
@@ -118,10 +118,10 @@ void Connector::joinFound(const ServicePtr &service, const Credentials &credenti
     const ServicePtr found = isFound ? m_parts.discovery.named(*accessPoint) : service;
     found->pendingConnect = connect;
     if (!isFound) {
-        found->refuseConnect(error::failed());
+        found->refuseConnect(error::failed);
     } else if (credentials.passphrase && !isUsablePassphrase(*found, *credentials.passphrase)) {
         m_parts.states.fail(*found, connman::invalidKey);
-        found->refuseConnect(error::passphraseRequired());
+        found->refuseConnect(error::passphraseRequired);
     } else {
         freeInterface(found);
         useCredentials(found, credentials);

@@ -50,7 +50,7 @@ void Connman::registerAgent(const Call &call)
     if (m_agents.add(call.sender(), path)) {
         call.reply();
     } else {
-        call.refuse(error::alreadyExists());
+        call.refuse(error::alreadyExists);
     }
 }
 
@@ -59,7 +59,7 @@ void Connman::unregisterAgent(const Call &call)
     if (m_agents.remove(call.sender())) {
         call.reply();
     } else {
-        call.refuse(error::notRegistered());
+        call.refuse(error::notRegistered);
     }
 }
 
@@ -72,9 +72,9 @@ void Connman::setTechnologyProperty(const Call &call)
 {
     const QString property = call.arguments().at(0).toString();
     if (property != QLatin1String("Powered")) {
-        call.refuse(error::invalidProperty());
+        call.refuse(error::invalidProperty);
     } else if (variantArgument(call).userType() != QMetaType::Bool) {
-        call.refuse(error::invalidArguments());
+        call.refuse(error::invalidArguments);
     } else {
         m_radio.setPowered(technologyOf(call), variantArgument(call).toBool(), call);
     }

@@ -93,7 +93,7 @@ std::optional<QString> stringField(const QVariantMap &answer, const char *key, C
         return std::nullopt;
     }
     if (found->userType() != QMetaType::QString) {
-        credentials.refusal = error::operationTimeout();
+        credentials.refusal = error::operationTimeout;
         return std::nullopt;
     }
     return found->toString();
@@ -137,10 +137,10 @@ PropertyDict requestedFields(const Service &service)
 Credentials readAnswer(const AgentReply &reply)
 {
     if (reply.isError()) {
-        return refused(reply.error.name == canceled ? error::operationAborted() : error::operationTimeout());
+        return refused(reply.error.name == canceled ? error::operationAborted : error::operationTimeout);
     }
     if (reply.signature != QLatin1String("a{sv}")) {
-        return refused(error::invalidArguments());
+        return refused(error::invalidArguments);
     }
     const auto answer = qdbus_cast<QVariantMap>(reply.arguments.first());
     Credentials credentials;

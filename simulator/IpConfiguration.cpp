@@ -80,7 +80,7 @@ IpConfiguration manualIpv4(const QVariantMap &dictionary)
                          isAddress(dictionary, netmask, QAbstractSocket::IPv4Protocol) &&
                          isAddress(dictionary, gateway, QAbstractSocket::IPv4Protocol);
     if (!isValid) {
-        return refused(error::invalidArguments());
+        return refused(error::invalidArguments);
     }
     QVariantMap shown = picked(dictionary, {method, address, netmask, gateway});
     if (shown.contains(address) && !shown.contains(netmask)) {
@@ -97,7 +97,7 @@ IpConfiguration manualIpv6(const QVariantMap &dictionary)
                          isAddress(dictionary, gateway, QAbstractSocket::IPv6Protocol) &&
                          dictionary.value(prefixLength).toInt() <= longestPrefix;
     if (!isValid) {
-        return refused(error::invalidArguments());
+        return refused(error::invalidArguments);
     }
     QVariantMap shown = withPrivacy(picked(dictionary, {method, address, gateway}), dictionary);
     shown.insert(prefixLength, QVariant::fromValue(dictionary.value(prefixLength).value<uchar>()));
@@ -109,7 +109,7 @@ IpConfiguration IpConfiguration::ipv4(const QVariant &value)
 {
     const std::optional<QVariantMap> dictionary = dictionaryOf(value);
     if (!dictionary || !hasRightTypes(*dictionary)) {
-        return refused(error::invalidArguments());
+        return refused(error::invalidArguments);
     }
     const QString wanted = dictionary->value(method).toString();
     if (wanted == QLatin1String("off") || wanted == QLatin1String("dhcp")) {
@@ -118,14 +118,14 @@ IpConfiguration IpConfiguration::ipv4(const QVariant &value)
     if (wanted == QLatin1String("manual")) {
         return manualIpv4(*dictionary);
     }
-    return refused(wanted == QLatin1String("auto") ? error::notSupported() : error::invalidArguments());
+    return refused(wanted == QLatin1String("auto") ? error::notSupported : error::invalidArguments);
 }
 
 IpConfiguration IpConfiguration::ipv6(const QVariant &value)
 {
     const std::optional<QVariantMap> dictionary = dictionaryOf(value);
     if (!dictionary || !hasRightTypes(*dictionary)) {
-        return refused(error::invalidArguments());
+        return refused(error::invalidArguments);
     }
     const QString wanted = dictionary->value(method).toString();
     if (wanted == QLatin1String("off")) {
@@ -137,7 +137,7 @@ IpConfiguration IpConfiguration::ipv6(const QVariant &value)
     if (wanted == QLatin1String("manual")) {
         return manualIpv6(*dictionary);
     }
-    return refused(wanted == QLatin1String("dhcp") ? error::notSupported() : error::invalidArguments());
+    return refused(wanted == QLatin1String("dhcp") ? error::notSupported : error::invalidArguments);
 }
 
 std::optional<QStringList> stringsOf(const QVariant &value)

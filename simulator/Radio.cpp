@@ -28,11 +28,11 @@ Radio::Radio(Parts parts, QObject *parent)
 void Radio::scan(const TechnologyPtr &technology, const Call &call)
 {
     if (technology->type != wifi) {
-        call.refuse(error::notSupported());
+        call.refuse(error::notSupported);
         return;
     }
     if (!technology->isPowered()) {
-        call.refuse(error::noCarrier());
+        call.refuse(error::noCarrier);
         return;
     }
     m_scanners.append(call); // who asks during a scan gets that scan's answer
@@ -43,7 +43,7 @@ void Radio::scan(const TechnologyPtr &technology, const Call &call)
 void Radio::setPowered(const TechnologyPtr &technology, bool on, const Call &call)
 {
     if (technology->isPowered() == on) {
-        call.refuse(on ? error::alreadyEnabled() : error::alreadyDisabled());
+        call.refuse(on ? error::alreadyEnabled : error::alreadyDisabled);
         return;
     }
     const auto change = [this, technology, on] { on ? switchOn(technology) : switchOff(technology); };

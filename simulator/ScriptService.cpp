@@ -156,7 +156,7 @@ QVariantList ScriptService::callAgent(const QString &member, const QVariantList 
             .send(request.createReply({QVariant(reply.isError() ? QVariantList() : reply.arguments), error}));
     };
     if (!m_device.connman.agents().call({}, {}, member, arguments, answer)) {
-        answer({{}, {}, error::notRegistered()});
+        answer({{}, {}, error::notRegistered});
     }
     return {};
 }

@@ -37,10 +37,10 @@ std::optional<ErrorReply> ServiceSettings::set(const ServicePtr &service, const 
         nameserversConfiguration, timeserversConfiguration, domainsConfiguration, proxyConfiguration,
         mdnsConfiguration,        ipv4Configuration,        ipv6Configuration};
     if (!settable.contains(property)) {
-        return error::invalidProperty();
+        return error::invalidProperty;
     }
     if (service->isImmutable()) {
-        return error::notSupported();
+        return error::notSupported;
     }
     if (property == nameserversConfiguration) {
         return setNameservers(service, value);
@@ -60,10 +60,10 @@ std::optional<ErrorReply> ServiceSettings::set(const ServicePtr &service, const 
 std::optional<ErrorReply> ServiceSettings::setAutoConnect(const ServicePtr &service, const QVariant &value)
 {
     if (value.userType() != QMetaType::Bool) {
-        return error::invalidArguments();
+        return error::invalidArguments;
     }
     if (!service->isFavorite()) {
-        return error::invalidService();
+        return error::invalidService;
     }
     if (service->connectsByItself() != value.toBool()) {
         m_services.set(*service, autoConnect, value);
@@ -78,7 +78,7 @@ std::optional<ErrorReply> ServiceSettings::setNameservers(const ServicePtr &serv
 {
     const std::optional<QStringList> nameservers = stringsOf(value);
     if (!nameservers) {
-        return error::invalidArguments();
+        return error::invalidArguments;
     }
     m_services.set(*service, nameserversConfiguration, onlyAddresses(*nameservers));
     m_states.tellNameservers(*service);
@@ -90,7 +90,7 @@ std::optional<ErrorReply> ServiceSettings::setStrings(const ServicePtr &service,
 {
     const std::optional<QStringList> strings = stringsOf(value);
     if (!strings) {
-        return error::invalidArguments();
+        return error::invalidArguments;
     }
     QStringList kept = *strings;
     kept.removeAll(QString());
@@ -104,13 +104,13 @@ std::optional<ErrorReply> ServiceSettings::setStrings(const ServicePtr &service,
 std::optional<ErrorReply> ServiceSettings::setProxy(const ServicePtr &service, const QVariant &value)
 {
     if (!stringsOf(value)) { // any array gets this far
-        return error::invalidArguments();
+        return error::invalidArguments;
     }
     const auto configuration = qdbus_cast<QVariantMap>(value);
     static const QStringList methods{QStringLiteral("direct"), QStringLiteral("auto"),
                                      QStringLiteral("manual")};
     if (!methods.contains(configuration.value(QStringLiteral("Method")).toString())) {
-        return error::invalidArguments();
+        return error::invalidArguments;
     }
     m_services.set(*service, proxyConfiguration, configuration);
     m_states.tellProxy(*service);
@@ -120,7 +120,7 @@ std::optional<ErrorReply> ServiceSettings::setProxy(const ServicePtr &service, c
 std::optional<ErrorReply> ServiceSettings::setMdns(const ServicePtr &service, const QVariant &value)
 {
     if (value.userType() != QMetaType::Bool) {
-        return error::invalidArguments();
+        return error::invalidArguments;
     }
     m_services.set(*service, mdnsConfiguration, value);
     return std::nullopt;

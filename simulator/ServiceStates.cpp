@@ -89,7 +89,7 @@ void ServiceStates::disconnect(Service &service)
     }
     setState(service, QStringLiteral("disconnect"));
     setError(service, {});
-    service.refuseConnect(error::operationAborted());
+    service.refuseConnect(error::operationAborted);
     m_services.tell(service, QStringLiteral("Domains"), service.properties.value(QStringLiteral("Domains")));
     m_services.set(service, QStringLiteral("Proxy"), QVariantMap());
     setState(service, QStringLiteral("idle"));
