@@ -1,5 +1,6 @@
 #include "Connector.h"
 
+#include "Addressing.h"
 #include "ConnmanErrors.h"
 #include "ConnmanWire.h"
 #include "Discovery.h"
@@ -11,13 +12,10 @@
 namespace simulator {
 
 namespace {
-const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
-const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
-
 bool isUsable(const Service &service)
 {
-    return service.method(ipv4Configuration) != QLatin1String("off") ||
-           service.method(ipv6Configuration) != QLatin1String("off");
+    return service.method(connman::ipv4Configuration) != QLatin1String("off") ||
+           service.method(connman::ipv6Configuration) != QLatin1String("off");
 }
 } // namespace
 
@@ -52,9 +50,7 @@ std::optional<ErrorReply> Connector::disconnectService(const ServicePtr &service
     }
     ++service->attempt;
     m_parts.states.disconnect(*service);
-    for (const ServicePtr &other : m_parts.services.all()) {
-        checkOnline(other); // another one may have become the default
-    }
+    m_parts.addressing.checkOnline(); // another one may have become the default
     autoConnect();
     return std::nullopt;
 }
@@ -95,41 +91,10 @@ void Connector::unprovision(const ServicePtr &service)
     forget(service);
 }
 
-void Connector::retryAddresses()
-{
-    for (const ServicePtr &service : m_parts.services.all()) {
-        const bool waits = service->state() == QLatin1String("configuration") &&
-                           service->method(ipv4Configuration) == QLatin1String("dhcp");
-        if (waits) {
-            ++service->attempt;
-            obtainAddresses(service);
-        }
-    }
-}
-
 void Connector::autoConnect()
 {
     if (!m_autoConnect.isActive() && m_parts.timings.autoConnect >= 0) {
         m_autoConnect.start(m_parts.timings.autoConnect);
-    }
-}
-
-void Connector::reconfigure(const ServicePtr &service)
-{
-    ++service->attempt;
-    if (service->method(ipv4Configuration) == QLatin1String("manual")) {
-        becomeReady(service);
-    } else if (service->method(ipv4Configuration) == QLatin1String("dhcp")) {
-        obtainAddresses(service);
-    }
-}
-
-void Connector::reconfigureIpv6(const ServicePtr &service)
-{
-    if (service->isConnected()) {
-        m_parts.states.tellIpv6(*service);
-    } else if (service->state() == QLatin1String("configuration") && hasIpv6(*service)) {
-        becomeReady(service);
     }
 }
 
@@ -171,7 +136,7 @@ std::optional<ErrorReply> Connector::start(const ServicePtr &service, ConnectRea
     if (service->isWifi()) {
         associate(service);
     } else {
-        configure(service);
+        m_parts.addressing.configure(service);
         service->answerConnect(); // a wire needs no association: ConnMan calls that connected
     }
     return std::nullopt;
@@ -195,78 +160,19 @@ void Connector::associate(const ServicePtr &service)
     m_parts.states.associate(*service);
     switch (m_parts.neighbourhood.verdict(*service)) {
     case Verdict::Accepted:
-        later(service, m_parts.timings.association, [this, service] { configure(service); });
+        later(this, service, m_parts.timings.association,
+              [this, service] { m_parts.addressing.configure(service); });
         break;
     case Verdict::Refused:
-        later(service, m_parts.timings.wrongPassphrase,
+        later(this, service, m_parts.timings.wrongPassphrase,
               [this, service] { failToAssociate(service, connman::connectFailed); });
         break;
     case Verdict::WrongPassphrase:
-        later(service, m_parts.timings.wrongPassphrase * tries,
+        later(this, service, m_parts.timings.wrongPassphrase * tries,
               [this, service] { failToAssociate(service, connman::invalidKey); });
         break;
     }
-    later(service, m_parts.timings.connect, [this, service] { giveUp(service); });
-}
-
-void Connector::configure(const ServicePtr &service)
-{
-    m_parts.states.configure(*service);
-    if (service->method(ipv4Configuration) == QLatin1String("manual")) {
-        becomeReady(service);
-    } else {
-        obtainAddresses(service);
-    }
-}
-
-void Connector::obtainAddresses(const ServicePtr &service)
-{
-    const bool hasDhcp = m_parts.neighbourhood.lease(*service).has_value();
-    if (!hasDhcp && hasIpv6(*service)) { // an IPv6 address is enough, and no other is looked for any more
-        later(service, m_parts.timings.configuration, [this, service] { becomeReady(service); });
-        return;
-    }
-    const int wait = hasDhcp ? m_parts.timings.configuration : m_parts.timings.linkLocal;
-    later(service, wait, [this, service, hasDhcp] {
-        if (!hasDhcp) {
-            m_parts.services.set(*service, ipv4Configuration,
-                                 QVariantMap{{QStringLiteral("Method"), QStringLiteral("auto")}});
-        }
-        becomeReady(service);
-    });
-}
-
-bool Connector::hasIpv6(const Service &service) const
-{
-    const QString method = service.method(ipv6Configuration);
-    return method == QLatin1String("manual") ||
-           (method == QLatin1String("auto") && !m_parts.neighbourhood.ipv6Address(service).isEmpty());
-}
-
-void Connector::becomeReady(const ServicePtr &service)
-{
-    ++service->attempt; // the attempt has ended: its time limit with it
-    m_parts.states.becomeReady(*service);
-    checkOnline(service);
-}
-
-// ConnMan looks for the internet over the default connection only.
-void Connector::checkOnline(const ServicePtr &service)
-{
-    if (m_parts.timings.online < 0 || service->state() != QLatin1String("ready") || !isDefault(service)) {
-        return;
-    }
-    later(service, m_parts.timings.online, [this, service] {
-        if (service->state() == QLatin1String("ready") && isDefault(service)) {
-            m_parts.states.becomeOnline(*service);
-        }
-    });
-}
-
-bool Connector::isDefault(const ServicePtr &service) const
-{
-    const QVector<ServicePtr> &services = m_parts.services.all();
-    return !services.isEmpty() && services.first() == service;
+    later(this, service, m_parts.timings.connect, [this, service] { giveUp(service); });
 }
 
 // The link is down at once, so the question whether to try again is taken back before anybody can have
@@ -284,7 +190,7 @@ void Connector::failToAssociate(const ServicePtr &service, const QString &error)
     m_parts.states.becomeIdle(*service);
     m_parts.agents.cancel(service->identifier);
     if (!isReported) {
-        later(service, m_parts.timings.connect, [this, service] { giveUp(service); });
+        later(this, service, m_parts.timings.connect, [this, service] { giveUp(service); });
     }
 }
 
@@ -334,15 +240,6 @@ void Connector::runAutoConnect()
             return;
         }
     }
-}
-
-void Connector::later(const ServicePtr &service, int milliseconds, const std::function<void()> &step)
-{
-    QTimer::singleShot(milliseconds, this, [service, attempt = service->attempt, step] {
-        if (service->attempt == attempt) {
-            step();
-        }
-    });
 }
 
 } // namespace simulator

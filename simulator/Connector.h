@@ -3,13 +3,13 @@
 #include "AgentRegistry.h"
 #include "Credentials.h"
 #include "Service.h"
-#include <functional>
 #include <optional>
 #include <QObject>
 #include <QTimer>
 
 namespace simulator {
 
+class Addressing;
 class Discovery;
 class ServiceList;
 class ServiceStates;
@@ -25,6 +25,7 @@ public:
     {
         ServiceList &services;
         ServiceStates &states;
+        Addressing &addressing;
         Discovery &discovery;
         AgentRegistry &agents;
         const Neighbourhood &neighbourhood;
@@ -40,12 +41,6 @@ public:
     std::optional<ErrorReply> removeService(const ServicePtr &service);
     /// Connects what is to be connected by itself, once the event loop runs again.
     void autoConnect();
-    /// Gets a service its addresses once more, after a change of its configuration.
-    void reconfigure(const ServicePtr &service);
-    /// The same for IPv6: an address of that kind connects a service that waits for one.
-    void reconfigureIpv6(const ServicePtr &service);
-    /// DHCP servers answer again: whoever waits for an address gets one.
-    void retryAddresses();
     /// A provisioning file came, which makes the network known, or went, which forgets it.
     void provision(const ServicePtr &service);
     void unprovision(const ServicePtr &service);
@@ -57,12 +52,6 @@ private:
     void forget(const ServicePtr &service);
     void freeInterface(const ServicePtr &service);
     void associate(const ServicePtr &service);
-    void configure(const ServicePtr &service);
-    void obtainAddresses(const ServicePtr &service);
-    bool hasIpv6(const Service &service) const;
-    void becomeReady(const ServicePtr &service);
-    void checkOnline(const ServicePtr &service);
-    bool isDefault(const ServicePtr &service) const;
     void failToAssociate(const ServicePtr &service, const QString &error);
     void giveUp(const ServicePtr &service);
     void complete(const ServicePtr &service);
@@ -82,8 +71,6 @@ private:
 
     static bool mayConnectByItself(const Service &service);
     void runAutoConnect();
-    /// Runs `step` after that time unless the service's attempt has ended by then.
-    void later(const ServicePtr &service, int milliseconds, const std::function<void()> &step);
 
     Parts m_parts;
     int m_openRequests = 0;

@@ -106,7 +106,7 @@ void Connector::searchHidden(const ServicePtr &service, const Credentials &crede
         service->refuseConnect(credentials.refusal.value_or(error::invalidArguments));
         return;
     }
-    later(service, m_parts.timings.scan,
+    later(this, service, m_parts.timings.scan,
           [this, service, credentials, connect] { joinFound(service, credentials, connect); });
 }
 

@@ -13,8 +13,9 @@ Connman::Connman(const QString &address, Instruments instruments, const Timings 
     , m_state(*this, m_services, m_technologies)
     , m_states(m_services, m_state, m_neighbourhood)
     , m_discovery(m_services)
-    , m_connector({m_services, m_states, m_discovery, m_agents, m_neighbourhood, m_timings})
-    , m_settings(m_services, m_states, m_connector)
+    , m_addressing(m_services, m_states, m_neighbourhood, m_timings)
+    , m_connector({m_services, m_states, m_addressing, m_discovery, m_agents, m_neighbourhood, m_timings})
+    , m_settings(m_services, m_states, m_addressing, m_connector)
     , m_radio({m_technologies, m_services, m_state, m_discovery, m_connector, m_neighbourhood, m_timings})
 {
     connect(this, &BusService::joined, this, &Connman::announceEverything);
@@ -67,7 +68,7 @@ void Connman::setAddressesServed(bool served)
 {
     m_neighbourhood.servesAddresses = served;
     if (served) {
-        m_connector.retryAddresses();
+        m_addressing.retry();
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Addressing.h"
 #include "AgentRegistry.h"
 #include "BusService.h"
 #include "Connector.h"
@@ -102,6 +103,7 @@ private:
     ManagerState m_state;
     ServiceStates m_states;
     Discovery m_discovery;
+    Addressing m_addressing;
     Connector m_connector;
     ServiceSettings m_settings;
     Radio m_radio;

@@ -18,6 +18,8 @@ inline const QString technologyInterface = QStringLiteral("net.connman.Technolog
 inline const QString agentInterface = QStringLiteral("net.connman.Agent");
 inline const QString servicePrefix = QStringLiteral("/net/connman/service/");
 inline const QString technologyPrefix = QStringLiteral("/net/connman/technology/");
+inline const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
+inline const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
 /// A service's "Error" when its credentials are wrong.
 inline const QString invalidKey = QStringLiteral("invalid-key");
 /// When it was refused otherwise; what ConnMan says of wrong enterprise credentials and of a wrong WPS PIN

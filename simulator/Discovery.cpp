@@ -9,8 +9,8 @@ namespace simulator {
 namespace {
 const QStringList keptProperties{QStringLiteral("Favorite"),
                                  QStringLiteral("AutoConnect"),
-                                 QStringLiteral("IPv4.Configuration"),
-                                 QStringLiteral("IPv6.Configuration"),
+                                 connman::ipv4Configuration,
+                                 connman::ipv6Configuration,
                                  QStringLiteral("Nameservers.Configuration"),
                                  QStringLiteral("Timeservers.Configuration"),
                                  QStringLiteral("Domains.Configuration"),

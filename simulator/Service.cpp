@@ -3,6 +3,7 @@
 #include "ConnmanWire.h"
 #include <QDBusArgument>
 #include <QStringList>
+#include <QTimer>
 #include <utility>
 
 namespace simulator {
@@ -21,9 +22,9 @@ QVariantMap commonProperties()
     return {{QStringLiteral("State"), QStringLiteral("idle")},
             {QStringLiteral("Immutable"), false},
             {QStringLiteral("IPv4"), QVariantMap()},
-            {QStringLiteral("IPv4.Configuration"), ipv4Configuration},
+            {connman::ipv4Configuration, ipv4Configuration},
             {QStringLiteral("IPv6"), QVariantMap()},
-            {QStringLiteral("IPv6.Configuration"), ipv6Configuration},
+            {connman::ipv6Configuration, ipv6Configuration},
             {QStringLiteral("Nameservers"), QStringList()},
             {QStringLiteral("Nameservers.Configuration"), QStringList()},
             {QStringLiteral("Timeservers"), QStringList()},
@@ -95,6 +96,15 @@ QString Service::method(const QString &configuration) const
     const QVariant value = properties.value(configuration);
     const auto dictionary = qdbus_cast<QVariantMap>(value);
     return dictionary.value(QStringLiteral("Method")).toString();
+}
+
+void later(QObject *context, const ServicePtr &service, int milliseconds, const std::function<void()> &step)
+{
+    QTimer::singleShot(milliseconds, context, [service, attempt = service->attempt, step] {
+        if (service->attempt == attempt) {
+            step();
+        }
+    });
 }
 
 QVariantMap newServiceProperties(const QString &identifier, const QString &cardAddress)

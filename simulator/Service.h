@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Call.h"
+#include <functional>
 #include <memory>
 #include <optional>
 #include <QString>
@@ -60,6 +61,9 @@ struct Service
     QString method(const QString &configuration) const;
 };
 using ServicePtr = std::shared_ptr<Service>;
+
+/// Runs `step` after that time, unless the service's attempt or `context` has ended by then.
+void later(QObject *context, const ServicePtr &service, int milliseconds, const std::function<void()> &step);
 
 /// The properties ConnMan 1.41 gives a new service; the type is told from the identifier's prefix.
 QVariantMap newServiceProperties(const QString &identifier,

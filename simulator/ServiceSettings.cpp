@@ -1,5 +1,6 @@
 #include "ServiceSettings.h"
 
+#include "Addressing.h"
 #include "Connector.h"
 #include "ConnmanErrors.h"
 #include "IpConfiguration.h"
@@ -16,13 +17,13 @@ const QString timeserversConfiguration = QStringLiteral("Timeservers.Configurati
 const QString domainsConfiguration = QStringLiteral("Domains.Configuration");
 const QString proxyConfiguration = QStringLiteral("Proxy.Configuration");
 const QString mdnsConfiguration = QStringLiteral("mDNS.Configuration");
-const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
-const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
 } // namespace
 
-ServiceSettings::ServiceSettings(ServiceList &services, ServiceStates &states, Connector &connector)
+ServiceSettings::ServiceSettings(ServiceList &services, ServiceStates &states, Addressing &addressing,
+                                 Connector &connector)
     : m_services(services)
     , m_states(states)
+    , m_addressing(addressing)
     , m_connector(connector)
 {
 }
@@ -34,8 +35,8 @@ std::optional<ErrorReply> ServiceSettings::set(const ServicePtr &service, const 
         return setAutoConnect(service, value);
     }
     static const QStringList settable{
-        nameserversConfiguration, timeserversConfiguration, domainsConfiguration, proxyConfiguration,
-        mdnsConfiguration,        ipv4Configuration,        ipv6Configuration};
+        nameserversConfiguration, timeserversConfiguration,   domainsConfiguration,      proxyConfiguration,
+        mdnsConfiguration,        connman::ipv4Configuration, connman::ipv6Configuration};
     if (!settable.contains(property)) {
         return error::invalidProperty;
     }
@@ -45,10 +46,10 @@ std::optional<ErrorReply> ServiceSettings::set(const ServicePtr &service, const 
     if (property == nameserversConfiguration) {
         return setNameservers(service, value);
     }
-    if (property == ipv4Configuration) {
+    if (property == connman::ipv4Configuration) {
         return setIpv4(service, value);
     }
-    if (property == ipv6Configuration) {
+    if (property == connman::ipv6Configuration) {
         return setIpv6(service, value);
     }
     if (property == proxyConfiguration) {
@@ -139,10 +140,10 @@ std::optional<ErrorReply> ServiceSettings::setIpv4(const ServicePtr &service, co
         m_states.configure(*service);
     }
     m_services.set(*service, QStringLiteral("IPv4"), QVariantMap());
-    m_services.set(*service, ipv4Configuration, configuration.shown);
+    m_services.set(*service, connman::ipv4Configuration, configuration.shown);
     if (isActive) {
         service->isReconfigured = true;
-        m_connector.reconfigure(service);
+        m_addressing.reconfigure(service);
     }
     return std::nullopt;
 }
@@ -155,8 +156,8 @@ std::optional<ErrorReply> ServiceSettings::setIpv6(const ServicePtr &service, co
         return configuration.refusal;
     }
     m_services.set(*service, QStringLiteral("IPv6"), QVariantMap());
-    m_services.set(*service, ipv6Configuration, configuration.shown);
-    m_connector.reconfigureIpv6(service);
+    m_services.set(*service, connman::ipv6Configuration, configuration.shown);
+    m_addressing.reconfigureIpv6(service);
     return std::nullopt;
 }
 

@@ -5,6 +5,7 @@
 
 namespace simulator {
 
+class Addressing;
 class Connector;
 class ServiceList;
 class ServiceStates;
@@ -13,7 +14,8 @@ class ServiceStates;
 class ServiceSettings
 {
 public:
-    ServiceSettings(ServiceList &services, ServiceStates &states, Connector &connector);
+    ServiceSettings(ServiceList &services, ServiceStates &states, Addressing &addressing,
+                    Connector &connector);
 
     /// Nothing when the property has been set, otherwise why not.
     std::optional<ErrorReply> set(const ServicePtr &service, const QString &property, const QVariant &value);
@@ -30,6 +32,7 @@ private:
 
     ServiceList &m_services;
     ServiceStates &m_states;
+    Addressing &m_addressing;
     Connector &m_connector;
 };
 

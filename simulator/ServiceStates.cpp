@@ -12,8 +12,6 @@ namespace simulator {
 namespace {
 const QString ipv4Property = QStringLiteral("IPv4");
 const QString ipv6Property = QStringLiteral("IPv6");
-const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
-const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
 const QString nameserversProperty = QStringLiteral("Nameservers");
 const QString nameserversConfiguration = QStringLiteral("Nameservers.Configuration");
 const QString method = QStringLiteral("Method");
@@ -166,7 +164,7 @@ void ServiceStates::clearAddresses(Service &service)
 
 QVariantMap ServiceStates::ipv4(const Service &service) const
 {
-    const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(ipv4Configuration));
+    const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(connman::ipv4Configuration));
     const QString configured = configuration.value(method).toString();
     if (configured == QLatin1String("off")) {
         return {};
@@ -192,7 +190,7 @@ QVariantMap ServiceStates::ipv4(const Service &service) const
 QVariantMap ServiceStates::ipv6(const Service &service) const
 {
     constexpr uchar prefixLength = 64;
-    const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(ipv6Configuration));
+    const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(connman::ipv6Configuration));
     const QString configured = configuration.value(method).toString();
     if (configured == QLatin1String("manual")) {
         return configuration;
@@ -213,7 +211,7 @@ QStringList ServiceStates::nameservers(const Service &service) const
     if (!configured.isEmpty()) {
         return configured;
     }
-    const bool hasLease = service.method(ipv4Configuration) == QLatin1String("dhcp");
+    const bool hasLease = service.method(connman::ipv4Configuration) == QLatin1String("dhcp");
     const std::optional<Lease> lease = hasLease ? m_neighbourhood.lease(service) : std::nullopt;
     return lease ? lease->nameservers : QStringList();
 }
