@@ -89,11 +89,6 @@ QVariantMap ScriptService::serviceProperties(const QString &identifier)
     return service != nullptr ? service->properties : QVariantMap();
 }
 
-QStringList ScriptService::services()
-{
-    return m_device.connman.services().identifiers();
-}
-
 void ScriptService::addTechnology(const QString &name, const QVariantMap &properties)
 {
     TechnologyList &technologies = m_device.connman.technologies();
@@ -130,12 +125,6 @@ void ScriptService::removeTechnologyProperty(const QString &name, const QString 
     }
 }
 
-void ScriptService::emitSignal(const QDBusObjectPath &path, const QString &interface, const QString &member,
-                               const QVariantList &arguments)
-{
-    m_device.connman.emitSignal(path.path(), interface, member, arguments);
-}
-
 QString ScriptService::addNetwork(const QVariantMap &options)
 {
     if (options.value(QStringLiteral("ssid")).toString().isEmpty()) {
@@ -157,26 +146,6 @@ void ScriptService::setInReach(const QString &ssid, bool inReach)
     if (!m_device.connman.setInReach(ssid, inReach)) {
         refuse(QStringLiteral("No such network: ") + ssid);
     }
-}
-
-void ScriptService::setCable(bool plugged, const QVariantMap &options)
-{
-    m_device.connman.setCable(Cable::fromOptions(plugged, options));
-}
-
-void ScriptService::setAddressesServed(bool served)
-{
-    m_device.connman.setAddressesServed(served);
-}
-
-void ScriptService::setHardwareAddress(const QString &address)
-{
-    m_device.connman.setHardwareAddress(address);
-}
-
-void ScriptService::setConnmanDirectory(const QString &path)
-{
-    m_device.connman.setDirectory(path);
 }
 
 QString ScriptService::storedPassphrase(const QString &identifier)

@@ -64,13 +64,8 @@ void ScriptService::setPresent(const QString &name, bool present)
 
 void ScriptService::restartConnman()
 {
-    m_device.connman.stop();
+    stopConnman();
     startConnman();
-}
-
-void ScriptService::stopConnman()
-{
-    m_device.connman.stop();
 }
 
 void ScriptService::startConnman()
@@ -87,16 +82,6 @@ void ScriptService::eraseConnman()
     } else {
         m_device.connman.erase();
     }
-}
-
-void ScriptService::setConfigurationReply(const QVariantMap &reply)
-{
-    m_device.configurationManager.setReply(reply);
-}
-
-void ScriptService::setSerialNumber(int serialNumber)
-{
-    m_device.configurationManager.setSerialNumber(serialNumber);
 }
 
 uint ScriptService::injectFault(const QString &interface, const QString &member, const QString &path,
@@ -116,31 +101,6 @@ uint ScriptService::faultFired(uint id)
         refuse(QStringLiteral("No such fault: ") + QString::number(id));
     }
     return m_device.faults.timesFired(id);
-}
-
-void ScriptService::clearFaults()
-{
-    m_device.faults.clear();
-}
-
-QStringList ScriptService::calls()
-{
-    return m_device.calls.lines();
-}
-
-void ScriptService::clearCalls()
-{
-    m_device.calls.clear();
-}
-
-QStringList ScriptService::speech()
-{
-    return m_device.speech.lines();
-}
-
-QList<QDBusObjectPath> ScriptService::agents()
-{
-    return m_device.connman.agents().paths();
 }
 
 // Answered later: the agent may be the very program that waits for this answer.

@@ -39,46 +39,52 @@ public:
                             bool silent);
     void removeServiceProperty(const QString &identifier, const QString &name);
     QVariantMap serviceProperties(const QString &identifier);
-    QStringList services();
+    QStringList services() const { return m_device.connman.services().identifiers(); }
     void addTechnology(const QString &name, const QVariantMap &properties);
     void removeTechnology(const QString &name);
     void setTechnologyProperty(const QString &name, const QString &property, const QDBusVariant &value,
                                bool silent);
     void removeTechnologyProperty(const QString &name, const QString &property);
     void emitSignal(const QDBusObjectPath &path, const QString &interface, const QString &member,
-                    const QVariantList &arguments);
+                    const QVariantList &arguments) const
+    {
+        m_device.connman.emitSignal(path.path(), interface, member, arguments);
+    }
 
     // The world
     QString addNetwork(const QVariantMap &options);
     void removeNetwork(const QString &ssid);
     void setInReach(const QString &ssid, bool inReach);
-    void setCable(bool plugged, const QVariantMap &options);
-    void setAddressesServed(bool served);
-    void setHardwareAddress(const QString &address);
-    void setConnmanDirectory(const QString &path);
+    void setCable(bool plugged, const QVariantMap &options)
+    {
+        m_device.connman.setCable(Cable::fromOptions(plugged, options));
+    }
+    void setAddressesServed(bool served) { m_device.connman.setAddressesServed(served); }
+    void setHardwareAddress(const QString &address) { m_device.connman.setHardwareAddress(address); }
+    void setConnmanDirectory(const QString &path) { m_device.connman.setDirectory(path); }
     void setTiming(const QString &name, int milliseconds);
 
     // Presence
     void setPresent(const QString &name, bool present);
     void restartConnman();
-    void stopConnman();
+    void stopConnman() { m_device.connman.stop(); }
     void startConnman();
     void eraseConnman();
     QString storedPassphrase(const QString &identifier);
-    void setConfigurationReply(const QVariantMap &reply);
-    void setSerialNumber(int serialNumber);
+    void setConfigurationReply(const QVariantMap &reply) { m_device.configurationManager.setReply(reply); }
+    void setSerialNumber(int serialNumber) { m_device.configurationManager.setSerialNumber(serialNumber); }
 
     // Faults
     uint injectFault(const QString &interface, const QString &member, const QString &path, uint count,
                      const QVariantMap &fault);
     uint faultFired(uint id);
-    void clearFaults();
+    void clearFaults() { m_device.faults.clear(); }
 
     // Observation
-    QStringList calls();
-    void clearCalls();
-    QStringList speech();
-    QList<QDBusObjectPath> agents();
+    QStringList calls() const { return m_device.calls.lines(); }
+    void clearCalls() { m_device.calls.clear(); }
+    QStringList speech() const { return m_device.speech.lines(); }
+    QList<QDBusObjectPath> agents() const { return m_device.connman.agents().paths(); }
     QVariantList callAgent(const QString &member, const QVariantList &arguments, QString &error);
 
 private:
