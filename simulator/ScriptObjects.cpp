@@ -3,8 +3,6 @@
 
 #include "ScriptService.h"
 
-#include <QDBusArgument>
-
 namespace simulator {
 
 namespace {

@@ -1,12 +1,10 @@
 #include "SimulatorClient.h"
 #include "Text.h"
 
-#include <QDBusArgument>
 #include <QDBusConnectionInterface>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusServiceWatcher>
-#include <QDBusVariant>
 #include <QDebug>
 #include <QEventLoop>
 #include <QTimer>

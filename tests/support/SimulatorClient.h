@@ -5,7 +5,9 @@
 #include "scriptproxy.h"
 #include <memory>
 #include <QDBusConnection>
+#include <QDBusError>
 #include <QDBusObjectPath>
+#include <QDBusVariant>
 #include <QObject>
 #include <QStringList>
 #include <QVariantMap>
@@ -137,6 +139,7 @@ private:
     void start(const QString &address, Timings timings);
     bool waitForName();
     static void reportRefusal(const QDBusError &error);
+    /// The reply once it has come.
     template <typename Reply>
     static Reply answered(Reply reply)
     {
