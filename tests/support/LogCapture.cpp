@@ -8,6 +8,38 @@ namespace test_support {
 
 namespace {
 LogCapture *current = nullptr;
+
+QString typeName(QtMsgType type)
+{
+    switch (type) {
+    case QtDebugMsg:
+        return "debug"_s;
+    case QtInfoMsg:
+        return "info"_s;
+    case QtWarningMsg:
+        return "warning"_s;
+    case QtCriticalMsg:
+        return "critical"_s;
+    case QtFatalMsg:
+        return "fatal"_s;
+    }
+    return {};
+}
+} // namespace
+
+QString LogMessage::line() const
+{
+    return "%1 %2: %3"_s.arg(typeName(type), category, text);
+}
+
+QString critical(const QString &category, const QString &text)
+{
+    return LogMessage{QtCriticalMsg, category, text}.line();
+}
+
+QString warning(const QString &category, const QString &text)
+{
+    return LogMessage{QtWarningMsg, category, text}.line();
 }
 
 LogCapture::LogCapture()
@@ -50,6 +82,17 @@ QStringList LogCapture::lines(const QString &category, QtMsgType type) const
     for (const LogMessage &message : messages()) {
         if (message.category == category && message.type == type) {
             result.append(message.text);
+        }
+    }
+    return result;
+}
+
+QStringList LogCapture::complaints() const
+{
+    QStringList result;
+    for (const LogMessage &message : messages()) {
+        if (message.type == QtWarningMsg || message.type == QtCriticalMsg) {
+            result.append(message.line());
         }
     }
     return result;

@@ -13,7 +13,14 @@ struct LogMessage
     QtMsgType type = QtDebugMsg;
     QString category;
     QString text;
+
+    /// "<type> <category>: <text>".
+    QString line() const;
 };
+
+/// The lines of a critical message and of a warning.
+QString critical(const QString &category, const QString &text);
+QString warning(const QString &category, const QString &text);
 
 /// Records everything logged while it lives, from every thread. What was recorded goes on to the previous
 /// message handler only when the test has failed by the time the capture ends, or at once when the
@@ -30,6 +37,8 @@ public:
     /// The texts of one category ("default" for messages without one), in order; of one type only, if given.
     QStringList lines(const QString &category) const;
     QStringList lines(const QString &category, QtMsgType type) const;
+    /// All warnings and critical messages as lines, in order.
+    QStringList complaints() const;
     /// Whether any message has `text` in it.
     bool contains(const QString &text) const;
     bool contains(QtMsgType type, const QString &category, const QString &text) const;

@@ -1,10 +1,10 @@
 // Letting ConnMan's announcements in, and nothing else, while the event loop stands still; and what becomes
 // of the services when ConnMan goes.
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ConnmanTechnology.h"
 #include "ManagerAnnouncements.h"
-#include "MirrorWorld.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -14,6 +14,7 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace test_support;
 using namespace std::chrono_literals;
 using State = ConnmanService::State;
 
@@ -28,11 +29,11 @@ constexpr auto LongLimit = 60s;
 constexpr qint64 EarlyMs = 30000;
 
 /// A manager whose first fill is over.
-std::unique_ptr<ConnmanManager> filledManager(MirrorWorld &world)
+std::unique_ptr<ConnmanManager> filledManager(ConnmanFixture &fixture)
 {
-    auto manager = std::make_unique<ConnmanManager>(world.connection(), nullptr);
+    auto manager = std::make_unique<ConnmanManager>(fixture.connection(), nullptr);
     QCoreApplication::processEvents();
-    world.simulator().clearCalls();
+    fixture.connman().clearCalls();
     return manager;
 }
 
@@ -43,7 +44,7 @@ bool never()
 
 } // namespace
 
-class AnnouncementsTest : public QObject
+class AnnouncementsTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -69,11 +70,10 @@ private slots:
 
 void AnnouncementsTest::queuedAnnouncementIsDeliveredOnDemand()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
-    const QDBusObjectPath path = world.simulator().addService(Service);
-    world.emitServicesChanged({path.path()}, {});
-    world.receive();
+    const auto manager = filledManager(*this);
+    const QDBusObjectPath path = connman().addService(Service);
+    emitServicesChanged({path.path()}, {});
+    receive();
     QVERIFY(manager->services().isEmpty());
     manager->deliverAnnouncements();
     QCOMPARE(registeredPaths(*manager), {path.path()});
@@ -81,9 +81,8 @@ void AnnouncementsTest::queuedAnnouncementIsDeliveredOnDemand()
 
 void AnnouncementsTest::firstFillIsDeliveredOnDemand()
 {
-    MirrorWorld world;
-    const QDBusObjectPath path = world.addService(Service);
-    ConnmanManager manager(world.connection(), nullptr);
+    const QDBusObjectPath path = addService(Service);
+    ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.services().isEmpty());
     manager.deliverAnnouncements();
     QCOMPARE(registeredPaths(manager), {path.path()});
@@ -91,11 +90,10 @@ void AnnouncementsTest::firstFillIsDeliveredOnDemand()
 
 void AnnouncementsTest::queuedAnnouncementIsHandledBeforeTheFirstLook()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
-    const QDBusObjectPath path = world.simulator().addService(Service);
-    world.emitServicesChanged({path.path()}, {});
-    world.receive();
+    const auto manager = filledManager(*this);
+    const QDBusObjectPath path = connman().addService(Service);
+    emitServicesChanged({path.path()}, {});
+    receive();
     QStringList seenFirst;
     manager->awaitAnnouncements(QDeadlineTimer(LongLimit), [&] {
         seenFirst = registeredPaths(*manager);
@@ -106,12 +104,11 @@ void AnnouncementsTest::queuedAnnouncementIsHandledBeforeTheFirstLook()
 
 void AnnouncementsTest::announcementThatComesLaterEndsTheWait()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
-    world.simulator().setTiming("scan"_s, 10);
-    world.simulator().setTiming("announce"_s, 100);
-    world.simulator().addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
-    const ConnmanTechnology wifi(world.connection(), "wifi"_s, nullptr);
+    const auto manager = filledManager(*this);
+    connman().setTiming("scan"_s, 10);
+    connman().setTiming("announce"_s, 100);
+    connman().addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
+    const ConnmanTechnology wifi(connection(), "wifi"_s, nullptr);
     QVERIFY(wifi.scan());
     QVERIFY(manager->services().isEmpty());
     QElapsedTimer elapsed;
@@ -123,34 +120,31 @@ void AnnouncementsTest::announcementThatComesLaterEndsTheWait()
 
 void AnnouncementsTest::unrelatedAnnouncementsDoNotEndTheWait()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
-    world.emitServicesChanged({}, {});
-    world.receive();
-    world.simulator().setTiming("announce"_s, 100);
-    world.simulator().addService(Service);
-    world.emitServicesChanged({}, {});
-    world.emitServicesChanged({}, {"/net/connman/service/nothing"_s});
+    const auto manager = filledManager(*this);
+    emitServicesChanged({}, {});
+    receive();
+    connman().setTiming("announce"_s, 100);
+    connman().addService(Service);
+    emitServicesChanged({}, {});
+    emitServicesChanged({}, {"/net/connman/service/nothing"_s});
     QElapsedTimer elapsed;
     elapsed.start();
-    manager->awaitAnnouncements(QDeadlineTimer(LongLimit), [&] {
-        return registeredPaths(*manager).contains(MirrorWorld::pathOf(Service));
-    });
+    manager->awaitAnnouncements(QDeadlineTimer(LongLimit),
+                                [&] { return registeredPaths(*manager).contains(pathOf(Service)); });
     QVERIFY(elapsed.elapsed() < EarlyMs);
-    QVERIFY(registeredPaths(*manager).contains(MirrorWorld::pathOf(Service)));
+    QVERIFY(registeredPaths(*manager).contains(pathOf(Service)));
 }
 
 void AnnouncementsTest::announcementsThatWereQueuedCountAsOneLook()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
-    world.emitServicesChanged({}, {});
-    world.emitServicesChanged({}, {});
-    world.receive();
+    const auto manager = filledManager(*this);
+    emitServicesChanged({}, {});
+    emitServicesChanged({}, {});
+    receive();
     int looks = 0;
     manager->awaitAnnouncements(QDeadlineTimer(LongLimit), [&] {
         if (++looks < 4) {
-            world.emitServicesChanged({}, {});
+            emitServicesChanged({}, {});
         }
         return looks == 4;
     });
@@ -159,8 +153,7 @@ void AnnouncementsTest::announcementsThatWereQueuedCountAsOneLook()
 
 void AnnouncementsTest::withoutAnAnnouncementTheDeadlineEndsTheWait()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
+    const auto manager = filledManager(*this);
     QElapsedTimer elapsed;
     elapsed.start();
     manager->awaitAnnouncements(QDeadlineTimer(Limit), never);
@@ -170,28 +163,25 @@ void AnnouncementsTest::withoutAnAnnouncementTheDeadlineEndsTheWait()
 
 void AnnouncementsTest::passedDeadlineStillDeliversWhatIsQueued()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
-    const QDBusObjectPath path = world.simulator().addService(Service);
-    world.emitServicesChanged({path.path()}, {});
-    world.receive();
+    const auto manager = filledManager(*this);
+    const QDBusObjectPath path = connman().addService(Service);
+    emitServicesChanged({path.path()}, {});
+    receive();
     manager->awaitAnnouncements(QDeadlineTimer(0), never);
     QCOMPARE(registeredPaths(*manager), {path.path()});
 }
 
 void AnnouncementsTest::nothingIsAskedOfConnmanWithoutAnAnnouncement()
 {
-    MirrorWorld world;
-    world.addService(Service);
-    const auto manager = filledManager(world);
+    addService(Service);
+    const auto manager = filledManager(*this);
     manager->awaitAnnouncements(QDeadlineTimer(20ms), never);
-    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
 }
 
 void AnnouncementsTest::eventsOfOtherObjectsWaitForTheEventLoop()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
+    const auto manager = filledManager(*this);
     QObject other;
     bool isDelivered = false;
     QMetaObject::invokeMethod(
@@ -204,11 +194,10 @@ void AnnouncementsTest::eventsOfOtherObjectsWaitForTheEventLoop()
 
 void AnnouncementsTest::propertyChangesOfServicesWaitForTheEventLoop()
 {
-    MirrorWorld world;
-    world.addService(Service, {{"Name"_s, "Home"_s}});
-    const auto manager = filledManager(world);
+    addService(Service, {{"Name"_s, "Home"_s}});
+    const auto manager = filledManager(*this);
     const auto service = manager->services().constFirst();
-    world.emitPropertyChanged(service->path(), "Name"_s, "Renamed"_s);
+    emitPropertyChanged(service->path(), "Name"_s, "Renamed"_s);
     manager->awaitAnnouncements(QDeadlineTimer(Limit), never);
     QCOMPARE(service->name(), "Home"_s);
     QTRY_COMPARE(service->name(), "Renamed"_s);
@@ -216,8 +205,7 @@ void AnnouncementsTest::propertyChangesOfServicesWaitForTheEventLoop()
 
 void AnnouncementsTest::timersWaitForTheEventLoop()
 {
-    MirrorWorld world;
-    const auto manager = filledManager(world);
+    const auto manager = filledManager(*this);
     bool isFired = false;
     QTimer::singleShot(1, manager.get(), [&isFired] { isFired = true; });
     manager->awaitAnnouncements(QDeadlineTimer(20ms), never);
@@ -227,57 +215,50 @@ void AnnouncementsTest::timersWaitForTheEventLoop()
 
 void AnnouncementsTest::servicesOfAConnmanThatHasGoneAreForgotten()
 {
-    MirrorWorld world;
-    world.addService(Service, {{"State"_s, "ready"_s}});
-    RecordedManager filled(world);
+    addService(Service, {{"State"_s, "ready"_s}});
+    RecordedManager filled(*this);
     QCOMPARE(filled.interfaceLines(), {interfaceIs("wlan0"_s, State::Ready)});
     filled.forget();
-    world.simulator().setPresent(ConnmanName, false);
+    connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
     QCOMPARE(filled.announcements.lines(), {interfaceIs("wlan0"_s, State::Unknown)});
-    QCOMPARE(world.debugLines("ConnmanManager.services"_s),
-             {"Removing service \"%1\""_s.arg(MirrorWorld::pathOf(Service))});
+    QCOMPARE(debugLines("ConnmanManager.services"_s), {"Removing service \"%1\""_s.arg(pathOf(Service))});
 }
 
 void AnnouncementsTest::forgettingThemAsksNothing()
 {
-    MirrorWorld world;
-    world.addService(Service);
-    RecordedManager filled(world);
-    filled.forget();
-    world.simulator().setPresent(ConnmanName, false);
+    addService(Service);
+    FilledManager filled(*this);
+    connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
-    QCOMPARE(world.simulator().calls(), QStringList());
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(calls(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void AnnouncementsTest::returnOfConnmanFillsTheRegistryByItsOwnAnnouncement()
 {
-    MirrorWorld world;
-    world.addService(Service);
-    RecordedManager filled(world);
-    world.simulator().setPresent(ConnmanName, false);
+    addService(Service);
+    RecordedManager filled(*this);
+    connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
     filled.forget();
-    world.simulator().setPresent(ConnmanName, true);
-    QTRY_COMPARE(registeredPaths(filled.manager), QStringList(MirrorWorld::pathOf(Service)));
-    QCOMPARE(world.simulator().calls(),
-             QStringList(MirrorWorld::getPropertiesCall(MirrorWorld::pathOf(Service))));
+    connman().setPresent(ConnmanName, true);
+    QTRY_COMPARE(registeredPaths(filled.manager), QStringList(pathOf(Service)));
+    QCOMPARE(calls(), QStringList(getPropertiesCall(pathOf(Service))));
 }
 
 void AnnouncementsTest::goneAndBackAreToldInTheirOrderOnDemand()
 {
-    MirrorWorld world;
-    world.addService(Service);
-    RecordedManager filled(world);
-    world.simulator().setPresent(ConnmanName, false);
-    world.simulator().removeService(Service);
-    world.simulator().setPresent(ConnmanName, true);
-    world.simulator().addService(Other);
-    world.emitServicesChanged({MirrorWorld::pathOf(Other)}, {});
-    world.receive();
+    addService(Service);
+    RecordedManager filled(*this);
+    connman().setPresent(ConnmanName, false);
+    connman().removeService(Service);
+    connman().setPresent(ConnmanName, true);
+    connman().addService(Other);
+    emitServicesChanged({pathOf(Other)}, {});
+    receive();
     filled.manager.deliverAnnouncements();
-    QCOMPARE(registeredPaths(filled.manager), {MirrorWorld::pathOf(Other)});
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(Other)});
 }
 
 static const Suite<AnnouncementsTest> suite;

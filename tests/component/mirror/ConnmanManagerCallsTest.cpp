@@ -1,15 +1,15 @@
 // What ConnmanManager asks of ConnMan beside the services, and its own signals.
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
-#include "MirrorWorld.h"
+#include "OwnMethods.h"
 #include "Suite.h"
 #include "Text.h"
 
 #include <QTest>
 
-using test_support::Fault;
-using test_support::FaultKind;
+using namespace test_support;
 
 namespace {
 
@@ -41,7 +41,7 @@ FaultKind notToday()
 
 } // namespace
 
-class ConnmanManagerCallsTest : public QObject
+class ConnmanManagerCallsTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -71,8 +71,7 @@ private slots:
 
 void ConnmanManagerCallsTest::namesAreConnmans()
 {
-    MirrorWorld world;
-    const ConnmanManager manager(world.connection(), nullptr);
+    const ConnmanManager manager(connection(), nullptr);
     QCOMPARE(manager.serviceName(), "net.connman"_s);
     QCOMPARE(manager.serviceObject(), "/"_s);
     QCOMPARE(manager.interfaceName(), "net.connman.Manager"_s);
@@ -90,53 +89,48 @@ void ConnmanManagerCallsTest::signalsAndSlotsHaveTheirOrder()
 
 void ConnmanManagerCallsTest::interfaceStateHasItsMetaTypeName()
 {
-    MirrorWorld world;
-    const ConnmanManager manager(world.connection(), nullptr);
+    const ConnmanManager manager(connection(), nullptr);
     QCOMPARE(QMetaType::type("InterfaceState"), qMetaTypeId<ConnmanManager::InterfaceState>());
 }
 
 void ConnmanManagerCallsTest::constructionLogsOneDebugLine()
 {
-    MirrorWorld world;
-    const ConnmanManager manager(world.connection(), nullptr);
-    QCOMPARE(world.debugLines(ManagerLog), {"ConnmanManager()"_s});
-    QCOMPARE(world.log().messages().size(), 1);
-    QCOMPARE(world.simulator().calls(), QStringList());
+    const ConnmanManager manager(connection(), nullptr);
+    QCOMPARE(debugLines(ManagerLog), {"ConnmanManager()"_s});
+    QCOMPARE(log().messages().size(), 1);
+    QCOMPARE(calls(), QStringList());
 }
 
 void ConnmanManagerCallsTest::constructionLogsBeforeItSubscribes()
 {
-    MirrorWorld world;
-    const ConnmanManager manager(MirrorWorld::noConnection(), nullptr);
-    const auto messages = world.log().messages();
+    const ConnmanManager manager(noConnection(), nullptr);
+    const auto messages = log().messages();
     QCOMPARE(messages.size(), 3);
     QCOMPARE(messages.constFirst().type, QtDebugMsg);
 }
 
 void ConnmanManagerCallsTest::failedSubscriptionsAreOneLineEach()
 {
-    MirrorWorld world;
-    ConnmanManager manager(MirrorWorld::noConnection(), nullptr);
+    ConnmanManager manager(noConnection(), nullptr);
     const QString line = "Unable to connect %1 signal for \"net.connman\" \"/\" \"net.connman.Manager\""_s;
     const QStringList expected{critical(ManagerLog, line.arg("PropertyChanged"_s)),
                                critical(ManagerLog, line.arg("ServicesChanged"_s))};
-    QCOMPARE(world.complaints(), expected);
-    world.log().clear();
+    QCOMPARE(complaints(), expected);
+    log().clear();
     QVERIFY(!manager.updateServices());
-    QCOMPARE(world.complaints(),
+    QCOMPARE(complaints(),
              {critical(ServicesLog, "Call to GetServices failed: \"Not connected to D-Bus server\""_s)});
 }
 
 void ConnmanManagerCallsTest::connmanHasItsTechnologies()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.hasTechnology("wifi"_s));
-    world.simulator().removeTechnology("wifi"_s);
+    connman().removeTechnology("wifi"_s);
     QVERIFY(!manager.hasTechnology("wifi"_s));
-    world.simulator().addTechnology("wifi"_s);
+    connman().addTechnology("wifi"_s);
     QVERIFY(manager.hasTechnology("wifi"_s));
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanManagerCallsTest::technologyIsFoundByAPartOfItsPath_data()
@@ -164,107 +158,97 @@ void ConnmanManagerCallsTest::technologyIsFoundByAPartOfItsPath()
     QFETCH(QStringList, listed);
     QFETCH(QString, name);
     QFETCH(bool, expected);
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, GetTechnologies,
-                                                      FaultKind::reply({technologies(listed)}));
+    ConnmanManager manager(connection(), nullptr);
+    const Fault fault =
+        connman().injectFault(ManagerInterface, GetTechnologies, FaultKind::reply({technologies(listed)}));
     QCOMPARE(manager.hasTechnology(name), expected);
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanManagerCallsTest::technologyQueryIsOneCall()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     manager.hasTechnology("wifi"_s);
-    QCOMPARE(world.simulator().calls(), {"/ net.connman.Manager.GetTechnologies()"_s});
+    QCOMPARE(calls(), {"/ net.connman.Manager.GetTechnologies()"_s});
 }
 
 void ConnmanManagerCallsTest::failedTechnologyQueryIsOneLineAndFalse()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, GetTechnologies, notToday());
+    ConnmanManager manager(connection(), nullptr);
+    const Fault fault = connman().injectFault(ManagerInterface, GetTechnologies, notToday());
     QVERIFY(!manager.hasTechnology(QString()));
-    QCOMPARE(world.complaints(),
+    QCOMPARE(complaints(),
              {critical(TechnologyLog, "Call to GetTechnologies failed: \"Not \\\"today\\\"\""_s)});
 }
 
 void ConnmanManagerCallsTest::vanishedConnmanHasNoTechnology()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, GetTechnologies, FaultKind::vanish());
+    ConnmanManager manager(connection(), nullptr);
+    const Fault fault = connman().injectFault(ManagerInterface, GetTechnologies, FaultKind::vanish());
     QVERIFY(!manager.hasTechnology(QString()));
-    QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(
-        critical(TechnologyLog, "Call to GetTechnologies failed: "_s)));
+    QCOMPARE(complaints().size(), 1);
+    QVERIFY(
+        complaints().constFirst().startsWith(critical(TechnologyLog, "Call to GetTechnologies failed: "_s)));
 }
 
 void ConnmanManagerCallsTest::registeringTheAgentIsOneCall()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.registerAgent(agentPath()));
-    QCOMPARE(world.simulator().calls(), {"/ net.connman.Manager.RegisterAgent(objectpath \"/agent\")"_s});
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(calls(), {"/ net.connman.Manager.RegisterAgent(objectpath \"/agent\")"_s});
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanManagerCallsTest::registeredAgentIsKnownToConnman()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.registerAgent(agentPath()));
-    QCOMPARE(world.simulator().agents(), {agentPath()});
+    QCOMPARE(connman().agents(), {agentPath()});
 }
 
 void ConnmanManagerCallsTest::refusedAgentIsOneLineAndFalse()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault = world.simulator().injectFault(ManagerInterface, RegisterAgent, notToday());
+    ConnmanManager manager(connection(), nullptr);
+    const Fault fault = connman().injectFault(ManagerInterface, RegisterAgent, notToday());
     QVERIFY(!manager.registerAgent(agentPath()));
-    QCOMPARE(world.complaints(),
+    QCOMPARE(complaints(),
              {critical(ManagerLog,
                        "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": Not \"today\""_s)});
 }
 
 void ConnmanManagerCallsTest::agentRegisteredTwiceIsOneLineAndFalse()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.registerAgent(agentPath()));
     QVERIFY(!manager.registerAgent(agentPath()));
-    QCOMPARE(world.complaints(),
+    QCOMPARE(complaints(),
              {critical(ManagerLog,
                        "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": Already exists"_s)});
 }
 
 void ConnmanManagerCallsTest::agentWithoutConnmanIsOneLineAndFalse()
 {
-    MirrorWorld world;
-    ConnmanManager manager(MirrorWorld::noConnection(), nullptr);
-    world.log().clear();
+    ConnmanManager manager(noConnection(), nullptr);
+    log().clear();
     QVERIFY(!manager.registerAgent(agentPath()));
-    QCOMPARE(world.complaints(),
+    QCOMPARE(complaints(),
              {critical(ManagerLog, "Unable to call RegisterAgent(\"/agent\") on \"net.connman\": "
                                    "Not connected to D-Bus server"_s)});
 }
 
 void ConnmanManagerCallsTest::propertyOfTheManagerIsOnlyLogged()
 {
-    MirrorWorld world;
-    RecordedManager recorded(world);
+    RecordedManager recorded(*this);
     recorded.forget();
-    world.simulator().emitSignal("/"_s, ManagerInterface, "PropertyChanged"_s,
-                                 {"State"_s, QVariant::fromValue(QDBusVariant("online"_s))});
-    world.deliver();
-    QCOMPARE(world.debugLines("ConnmanManager.properties"_s),
+    connman().emitSignal("/"_s, ManagerInterface, "PropertyChanged"_s,
+                         {"State"_s, QVariant::fromValue(QDBusVariant("online"_s))});
+    deliver();
+    QCOMPARE(debugLines("ConnmanManager.properties"_s),
              {"PropertyChanged( \"State\" ,  QVariant(QString, \"online\") )"_s});
-    QCOMPARE(world.log().messages().size(), 1);
-    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(log().messages().size(), 1);
+    QCOMPARE(calls(), QStringList());
     QCOMPARE(recorded.announcements.lines(), QStringList());
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 static const Suite<ConnmanManagerCallsTest> suite;

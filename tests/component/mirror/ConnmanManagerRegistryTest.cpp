@@ -1,8 +1,8 @@
 // The registry of services: how ConnmanManager fills it and keeps it in step with ConnMan.
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
-#include "MirrorWorld.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -10,8 +10,7 @@
 #include <QDeadlineTimer>
 #include <QTest>
 
-using test_support::Fault;
-using test_support::FaultKind;
+using namespace test_support;
 using State = ConnmanService::State;
 
 namespace {
@@ -28,21 +27,6 @@ const QVariantMap &idle()
     return properties;
 }
 
-/// A manager that has filled its registry, with nothing recorded yet of what comes next.
-struct FilledManager : RecordedManager
-{
-    explicit FilledManager(MirrorWorld &mirrorWorld)
-        : RecordedManager(mirrorWorld)
-    {
-        forget();
-    }
-};
-
-QString path(const QString &identifier)
-{
-    return MirrorWorld::pathOf(identifier);
-}
-
 QString nonExistent(const QString &servicePath)
 {
     return warning(ServicesLog, "Trying to remove non-existant service \"%1\""_s.arg(servicePath));
@@ -50,7 +34,7 @@ QString nonExistent(const QString &servicePath)
 
 } // namespace
 
-class ConnmanManagerRegistryTest : public QObject
+class ConnmanManagerRegistryTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -79,21 +63,19 @@ private slots:
 
 void ConnmanManagerRegistryTest::registryIsEmptyUntilTheNextPassOfTheEventLoop()
 {
-    MirrorWorld world;
-    world.addService(A);
-    const ConnmanManager manager(world.connection(), nullptr);
+    addService(A);
+    const ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.services().isEmpty());
-    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
     QCoreApplication::processEvents();
-    QCOMPARE(registeredPaths(manager), {path(A)});
+    QCOMPARE(registeredPaths(manager), {pathOf(A)});
 }
 
 void ConnmanManagerRegistryTest::firstFillAnnouncesEveryServiceToReceiversConnectedAfterConstruction()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    world.addService(B, idle());
-    ConnmanManager manager(world.connection(), nullptr);
+    addService(A, idle());
+    addService(B, idle());
+    ConnmanManager manager(connection(), nullptr);
     const ManagerAnnouncements announcements(manager);
     QTRY_COMPARE(manager.services().size(), 2);
     const QStringList services = announcements.lines("added"_s);
@@ -104,61 +86,56 @@ void ConnmanManagerRegistryTest::firstFillAnnouncesEveryServiceToReceiversConnec
 
 void ConnmanManagerRegistryTest::firstFillReadsEachServiceOnce()
 {
-    MirrorWorld world;
-    world.addService(A);
-    world.addService(Wired);
-    const QStringList inConnmansOrder = world.simulator().services();
-    const ConnmanManager manager(world.connection(), nullptr);
+    addService(A);
+    addService(Wired);
+    const QStringList inConnmansOrder = connman().services();
+    const ConnmanManager manager(connection(), nullptr);
     QCoreApplication::processEvents();
     QStringList expected{GetServicesCall};
     for (const QString &identifier : inConnmansOrder) {
-        expected << MirrorWorld::getPropertiesCall(path(identifier));
+        expected << getPropertiesCall(pathOf(identifier));
     }
-    QCOMPARE(world.simulator().calls(), expected);
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(calls(), expected);
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanManagerRegistryTest::updateAddsWhatIsNewAndLeavesTheRestAlone()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
-    world.simulator().addService(B, idle());
+    addService(A, idle());
+    FilledManager filled(*this);
+    connman().addService(B, idle());
     QVERIFY(filled.manager.updateServices());
-    const QStringList expectedCalls{GetServicesCall, MirrorWorld::getPropertiesCall(path(B))};
-    QCOMPARE(world.simulator().calls(), expectedCalls);
-    const QStringList expectedPaths{path(A), path(B)};
+    const QStringList expectedCalls{GetServicesCall, getPropertiesCall(pathOf(B))};
+    QCOMPARE(calls(), expectedCalls);
+    const QStringList expectedPaths{pathOf(A), pathOf(B)};
     QCOMPARE(registeredPaths(filled.manager), expectedPaths);
     QCOMPARE(filled.announcements.lines("added"_s), {added(B)});
 }
 
 void ConnmanManagerRegistryTest::updateKeepsServicesThatConnmanNoLongerLists()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
-    world.simulator().removeService(A);
+    addService(A, idle());
+    FilledManager filled(*this);
+    connman().removeService(A);
     QVERIFY(filled.manager.updateServices());
-    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(A)});
 }
 
 void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
+    addService(A, idle());
+    FilledManager filled(*this);
     // An interface's new state that has yet to settle: any update would report it.
-    world.simulator().setServiceProperty(A, "State"_s, "ready"_s, true);
-    world.emitPropertyChanged(path(A), "State"_s, "ready"_s);
-    world.deliver();
+    connman().setServiceProperty(A, "State"_s, "ready"_s, true);
+    emitPropertyChanged(pathOf(A), "State"_s, "ready"_s);
+    deliver();
     filled.forget();
-    const Fault fault =
-        world.simulator().injectFault("net.connman.Manager"_s, "GetServices"_s,
-                                      FaultKind::error("net.connman.Error.Failed"_s, "Not today"_s));
+    const Fault fault = connman().injectFault("net.connman.Manager"_s, "GetServices"_s,
+                                              FaultKind::error("net.connman.Error.Failed"_s, "Not today"_s));
     QVERIFY(!filled.manager.updateServices());
-    QCOMPARE(world.complaints(), {critical(ServicesLog, "Call to GetServices failed: \"Not today\""_s)});
-    QCOMPARE(world.simulator().calls(), {QString(GetServicesCall)});
-    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+    QCOMPARE(complaints(), {critical(ServicesLog, "Call to GetServices failed: \"Not today\""_s)});
+    QCOMPARE(calls(), {QString(GetServicesCall)});
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(A)});
     QCOMPARE(filled.announcements.lines(), QStringList());
     QVERIFY(filled.manager.updateServices());
     QCOMPARE(filled.interfaceLines().size(), 1);
@@ -166,9 +143,8 @@ void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
 
 void ConnmanManagerRegistryTest::addedServiceIsAnnouncedFilledButNotYetRegistered()
 {
-    MirrorWorld world;
-    FilledManager filled(world);
-    const QDBusObjectPath servicePath = world.addService(A, {{"Name"_s, "Home"_s}});
+    FilledManager filled(*this);
+    const QDBusObjectPath servicePath = addService(A, {{"Name"_s, "Home"_s}});
     filled.manager.remService(servicePath);
     QString seenName;
     int seenServices = -1;
@@ -185,113 +161,103 @@ void ConnmanManagerRegistryTest::addedServiceIsAnnouncedFilledButNotYetRegistere
 
 void ConnmanManagerRegistryTest::addingAServiceAnnouncesItsStateFirst()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    ConnmanManager manager(world.connection(), nullptr);
+    addService(A, idle());
+    ConnmanManager manager(connection(), nullptr);
     const ManagerAnnouncements announcements(manager);
-    QVERIFY(manager.addService(QDBusObjectPath(path(A))));
+    QVERIFY(manager.addService(QDBusObjectPath(pathOf(A))));
     const QStringList expected{stateOf(A, State::Idle), added(A)};
     QCOMPARE(announcements.lines(), expected);
-    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path(A))});
+    QCOMPARE(calls(), {getPropertiesCall(pathOf(A))});
 }
 
 void ConnmanManagerRegistryTest::addingAServiceLogsOneDebugLine()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
-    manager.addService(QDBusObjectPath(path(A)));
-    QCOMPARE(world.debugLines(ServicesLog), {"Adding service \"%1\""_s.arg(path(A))});
+    ConnmanManager manager(connection(), nullptr);
+    manager.addService(QDBusObjectPath(pathOf(A)));
+    QCOMPARE(debugLines(ServicesLog), {"Adding service \"%1\""_s.arg(pathOf(A))});
 }
 
 void ConnmanManagerRegistryTest::addingAServiceIsLoggedBeforeTheServiceIsMade()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
-    world.log().clear();
-    manager.addService(QDBusObjectPath(path(A)));
-    const auto messages = world.log().messages();
+    ConnmanManager manager(connection(), nullptr);
+    log().clear();
+    manager.addService(QDBusObjectPath(pathOf(A)));
+    const auto messages = log().messages();
     QCOMPARE(messages.at(0).category, QString(ServicesLog));
     QCOMPARE(messages.at(1).category, "ConnmanService"_s);
 }
 
 void ConnmanManagerRegistryTest::addingAKnownServiceDoesNothing()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
+    addService(A, idle());
+    FilledManager filled(*this);
     const auto before = filled.manager.services();
-    QVERIFY(!filled.manager.addService(QDBusObjectPath(path(A))));
+    QVERIFY(!filled.manager.addService(QDBusObjectPath(pathOf(A))));
     QCOMPARE(filled.manager.services(), before);
-    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
     QCOMPARE(filled.announcements.lines(), QStringList());
-    QVERIFY(world.log().messages().isEmpty());
+    QVERIFY(log().messages().isEmpty());
 }
 
 void ConnmanManagerRegistryTest::addingAServiceThatConnmanDoesNotHaveRegistersItStateless()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     const ManagerAnnouncements announcements(manager);
-    QVERIFY(manager.addService(QDBusObjectPath(path(A))));
+    QVERIFY(manager.addService(QDBusObjectPath(pathOf(A))));
     QCOMPARE(announcements.lines(), {added(A)});
-    QCOMPARE(registeredPaths(manager), {path(A)});
-    QCOMPARE(world.complaints(), {critical("ConnmanService.properties"_s,
-                                           "Service-properties doesn't contain a value for State"_s)});
+    QCOMPARE(registeredPaths(manager), {pathOf(A)});
+    QCOMPARE(complaints(), {critical("ConnmanService.properties"_s,
+                                     "Service-properties doesn't contain a value for State"_s)});
 }
 
 void ConnmanManagerRegistryTest::removingAServiceOnlyForgetsIt()
 {
-    MirrorWorld world;
-    world.addService(A, {{"State"_s, "ready"_s}});
-    FilledManager filled(world);
-    filled.manager.remService(QDBusObjectPath(path(A)));
+    addService(A, {{"State"_s, "ready"_s}});
+    FilledManager filled(*this);
+    filled.manager.remService(QDBusObjectPath(pathOf(A)));
     QVERIFY(filled.manager.services().isEmpty());
     QCOMPARE(filled.announcements.lines(), QStringList());
-    QCOMPARE(world.simulator().calls(), QStringList());
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(calls(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanManagerRegistryTest::removingAServiceLogsOneDebugLine()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
-    filled.manager.remService(QDBusObjectPath(path(A)));
-    QCOMPARE(world.debugLines(ServicesLog), {"Removing service \"%1\""_s.arg(path(A))});
+    addService(A, idle());
+    FilledManager filled(*this);
+    filled.manager.remService(QDBusObjectPath(pathOf(A)));
+    QCOMPARE(debugLines(ServicesLog), {"Removing service \"%1\""_s.arg(pathOf(A))});
 }
 
 void ConnmanManagerRegistryTest::removingAnUnknownServiceIsAWarningAndNothingElse()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
-    filled.manager.remService(QDBusObjectPath(path(B)));
-    QCOMPARE(world.complaints(), {nonExistent(path(B))});
-    QCOMPARE(world.log().messages().size(), 1);
-    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+    addService(A, idle());
+    FilledManager filled(*this);
+    filled.manager.remService(QDBusObjectPath(pathOf(B)));
+    QCOMPARE(complaints(), {nonExistent(pathOf(B))});
+    QCOMPARE(log().messages().size(), 1);
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(A)});
     QCOMPARE(filled.announcements.lines(), QStringList());
-    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
 }
 
 void ConnmanManagerRegistryTest::removedServiceThatIsHeldStillReportsItsState()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
+    addService(A, idle());
+    FilledManager filled(*this);
     const std::shared_ptr<ConnmanService> held = filled.manager.services().constFirst();
-    filled.manager.remService(QDBusObjectPath(path(A)));
-    world.simulator().setServiceProperty(A, "State"_s, "association"_s);
-    world.deliver();
+    filled.manager.remService(QDBusObjectPath(pathOf(A)));
+    connman().setServiceProperty(A, "State"_s, "association"_s);
+    deliver();
     QVERIFY(filled.announcements.lines().contains(stateOf(A, State::Association)));
 }
 
 void ConnmanManagerRegistryTest::removedServiceOutlivesTheRegistryAndTheManager()
 {
-    MirrorWorld world;
-    world.addService(A, {{"Name"_s, "Home"_s}});
-    auto filled = std::make_unique<FilledManager>(world);
+    addService(A, {{"Name"_s, "Home"_s}});
+    auto filled = std::make_unique<FilledManager>(*this);
     const std::shared_ptr<ConnmanService> held = filled->manager.services().constFirst();
-    filled->manager.remService(QDBusObjectPath(path(A)));
+    filled->manager.remService(QDBusObjectPath(pathOf(A)));
     QCOMPARE(held->name(), "Home"_s);
     filled.reset();
     QVERIFY(held->dbusUpdateProperties());
@@ -304,24 +270,23 @@ void ConnmanManagerRegistryTest::removedServiceIsReleasedThoughItsSuccessorKeeps
     constexpr int pauseMs = 200;
     const QString state = "State"_s;
     const QString nextState = "association"_s;
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
+    addService(A, idle());
+    FilledManager filled(*this);
     const std::weak_ptr<ConnmanService> removed = filled.manager.services().constFirst();
-    world.simulator().setServiceProperty(A, state, nextState);
-    world.deliver();
-    filled.manager.remService(QDBusObjectPath(path(A)));
-    filled.manager.addService(QDBusObjectPath(path(A)));
+    connman().setServiceProperty(A, state, nextState);
+    deliver();
+    filled.manager.remService(QDBusObjectPath(pathOf(A)));
+    filled.manager.addService(QDBusObjectPath(pathOf(A)));
     QVERIFY2(!removed.expired(), "the change of its state is still settling");
 
     const QDeadlineTimer deadline(latestMs);
     bool isReleased = false;
     for (bool goesOn = false; !isReleased && !deadline.hasExpired(); goesOn = !goesOn) {
-        world.simulator().setServiceProperty(A, state, goesOn ? nextState : "idle"_s);
+        connman().setServiceProperty(A, state, goesOn ? nextState : "idle"_s);
         isReleased = QTest::qWaitFor([&removed] { return removed.expired(); }, pauseMs);
     }
     QVERIFY(isReleased);
-    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(A)});
 }
 
 static const Suite<ConnmanManagerRegistryTest> suite;

@@ -1,9 +1,9 @@
 // The calls that the proxies make: how long they wait, and what a call without an answer leaves behind.
 
 #include "ConnmanRemote.h"
+#include "ConnmanFixture.h"
 #include "ConnmanNames.h"
 #include "ConnmanProperties.h"
-#include "MirrorWorld.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -12,9 +12,8 @@
 #include <QLoggingCategory>
 #include <QTest>
 
+using namespace test_support;
 using namespace std::chrono_literals;
-using test_support::Fault;
-using test_support::FaultKind;
 
 namespace {
 
@@ -25,20 +24,21 @@ const QString NoReply = "org.freedesktop.DBus.Error.NoReply"_s;
 /// Shorter than Qt's own 25 s, so that a time-out that is not obeyed fails the test by its own.
 constexpr auto Short = 200ms;
 
-Fault silence(MirrorWorld &world)
+Fault silence(ConnmanFixture &fixture)
 {
-    return world.simulator().injectFault(ConnmanNames::ServiceInterface, ConnmanNames::GetProperties,
+    return fixture.connman().injectFault(ConnmanNames::ServiceInterface, ConnmanNames::GetProperties,
                                          FaultKind::never());
 }
 
-ConnmanRemote impatientRemote(MirrorWorld &world)
+ConnmanRemote impatientRemote(ConnmanFixture &fixture)
 {
-    return {world.connection(), world.addService(Identifier).path(), ConnmanNames::ServiceInterface, Short};
+    return {fixture.connection(), fixture.addService(Identifier).path(), ConnmanNames::ServiceInterface,
+            Short};
 }
 
 } // namespace
 
-class ConnmanRemoteTest : public QObject
+class ConnmanRemoteTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -51,17 +51,15 @@ private slots:
 
 void ConnmanRemoteTest::callIsGivenUpAfterItsTimeout()
 {
-    MirrorWorld world;
-    const ConnmanRemote remote = impatientRemote(world);
-    const Fault silent = silence(world);
+    const ConnmanRemote remote = impatientRemote(*this);
+    const Fault silent = silence(*this);
     QCOMPARE(remote.call(ConnmanNames::GetProperties).errorName(), NoReply);
 }
 
 void ConnmanRemoteTest::asynchronousCallIsGivenUpAfterItsTimeout()
 {
-    MirrorWorld world;
-    const ConnmanRemote remote = impatientRemote(world);
-    const Fault silent = silence(world);
+    const ConnmanRemote remote = impatientRemote(*this);
+    const Fault silent = silence(*this);
     QDBusPendingCall call = remote.asyncCall(ConnmanNames::GetProperties);
     call.waitForFinished();
     QCOMPARE(call.error().name(), NoReply);
@@ -69,29 +67,27 @@ void ConnmanRemoteTest::asynchronousCallIsGivenUpAfterItsTimeout()
 
 void ConnmanRemoteTest::propertiesThatAreNotAnsweredStayAsTheyWere()
 {
-    MirrorWorld world;
-    const ConnmanRemote remote = impatientRemote(world);
+    const ConnmanRemote remote = impatientRemote(*this);
     ConnmanProperties properties(remote, logRemoteTest);
     QVERIFY(!properties.fetch().isValid());
     const QVariantMap before = properties.all();
     QVERIFY(!before.isEmpty());
-    const Fault silent = silence(world);
+    const Fault silent = silence(*this);
     QCOMPARE(properties.fetch().name(), NoReply);
     QCOMPARE(properties.all(), before);
 }
 
 void ConnmanRemoteTest::propertiesOfAnotherTypeAreAnError()
 {
-    MirrorWorld world;
-    const ConnmanRemote remote = impatientRemote(world);
+    const ConnmanRemote remote = impatientRemote(*this);
     ConnmanProperties properties(remote, logRemoteTest);
-    const Fault odd = world.simulator().injectFault(
-        ConnmanNames::ServiceInterface, ConnmanNames::GetProperties, FaultKind::reply({"text"_s}));
+    const Fault odd = connman().injectFault(ConnmanNames::ServiceInterface, ConnmanNames::GetProperties,
+                                            FaultKind::reply({"text"_s}));
     const QDBusError error = properties.fetch();
     QCOMPARE(error.type(), QDBusError::InvalidSignature);
     properties.logFailedFetch(error);
-    QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(
+    QCOMPARE(complaints().size(), 1);
+    QVERIFY(complaints().constFirst().startsWith(
         critical("RemoteTest"_s, "Call to GetProperties failed: \"Unexpected reply"_s)));
 }
 

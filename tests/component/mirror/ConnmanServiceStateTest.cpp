@@ -1,60 +1,20 @@
 // How ConnmanService follows ConnMan's "State".
 
-#include "ConnmanService.h"
-#include "MirrorWorld.h"
+#include "FollowedService.h"
 #include "Suite.h"
 #include "Text.h"
 
-#include <QSignalSpy>
 #include <QTest>
 
-using test_support::Fault;
-using State = ConnmanService::State;
-
-Q_DECLARE_METATYPE(ConnmanService::State)
+using namespace test_support;
 
 namespace {
 
-const QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
-const QLatin1String PropertiesLog("ConnmanService.properties");
-const QLatin1String StateKey("State");
 const QLatin1String Ipv4("IPv4");
-
-/// What a service said of itself, in order.
-QVector<State> states(const QSignalSpy &spy)
-{
-    QVector<State> result;
-    for (const QVariantList &arguments : spy) {
-        result << arguments.constFirst().value<State>();
-    }
-    return result;
-}
-
-/// A service whose state is followed from `word` on.
-std::unique_ptr<ConnmanService> serviceInState(MirrorWorld &world, const QString &word)
-{
-    const QDBusObjectPath path = world.addService(Identifier, {{StateKey, word}});
-    auto service = std::make_unique<ConnmanService>(world.connection(), path, nullptr);
-    service->serviceChanged();
-    world.simulator().clearCalls();
-    return service;
-}
-
-/// ConnMan moves the service to another state and tells so.
-void changeState(MirrorWorld &world, const QString &word)
-{
-    world.simulator().setServiceProperty(Identifier, StateKey, word);
-    world.deliver();
-}
-
-QString unknownState(const QString &word)
-{
-    return critical(PropertiesLog, "Unknown/invalid state received: \"%1\""_s.arg(word));
-}
 
 } // namespace
 
-class ConnmanServiceStateTest : public QObject
+class ConnmanServiceStateTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -73,29 +33,16 @@ private slots:
     void serviceChangedWithTheSameStateAnnouncesNothing();
     void serviceChangedFollowsAStateThatCameWithoutASignal();
 
-    void unlistedStateIsOneLineAndKeepsTheOldOne_data();
-    void unlistedStateIsOneLineAndKeepsTheOldOne();
-    void missingStateIsOneLineAndKeepsTheOldOne();
-    void stateThatIsNoTextIsOneLineAndKeepsTheOldOne();
-    void updateStateOnAnEmptyCacheIsOneLine();
-    void stateAfterAnInvalidOneIsFollowedAgain();
-
-    void failedRefreshStillFollowsTheAnnouncedState();
-    void vanishedServiceStillFollowsTheAnnouncedState();
-    void stateChangeLogsOneDebugLine();
-    void stateChangeIsLoggedBeforeItIsAnnounced();
+    void stateChangeIsLoggedOnceBeforeItIsAnnounced();
 };
 
 void ConnmanServiceStateTest::statesHaveTheirNumbers()
 {
-    QCOMPARE(int(State::Unknown), 0);
-    QCOMPARE(int(State::Disconnect), 1);
-    QCOMPARE(int(State::Failure), 2);
-    QCOMPARE(int(State::Idle), 3);
-    QCOMPARE(int(State::Association), 4);
-    QCOMPARE(int(State::Configuration), 5);
-    QCOMPARE(int(State::Ready), 6);
-    QCOMPARE(int(State::Online), 7);
+    const QVector<State> inOrder{State::Unknown,     State::Disconnect,    State::Failure, State::Idle,
+                                 State::Association, State::Configuration, State::Ready,   State::Online};
+    for (int number = 0; number < inOrder.size(); ++number) {
+        QCOMPARE(int(inOrder[number]), number);
+    }
 }
 
 void ConnmanServiceStateTest::everyStateWordIsFollowed_data()
@@ -114,242 +61,128 @@ void ConnmanServiceStateTest::everyStateWordIsFollowed()
 {
     QFETCH(State, state);
     const QString start = state == State::Idle ? "ready"_s : "idle"_s;
-    MirrorWorld world;
-    const auto service = serviceInState(world, start);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    changeState(world, QLatin1String(QTest::currentDataTag()));
-    QCOMPARE(service->state(), state);
-    QCOMPARE(states(changes), {state});
-    QCOMPARE(world.complaints(), QStringList());
+    FollowedService followed(*this, start);
+    changeState(*this, QLatin1String(QTest::currentDataTag()));
+    QCOMPARE(followed.service.state(), state);
+    QCOMPARE(followed.states(), {state});
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanServiceStateTest::firstFillFollowsTheState()
 {
-    MirrorWorld world;
-    const QDBusObjectPath path = world.addService(Identifier, {{StateKey, "ready"_s}});
-    ConnmanService service(world.connection(), path, nullptr);
+    const QDBusObjectPath path = addService(Identifier, {{StateKey, "ready"_s}});
+    ConnmanService service(connection(), path, nullptr);
     const QSignalSpy changes(&service, &ConnmanService::stateChanged);
     service.serviceChanged();
-    QCOMPARE(states(changes), {State::Ready});
+    QCOMPARE(changes.count(), 1);
+    QCOMPARE(changes.constFirst().constFirst().value<State>(), State::Ready);
     QCOMPARE(service.previousState(), State::Unknown);
-    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path.path())});
+    QCOMPARE(calls(), {getPropertiesCall(path.path())});
 }
 
 void ConnmanServiceStateTest::stateIsSetBeforeItIsAnnounced()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "association"_s);
+    FollowedService followed(*this, "association"_s);
     State seen = State::Unknown;
     State seenPrevious = State::Unknown;
-    connect(service.get(), &ConnmanService::stateChanged, this, [&] {
-        seen = service->state();
-        seenPrevious = service->previousState();
+    connect(&followed.service, &ConnmanService::stateChanged, this, [&] {
+        seen = followed.service.state();
+        seenPrevious = followed.service.previousState();
     });
-    changeState(world, "configuration"_s);
+    changeState(*this, "configuration"_s);
     QCOMPARE(seen, State::Configuration);
     QCOMPARE(seenPrevious, State::Association);
 }
 
 void ConnmanServiceStateTest::previousStateIsTheOneBeforeTheLatestChange()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "association"_s);
-    changeState(world, "configuration"_s);
-    changeState(world, "ready"_s);
-    changeState(world, "ready"_s);
-    QCOMPARE(service->state(), State::Ready);
-    QCOMPARE(service->previousState(), State::Configuration);
+    FollowedService followed(*this, "association"_s);
+    changeState(*this, "configuration"_s);
+    changeState(*this, "ready"_s);
+    changeState(*this, "ready"_s);
+    QCOMPARE(followed.service.state(), State::Ready);
+    QCOMPARE(followed.service.previousState(), State::Configuration);
 }
 
 void ConnmanServiceStateTest::changeFromAssociationToReadyRefreshesAllPropertiesAndIsAnnouncedOnce()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "association"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, "Novelty"_s, 1, true);
-    world.simulator().setServiceProperty(Identifier, StateKey, "ready"_s, true);
-    world.emitPropertyChanged(service->path(), StateKey, "ready"_s);
-    world.deliver();
-    QCOMPARE(states(changes), {State::Ready});
-    QCOMPARE(service->previousState(), State::Association);
-    QCOMPARE(service->properties().value("Novelty"_s), QVariant(1));
-    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(service->path())});
+    FollowedService followed(*this, "association"_s);
+    connman().setServiceProperty(Identifier, "Novelty"_s, 1, true);
+    connman().setServiceProperty(Identifier, StateKey, "ready"_s, true);
+    emitPropertyChanged(followed.service.path(), StateKey, "ready"_s);
+    deliver();
+    QCOMPARE(followed.states(), {State::Ready});
+    QCOMPARE(followed.service.previousState(), State::Association);
+    QCOMPARE(followed.service.properties().value("Novelty"_s), QVariant(1));
+    QCOMPARE(calls(), {getPropertiesCall(followed.service.path())});
 }
 
 void ConnmanServiceStateTest::listenersOfAStateChangeFindTheAddressesCurrent()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "configuration"_s);
+    FollowedService followed(*this, "configuration"_s);
     const QVariantMap ipv4{{"Method"_s, "dhcp"_s}, {"Address"_s, "10.0.0.2"_s}};
-    world.simulator().setServiceProperty(Identifier, Ipv4, ipv4, true);
+    connman().setServiceProperty(Identifier, Ipv4, ipv4, true);
     QString seen;
-    connect(service.get(), &ConnmanService::stateChanged, this,
-            [&] { seen = service->getIpv4ConfigurationValue("Address"_s); });
-    changeState(world, "ready"_s);
+    connect(&followed.service, &ConnmanService::stateChanged, this,
+            [&] { seen = followed.service.getIpv4ConfigurationValue("Address"_s); });
+    changeState(*this, "ready"_s);
     QCOMPARE(seen, "10.0.0.2"_s);
 }
 
 void ConnmanServiceStateTest::sameStateTwiceIsAnnouncedOnce()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "association"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, StateKey, "ready"_s, true);
-    world.emitPropertyChanged(service->path(), StateKey, "ready"_s);
-    world.emitPropertyChanged(service->path(), StateKey, "ready"_s);
-    world.deliver();
-    QCOMPARE(states(changes), {State::Ready});
-    const QString call = MirrorWorld::getPropertiesCall(service->path());
+    FollowedService followed(*this, "association"_s);
+    connman().setServiceProperty(Identifier, StateKey, "ready"_s, true);
+    emitPropertyChanged(followed.service.path(), StateKey, "ready"_s);
+    emitPropertyChanged(followed.service.path(), StateKey, "ready"_s);
+    deliver();
+    QCOMPARE(followed.states(), {State::Ready});
+    const QString call = getPropertiesCall(followed.service.path());
     const QStringList expected{call, call};
-    QCOMPARE(world.simulator().calls(), expected);
-    QVERIFY(!service->updateState());
+    QCOMPARE(calls(), expected);
+    QVERIFY(!followed.service.updateState());
 }
 
 // ConnMan has moved on by the time its signal is read.
 void ConnmanServiceStateTest::refreshHasTheLastWordOnTheState()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "association"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, StateKey, "failure"_s, true);
-    world.emitPropertyChanged(service->path(), StateKey, "configuration"_s);
-    world.deliver();
-    QCOMPARE(states(changes), {State::Failure});
+    FollowedService followed(*this, "association"_s);
+    connman().setServiceProperty(Identifier, StateKey, "failure"_s, true);
+    emitPropertyChanged(followed.service.path(), StateKey, "configuration"_s);
+    deliver();
+    QCOMPARE(followed.states(), {State::Failure});
 }
 
 void ConnmanServiceStateTest::serviceChangedWithTheSameStateAnnouncesNothing()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "idle"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    service->serviceChanged();
-    QCOMPARE(changes.count(), 0);
-    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(service->path())});
+    FollowedService followed(*this, "idle"_s);
+    followed.service.serviceChanged();
+    QCOMPARE(followed.changes.count(), 0);
+    QCOMPARE(calls(), {getPropertiesCall(followed.service.path())});
 }
 
 void ConnmanServiceStateTest::serviceChangedFollowsAStateThatCameWithoutASignal()
 {
-    MirrorWorld world;
-    const auto service = serviceInState(world, "idle"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.simulator().setServiceProperty(Identifier, StateKey, "online"_s, true);
-    service->serviceChanged();
-    QCOMPARE(states(changes), {State::Online});
-    QCOMPARE(service->previousState(), State::Idle);
+    FollowedService followed(*this, "idle"_s);
+    connman().setServiceProperty(Identifier, StateKey, "online"_s, true);
+    followed.service.serviceChanged();
+    QCOMPARE(followed.states(), {State::Online});
+    QCOMPARE(followed.service.previousState(), State::Idle);
 }
 
-void ConnmanServiceStateTest::unlistedStateIsOneLineAndKeepsTheOldOne_data()
+void ConnmanServiceStateTest::stateChangeIsLoggedOnceBeforeItIsAnnounced()
 {
-    QTest::addColumn<QString>("word");
-    QTest::newRow("unknown") << "unknown"_s;
-    QTest::newRow("unlisted") << "offline"_s;
-    QTest::newRow("empty") << QString();
-    QTest::newRow("capitalised") << "Ready"_s;
-    QTest::newRow("with a blank") << "ready "_s;
-}
-
-void ConnmanServiceStateTest::unlistedStateIsOneLineAndKeepsTheOldOne()
-{
-    QFETCH(QString, word);
-    MirrorWorld world;
-    const auto service = serviceInState(world, "ready"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    changeState(world, word);
-    QCOMPARE(changes.count(), 0);
-    QCOMPARE(service->state(), State::Ready);
-    QCOMPARE(world.complaints(), {unknownState(word)});
-}
-
-void ConnmanServiceStateTest::missingStateIsOneLineAndKeepsTheOldOne()
-{
-    MirrorWorld world;
-    const auto service = serviceInState(world, "ready"_s);
-    const Fault fault = world.answerGetProperties({{"Name"_s, "Home"_s}});
-    service->serviceChanged();
-    QCOMPARE(service->state(), State::Ready);
-    QCOMPARE(world.complaints(),
-             {critical(PropertiesLog, "Service-properties doesn't contain a value for State"_s)});
-}
-
-void ConnmanServiceStateTest::stateThatIsNoTextIsOneLineAndKeepsTheOldOne()
-{
-    MirrorWorld world;
-    const auto service = serviceInState(world, "ready"_s);
-    const Fault fault = world.answerGetProperties({{StateKey, QVariantMap()}});
-    service->serviceChanged();
-    QCOMPARE(service->state(), State::Ready);
-    QCOMPARE(world.complaints(),
-             {critical(PropertiesLog, "Invalid value of State for service \"%1\""_s.arg(service->path()))});
-}
-
-void ConnmanServiceStateTest::updateStateOnAnEmptyCacheIsOneLine()
-{
-    MirrorWorld world;
-    ConnmanService service(world.connection(), QDBusObjectPath("/x"_s), nullptr);
-    QVERIFY(!service.updateState());
-    QCOMPARE(service.state(), State::Unknown);
-    QCOMPARE(world.complaints(),
-             {critical(PropertiesLog, "Service-properties doesn't contain a value for State"_s)});
-}
-
-void ConnmanServiceStateTest::stateAfterAnInvalidOneIsFollowedAgain()
-{
-    MirrorWorld world;
-    const auto service = serviceInState(world, "idle"_s);
-    changeState(world, "unknown"_s);
-    QCOMPARE(service->state(), State::Idle);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    changeState(world, "ready"_s);
-    QCOMPARE(states(changes), {State::Ready});
-    QCOMPARE(service->previousState(), State::Idle);
-}
-
-void ConnmanServiceStateTest::failedRefreshStillFollowsTheAnnouncedState()
-{
-    MirrorWorld world;
-    const auto service = serviceInState(world, "association"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    const Fault fault = world.failGetProperties("net.connman.Error.Failed"_s, "Not today"_s);
-    changeState(world, "ready"_s);
-    QCOMPARE(states(changes), {State::Ready});
-    QCOMPARE(world.complaints(), {critical(PropertiesLog, "Call to GetProperties failed: \"Not today\""_s)});
-}
-
-void ConnmanServiceStateTest::vanishedServiceStillFollowsTheAnnouncedState()
-{
-    MirrorWorld world;
-    const auto service = serviceInState(world, "ready"_s);
-    const QSignalSpy changes(service.get(), &ConnmanService::stateChanged);
-    world.emitPropertyChanged(service->path(), StateKey, "disconnect"_s);
-    world.simulator().removeService(Identifier);
-    world.deliver();
-    QCOMPARE(states(changes), {State::Disconnect});
-    QCOMPARE(world.complaints(), QStringList());
-}
-
-void ConnmanServiceStateTest::stateChangeLogsOneDebugLine()
-{
-    MirrorWorld world;
-    const auto service = serviceInState(world, "idle"_s);
-    world.log().clear();
-    world.simulator().setServiceProperty(Identifier, StateKey, "ready"_s, true);
-    service->serviceChanged();
-    QCOMPARE(world.debugLines(PropertiesLog),
-             {"State of \"%1\" changed \"idle\" => \"ready\""_s.arg(service->path())});
-}
-
-void ConnmanServiceStateTest::stateChangeIsLoggedBeforeItIsAnnounced()
-{
-    MirrorWorld world;
-    const auto service = serviceInState(world, "idle"_s);
-    world.log().clear();
+    FollowedService followed(*this, "idle"_s);
+    log().clear();
     QStringList linesAtSignal;
-    connect(service.get(), &ConnmanService::stateChanged, this,
-            [&] { linesAtSignal = world.debugLines(PropertiesLog); });
-    changeState(world, "ready"_s);
-    const QStringList expected{"propertyChanged( \"State\" ,  QVariant(QString, \"ready\") )"_s,
-                               "State of \"%1\" changed \"idle\" => \"ready\""_s.arg(service->path())};
+    connect(&followed.service, &ConnmanService::stateChanged, this,
+            [&] { linesAtSignal = debugLines(PropertiesLog); });
+    changeState(*this, "ready"_s);
+    const QStringList expected{
+        "propertyChanged( \"State\" ,  QVariant(QString, \"ready\") )"_s,
+        "State of \"%1\" changed \"idle\" => \"ready\""_s.arg(followed.service.path())};
     QCOMPARE(linesAtSignal, expected);
+    QCOMPARE(debugLines(PropertiesLog), expected);
 }
 
 static const Suite<ConnmanServiceStateTest> suite;

@@ -1,9 +1,9 @@
 // A long life in a crowded place: thousands of services come, change and go, and none is lost although the
 // bus allows a connection no more than 512 match rules; and none that has gone is kept.
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
-#include "MirrorWorld.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -19,6 +19,7 @@
 #include <memory>
 #include <vector>
 
+using namespace test_support;
 using State = ConnmanService::State;
 
 namespace {
@@ -33,43 +34,43 @@ constexpr uint AtATime = 5;
 
 QString numberedPath(int number)
 {
-    return MirrorWorld::pathOf("wifi_crowd_%1"_s.arg(number));
+    return ConnmanFixture::pathOf("wifi_crowd_%1"_s.arg(number));
 }
 
 /// Every State that each service has reported, by identifier.
 using Reports = QHash<QString, QVector<State>>;
 
 /// Services that nobody introduced to the manager, each made like the manager's.
-std::vector<std::unique_ptr<ConnmanService>> crowd(const MirrorWorld &world)
+std::vector<std::unique_ptr<ConnmanService>> crowd(const ConnmanFixture &fixture)
 {
     std::vector<std::unique_ptr<ConnmanService>> services;
     services.reserve(MoreThanTheBusAllows);
     for (int number = 0; number < MoreThanTheBusAllows; ++number) {
-        services.push_back(std::make_unique<ConnmanService>(world.connection(),
+        services.push_back(std::make_unique<ConnmanService>(fixture.connection(),
                                                             QDBusObjectPath(numberedPath(number)), nullptr));
     }
     return services;
 }
 
 /// How many of them hear of a property that ConnMan changes in each.
-int toldOfAChange(MirrorWorld &world, const std::vector<std::unique_ptr<ConnmanService>> &services)
+int toldOfAChange(ConnmanFixture &fixture, const std::vector<std::unique_ptr<ConnmanService>> &services)
 {
     for (const auto &service : services) {
-        world.emitPropertyChanged(service->path(), "Strength"_s, QVariant::fromValue(uchar(61)));
+        fixture.emitPropertyChanged(service->path(), "Strength"_s, QVariant::fromValue(uchar(61)));
     }
-    world.deliver();
+    fixture.deliver();
     return static_cast<int>(std::count_if(services.cbegin(), services.cend(), [](const auto &service) {
         return service->properties().contains("Strength"_s);
     }));
 }
 
 /// How many times a service is read when its state changes.
-int readsOfAChange(MirrorWorld &world, const QDBusObjectPath &path)
+int readsOfAChange(ConnmanFixture &fixture, const QDBusObjectPath &path)
 {
-    world.simulator().clearCalls();
-    world.emitPropertyChanged(path.path(), StateKey, "idle"_s);
-    world.deliver();
-    return world.simulator().calls().count(MirrorWorld::getPropertiesCall(path.path()));
+    fixture.connman().clearCalls();
+    fixture.emitPropertyChanged(path.path(), StateKey, "idle"_s);
+    fixture.deliver();
+    return fixture.connman().calls().count(ConnmanFixture::getPropertiesCall(path.path()));
 }
 
 /// Runs the event loop until the manager has that many services; woken by what happens, not by the clock,
@@ -87,7 +88,7 @@ bool hasServices(const ConnmanManager &manager, int count)
 
 } // namespace
 
-class CrowdTest : public QObject
+class CrowdTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -100,35 +101,33 @@ private slots:
 
 void CrowdTest::everyServiceIsHeardByOneSubscription()
 {
-    MirrorWorld world;
-    const auto services = crowd(world);
-    QCOMPARE(toldOfAChange(world, services), MoreThanTheBusAllows);
+    const auto services = crowd(*this);
+    QCOMPARE(toldOfAChange(*this, services), MoreThanTheBusAllows);
 }
 
 void CrowdTest::fiveThousandServicesLoseNoStateChange()
 {
-    MirrorWorld world;
     QLoggingCategory::setFilterRules({}); // a life's debug lines take longer than the life
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     Reports reports;
     connect(&manager, &ConnmanManager::serviceStateChanged, this,
             [&reports](const std::shared_ptr<ConnmanService> &service) {
                 reports[service->identifier()] << service->state();
             });
     for (uint first = 0; first < AWholeLife; first += AtATime) {
-        world.simulator().addServices(first, AtATime);
+        connman().addServices(first, AtATime);
         QVERIFY(hasServices(manager, AtATime));
-        const QStringList identifiers = world.simulator().services();
+        const QStringList identifiers = connman().services();
         for (const QString &identifier : identifiers) {
-            world.simulator().setServiceProperty(identifier, StateKey, "ready"_s);
+            connman().setServiceProperty(identifier, StateKey, "ready"_s);
         }
-        world.deliver();
+        deliver();
         for (const QString &identifier : identifiers) {
-            world.simulator().removeService(identifier);
+            connman().removeService(identifier);
         }
         QVERIFY(hasServices(manager, 0));
-        world.simulator().clearCalls();
-        world.log().clear();
+        connman().clearCalls();
+        log().clear();
     }
     QCOMPARE(reports.size(), AWholeLife);
     const QVector<State> aLife{State::Idle, State::Ready};
@@ -139,9 +138,8 @@ void CrowdTest::fiveThousandServicesLoseNoStateChange()
 
 void CrowdTest::removedServiceIsReleased()
 {
-    MirrorWorld world;
-    const QDBusObjectPath path = world.addService("wifi_crowd_0"_s);
-    RecordedManager filled(world);
+    const QDBusObjectPath path = addService("wifi_crowd_0"_s);
+    RecordedManager filled(*this);
     const std::weak_ptr<ConnmanService> service = filled.manager.services().constFirst();
     QVERIFY(!service.expired());
     filled.manager.remService(path);
@@ -153,15 +151,14 @@ void CrowdTest::removedServiceIsReleased()
 void CrowdTest::returnsOfOneServiceAreReadOncePerChange()
 {
     constexpr int Returns = 50;
-    MirrorWorld world;
-    const QDBusObjectPath path = world.addService("wifi_crowd_0"_s);
-    RecordedManager filled(world);
+    const QDBusObjectPath path = addService("wifi_crowd_0"_s);
+    RecordedManager filled(*this);
     for (int count = 0; count < Returns; ++count) {
         filled.manager.remService(path);
         QVERIFY(filled.manager.addService(path));
     }
     filled.forget();
-    QTRY_COMPARE_WITH_TIMEOUT(readsOfAChange(world, path), 1, 60000);
+    QTRY_COMPARE_WITH_TIMEOUT(readsOfAChange(*this, path), 1, 60000);
 }
 
 static const Suite<CrowdTest> suite;

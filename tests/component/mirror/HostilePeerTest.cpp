@@ -1,9 +1,9 @@
 // Whatever shape ConnMan's replies and signals have, the mirror lives on and follows the next proper one.
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ConnmanTechnology.h"
 #include "ManagerAnnouncements.h"
-#include "MirrorWorld.h"
 #include "OddValues.h"
 #include "Suite.h"
 #include "Text.h"
@@ -11,8 +11,7 @@
 #include <QDBusConnectionInterface>
 #include <QTest>
 
-using test_support::Fault;
-using test_support::FaultKind;
+using namespace test_support;
 using State = ConnmanService::State;
 
 namespace {
@@ -26,7 +25,7 @@ const QLatin1String ManagerPath("/");
 
 QString path()
 {
-    return MirrorWorld::pathOf(Service);
+    return ConnmanFixture::pathOf(Service);
 }
 
 /// Replies that are no list of records, with the signature Qt complains about.
@@ -59,7 +58,7 @@ QString unexpectedSignature(const QString &category, const QString &method, cons
 
 } // namespace
 
-class HostilePeerTest : public QObject
+class HostilePeerTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -98,17 +97,15 @@ void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache()
 {
     QFETCH(QVariantList, arguments);
     QFETCH(QString, received);
-    MirrorWorld world;
-    world.addService(Service);
-    ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
+    addService(Service);
+    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
     service.serviceChanged();
     const QVariantMap before = service.properties();
-    const Fault fault =
-        world.simulator().injectFault(ServiceInterface, GetProperties, FaultKind::reply(arguments));
+    const Fault fault = connman().injectFault(ServiceInterface, GetProperties, FaultKind::reply(arguments));
     QVERIFY(service.dbusUpdateProperties());
     QCOMPARE(service.properties(), before);
-    QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(
+    QCOMPARE(complaints().size(), 1);
+    QVERIFY(complaints().constFirst().startsWith(
         unexpectedSignature("ConnmanService.properties"_s, GetProperties, received)));
 }
 
@@ -121,15 +118,13 @@ void HostilePeerTest::servicesThatAreNoListAreOneLine()
 {
     QFETCH(QVariantList, arguments);
     QFETCH(QString, received);
-    MirrorWorld world;
-    world.addService(Service);
-    ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault =
-        world.simulator().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply(arguments));
+    addService(Service);
+    ConnmanManager manager(connection(), nullptr);
+    const Fault fault = connman().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply(arguments));
     QVERIFY(!manager.updateServices());
     QVERIFY(manager.services().isEmpty());
-    QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(
+    QCOMPARE(complaints().size(), 1);
+    QVERIFY(complaints().constFirst().startsWith(
         unexpectedSignature("ConnmanManager.services"_s, "GetServices"_s, received)));
     QVERIFY(manager.updateServices());
     QCOMPARE(registeredPaths(manager), {path()});
@@ -144,13 +139,12 @@ void HostilePeerTest::technologiesThatAreNoListAreOneLine()
 {
     QFETCH(QVariantList, arguments);
     QFETCH(QString, received);
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     const Fault fault =
-        world.simulator().injectFault(ManagerInterface, "GetTechnologies"_s, FaultKind::reply(arguments));
+        connman().injectFault(ManagerInterface, "GetTechnologies"_s, FaultKind::reply(arguments));
     QVERIFY(!manager.hasTechnology(QString()));
-    QCOMPARE(world.complaints().size(), 1);
-    QVERIFY(world.complaints().constFirst().startsWith(
+    QCOMPARE(complaints().size(), 1);
+    QVERIFY(complaints().constFirst().startsWith(
         unexpectedSignature("ConnmanManager.technology"_s, "GetTechnologies"_s, received)));
     QVERIFY(manager.hasTechnology(QString()));
 }
@@ -172,20 +166,19 @@ void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard_data()
 void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard()
 {
     QFETCH(QVariantList, arguments);
-    MirrorWorld world;
-    const ConnmanManager manager(world.connection(), nullptr);
-    const ConnmanTechnology wifi(world.connection(), "wifi"_s, nullptr);
-    ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
-    world.log().clear();
-    world.simulator().emitSignal(path(), ServiceInterface, PropertyChanged, arguments);
-    world.simulator().emitSignal("/net/connman/technology/wifi"_s, "net.connman.Technology"_s,
-                                 PropertyChanged, arguments);
-    world.simulator().emitSignal(ManagerPath, ManagerInterface, PropertyChanged, arguments);
-    world.deliver();
+    const ConnmanManager manager(connection(), nullptr);
+    const ConnmanTechnology wifi(connection(), "wifi"_s, nullptr);
+    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
+    log().clear();
+    connman().emitSignal(path(), ServiceInterface, PropertyChanged, arguments);
+    connman().emitSignal("/net/connman/technology/wifi"_s, "net.connman.Technology"_s, PropertyChanged,
+                         arguments);
+    connman().emitSignal(ManagerPath, ManagerInterface, PropertyChanged, arguments);
+    deliver();
     QVERIFY(service.properties().isEmpty());
-    QVERIFY(!world.log().contains(PropertyChanged));
-    world.emitPropertyChanged(path(), "Strength"_s, QVariant::fromValue(uchar(61)));
-    world.deliver();
+    QVERIFY(!log().contains(PropertyChanged));
+    emitPropertyChanged(path(), "Strength"_s, QVariant::fromValue(uchar(61)));
+    deliver();
     QCOMPARE(service.strength(), 61);
 }
 
@@ -208,45 +201,42 @@ void HostilePeerTest::announcementOfAnotherShapeIsNotHeard_data()
 void HostilePeerTest::announcementOfAnotherShapeIsNotHeard()
 {
     QFETCH(QVariantList, arguments);
-    MirrorWorld world;
-    const RecordedManager recorded(world);
-    world.simulator().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s, arguments);
-    world.deliver();
+    const RecordedManager recorded(*this);
+    connman().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s, arguments);
+    deliver();
     QVERIFY(recorded.manager.services().isEmpty());
-    QCOMPARE(world.complaints(), QStringList());
-    world.emitServicesChanged({path()}, {});
-    world.deliver();
+    QCOMPARE(complaints(), QStringList());
+    emitServicesChanged({path()}, {});
+    deliver();
     QCOMPARE(registeredPaths(recorded.manager), {path()});
 }
 
 void HostilePeerTest::signalsOfOthersThanConnmanAreNotHeard()
 {
-    MirrorWorld world;
-    world.addService(Service);
-    const RecordedManager recorded(world);
-    world.simulator().clearCalls();
-    ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
-    QDBusConnection stranger = QDBusConnection::connectToBus(world.bus().address(), "stranger"_s);
+    addService(Service);
+    const RecordedManager recorded(*this);
+    connman().clearCalls();
+    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
+    QDBusConnection stranger = QDBusConnection::connectToBus(busAddress(), "stranger"_s);
     QDBusMessage signal = QDBusMessage::createSignal(path(), ServiceInterface, PropertyChanged);
     signal << "State"_s << QVariant::fromValue(QDBusVariant("online"_s));
     QVERIFY(stranger.send(signal));
     // A round trip to the bus, so that it has passed the signal on before ConnMan's next message.
     QVERIFY(stranger.interface()->isServiceRegistered("net.connman"_s));
     QDBusConnection::disconnectFromBus("stranger"_s);
-    world.deliver();
+    deliver();
     QVERIFY(service.properties().isEmpty());
     QCOMPARE(recorded.manager.services().constFirst()->state(), State::Idle);
-    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
 }
 
 void HostilePeerTest::agentRegistrationAnsweredWithAValueSucceeds()
 {
-    MirrorWorld world;
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     const Fault fault =
-        world.simulator().injectFault(ManagerInterface, "RegisterAgent"_s, FaultKind::reply({"text"_s}));
+        connman().injectFault(ManagerInterface, "RegisterAgent"_s, FaultKind::reply({"text"_s}));
     QVERIFY(manager.registerAgent(QDBusObjectPath("/agent"_s)));
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 static const Suite<HostilePeerTest> suite;

@@ -1,17 +1,16 @@
 // Whatever types ConnMan's properties have, the mirror lives on, reports them as unusable and follows the
 // next proper ones.
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
-#include "MirrorWorld.h"
 #include "OddValues.h"
 #include "Suite.h"
 #include "Text.h"
 
 #include <QTest>
 
-using test_support::Fault;
-using test_support::FaultKind;
+using namespace test_support;
 using State = ConnmanService::State;
 
 namespace {
@@ -22,7 +21,7 @@ const QLatin1String ManagerPath("/");
 
 QString path()
 {
-    return MirrorWorld::pathOf(Service);
+    return ConnmanFixture::pathOf(Service);
 }
 
 /// Values of every shape there is, right ones included: each is wrong somewhere.
@@ -83,7 +82,7 @@ void readEverything(const ConnmanService &service)
 
 } // namespace
 
-class HostileValuesTest : public QObject
+class HostileValuesTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -106,15 +105,14 @@ void HostileValuesTest::serviceWithAnyValuesEverywhereIsMirrored_data()
 void HostileValuesTest::serviceWithAnyValuesEverywhereIsMirrored()
 {
     QFETCH(QVariant, value);
-    MirrorWorld world;
-    world.addService(Service);
+    addService(Service);
     QVariantMap properties;
     for (const QString &key : serviceKeys()) {
         properties.insert(key, value);
     }
-    ConnmanManager manager(world.connection(), nullptr);
+    ConnmanManager manager(connection(), nullptr);
     {
-        const Fault fault = world.answerGetProperties(properties);
+        const Fault fault = answerGetProperties(properties);
         QVERIFY(manager.updateServices());
     }
     QCOMPARE(registeredPaths(manager), {path()});
@@ -123,7 +121,7 @@ void HostileValuesTest::serviceWithAnyValuesEverywhereIsMirrored()
     QCOMPARE(service->state(), State::Unknown);
     readEverything(*service);
 
-    world.simulator().clearFaults();
+    connman().clearFaults();
     service->serviceChanged();
     QCOMPARE(service->state(), State::Idle);
 }
@@ -136,15 +134,14 @@ void HostileValuesTest::anyValueInAPropertyChangeIsSurvived_data()
 void HostileValuesTest::anyValueInAPropertyChangeIsSurvived()
 {
     QFETCH(QVariant, value);
-    MirrorWorld world;
-    world.addService(Service);
-    ConnmanService service(world.connection(), QDBusObjectPath(path()), nullptr);
+    addService(Service);
+    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
     service.serviceChanged();
     for (const QString &key : serviceKeys()) {
-        world.emitPropertyChanged(path(), key, value);
+        emitPropertyChanged(path(), key, value);
     }
-    world.emitPropertyChanged(path(), QString(), value);
-    world.deliver();
+    emitPropertyChanged(path(), QString(), value);
+    deliver();
     QVERIFY(service.properties().contains(QString()));
     readEverything(service);
     QCOMPARE(service.state(), State::Idle);
@@ -158,13 +155,12 @@ void HostileValuesTest::anyValueInTheManagersPropertyChangeIsSurvived_data()
 void HostileValuesTest::anyValueInTheManagersPropertyChangeIsSurvived()
 {
     QFETCH(QVariant, value);
-    MirrorWorld world;
-    const ConnmanManager manager(world.connection(), nullptr);
-    world.simulator().emitSignal(ManagerPath, ManagerInterface, "PropertyChanged"_s,
-                                 {"State"_s, QVariant::fromValue(QDBusVariant(value))});
-    world.deliver();
-    QCOMPARE(world.debugLines("ConnmanManager.properties"_s).size(), 1);
-    QCOMPARE(world.complaints(), QStringList());
+    const ConnmanManager manager(connection(), nullptr);
+    connman().emitSignal(ManagerPath, ManagerInterface, "PropertyChanged"_s,
+                         {"State"_s, QVariant::fromValue(QDBusVariant(value))});
+    deliver();
+    QCOMPARE(debugLines("ConnmanManager.properties"_s).size(), 1);
+    QCOMPARE(complaints(), QStringList());
 }
 
 void HostileValuesTest::recordsWithAnyValuesAreRegistered_data()
@@ -175,24 +171,22 @@ void HostileValuesTest::recordsWithAnyValuesAreRegistered_data()
 void HostileValuesTest::recordsWithAnyValuesAreRegistered()
 {
     QFETCH(QVariant, value);
-    MirrorWorld world;
-    world.addService(Service);
+    addService(Service);
     const QVariantMap properties{{"State"_s, value}, {QString(), value}};
     const QVariant records =
         QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(path()), properties}});
-    ConnmanManager manager(world.connection(), nullptr);
-    const Fault fault =
-        world.simulator().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply({records}));
+    ConnmanManager manager(connection(), nullptr);
+    const Fault fault = connman().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply({records}));
     QVERIFY(manager.updateServices());
     const Fault technologies =
-        world.simulator().injectFault(ManagerInterface, "GetTechnologies"_s, FaultKind::reply({records}));
+        connman().injectFault(ManagerInterface, "GetTechnologies"_s, FaultKind::reply({records}));
     QVERIFY(manager.hasTechnology(Service));
-    world.simulator().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s,
-                                 {records, QVariant::fromValue(QList<QDBusObjectPath>())});
-    world.deliver();
+    connman().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s,
+                         {records, QVariant::fromValue(QList<QDBusObjectPath>())});
+    deliver();
     QCOMPARE(registeredPaths(manager), {path()});
     QCOMPARE(manager.services().constFirst()->state(), State::Idle);
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 static const Suite<HostileValuesTest> suite;

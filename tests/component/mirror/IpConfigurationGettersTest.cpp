@@ -1,7 +1,6 @@
 // The IP configuration of a ConnmanService: which of ConnMan's dictionaries counts.
 
-#include "ConnmanService.h"
-#include "MirrorWorld.h"
+#include "CachedServiceFixture.h"
 #include "OddValues.h"
 #include "Suite.h"
 #include "Text.h"
@@ -9,15 +8,10 @@
 #include <QMap>
 #include <QTest>
 
-#include <memory>
 #include <optional>
-
-using test_support::Fault;
 
 namespace {
 
-const QLatin1String PropertiesLog("ConnmanService.properties");
-const QLatin1String Path("/net/connman/service/wifi_x_managed_psk");
 const QLatin1String Ipv4("IPv4");
 const QLatin1String Ipv4Configuration("IPv4.Configuration");
 const QLatin1String Ipv6Configuration("IPv6.Configuration");
@@ -30,41 +24,13 @@ QVariantMap withMethod(const QString &word, const QString &address)
     return {{Method, word}, {Address, address}};
 }
 
-QString line(const QString &text)
-{
-    return critical(PropertiesLog, text);
-}
-
-QString methodIsInvalid()
-{
-    return line("Value of Method is invalid"_s);
-}
-
-QString emptyIpv4()
-{
-    return line("Empty or missing ipv4-configuration."_s);
-}
-
-QString emptyIpv6()
-{
-    return line("Empty or missing ipv6-configuration."_s);
-}
-
-QString complaintAbout(const QString &complaint, const QString &key)
-{
-    return line("%1 property \"%2\" of service \"%3\""_s.arg(complaint, key, QString(Path)));
-}
-
 } // namespace
 
-class IpConfigurationGettersTest : public QObject
+class IpConfigurationGettersTest : public CachedServiceFixture
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void cleanupTestCase();
-
     void methodDecidesWhichIpv4DictionaryCounts_data();
     void methodDecidesWhichIpv4DictionaryCounts();
     void missingIpv4IsOneLineAndEmpty();
@@ -72,50 +38,18 @@ private slots:
     void ipv4OfAnotherTypeIsOneLineAndEmpty();
     void ipv4ConfigurationOfAnotherTypeIsOneLine();
     void everyIpv4ValueIsText();
-    void valueOfAnEmptyIpv4ConfigurationIsOneLine();
-    void valueOfAnUndecidableIpv4ConfigurationIsTwoLines();
-    void ipv4ValueThatIsMissingIsOneLine();
-    void ipv4ValueThatIsNoTextIsOneLine();
 
     void ipv6PrefixLengthIsAnInt();
     void ipv6ConfigurationWithoutPrefixLengthIsUnchanged();
     void ipv6ConfigurationIsLoggedForDebugging();
     void ipv6ValuesAreText();
-    void valueOfAnEmptyIpv6ConfigurationIsOneLine();
-    void valueOfAMissingIpv6ConfigurationIsTwoLines();
-    void ipv6ValueThatIsMissingIsOneLine();
-    void ipv6ValueThatIsNoTextIsOneLine();
+
+    void valueThatCannotBeHadIsEmptyAndSaysWhy_data();
+    void valueThatCannotBeHadIsEmptyAndSaysWhy();
 
 private:
-    void fill(const QVariantMap &properties);
-
-    std::unique_ptr<MirrorWorld> m_world;
-    std::unique_ptr<ConnmanService> m_service;
+    static QString methodIsInvalid() { return line("Value of Method is invalid"_s); }
 };
-
-void IpConfigurationGettersTest::initTestCase()
-{
-    m_world = std::make_unique<MirrorWorld>();
-    m_service = std::make_unique<ConnmanService>(m_world->connection(), QDBusObjectPath(Path), nullptr);
-}
-
-void IpConfigurationGettersTest::cleanupTestCase()
-{
-    m_service.reset();
-    m_world.reset();
-}
-
-/// Makes `properties` the whole cache.
-void IpConfigurationGettersTest::fill(const QVariantMap &properties)
-{
-    {
-        const Fault fault = m_world->answerGetProperties(properties);
-        m_service->dbusUpdateProperties();
-    }
-    m_world->simulator().clearFaults();
-    m_world->log().clear();
-    QCOMPARE(m_service->properties().keys(), properties.keys());
-}
 
 void IpConfigurationGettersTest::methodDecidesWhichIpv4DictionaryCounts_data()
 {
@@ -174,15 +108,15 @@ void IpConfigurationGettersTest::methodDecidesWhichIpv4DictionaryCounts()
     QFETCH(QVariantMap, expected);
     QFETCH(QStringList, lines);
     fill(properties);
-    QCOMPARE(m_service->getIpv4Configuration(), expected);
-    QCOMPARE(m_world->complaints(), lines);
+    QCOMPARE(service().getIpv4Configuration(), expected);
+    QCOMPARE(complaints(), lines);
 }
 
 void IpConfigurationGettersTest::missingIpv4IsOneLineAndEmpty()
 {
     fill({{Ipv4Configuration, withMethod("dhcp"_s, "10.0.0.2"_s)}});
-    QCOMPARE(m_service->getIpv4Configuration(), QVariantMap());
-    QCOMPARE(m_world->complaints(), {complaintAbout("Missing"_s, Ipv4)});
+    QCOMPARE(service().getIpv4Configuration(), QVariantMap());
+    QCOMPARE(complaints(), {missing(Ipv4)});
 }
 
 void IpConfigurationGettersTest::ipv4OfAnotherTypeIsOneLineAndEmpty_data()
@@ -201,16 +135,16 @@ void IpConfigurationGettersTest::ipv4OfAnotherTypeIsOneLineAndEmpty()
 {
     QFETCH(QVariant, value);
     fill({{Ipv4, value}});
-    QCOMPARE(m_service->getIpv4Configuration(), QVariantMap());
-    QCOMPARE(m_world->complaints(), {complaintAbout("Invalid type of"_s, Ipv4)});
+    QCOMPARE(service().getIpv4Configuration(), QVariantMap());
+    QCOMPARE(complaints(), {invalidType(Ipv4)});
 }
 
 void IpConfigurationGettersTest::ipv4ConfigurationOfAnotherTypeIsOneLine()
 {
     const QVariantMap dhcp = withMethod("dhcp"_s, "10.0.0.2"_s);
     fill({{Ipv4, dhcp}, {Ipv4Configuration, "dhcp"_s}});
-    QCOMPARE(m_service->getIpv4Configuration(), dhcp);
-    QCOMPARE(m_world->complaints(), {complaintAbout("Invalid type of"_s, Ipv4Configuration)});
+    QCOMPARE(service().getIpv4Configuration(), dhcp);
+    QCOMPARE(complaints(), {invalidType(Ipv4Configuration)});
 }
 
 void IpConfigurationGettersTest::everyIpv4ValueIsText()
@@ -221,63 +155,33 @@ void IpConfigurationGettersTest::everyIpv4ValueIsText()
                              {"Gateway"_s, "10.0.0.1"_s}};
     fill({{Ipv4, values}});
     for (auto it = values.cbegin(); it != values.cend(); ++it) {
-        QCOMPARE(m_service->getIpv4ConfigurationValue(it.key()), it.value().toString());
+        QCOMPARE(service().getIpv4ConfigurationValue(it.key()), it.value().toString());
     }
-    QCOMPARE(m_world->complaints(), QStringList());
-}
-
-void IpConfigurationGettersTest::valueOfAnEmptyIpv4ConfigurationIsOneLine()
-{
-    fill({{Ipv4, withMethod("manual"_s, "10.0.0.2"_s)}});
-    QCOMPARE(m_service->getIpv4ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {emptyIpv4()});
-}
-
-void IpConfigurationGettersTest::valueOfAnUndecidableIpv4ConfigurationIsTwoLines()
-{
-    fill({{Ipv4, QVariantMap()}});
-    QCOMPARE(m_service->getIpv4ConfigurationValue(Address), QString());
-    const QStringList expected{methodIsInvalid(), emptyIpv4()};
-    QCOMPARE(m_world->complaints(), expected);
-}
-
-void IpConfigurationGettersTest::ipv4ValueThatIsMissingIsOneLine()
-{
-    fill({{Ipv4, withMethod("dhcp"_s, "10.0.0.2"_s)}});
-    QCOMPARE(m_service->getIpv4ConfigurationValue("Gateway"_s), QString());
-    QCOMPARE(m_world->complaints(), {line("Missing property \"Gateway\""_s)});
-}
-
-void IpConfigurationGettersTest::ipv4ValueThatIsNoTextIsOneLine()
-{
-    const QVariantMap inner{{"a"_s, 1}};
-    fill({{Ipv4, QVariantMap{{Method, "dhcp"_s}, {Address, inner}}}});
-    QCOMPARE(m_service->getIpv4ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {line("Invalid type of property \"Address\""_s)});
+    QCOMPARE(complaints(), QStringList());
 }
 
 void IpConfigurationGettersTest::ipv6PrefixLengthIsAnInt()
 {
     fill({{Ipv6Configuration, QVariantMap{{PrefixLength, QVariant::fromValue(uchar(64))}}}});
-    const QVariant length = m_service->getIpv6Configuration().value(PrefixLength);
+    const QVariant length = service().getIpv6Configuration().value(PrefixLength);
     QCOMPARE(length.userType(), int(QMetaType::Int));
     QCOMPARE(length.toInt(), 64);
-    QCOMPARE(m_world->complaints(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void IpConfigurationGettersTest::ipv6ConfigurationWithoutPrefixLengthIsUnchanged()
 {
     const QVariantMap automatic{{Method, "auto"_s}};
     fill({{Ipv6Configuration, automatic}});
-    QCOMPARE(m_service->getIpv6Configuration(), automatic);
+    QCOMPARE(service().getIpv6Configuration(), automatic);
 }
 
 void IpConfigurationGettersTest::ipv6ConfigurationIsLoggedForDebugging()
 {
     fill({{Ipv6Configuration,
            QVariantMap{{Method, "auto"_s}, {PrefixLength, QVariant::fromValue(uchar(64))}}}});
-    m_service->getIpv6Configuration();
-    QCOMPARE(m_world->debugLines(PropertiesLog),
+    service().getIpv6Configuration();
+    QCOMPARE(debugLines("ConnmanService.properties"_s),
              {"QMap((\"Method\", QVariant(QString, \"auto\"))(\"PrefixLength\", QVariant(int, 64)))"_s});
 }
 
@@ -285,38 +189,51 @@ void IpConfigurationGettersTest::ipv6ValuesAreText()
 {
     fill({{Ipv6Configuration,
            QVariantMap{{Address, "fd00::2"_s}, {PrefixLength, QVariant::fromValue(uchar(64))}}}});
-    QCOMPARE(m_service->getIpv6ConfigurationValue(Address), "fd00::2"_s);
-    QCOMPARE(m_service->getIpv6ConfigurationValue(PrefixLength), "64"_s);
-    QCOMPARE(m_world->complaints(), QStringList());
+    QCOMPARE(service().getIpv6ConfigurationValue(Address), "fd00::2"_s);
+    QCOMPARE(service().getIpv6ConfigurationValue(PrefixLength), "64"_s);
+    QCOMPARE(complaints(), QStringList());
 }
 
-void IpConfigurationGettersTest::valueOfAnEmptyIpv6ConfigurationIsOneLine()
+void IpConfigurationGettersTest::valueThatCannotBeHadIsEmptyAndSaysWhy_data()
 {
-    fill({{Ipv6Configuration, QVariantMap()}});
-    QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {emptyIpv6()});
+    QTest::addColumn<QVariantMap>("properties");
+    QTest::addColumn<bool>("isIpv6");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QStringList>("lines");
+    const QString emptyIpv4 = line("Empty or missing ipv4-configuration."_s);
+    const QString emptyIpv6 = line("Empty or missing ipv6-configuration."_s);
+    const auto ipv4 = [](const char *title, const QVariantMap &inUse, const QString &key,
+                         const QStringList &lines) {
+        QTest::addRow("IPv4, %s", title) << QVariantMap{{Ipv4, inUse}} << false << key << lines;
+    };
+    const auto ipv6 = [](const char *title, const QVariantMap &properties, const QStringList &lines) {
+        QTest::addRow("IPv6, %s", title) << properties << true << QString(Address) << lines;
+    };
+    const auto configured = [](const QVariantMap &values) {
+        return QVariantMap{{Ipv6Configuration, values}};
+    };
+    const QString unusable = line("Invalid type of property \"Address\""_s);
+
+    ipv4("empty", withMethod("manual"_s, "10.0.0.2"_s), Address, {emptyIpv4});
+    ipv4("undecidable", {}, Address, {methodIsInvalid(), emptyIpv4});
+    ipv4("value missing", withMethod("dhcp"_s, "10.0.0.2"_s), "Gateway"_s,
+         {line("Missing property \"Gateway\""_s)});
+    ipv4("value no text", {{Method, "dhcp"_s}, {Address, QVariantMap{{"a"_s, 1}}}}, Address, {unusable});
+    ipv6("empty", configured({}), {emptyIpv6});
+    ipv6("missing", {}, {missing(Ipv6Configuration), emptyIpv6});
+    ipv6("value missing", configured({{Method, "auto"_s}}), {line("Missing property \"Address\""_s)});
+    ipv6("value no text", configured({{Address, QVariant::fromValue(QList<int>{1})}}), {unusable});
 }
 
-void IpConfigurationGettersTest::valueOfAMissingIpv6ConfigurationIsTwoLines()
+void IpConfigurationGettersTest::valueThatCannotBeHadIsEmptyAndSaysWhy()
 {
-    fill({});
-    QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QString());
-    const QStringList expected{complaintAbout("Missing"_s, Ipv6Configuration), emptyIpv6()};
-    QCOMPARE(m_world->complaints(), expected);
-}
-
-void IpConfigurationGettersTest::ipv6ValueThatIsMissingIsOneLine()
-{
-    fill({{Ipv6Configuration, QVariantMap{{Method, "auto"_s}}}});
-    QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {line("Missing property \"Address\""_s)});
-}
-
-void IpConfigurationGettersTest::ipv6ValueThatIsNoTextIsOneLine()
-{
-    fill({{Ipv6Configuration, QVariantMap{{Address, QVariant::fromValue(QList<int>{1})}}}});
-    QCOMPARE(m_service->getIpv6ConfigurationValue(Address), QString());
-    QCOMPARE(m_world->complaints(), {line("Invalid type of property \"Address\""_s)});
+    QFETCH(QVariantMap, properties);
+    QFETCH(bool, isIpv6);
+    QFETCH(QString, key);
+    fill(properties);
+    QCOMPARE(isIpv6 ? service().getIpv6ConfigurationValue(key) : service().getIpv4ConfigurationValue(key),
+             QString());
+    QTEST(complaints(), "lines");
 }
 
 static const Suite<IpConfigurationGettersTest> suite;

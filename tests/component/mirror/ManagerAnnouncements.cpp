@@ -1,6 +1,4 @@
 #include "ManagerAnnouncements.h"
-
-#include "MirrorWorld.h"
 #include "Text.h"
 
 #include <QCoreApplication>
@@ -30,9 +28,9 @@ QStringList ManagerAnnouncements::lines(const QString &kind) const
     return result;
 }
 
-RecordedManager::RecordedManager(MirrorWorld &mirrorWorld)
-    : world(mirrorWorld)
-    , manager(mirrorWorld.connection(), nullptr)
+RecordedManager::RecordedManager(test_support::ConnmanFixture &connmanFixture)
+    : fixture(connmanFixture)
+    , manager(fixture.connection(), nullptr)
     , announcements(manager)
 {
     // The first fill is due on the next pass of the event loop.
@@ -41,14 +39,19 @@ RecordedManager::RecordedManager(MirrorWorld &mirrorWorld)
 
 void RecordedManager::forget()
 {
-    world.simulator().clearCalls();
-    world.log().clear();
+    fixture.forget();
     announcements.clear();
 }
 
 QStringList RecordedManager::interfaceLines() const
 {
     return announcements.lines("interface"_s);
+}
+
+FilledManager::FilledManager(test_support::ConnmanFixture &connmanFixture)
+    : RecordedManager(connmanFixture)
+{
+    forget();
 }
 
 QString added(const QString &identifier)
@@ -64,6 +67,16 @@ QString stateOf(const QString &identifier, ConnmanService::State state)
 QString interfaceIs(const QString &name, ConnmanService::State state)
 {
     return "interface %1 %2"_s.arg(name).arg(static_cast<int>(state));
+}
+
+QVariantMap ethernet(const QString &interfaceName)
+{
+    return {{"Interface"_s, interfaceName}};
+}
+
+QVariantMap onInterface(const QString &interfaceName, const QString &stateWord)
+{
+    return {{"Ethernet"_s, ethernet(interfaceName)}, {"State"_s, stateWord}};
 }
 
 QStringList registeredPaths(const ConnmanManager &manager)

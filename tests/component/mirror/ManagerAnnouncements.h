@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 
 #include <QObject>
@@ -23,25 +24,33 @@ private:
     QStringList m_lines;
 };
 
-class MirrorWorld;
-
 /// A manager whose announcements are recorded from its construction on, its first fill being over.
 struct RecordedManager
 {
-    explicit RecordedManager(MirrorWorld &world);
+    explicit RecordedManager(test_support::ConnmanFixture &fixture);
 
     /// Forgets what was announced, called and logged so far.
     void forget();
     QStringList interfaceLines() const;
 
-    MirrorWorld &world;
+    test_support::ConnmanFixture &fixture;
     ConnmanManager manager;
     ManagerAnnouncements announcements;
+};
+
+/// A manager that has filled its registry, with nothing recorded yet of what comes next.
+struct FilledManager : RecordedManager
+{
+    explicit FilledManager(test_support::ConnmanFixture &fixture);
 };
 
 QString added(const QString &identifier);
 QString stateOf(const QString &identifier, ConnmanService::State state);
 QString interfaceIs(const QString &name, ConnmanService::State state);
+
+/// The properties of a service on a network interface.
+QVariantMap ethernet(const QString &interfaceName);
+QVariantMap onInterface(const QString &interfaceName, const QString &stateWord);
 
 /// The object paths in the manager's registry, sorted.
 QStringList registeredPaths(const ConnmanManager &manager);

@@ -1,13 +1,14 @@
 // How the registry of ConnmanManager follows ConnMan's "ServicesChanged".
 
+#include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ManagerAnnouncements.h"
-#include "MirrorWorld.h"
 #include "Suite.h"
 #include "Text.h"
 
 #include <QTest>
 
+using namespace test_support;
 using State = ConnmanService::State;
 
 namespace {
@@ -23,21 +24,6 @@ const QVariantMap &idle()
     return properties;
 }
 
-/// A manager that has filled its registry, with nothing recorded yet of what comes next.
-struct FilledManager : RecordedManager
-{
-    explicit FilledManager(MirrorWorld &mirrorWorld)
-        : RecordedManager(mirrorWorld)
-    {
-        forget();
-    }
-};
-
-QString path(const QString &identifier)
-{
-    return MirrorWorld::pathOf(identifier);
-}
-
 QString nonExistent(const QString &servicePath)
 {
     return warning(ServicesLog, "Trying to remove non-existant service \"%1\""_s.arg(servicePath));
@@ -45,7 +31,7 @@ QString nonExistent(const QString &servicePath)
 
 } // namespace
 
-class ServicesChangedTest : public QObject
+class ServicesChangedTest : public ConnmanFixture
 {
     Q_OBJECT
 
@@ -62,127 +48,117 @@ private slots:
 
 void ServicesChangedTest::announcedServiceIsAdded()
 {
-    MirrorWorld world;
-    FilledManager filled(world);
-    world.simulator().addService(A, idle());
-    QTRY_COMPARE(registeredPaths(filled.manager), QStringList{path(A)});
+    FilledManager filled(*this);
+    connman().addService(A, idle());
+    QTRY_COMPARE(registeredPaths(filled.manager), QStringList{pathOf(A)});
     const QStringList expected{stateOf(A, State::Idle), added(A)};
     QCOMPARE(filled.announcements.lines().mid(0, 2), expected);
-    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path(A))});
+    QCOMPARE(calls(), {getPropertiesCall(pathOf(A))});
 }
 
 void ServicesChangedTest::announcedServiceThatIsKnownIsReadAgain()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
+    addService(A, idle());
+    FilledManager filled(*this);
     const auto service = filled.manager.services().constFirst();
-    world.simulator().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
-    world.emitServicesChanged({path(A)}, {});
-    world.deliver();
+    connman().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
+    emitServicesChanged({pathOf(A)}, {});
+    deliver();
     QCOMPARE(service->name(), "Renamed"_s);
     QCOMPARE(filled.manager.services(), {service});
-    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path(A))});
+    QCOMPARE(calls(), {getPropertiesCall(pathOf(A))});
     QCOMPARE(filled.announcements.lines("added"_s), QStringList());
 }
 
 void ServicesChangedTest::announcedPropertiesAreNotUsed()
 {
-    MirrorWorld world;
-    world.addService(A, {{"Name"_s, "Home"_s}});
-    FilledManager filled(world);
+    addService(A, {{"Name"_s, "Home"_s}});
+    FilledManager filled(*this);
     const QVariantMap lie{{"Name"_s, "Lie"_s}};
-    const ConnmanServiceInfoList changed{{QDBusObjectPath(path(A)), lie}};
-    world.simulator().emitSignal(
-        "/"_s, "net.connman.Manager"_s, "ServicesChanged"_s,
-        {QVariant::fromValue(changed), QVariant::fromValue(QList<QDBusObjectPath>())});
-    world.deliver();
+    const ConnmanServiceInfoList changed{{QDBusObjectPath(pathOf(A)), lie}};
+    connman().emitSignal("/"_s, "net.connman.Manager"_s, "ServicesChanged"_s,
+                         {QVariant::fromValue(changed), QVariant::fromValue(QList<QDBusObjectPath>())});
+    deliver();
     QCOMPARE(filled.manager.services().constFirst()->name(), "Home"_s);
-    QCOMPARE(world.simulator().calls(), {MirrorWorld::getPropertiesCall(path(A))});
+    QCOMPARE(calls(), {getPropertiesCall(pathOf(A))});
 }
 
 void ServicesChangedTest::announcedRemovalRemoves()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    world.addService(B, idle());
-    FilledManager filled(world);
-    world.emitServicesChanged({}, {path(A)});
-    world.deliver();
-    QCOMPARE(registeredPaths(filled.manager), {path(B)});
-    QCOMPARE(world.simulator().calls(), QStringList());
-    QCOMPARE(world.complaints(), QStringList());
+    addService(A, idle());
+    addService(B, idle());
+    FilledManager filled(*this);
+    emitServicesChanged({}, {pathOf(A)});
+    deliver();
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(B)});
+    QCOMPARE(calls(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ServicesChangedTest::newServiceAnnouncedAsChangedAndRemovedIsAddedThenRemoved()
 {
-    MirrorWorld world;
-    const QDBusObjectPath servicePath = world.addService(A, idle());
-    RecordedManager recorded(world);
+    const QDBusObjectPath servicePath = addService(A, idle());
+    RecordedManager recorded(*this);
     recorded.manager.remService(servicePath);
-    world.emitServicesChanged({}, {});
-    world.deliver();
+    emitServicesChanged({}, {});
+    deliver();
     recorded.forget();
-    world.emitServicesChanged({path(A)}, {path(A)});
-    world.deliver();
+    emitServicesChanged({pathOf(A)}, {pathOf(A)});
+    deliver();
     QVERIFY(recorded.manager.services().isEmpty());
     const QStringList expected{stateOf(A, State::Idle), added(A)};
     QCOMPARE(recorded.announcements.lines(), expected);
-    const QStringList expectedLog{"Adding service \"%1\""_s.arg(path(A)),
-                                  "Removing service \"%1\""_s.arg(path(A))};
-    QCOMPARE(world.debugLines(ServicesLog), expectedLog);
-    QCOMPARE(world.complaints(), QStringList());
+    const QStringList expectedLog{"Adding service \"%1\""_s.arg(pathOf(A)),
+                                  "Removing service \"%1\""_s.arg(pathOf(A))};
+    QCOMPARE(debugLines(ServicesLog), expectedLog);
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ServicesChangedTest::knownServiceAnnouncedAsChangedAndRemovedIsReadThenRemoved()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
+    addService(A, idle());
+    FilledManager filled(*this);
     const auto service = filled.manager.services().constFirst();
-    world.simulator().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
-    world.emitServicesChanged({path(A)}, {path(A)});
-    world.deliver();
+    connman().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
+    emitServicesChanged({pathOf(A)}, {pathOf(A)});
+    deliver();
     QVERIFY(filled.manager.services().isEmpty());
     QCOMPARE(service->name(), "Renamed"_s);
-    QCOMPARE(world.complaints(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ServicesChangedTest::unknownRemovalIsAWarningAndNothingElse()
 {
-    MirrorWorld world;
-    world.addService(A, idle());
-    FilledManager filled(world);
-    world.emitServicesChanged({}, {path(B), path(Wired)});
-    world.deliver();
-    const QStringList expected{nonExistent(path(B)), nonExistent(path(Wired))};
-    QCOMPARE(world.complaints(), expected);
-    QCOMPARE(registeredPaths(filled.manager), {path(A)});
+    addService(A, idle());
+    FilledManager filled(*this);
+    emitServicesChanged({}, {pathOf(B), pathOf(Wired)});
+    deliver();
+    const QStringList expected{nonExistent(pathOf(B)), nonExistent(pathOf(Wired))};
+    QCOMPARE(complaints(), expected);
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(A)});
     QCOMPARE(filled.announcements.lines(), QStringList());
-    QCOMPARE(world.simulator().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
 }
 
 void ServicesChangedTest::announcementIsHandledInOrderWithTheInterfacesLast()
 {
-    MirrorWorld world;
     const QVariantMap onWlan{{"State"_s, "ready"_s}, {"Ethernet"_s, QVariantMap{{"Interface"_s, "wlan0"_s}}}};
-    const QDBusObjectPath first = world.addService(A, onWlan);
-    const QDBusObjectPath second = world.addService(B, onWlan);
-    RecordedManager recorded(world);
+    const QDBusObjectPath first = addService(A, onWlan);
+    const QDBusObjectPath second = addService(B, onWlan);
+    RecordedManager recorded(*this);
     recorded.manager.remService(first);
     recorded.manager.remService(second);
-    world.emitServicesChanged({}, {});
-    world.deliver();
+    emitServicesChanged({}, {});
+    deliver();
     recorded.forget();
-    world.emitServicesChanged({path(B), path(A)}, {path(B)});
-    world.deliver();
+    emitServicesChanged({pathOf(B), pathOf(A)}, {pathOf(B)});
+    deliver();
     const QStringList expected{stateOf(B, State::Ready), added(B), stateOf(A, State::Ready), added(A),
                                interfaceIs("wlan0"_s, State::Ready)};
     QCOMPARE(recorded.announcements.lines(), expected);
-    const QStringList expectedCalls{MirrorWorld::getPropertiesCall(path(B)),
-                                    MirrorWorld::getPropertiesCall(path(A))};
-    QCOMPARE(world.simulator().calls(), expectedCalls);
-    QCOMPARE(registeredPaths(recorded.manager), {path(A)});
+    const QStringList expectedCalls{getPropertiesCall(pathOf(B)), getPropertiesCall(pathOf(A))};
+    QCOMPARE(calls(), expectedCalls);
+    QCOMPARE(registeredPaths(recorded.manager), {pathOf(A)});
 }
 
 static const Suite<ServicesChangedTest> suite;

@@ -91,7 +91,7 @@ void ConnmanServiceConfigureTest::methodIsConfigured()
     QVERIFY(service().configure(configuration, address("192.168.1.5"), address("255.255.255.0"),
                                 address("192.168.1.1")));
     QCOMPARE(calls(), expected);
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanServiceConfigureTest::dhcpMakesBothWritesAndNeedsBoth_data()
@@ -118,7 +118,7 @@ void ConnmanServiceConfigureTest::dhcpMakesBothWritesAndNeedsBoth()
     QCOMPARE(calls(),
              QStringList({setProperty("IPv4.Configuration", "{\"Method\": <\"dhcp\">}"), getProperties(),
                           setProperty("Nameservers.Configuration", "@as []"), getProperties()}));
-    QCOMPARE(criticalLines().size(), (methodTaken ? 0 : 1) + (nameserversTaken ? 0 : 1));
+    QCOMPARE(complaints().size(), (methodTaken ? 0 : 1) + (nameserversTaken ? 0 : 1));
 }
 
 void ConnmanServiceConfigureTest::unknownConfigurationIsRefused_data()
@@ -135,7 +135,7 @@ void ConnmanServiceConfigureTest::unknownConfigurationIsRefused()
 
     QVERIFY(!service().configure(static_cast<Configuration>(number), address("192.168.1.5"),
                                  address("255.255.255.0"), address("192.168.1.1")));
-    QCOMPARE(criticalLines(), QStringList(serviceLine("Invalid configuration value: %1"_s.arg(number))));
+    QCOMPARE(complaints(), QStringList(serviceLine("Invalid configuration value: %1"_s.arg(number))));
     QCOMPARE(calls(), QStringList());
 }
 
@@ -147,7 +147,7 @@ void ConnmanServiceConfigureTest::manualAddressesAreSentAsText()
                                                "{\"Address\": <\"10.1.2.3\">, \"Gateway\": <\"10.1.0.1\">, "
                                                "\"Method\": <\"manual\">, \"Netmask\": <\"255.255.0.0\">}"),
                                    getProperties()}));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanServiceConfigureTest::manualReturnsWhatConnmanSays()
@@ -155,9 +155,8 @@ void ConnmanServiceConfigureTest::manualReturnsWhatConnmanSays()
     const Fault refused = fault("SetProperty", connmanError("InvalidArguments", "Invalid arguments"));
 
     QVERIFY(!service().configureManual(address("10.1.2.3"), address("255.0.255.0"), address("10.1.0.1")));
-    QCOMPARE(criticalLines(),
-             QStringList(
-                 propertiesLine("Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""_s)));
+    QCOMPARE(complaints(), QStringList(propertiesLine(
+                               "Setting property \"IPv4.Configuration\" failed: \"Invalid arguments\""_s)));
 }
 
 void ConnmanServiceConfigureTest::manualAddressesOfDifferentProtocolsAreRefused_data()
@@ -189,7 +188,7 @@ void ConnmanServiceConfigureTest::manualAddressesOfDifferentProtocolsAreRefused(
     QFETCH(QString, printed);
 
     QVERIFY(!service().configureManual(addresses.at(0), addresses.at(1), addresses.at(2)));
-    QCOMPARE(criticalLines(), QStringList(propertiesLine(printed)));
+    QCOMPARE(complaints(), QStringList(propertiesLine(printed)));
     QCOMPARE(calls(), QStringList());
 }
 
@@ -212,7 +211,7 @@ void ConnmanServiceConfigureTest::manualAddressesOfOtherProtocolsAreRefused()
     QFETCH(QString, protocol);
 
     QVERIFY(!service().configure(Configuration::Manual, addresses.at(0), addresses.at(1), addresses.at(2)));
-    QCOMPARE(criticalLines(), QStringList(serviceLine("Unsupported protocol: "_s + protocol)));
+    QCOMPARE(complaints(), QStringList(serviceLine("Unsupported protocol: "_s + protocol)));
     QCOMPARE(calls(), QStringList());
 }
 
@@ -290,8 +289,8 @@ void ConnmanServiceConfigureTest::operationsReturnWhatConnmanSays()
     const Fault refused = fault("SetProperty", connmanError("NotSupported", "Not supported"));
 
     QVERIFY(!operation(service()));
-    QCOMPARE(criticalLines().size(), 1);
-    QVERIFY(criticalLines().constFirst().endsWith("failed: \"Not supported\""_s));
+    QCOMPARE(complaints().size(), 1);
+    QVERIFY(complaints().constFirst().endsWith("failed: \"Not supported\""_s));
 }
 
 static const Suite<ConnmanServiceConfigureTest> suite;

@@ -39,7 +39,7 @@ void ConnmanServiceOperationsTest::writtenPropertyIsFollowedByARefresh()
     QCOMPARE(calls(), QStringList({setProperty("AutoConnect", "false"), getProperties()}));
     QVERIFY(!service().getAutoConnect());
     QCOMPARE(service().strength(), 42);
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ConnmanServiceOperationsTest::writtenPropertyIsLogged()
@@ -106,7 +106,7 @@ void ConnmanServiceOperationsTest::rejectedPropertyIsLoggedAndStillRefreshes()
     QCOMPARE(calls(), QStringList({setProperty("AutoConnect", "false"), getProperties()}));
     QString printed;
     QDebug(&printed).nospace() << message;
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(propertiesLine("Setting property \"AutoConnect\" failed: "_s + printed)));
     QCOMPARE(service().strength(), 42);
     QVERIFY(service().getAutoConnect());
@@ -118,7 +118,7 @@ void ConnmanServiceOperationsTest::writingToAServiceThatIsGoneIsNotLogged()
 
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
     QCOMPARE(calls(), QStringList({setProperty("AutoConnect", "false"), getProperties()}));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
     QCOMPARE(service().name(), "HomeNet"_s);
 }
 
@@ -127,7 +127,7 @@ void ConnmanServiceOperationsTest::writeWithoutAnswerFails()
     const Fault unanswered = fault("SetProperty", silence());
 
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
-    QCOMPARE(criticalLines(), {propertiesLine("Setting property \"AutoConnect\" failed: \"Silence\""_s)});
+    QCOMPARE(complaints(), {propertiesLine("Setting property \"AutoConnect\" failed: \"Silence\""_s)});
     QCOMPARE(calls().size(), 2);
 }
 
@@ -136,7 +136,7 @@ void ConnmanServiceOperationsTest::writeToAVanishedConnmanFails()
     const Fault vanished = fault("SetProperty", FaultKind::vanish());
 
     QVERIFY(!service().dbusSetProperty(autoConnect, false));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList({propertiesLine("Setting property \"AutoConnect\" failed: \"Message recipient "
                                          "disconnected from message bus without replying\""_s),
                           propertiesLine("Call to GetProperties failed: \"The name net.connman was "

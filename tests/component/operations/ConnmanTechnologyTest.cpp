@@ -4,7 +4,6 @@
 #include "Text.h"
 
 #include <functional>
-#include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QMap>
@@ -58,7 +57,7 @@ private slots:
 void ConnmanTechnologyTest::constructionReadsThePropertiesOnce()
 {
     makeProxy();
-    QCOMPARE(connman().calls(), QStringList(call("GetProperties")));
+    QCOMPARE(calls(), QStringList(call("GetProperties")));
     QVERIFY(technology().isConnected());
     QCOMPARE(criticalLines(), QStringList());
 }
@@ -74,7 +73,7 @@ void ConnmanTechnologyTest::constructionWithoutConnmanIsLogged()
 
 void ConnmanTechnologyTest::unusableBusIsLoggedAndEverythingFails()
 {
-    ConnmanTechnology unreachable(QDBusConnection("nowhere"_s), name(), nullptr);
+    ConnmanTechnology unreachable(noConnection(), name(), nullptr);
     const QString notConnected = "\"Not connected to D-Bus server\""_s;
 
     QCOMPARE(criticalLines(),
@@ -91,7 +90,7 @@ void ConnmanTechnologyTest::gettersReadTheCache()
     QCOMPARE(technology().type(), name());
     QVERIFY(technology().isConnected());
     QVERIFY(technology().isTethering());
-    QCOMPARE(connman().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
     QCOMPARE(criticalLines(), QStringList());
 }
 
@@ -156,7 +155,7 @@ void ConnmanTechnologyTest::powerIsReadAnew()
     connman().setTechnologyProperty(name(), powered, on, true);
 
     QTEST(technology().isPowered(), "expected");
-    QCOMPARE(connman().calls(), QStringList(call("GetProperties")));
+    QCOMPARE(calls(), QStringList(call("GetProperties")));
     QCOMPARE(criticalLines(), QStringList());
 }
 
@@ -232,7 +231,7 @@ void ConnmanTechnologyTest::changeOfConnectedReachesTheCacheWithoutAnotherCall()
     connman().setTechnologyProperty(name(), "Connected"_s, false);
 
     QTRY_VERIFY_WITH_TIMEOUT(!technology().isConnected(), eventTimeoutMs);
-    QCOMPARE(connman().calls(), QStringList());
+    QCOMPARE(calls(), QStringList());
     QCOMPARE(criticalLines(), QStringList());
 }
 

@@ -1,18 +1,12 @@
 #include "ServiceFixture.h"
-#include "Text.h"
 
-#include <QDBusConnection>
+#include "ConnmanNames.h"
+
 #include <QDBusObjectPath>
-#include <QLoggingCategory>
-#include <QTest>
 
-using test_support::Fault;
-using test_support::FaultKind;
+using namespace test_support;
 
 namespace {
-
-const QString connmanName = "net.connman"_s;
-const QString serviceInterface = "net.connman.Service"_s;
 
 QVariantMap connectedByDhcp()
 {
@@ -27,31 +21,18 @@ QVariantMap connectedByDhcp()
 
 } // namespace
 
-void ServiceFixture::initTestCase()
-{
-    QVERIFY(m_connman.isReady());
-    QLoggingCategory::setFilterRules("ConnmanService.debug=true\n"
-                                     "ConnmanService.properties.debug=true"_s);
-}
-
 void ServiceFixture::init()
 {
-    m_log = std::make_unique<test_support::LogCapture>();
-    m_connman.addService(identifier(), connectedByDhcp());
+    ConnmanFixture::init();
+    addService(identifier(), connectedByDhcp());
     makeProxy();
-    m_connman.clearCalls();
-    m_log->clear();
+    log().clear();
 }
 
 void ServiceFixture::cleanup()
 {
     m_service.reset();
-    m_connman.clearFaults();
-    m_connman.setPresent(connmanName, true);
-    for (const QString &known : m_connman.services()) {
-        m_connman.removeService(known);
-    }
-    m_log.reset();
+    ConnmanFixture::cleanup();
 }
 
 QString ServiceFixture::identifier()
@@ -59,28 +40,22 @@ QString ServiceFixture::identifier()
     return "wifi_020000000001_686f6d65_managed_psk"_s;
 }
 
-QString ServiceFixture::path()
-{
-    return "/net/connman/service/"_s + identifier();
-}
-
 void ServiceFixture::makeProxy()
 {
-    m_service =
-        std::make_unique<ConnmanService>(QDBusConnection::systemBus(), QDBusObjectPath(path()), nullptr);
+    m_service = std::make_unique<ConnmanService>(connection(), QDBusObjectPath(path()), nullptr);
     m_service->serviceChanged();
-    m_connman.clearCalls();
+    connman().clearCalls();
 }
 
 void ServiceFixture::removeServiceUnnoticed()
 {
-    m_connman.removeService(identifier());
-    m_connman.clearCalls();
+    connman().removeService(identifier());
+    connman().clearCalls();
 }
 
 QString ServiceFixture::call(const char *member, const QString &arguments)
 {
-    return "%1 %2.%3(%4)"_s.arg(path(), serviceInterface, QLatin1String(member), arguments);
+    return callLine(path(), ConnmanNames::ServiceInterface, QLatin1String(member), arguments);
 }
 
 QString ServiceFixture::setProperty(const char *name, const char *value)
@@ -90,7 +65,7 @@ QString ServiceFixture::setProperty(const char *name, const char *value)
 
 Fault ServiceFixture::fault(const char *member, const FaultKind &kind, uint count)
 {
-    return m_connman.injectFault(serviceInterface, QLatin1String(member), kind, path(), count);
+    return connman().injectFault(ConnmanNames::ServiceInterface, QLatin1String(member), kind, path(), count);
 }
 
 FaultKind ServiceFixture::unknownObject()
@@ -108,30 +83,14 @@ FaultKind ServiceFixture::connmanError(const char *name, const char *message)
     return FaultKind::error("net.connman.Error."_s + QLatin1String(name), QLatin1String(message));
 }
 
-QStringList ServiceFixture::debugLines() const
-{
-    return m_log->lines("ConnmanService"_s, QtDebugMsg);
-}
-
-QStringList ServiceFixture::criticalLines() const
-{
-    QStringList lines;
-    for (const test_support::LogMessage &message : m_log->messages()) {
-        if (message.type == QtCriticalMsg) {
-            lines.append(message.category + ": "_s + message.text);
-        }
-    }
-    return lines;
-}
-
 QString ServiceFixture::serviceLine(const QString &text)
 {
-    return "ConnmanService: "_s + text;
+    return critical("ConnmanService"_s, text);
 }
 
 QString ServiceFixture::propertiesLine(const QString &text)
 {
-    return "ConnmanService.properties: "_s + text;
+    return critical("ConnmanService.properties"_s, text);
 }
 
 QString ServiceFixture::failedCallLine(const char *member, const char *errorName, const char *message)
