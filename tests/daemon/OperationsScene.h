@@ -75,6 +75,16 @@ inline QString failedCall(const QString &method, const QString &identifier,
         method, servicePath(identifier), error);
 }
 
+/// A scan that finds nothing.
+inline test_support::Fault failingScan(test_support::SimulatorClient &simulator)
+{
+    return simulator.injectFault(
+        "net.connman.Technology"_s, "Scan"_s,
+        test_support::FaultKind::error("net.connman.Error.NoCarrier"_s, "No carrier"_s));
+}
+const QString scanFailed = "ConnmanTechnology|critical|Failed to asynchronously call Scan on "
+                           "\"/net/connman/technology/wifi\" : \"No carrier\""_s;
+
 inline QString failedRegistration(const QString &reason)
 {
     return "NetworkManager|critical|Failed to register network: \"%1\""_s.arg(reason);

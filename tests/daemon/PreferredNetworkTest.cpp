@@ -12,20 +12,18 @@ class PreferredNetworkTest : public QObject
     Q_OBJECT
 private slots:
     void withoutPreferredNetworkNoServiceIsTouched();
-    void preferredNetworkIsJoinedAndAnnounced();
+    void preferredNetworkIsJoinedAndAnnouncedOnceThoughTheLinkReportsLater();
     void attemptComesAQuarterOfASecondAfterTheScan();
-    void returnIsAnnouncedOnceThoughTheLinkReportsLater();
     void nothingIsAnnouncedWhenTheReturnAlreadyWas();
     void onlyAnIdleOrUnknownLinkIsTouched_data();
     void onlyAnIdleOrUnknownLinkIsTouched();
-    void idleLinkIsTouched();
-    void linkThatWasNeverReportedIsTouched();
+    void idleOrUnknownLinkIsTouched_data();
+    void idleOrUnknownLinkIsTouched();
     void otherNetworksAreSkippedWithALine();
     void namesAreComparedExactly();
     void secondNetworkOfThatNameIsTriedWhenTheFirstFails();
     void noOtherNetworkOfThatNameIsTriedAfterASuccess();
-    void failureLeavesEverythingAsItIs();
-    void returnAfterAFailedAttemptIsStillAnnounced();
+    void failureLeavesEverythingAsItIsAndTheReturnIsStillAnnounced();
     void busyPreferredNetworkEndsTheAttempt();
 };
 
@@ -89,13 +87,15 @@ void PreferredNetworkTest::withoutPreferredNetworkNoServiceIsTouched()
     QCOMPARE(device.serviceCalls(), QStringList());
 }
 
-void PreferredNetworkTest::preferredNetworkIsJoinedAndAnnounced()
+void PreferredNetworkTest::preferredNetworkIsJoinedAndAnnouncedOnceThoughTheLinkReportsLater()
 {
     Device device;
     const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
     QVERIFY(device.client.waitFor(announcement));
+    QVERIFY(device.devices().waitForLed("led8"_s, LedPattern::on()));
+    device.client.settle();
     QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(home)));
     QVERIFY(device.simulator.calls().indexOf(scene::scan) <
             device.simulator.calls().indexOf(scene::connectCall(home)));
@@ -119,19 +119,6 @@ void PreferredNetworkTest::attemptComesAQuarterOfASecondAfterTheScan()
     QVERIFY2(clock.elapsed() > 200, qPrintable(QString::number(clock.elapsed())));
 }
 
-void PreferredNetworkTest::returnIsAnnouncedOnceThoughTheLinkReportsLater()
-{
-    Device device;
-    device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(device.startWithoutRadio());
-    QVERIFY(device.powerOn());
-    QVERIFY(device.client.waitFor(announcement));
-    QVERIFY(device.devices().waitForLed("led8"_s, LedPattern::on()));
-    device.client.settle();
-    QCOMPARE(device.client.record().count(announcement), 1);
-    QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(7)));
-}
-
 void PreferredNetworkTest::nothingIsAnnouncedWhenTheReturnAlreadyWas()
 {
     Device device;
@@ -152,25 +139,14 @@ void PreferredNetworkTest::nothingIsAnnouncedWhenTheReturnAlreadyWas()
 void PreferredNetworkTest::onlyAnIdleOrUnknownLinkIsTouched_data()
 {
     QTest::addColumn<QString>("state");
-    QTest::addColumn<QString>("logged");
-    QTest::newRow("disconnect") << "disconnect"
-                                << "Disconnect";
-    QTest::newRow("failure") << "failure"
-                             << "Failure";
-    QTest::newRow("association") << "association"
-                                 << "Association";
-    QTest::newRow("configuration") << "configuration"
-                                   << "Configuration";
-    QTest::newRow("ready") << "ready"
-                           << "Ready";
-    QTest::newRow("online") << "online"
-                            << "Online";
+    for (const char *state : {"disconnect", "failure", "association", "configuration", "ready", "online"}) {
+        QTest::newRow(state) << QString::fromLatin1(state);
+    }
 }
 
 void PreferredNetworkTest::onlyAnIdleOrUnknownLinkIsTouched()
 {
     QFETCH(QString, state);
-    QFETCH(QString, logged);
     Device device;
     device.simulator.addService(scene::home, named("Home"_s));
     // Another network has the link; the preferred one could be joined.
@@ -183,31 +159,28 @@ void PreferredNetworkTest::onlyAnIdleOrUnknownLinkIsTouched()
     QCOMPARE(device.log().lines().filter("isn't Idle"_s).size(), 1);
     const QString line = device.log().lines().filter("isn't Idle"_s).constFirst();
     QVERIFY2(line.startsWith("NetworkManager|debug|Interface wlan0 isn't Idle, is "_s), qPrintable(line));
-    QVERIFY2(line.contains(logged), qPrintable(line));
+    QVERIFY2(line.contains(state.at(0).toUpper() + state.mid(1)), qPrintable(line));
     QCOMPARE(device.serviceCalls(), QStringList());
 }
 
-void PreferredNetworkTest::idleLinkIsTouched()
+void PreferredNetworkTest::idleOrUnknownLinkIsTouched_data()
 {
+    QTest::addColumn<QString>("interface");
+    QTest::newRow("idle") << "wlan0"_s;
+    QTest::newRow("nothing of wlan0 is there to be reported") << "wlan1"_s;
+}
+
+void PreferredNetworkTest::idleOrUnknownLinkIsTouched()
+{
+    QFETCH(QString, interface);
     Device device;
-    device.simulator.addService(scene::home, named("Home"_s));
+    device.simulator.addService(scene::home, onInterface(interface));
     QVERIFY(device.startWithoutRadio());
     device.reportState(scene::home, "idle"_s);
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.powerOn());
     QVERIFY(device.client.waitFor(announcement));
     QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(scene::home)));
-}
-
-void PreferredNetworkTest::linkThatWasNeverReportedIsTouched()
-{
-    Device device;
-    // Nothing of "wlan0" is there to be reported.
-    device.simulator.addService(scene::home, onInterface("wlan1"_s));
-    QVERIFY(device.startWithoutRadio());
-    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
-    QVERIFY(device.powerOn());
-    QVERIFY(device.client.waitFor(announcement));
 }
 
 void PreferredNetworkTest::otherNetworksAreSkippedWithALine()
@@ -278,7 +251,7 @@ void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterASuccess()
     QCOMPARE(device.connectCalls().size(), 1);
 }
 
-void PreferredNetworkTest::failureLeavesEverythingAsItIs()
+void PreferredNetworkTest::failureLeavesEverythingAsItIsAndTheReturnIsStillAnnounced()
 {
     Device device;
     device.simulator.addService(scene::home, named("Home"_s));
@@ -294,16 +267,7 @@ void PreferredNetworkTest::failureLeavesEverythingAsItIs()
     QCOMPARE(scene::spoken(device.simulator), QStringList());
     QVERIFY(device.daemon.sandbox().settings("main"_s).contains("Home"));
     QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
-}
 
-void PreferredNetworkTest::returnAfterAFailedAttemptIsStillAnnounced()
-{
-    Device device;
-    device.simulator.addService(scene::home, named("Home"_s));
-    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
-    QVERIFY(device.startWithoutRadio());
-    QVERIFY(device.powerOn());
-    QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
     device.reportState(scene::home, "ready"_s);
     QCOMPARE(device.client.record().count(announcement), 1);
 }

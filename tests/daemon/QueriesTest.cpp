@@ -6,20 +6,12 @@
 using namespace scene;
 using namespace test_support;
 
-/// The list queries of the bus interface: networks, wpsNetworks, activeNetworks, and the technologies.
+/// The queries of the bus interface about networks and technologies; of networks() only what any reply may
+/// hold.
 class QueriesTest : public QObject
 {
     Q_OBJECT
 private slots:
-    void networksAreListedByIdentifierAfterOneScan();
-    void networkWithoutIpv6IsSetToAutoOnEveryListing();
-    void listedNetworksGetIpv6AutoConfiguration_data();
-    void listedNetworksGetIpv6AutoConfiguration();
-    void listedPropertiesAreThoseAfterTheAutoConfiguration();
-    void refusedAutoConfigurationIsReportedAndTheNetworkListed();
-    void networksWithIpv6AutoAreLeftAlone();
-    void failedScanStillListsWhatIsKnown();
-    void networkThatTheScanFoundIsListedAtOnce();
     void wpsNetworksAreListedByNameAfterOneScan();
     void wpsNetworksOfOneNameAreListedEach();
     void failedScanStillListsWhatOffersWps();
@@ -37,23 +29,6 @@ private slots:
 
 namespace {
 const QString identifier = "wifi_020000000200_486f6d65_managed_psk"_s;
-
-const QString toAuto = write(home, "IPv6.Configuration"_s, "{\"Method\": <\"auto\">}"_s);
-
-/// A scan that finds nothing.
-Fault failingScan(SimulatorClient &simulator)
-{
-    return simulator.injectFault("net.connman.Technology"_s, "Scan"_s,
-                                 FaultKind::error("net.connman.Error.NoCarrier"_s, "No carrier"_s));
-}
-const QString scanFailed = "ConnmanTechnology|critical|Failed to asynchronously call Scan on "
-                           "\"/net/connman/technology/wifi\" : \"No carrier\""_s;
-
-/// The reply of networks(), plain at every depth.
-QVariantMap networks(DaemonClient &client)
-{
-    return libtactora::dbusArgumentUnpack(client.call("networks").toMap());
-}
 
 /// A reply in words, plain at every depth.
 QString textOf(const QVariant &reply)
@@ -102,114 +77,6 @@ void QueriesTest::getConfigurationAnswersTwiceWhateverItHolds()
     const QString first = textOf(device.client.call("getConfiguration", identifier));
     QVERIFY(first.contains("Strange"_s));
     QCOMPARE(textOf(device.client.call("getConfiguration", identifier)), first);
-}
-
-void QueriesTest::networksAreListedByIdentifierAfterOneScan()
-{
-    Operations device;
-    device.simulator.addService(home, {{"Name"_s, "Home"_s}});
-    device.simulator.addService(cable);
-    QVERIFY(device.begin());
-
-    const QVariantMap listed = networks(device.client);
-    QCOMPARE(listed.keys(), (QStringList{cable, home}));
-    QCOMPARE(listed.value(home).toMap().value("Name"_s).toString(), "Home"_s);
-    QCOMPARE(listed.value(home).toMap(),
-             libtactora::dbusArgumentUnpack(device.simulator.serviceProperties(home)));
-    QCOMPARE(device.changes().count(scan), 1);
-    QCOMPARE(device.changes().constFirst(), scan);
-}
-
-void QueriesTest::networkWithoutIpv6IsSetToAutoOnEveryListing()
-{
-    Operations device;
-    device.simulator.addService(home);
-    device.simulator.removeServiceProperty(home, "IPv6"_s);
-    QVERIFY(device.begin());
-
-    networks(device.client);
-    networks(device.client);
-    QCOMPARE(device.changes(), (QStringList{scan, toAuto, scan, toAuto}));
-}
-
-void QueriesTest::listedNetworksGetIpv6AutoConfiguration_data()
-{
-    QTest::addColumn<QVariant>("ipv6");
-    QTest::newRow("without a method") << QVariant(QVariantMap{});
-    QTest::newRow("manual") << QVariant(QVariantMap{{"Method"_s, "manual"_s}});
-    QTest::newRow("off") << QVariant(QVariantMap{{"Method"_s, "off"_s}});
-    QTest::newRow("in capitals") << QVariant(QVariantMap{{"Method"_s, "AUTO"_s}});
-    QTest::newRow("no dictionary") << QVariant("auto"_s);
-}
-
-void QueriesTest::listedNetworksGetIpv6AutoConfiguration()
-{
-    QFETCH(QVariant, ipv6);
-    Operations device;
-    device.simulator.addService(home, {{"IPv6"_s, ipv6}});
-    QVERIFY(device.begin());
-
-    networks(device.client);
-    QCOMPARE(device.changes(), (QStringList{scan, toAuto}));
-}
-
-void QueriesTest::listedPropertiesAreThoseAfterTheAutoConfiguration()
-{
-    Operations device;
-    device.simulator.addService(
-        home, {{"IPv6"_s, QVariantMap{}}, {"IPv6.Configuration"_s, QVariantMap{{"Method"_s, "off"_s}}}});
-    QVERIFY(device.begin());
-
-    const QVariantMap listed = networks(device.client).value(home).toMap();
-    QCOMPARE(listed.value("IPv6.Configuration"_s).toMap().value("Method"_s).toString(), "auto"_s);
-}
-
-void QueriesTest::refusedAutoConfigurationIsReportedAndTheNetworkListed()
-{
-    Operations device;
-    device.simulator.addService(home, {{"IPv6"_s, QVariantMap{}}});
-    device.simulator.addService(cable);
-    QVERIFY(device.begin());
-    const Fault refused = device.simulator.injectFault("net.connman.Service"_s, "SetProperty"_s,
-                                                       FaultKind::error("net.connman.Error.Failed"_s, "No"_s),
-                                                       servicePath(home));
-
-    QCOMPARE(networks(device.client).keys(), (QStringList{cable, home}));
-    QCOMPARE(device.client.record().filter("error"_s),
-             QStringList(errorSignal("Unable to configure network '%1' with method 'auto'."_s.arg(home))));
-    QVERIFY(device.log().takeProblem(
-        "ConnmanService.properties|critical|Setting property \"IPv6.Configuration\" failed: \"No\""_s));
-}
-
-void QueriesTest::networksWithIpv6AutoAreLeftAlone()
-{
-    Operations device;
-    device.simulator.addService(home, {{"IPv6"_s, QVariantMap{{"Method"_s, "auto"_s}}}});
-    QVERIFY(device.begin());
-
-    networks(device.client);
-    QCOMPARE(device.changes(), QStringList(scan));
-}
-
-void QueriesTest::failedScanStillListsWhatIsKnown()
-{
-    Operations device;
-    device.simulator.addService(home);
-    QVERIFY(device.begin());
-    const Fault failing = failingScan(device.simulator);
-
-    QCOMPARE(networks(device.client).keys(), QStringList(home));
-    QVERIFY(device.log().takeProblem(scanFailed));
-}
-
-void QueriesTest::networkThatTheScanFoundIsListedAtOnce()
-{
-    Operations device;
-    QVERIFY(device.begin());
-    const QString found = device.simulator.addNetwork({{"ssid"_s, "Den"_s}, {"atOnce"_s, false}});
-    device.simulator.setTiming("announce"_s, 100);
-
-    QCOMPARE(networks(device.client).keys(), QStringList(found));
 }
 
 void QueriesTest::wpsNetworksAreListedByNameAfterOneScan()

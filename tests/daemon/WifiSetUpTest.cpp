@@ -21,10 +21,9 @@ private slots:
     void failedMacAddressIsTriedOnceMore();
     void macAddressThatFailsTwiceIsGivenUp();
     void boardWithoutRegionIsPowerCycledOnceToo();
-    void wifiThatIsOffIsNotPowerCycled();
     void wifiThatConnmanLeftOffIsSwitchedOn();
-    void wifiThatIsMeantToBeOffStaysOff_data();
-    void wifiThatIsMeantToBeOffStaysOff();
+    void wifiThatIsMeantToBeOffStaysOffAndIsNotPowerCycled_data();
+    void wifiThatIsMeantToBeOffStaysOffAndIsNotPowerCycled();
     void powerCycleLeavesWifiOffForHalfASecond();
     void powerCycleThatFailsIsReportedTwice();
     void regionCommandThatHangsIsKilledAfterFiveSeconds();
@@ -46,6 +45,8 @@ const QString off = "powerChanged(false)"_s;
 const QString on = "powerChanged(true)"_s;
 const QString regionDone = "NetworkSettings|debug|The region has been set successfully."_s;
 const QString macRetry = "NetworkManager|critical|Failed to set MAC address -> trying again!"_s;
+const QString missing =
+    "ConnmanTechnology|critical|Missing property \"Powered\" of service \"/net/connman/technology/wifi\""_s;
 const QString downFailed = "default|critical|Failed to set interface down."_s;
 
 /// A device with region "SE" and serial number 100.
@@ -101,8 +102,6 @@ void WifiSetUpTest::macAddressComesFromTheSerialNumber()
 void WifiSetUpTest::waitsUntilThePowerStateIsKnown()
 {
     Board board;
-    const QString missing =
-        "ConnmanTechnology|critical|Missing property \"Powered\" of service \"/net/connman/technology/wifi\""_s;
     board.simulator.removeTechnologyProperty("wifi"_s, "Powered"_s);
     QVERIFY(board.start());
     constexpr int polls = 3;
@@ -122,8 +121,6 @@ void WifiSetUpTest::waitsUntilThePowerStateIsKnown()
 void WifiSetUpTest::servesNoClientWhileThePowerStateIsUnknown()
 {
     Board board;
-    const QString missing =
-        "ConnmanTechnology|critical|Missing property \"Powered\" of service \"/net/connman/technology/wifi\""_s;
     board.simulator.removeTechnologyProperty("wifi"_s, "Powered"_s);
     QVERIFY(board.start());
     QVERIFY(board.log().waitFor(missing));
@@ -195,18 +192,6 @@ void WifiSetUpTest::boardWithoutRegionIsPowerCycledOnceToo()
     QCOMPARE(board.client.record(), (QStringList{off, on}));
 }
 
-void WifiSetUpTest::wifiThatIsOffIsNotPowerCycled()
-{
-    Board board;
-    board.switchWifiOff();
-    board.daemon.setLoggingRules("NetworkSettings=true"_s);
-    QVERIFY(board.start());
-    QVERIFY(board.log().waitFor(regionDone));
-    board.client.settle();
-    QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden}));
-    QCOMPARE(board.client.record(), QStringList());
-}
-
 void WifiSetUpTest::wifiThatConnmanLeftOffIsSwitchedOn()
 {
     Board board;
@@ -219,7 +204,7 @@ void WifiSetUpTest::wifiThatConnmanLeftOffIsSwitchedOn()
     QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden}));
 }
 
-void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOff_data()
+void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOffAndIsNotPowerCycled_data()
 {
     QTest::addColumn<QByteArray>("settings");
     QTest::newRow("switched off") << QByteArray("[global]\nOfflineMode=false\n\n[WiFi]\nEnable=false\n");
@@ -227,7 +212,7 @@ void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOff_data()
     QTest::newRow("nothing is known") << QByteArray();
 }
 
-void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOff()
+void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOffAndIsNotPowerCycled()
 {
     QFETCH(QByteArray, settings);
     constexpr int secondLookMs = 5000;
@@ -238,6 +223,7 @@ void WifiSetUpTest::wifiThatIsMeantToBeOffStaysOff()
     QVERIFY(board.start());
     QVERIFY(board.log().waitFor(regionDone));
     QVERIFY(!board.simulator.waitForCall(switchOn, secondLookMs * 3 / 2));
+    QCOMPARE(board.commands().calls(), (QStringList{list, down, setAddress, up, setSweden}));
     QCOMPARE(board.client.record(), QStringList());
 }
 

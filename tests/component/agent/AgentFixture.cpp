@@ -13,23 +13,6 @@ namespace {
 const QString connmanConnection = "connman"_s;
 const QString agentCategory = "ConnmanAgent"_s;
 
-QString typeName(QtMsgType type)
-{
-    switch (type) {
-    case QtDebugMsg:
-        return "debug"_s;
-    case QtInfoMsg:
-        return "info"_s;
-    case QtWarningMsg:
-        return "warning"_s;
-    case QtCriticalMsg:
-        return "critical"_s;
-    case QtFatalMsg:
-        return "fatal"_s;
-    }
-    return {};
-}
-
 } // namespace
 
 AgentFixture::AgentFixture()
@@ -61,7 +44,7 @@ QStringList AgentFixture::agentLines() const
     QStringList lines;
     for (const test_support::LogMessage &message : m_log->messages()) {
         if (message.category == agentCategory) {
-            lines.append(typeName(message.type) + QLatin1Char('|') + message.text);
+            lines.append(message.line());
         }
     }
     return lines;

@@ -23,7 +23,7 @@ protected:
     ConnmanAgent &agent() { return *m_agent; }
     const ConnmanAgentDBus &adaptor() const { return *m_adaptor; }
     test_support::LogCapture &log() { return *m_log; }
-    /// What the agent has logged, "debug|text", in order.
+    /// What the agent has logged, as lines, in order.
     QStringList agentLines() const;
 
     /// Calls the agent over D-Bus and returns its answer, the event loop running meanwhile.

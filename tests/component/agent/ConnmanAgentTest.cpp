@@ -80,7 +80,7 @@ void ConnmanAgentTest::releaseIsOnlyLogged()
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(), QStringList("debug|Release()"_s));
+    QCOMPARE(agentLines(), QStringList("debug ConnmanAgent: Release()"_s));
     QCOMPARE(answer(requestInput(pskFields())).value(passphrase), QVariant("secret"_s));
 }
 
@@ -91,7 +91,7 @@ void ConnmanAgentTest::cancelIsOnlyLogged()
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(), QStringList("debug|Cancel()"_s));
+    QCOMPARE(agentLines(), QStringList("debug ConnmanAgent: Cancel()"_s));
     QCOMPARE(answer(requestInput(pskFields())).value(passphrase), QVariant("secret"_s));
 }
 
@@ -101,8 +101,9 @@ void ConnmanAgentTest::reportedErrorIsLoggedKeptAndAnswered()
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(),
-             QStringList("critical|Error: \"invalid-key\" on service \"/net/connman/service/x\""_s));
+    QCOMPARE(
+        agentLines(),
+        QStringList("critical ConnmanAgent: Error: \"invalid-key\" on service \"/net/connman/service/x\""_s));
     QCOMPARE(agent().lastError(), "invalid-key"_s);
 }
 
@@ -115,7 +116,8 @@ void ConnmanAgentTest::connectFailedIsEmittedExactlyOnceAndAnswered()
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(agent().lastError(), "connect-failed"_s);
     QCOMPARE(agentLines(),
-             QStringList("critical|Error: \"connect-failed\" on service \"/net/connman/service/x\""_s));
+             QStringList(
+                 "critical ConnmanAgent: Error: \"connect-failed\" on service \"/net/connman/service/x\""_s));
 }
 
 void ConnmanAgentTest::connectFailedIsEmittedBeforeTheErrorIsKept()
@@ -175,8 +177,9 @@ void ConnmanAgentTest::reportedPeerErrorIsOnlyLogged()
 
     QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     QCOMPARE(reply.arguments(), QVariantList());
-    QCOMPARE(agentLines(),
-             QStringList("critical|Service: \"/net/connman/peer/y\" Error: \"connect-failed\""_s));
+    QCOMPARE(
+        agentLines(),
+        QStringList("critical ConnmanAgent: Service: \"/net/connman/peer/y\" Error: \"connect-failed\""_s));
     QCOMPARE(connectFailed.count(), 0);
     QCOMPARE(agent().lastError(), QString());
 }
@@ -196,8 +199,9 @@ void ConnmanAgentTest::browserRequestIsAlwaysRefused()
     const QDBusMessage reply = call("RequestBrowser"_s, {path(service), "http://portal/"_s});
 
     QCOMPARE(error(reply), invalidArgs("Unsupported browser-request."_s));
-    QCOMPARE(agentLines(),
-             QStringList("critical|Service: \"/net/connman/service/x\" Url: \"http://portal/\""_s));
+    QCOMPARE(
+        agentLines(),
+        QStringList("critical ConnmanAgent: Service: \"/net/connman/service/x\" Url: \"http://portal/\""_s));
 }
 
 void ConnmanAgentTest::peerAuthorizationIsAlwaysRefused_data()
@@ -213,9 +217,9 @@ void ConnmanAgentTest::peerAuthorizationIsAlwaysRefused()
         call("RequestPeerAuthorization"_s, {path(peer), QVariantMap{{"WPS"_s, "12345670"_s}}});
 
     QCOMPARE(error(reply), invalidArgs("Unsupported peer-request type."_s));
-    QCOMPARE(agentLines(), QStringList({"debug|Service: \"/net/connman/peer/y\" Request: "
+    QCOMPARE(agentLines(), QStringList({"debug ConnmanAgent: Service: \"/net/connman/peer/y\" Request: "
                                         "QMap((\"WPS\", QVariant(QString, \"12345670\")))"_s,
-                                        "critical|Unsupported peer-request type."_s}));
+                                        "critical ConnmanAgent: Unsupported peer-request type."_s}));
 }
 
 void ConnmanAgentTest::handlersDoNothingWhenNotCalledOverDBus()
