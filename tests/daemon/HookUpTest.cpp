@@ -198,7 +198,7 @@ void HookUpTest::unpluggedKeyboardIsToldByLibraryAndDaemon()
     LonelyDaemon device;
     device.daemon.setLoggingRules("NetworkManager.warning=true"_s);
     QVERIFY(device.start());
-    device.daemon.sandbox().keyboard().unplug();
+    device.daemon.sandbox().keyboard().hangUp();
     QVERIFY(device.daemon.log().waitFor("NetworkManager|warning|Keyboard-error: "_s + message));
     QVERIFY(device.daemon.log().takeProblem("libkeyboard|critical|Keyboard error: "_s + message));
     QCOMPARE(device.client.call("getHostName").toString(), "printer"_s);

@@ -20,11 +20,15 @@ void FakeDevices::Unref::operator()(UMockdevTestbed *testbed) const
     g_object_unref(testbed);
 }
 
-FakeDevices::FakeDevices()
+FakeDevices::FakeDevices(SeenBy who)
     : m_testbed(umockdev_testbed_new())
 {
-    // It is for the processes that are given environment(), not for every child of the test.
-    qunsetenv("UMOCKDEV_DIR");
+    if (who == SeenBy::StartedProcesses) {
+        // Those that are given environment(), not every child of the test.
+        qunsetenv("UMOCKDEV_DIR");
+    } else if (umockdev_in_mock_environment() == FALSE) {
+        qFatal("umockdev's library is not loaded: run this test through ctest, or under umockdev-wrapper");
+    }
 }
 
 FakeDevices::~FakeDevices() = default;
@@ -39,22 +43,27 @@ QString FakeDevices::root() const
 
 QStringList FakeDevices::environment() const
 {
-    QString preload = "libumockdev-preload.so.0"_s;
-#ifdef SANITIZER_RUNTIME
-    // The sanitizer's allocator must be there before anything else that is preloaded.
-    preload.prepend(QStringLiteral(SANITIZER_RUNTIME ":"));
-#endif
-    return {"UMOCKDEV_DIR="_s + root(), "LD_PRELOAD="_s + preload};
+    return {"UMOCKDEV_DIR="_s + root(), QStringLiteral("LD_PRELOAD=" FAKE_DEVICES_PRELOAD)};
 }
 
-void FakeDevices::addLed(const QString &name)
+FakeDevices::LedFiles FakeDevices::shiningLed()
 {
-    const char *const attributes[] = {"brightness", "255\n",      "max_brightness", "255\n",
-                                      "trigger",    idleTriggers, "delay_on",       "0\n",
-                                      "delay_off",  "0\n",        nullptr};
-    const char *const properties[] = {nullptr};
-    g_free(umockdev_testbed_add_devicev(m_testbed.get(), "leds", name.toUtf8().constData(), nullptr,
-                                        const_cast<char **>(attributes), const_cast<char **>(properties)));
+    return {{"brightness"_s, "255\n"},
+            {"max_brightness"_s, "255\n"},
+            {"trigger"_s, idleTriggers},
+            {"delay_on"_s, "0\n"},
+            {"delay_off"_s, "0\n"}};
+}
+
+void FakeDevices::addLed(const QString &name, const LedFiles &files)
+{
+    const QByteArray device = name.toUtf8();
+    g_free(
+        umockdev_testbed_add_device(m_testbed.get(), "leds", device.constData(), nullptr, nullptr, nullptr));
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        umockdev_testbed_set_attribute(m_testbed.get(), ("/sys/devices/" + device).constData(),
+                                       file.key().toUtf8().constData(), file.value().constData());
+    }
 }
 
 void FakeDevices::removeLed(const QString &name)

@@ -5,6 +5,7 @@
 #include "LedPattern.h"
 #include <memory>
 #include <QByteArray>
+#include <QMap>
 #include <QString>
 #include <QStringList>
 #include <vector>
@@ -13,12 +14,14 @@ struct _UMockdevTestbed;
 
 namespace test_support {
 
-/// The device's hardware, faked by umockdev: a tree of /sys and /dev that only processes started with
-/// environment() see. One at a time in a process.
+/// The device's hardware, faked by umockdev: a tree of /sys and /dev. One at a time in a process.
 class FakeDevices
 {
 public:
-    FakeDevices();
+    /// Processes started with environment(); or this one alone, which must have umockdev's library loaded
+    /// before all others, as ctest does it.
+    enum class SeenBy { StartedProcesses, ThisProcess };
+    explicit FakeDevices(SeenBy who = SeenBy::StartedProcesses);
     ~FakeDevices();
     FakeDevices(const FakeDevices &) = delete;
     FakeDevices &operator=(const FakeDevices &) = delete;
@@ -28,8 +31,9 @@ public:
     /// What makes a process see these devices: "NAME=value" each.
     QStringList environment() const;
 
-    /// A LED that shines and has a timer trigger.
-    void addLed(const QString &name);
+    /// A LED by its files' names and contents; that of the default shines and has a timer trigger.
+    using LedFiles = QMap<QString, QByteArray>;
+    void addLed(const QString &name, const LedFiles &files = shiningLed());
     void removeLed(const QString &name);
     LedPattern led(const QString &name) const;
     /// Makes the LEDs' files read as the kernel's do, for a program that is about to start: a file of the
@@ -44,6 +48,7 @@ public:
     FakeKeyboard &addKeyboard(const QString &node);
 
 private:
+    static LedFiles shiningLed();
     QString ledDirectory(const QString &led) const;
 
     struct Unref

@@ -50,45 +50,15 @@ void completeWith(UMockdevIoctlClient *client, const Bytes &content)
     umockdev_ioctl_data_unref(memory);
     umockdev_ioctl_client_complete(client, static_cast<long>(length), 0);
 }
-
-// umockdev asks the handler by a virtual method, not by a signal: a handler is a GObject class.
-struct IoctlHandler
-{
-    UMockdevIoctlBase parent;
-    bool (*callback)(void *context, UMockdevIoctlClient *client);
-    void *context;
-};
-
-gboolean handleIoctl(UMockdevIoctlBase *base, UMockdevIoctlClient *client)
-{
-    const auto *handler = reinterpret_cast<IoctlHandler *>(base);
-    return handler->callback(handler->context, client) ? TRUE : FALSE;
-}
-
-void initHandlerClass(void *handlerClass, void *)
-{
-    static_cast<UMockdevIoctlBaseClass *>(handlerClass)->handle_ioctl = handleIoctl;
-}
-
-GType handlerType()
-{
-    static const GType type = g_type_register_static_simple(
-        umockdev_ioctl_base_get_type(), "FakeKeyboardIoctls", sizeof(UMockdevIoctlBaseClass),
-        initHandlerClass, sizeof(IoctlHandler), nullptr, GTypeFlags(0));
-    return type;
-}
 } // namespace
 
 FakeKeyboard::FakeKeyboard(UMockdevTestbed *testbed, const QString &node)
     : m_testbed(testbed)
     , m_path(QByteArrayLiteral("/dev/input/") + node.toUtf8())
-    , m_ioctls(static_cast<UMockdevIoctlBase *>(g_object_new(handlerType(), nullptr)))
+    , m_ioctls(umockdev_ioctl_base_new())
 {
-    auto *handler = reinterpret_cast<IoctlHandler *>(m_ioctls);
-    handler->context = this;
-    handler->callback = [](void *keyboard, UMockdevIoctlClient *client) {
-        return static_cast<FakeKeyboard *>(keyboard)->answer(client);
-    };
+    g_signal_connect(m_ioctls, "handle-ioctl", G_CALLBACK(&FakeKeyboard::handleIoctl), this);
+    g_signal_connect(m_ioctls, "handle-read", G_CALLBACK(&FakeKeyboard::handleRead), this);
     const QByteArray description = QString::fromLatin1(deviceDescription).arg(node).toUtf8();
     GError *error = nullptr;
     if (umockdev_testbed_add_from_string(testbed, description.constData(), &error) == FALSE ||
@@ -108,25 +78,73 @@ FakeKeyboard::~FakeKeyboard()
     g_object_unref(m_ioctls);
 }
 
-void FakeKeyboard::report(int key, bool down)
+void FakeKeyboard::press(int key)
 {
-    {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        const auto byte = static_cast<std::size_t>(key / 8);
-        const auto bit = static_cast<unsigned char>(1U << (key % 8));
-        m_held.at(byte) = static_cast<unsigned char>(down ? m_held.at(byte) | bit : m_held.at(byte) & ~bit);
-    }
-    write(EV_KEY, key, down ? 1 : 0);
+    setHeld(key, true);
+    writeKey(key, 1);
+}
+
+void FakeKeyboard::release(int key)
+{
+    setHeld(key, false);
+    writeKey(key, 0);
+}
+
+void FakeKeyboard::repeat(int key) const
+{
+    writeKey(key, 2);
+}
+
+void FakeKeyboard::overrun() const
+{
+    write(EV_SYN, SYN_DROPPED, 0);
     write(EV_SYN, SYN_REPORT, 0);
 }
 
-void FakeKeyboard::unplug()
+void FakeKeyboard::vanish()
 {
-    close(m_fd);
-    m_fd = -1;
+    {
+        const std::lock_guard lock(m_mutex);
+        m_hasVanished = true;
+    }
+    write(EV_SYN, SYN_REPORT, 0); // makes the device readable, as the kernel does
 }
 
-void FakeKeyboard::write(int type, int code, int value)
+// The descriptor stays taken, since umockdev closes it in the end.
+void FakeKeyboard::hangUp() const
+{
+    const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+    dup3(nowhere, m_fd, O_CLOEXEC);
+    close(nowhere);
+}
+
+bool FakeKeyboard::isGrabbed() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_isGrabbed;
+}
+
+void FakeKeyboard::setHeld(int key, bool isHeld)
+{
+    const std::lock_guard lock(m_mutex);
+    const auto byte = static_cast<std::size_t>(key / 8);
+    const auto bit = static_cast<unsigned char>(1U << (key % 8));
+    m_held.at(byte) = static_cast<unsigned char>(isHeld ? m_held.at(byte) | bit : m_held.at(byte) & ~bit);
+}
+
+FakeKeyboard::KeyBits FakeKeyboard::heldKeys() const
+{
+    const std::lock_guard lock(m_mutex);
+    return m_held;
+}
+
+void FakeKeyboard::writeKey(int key, int value) const
+{
+    write(EV_KEY, key, value);
+    write(EV_SYN, SYN_REPORT, 0);
+}
+
+void FakeKeyboard::write(int type, int code, int value) const
 {
     input_event event{};
     event.type = static_cast<unsigned short>(type);
@@ -137,20 +155,34 @@ void FakeKeyboard::write(int type, int code, int value)
     }
 }
 
-FakeKeyboard::KeyBits FakeKeyboard::heldKeys()
+int FakeKeyboard::handleIoctl(UMockdevIoctlBase * /*base*/, UMockdevIoctlClient *client, void *keyboard)
 {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return m_held;
+    if (_IOC_TYPE(umockdev_ioctl_client_get_request(client)) != 'E') {
+        return FALSE;
+    }
+    static_cast<FakeKeyboard *>(keyboard)->answer(client);
+    return TRUE;
 }
 
-bool FakeKeyboard::answer(UMockdevIoctlClient *client)
+int FakeKeyboard::handleRead(UMockdevIoctlBase * /*base*/, UMockdevIoctlClient *client, void *keyboard)
+{
+    const auto *self = static_cast<FakeKeyboard *>(keyboard);
+    const std::lock_guard lock(self->m_mutex);
+    if (self->m_hasVanished) {
+        umockdev_ioctl_client_complete(client, -1, ENODEV);
+    }
+    return self->m_hasVanished ? TRUE : FALSE;
+}
+
+void FakeKeyboard::answer(UMockdevIoctlClient *client)
 {
     const auto request = static_cast<unsigned>(umockdev_ioctl_client_get_request(client));
     const unsigned number = _IOC_NR(request);
-    if (_IOC_TYPE(request) != 'E') {
-        return false;
-    }
-    if (number == _IOC_NR(EVIOCGVERSION)) {
+    if (request == EVIOCGRAB) {
+        const std::lock_guard lock(m_mutex);
+        m_isGrabbed = true;
+        umockdev_ioctl_client_complete(client, 0, 0);
+    } else if (number == _IOC_NR(EVIOCGVERSION)) {
         completeWith(client, bytesOf(evdevProtocolVersion));
     } else if (number == _IOC_NR(EVIOCGID)) {
         completeWith(client, bytesOf(input_id{BUS_HOST, 1, 1, 1}));
@@ -170,7 +202,6 @@ bool FakeKeyboard::answer(UMockdevIoctlClient *client)
     } else {
         umockdev_ioctl_client_complete(client, 0, 0);
     }
-    return true;
 }
 
 } // namespace test_support

@@ -1,8 +1,7 @@
 #include "NetworkManager.h"
 #include "CommandStandIns.h"
+#include "FakeDevices.h"
 #include "LogCapture.h"
-#include "MockDevices.h"
-#include "MockKeyboard.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -32,8 +31,13 @@ private slots:
 
 namespace {
 const QString alreadyOpen = "Keyboard is already opened, ignore call."_s;
-const QString event0 = "/dev/input/event0"_s;
-const QString event1 = "/dev/input/event1"_s;
+const QString event0 = "event0"_s;
+const QString event1 = "event1"_s;
+
+QString pathOf(const QString &node)
+{
+    return "/dev/input/"_s + node;
+}
 
 /// The names of the object's own methods of one kind, in the order of their declaration.
 QStringList methods(QMetaMethod::MethodType type)
@@ -51,32 +55,32 @@ QStringList methods(QMetaMethod::MethodType type)
 
 void NetworkManagerTest::secondKeyboardIsIgnoredWithAWarning()
 {
-    const MockDevices devices;
-    MockKeyboard first(devices, event0);
-    MockKeyboard second(devices, event1);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    devices.addKeyboard(event0);
+    devices.addKeyboard(event1);
     QLoggingCategory::setFilterRules("NetworkManager.warning=true"_s);
     NetworkManager manager(nullptr);
     LogCapture log;
 
-    manager.initKeyboard(event0);
+    manager.initKeyboard(pathOf(event0));
     QCOMPARE(log.lines("NetworkManager"_s), QStringList());
-    manager.initKeyboard(event1);
+    manager.initKeyboard(pathOf(event1));
     QCOMPARE(log.lines("NetworkManager"_s, QtWarningMsg), QStringList(alreadyOpen));
     QLoggingCategory::setFilterRules({});
 }
 
 void NetworkManagerTest::keyboardThatCannotBeOpenedCanBeFollowedByAnother()
 {
-    const MockDevices devices;
-    MockKeyboard keyboard(devices, event0);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    devices.addKeyboard(event0);
     QLoggingCategory::setFilterRules("NetworkManager=true"_s);
     NetworkManager manager(nullptr);
     LogCapture log;
 
-    manager.initKeyboard(event1);
-    manager.initKeyboard(event0);
+    manager.initKeyboard(pathOf(event1));
+    manager.initKeyboard(pathOf(event0));
     QCOMPARE(log.lines("NetworkManager"_s), QStringList());
-    manager.initKeyboard(event0);
+    manager.initKeyboard(pathOf(event0));
     QCOMPARE(log.lines("NetworkManager"_s), QStringList(alreadyOpen));
     QLoggingCategory::setFilterRules({});
 }

@@ -1,6 +1,4 @@
 #include "KeyboardScene.h"
-#include "MockDevices.h"
-#include "MockKeyboard.h"
 #include "Suite.h"
 #include "Text.h"
 #include "UnprivilegedScope.h"
@@ -57,19 +55,19 @@ private slots:
 
 void KeyboardOpeningTest::deviceIsOpenForThisProcessOnlyAndAsLongAsTheKeyboard()
 {
-    const MockDevices devices;
-    const MockKeyboard keys(devices, device);
-    const QVector<int> before = descriptorsOf(devices.realPath(device));
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    devices.addKeyboard(node);
+    const QVector<int> before = descriptorsOf(devices.root() + device);
     {
         Keyboard keyboard(device);
         QVERIFY(keyboard.open());
-        const QVector<int> opened = descriptorsOf(devices.realPath(device));
+        const QVector<int> opened = descriptorsOf(devices.root() + device);
         QCOMPARE(opened.size(), before.size() + 1);
         for (const int descriptor : opened) {
             QVERIFY(before.contains(descriptor) || (fcntl(descriptor, F_GETFD) & FD_CLOEXEC) != 0);
         }
     }
-    QCOMPARE(descriptorsOf(devices.realPath(device)), before);
+    QCOMPARE(descriptorsOf(devices.root() + device), before);
 }
 
 void KeyboardOpeningTest::openDeviceIsOpenAndSilent()
@@ -84,8 +82,8 @@ void KeyboardOpeningTest::openDeviceIsOpenAndSilent()
 
 void KeyboardOpeningTest::deviceCanBeGivenLater()
 {
-    const MockDevices devices;
-    const MockKeyboard keys(devices, device);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    devices.addKeyboard(node);
     Keyboard keyboard;
     keyboard.setDevice(device);
     QVERIFY(keyboard.open());
@@ -135,9 +133,9 @@ void KeyboardOpeningTest::keysBeforeTheHangUpAreReportedFirst()
 
 void KeyboardOpeningTest::keyboardWorksAgainAfterItsDeviceVanished()
 {
-    const MockDevices devices;
-    MockKeyboard first(devices, device);
-    MockKeyboard second(devices, "/dev/input/event1"_s);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeKeyboard &first = devices.addKeyboard(node);
+    FakeKeyboard &second = devices.addKeyboard("event1"_s);
     Keyboard keyboard(device);
     const KeyboardReport report(keyboard);
     QVERIFY(keyboard.open());
@@ -192,9 +190,9 @@ void KeyboardOpeningTest::failedOpenGivesOneErrorFromTheEventLoop()
 
 void KeyboardOpeningTest::closedKeyboardReportsNothing()
 {
-    const MockDevices devices;
-    MockKeyboard keys(devices, device);
-    MockKeyboard witnessKeys(devices, "/dev/input/event1"_s);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeKeyboard &keys = devices.addKeyboard(node);
+    FakeKeyboard &witnessKeys = devices.addKeyboard("event1"_s);
     Keyboard keyboard(device);
     Keyboard witness("/dev/input/event1"_s);
     const KeyboardReport report(keyboard);

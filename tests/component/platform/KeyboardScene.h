@@ -1,8 +1,7 @@
 #pragma once
 
+#include "FakeDevices.h"
 #include "KeyboardReport.h"
-#include "MockDevices.h"
-#include "MockKeyboard.h"
 
 #include <libkeyboard/Keyboard.h>
 
@@ -11,7 +10,10 @@
 // What the tests of keyboards have in common.
 
 using libkeyboard::Keyboard;
+using test_support::FakeDevices;
+using test_support::FakeKeyboard;
 
+inline const QLatin1String node("event0");
 inline const QLatin1String device("/dev/input/event0");
 inline constexpr int modifier = 32;
 inline constexpr int anotherKey = 37;
@@ -19,8 +21,8 @@ inline constexpr int anotherKey = 37;
 /// A keyboard that is plugged in and not open yet, and what is reported of it.
 struct KeyboardScene
 {
-    const MockDevices devices;
-    MockKeyboard keys{devices, device};
+    FakeDevices devices{FakeDevices::SeenBy::ThisProcess};
+    FakeKeyboard &keys = devices.addKeyboard(node);
     Keyboard keyboard{device};
     const KeyboardReport report{keyboard};
 };

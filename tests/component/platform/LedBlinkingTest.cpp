@@ -1,6 +1,5 @@
+#include "FakeLed.h"
 #include "LedScene.h"
-#include "MockDevices.h"
-#include "MockLed.h"
 #include "Suite.h"
 #include "Text.h"
 #include <libled/Led.h>
@@ -11,6 +10,8 @@
 #include <QTest>
 
 /// Blinking, by the kernel and by the library.
+using test_support::FakeDevices;
+
 class LedBlinkingTest : public QObject
 {
     Q_OBJECT
@@ -36,8 +37,8 @@ private slots:
 
 void LedBlinkingTest::blinkIsLeftToTheKernel()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
     Led(ledName, nullptr).blink(500, untilToldOtherwise);
     QCOMPARE(files.takeWrites(), (QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s}));
 }
@@ -45,18 +46,18 @@ void LedBlinkingTest::blinkIsLeftToTheKernel()
 // The trigger in use stands in brackets, as after a restart of the daemon.
 void LedBlinkingTest::blinkOfALedThatBlinksAlreadyIsLeftToTheKernelToo()
 {
-    const MockDevices devices;
-    MockLed::Files blinking = MockLed::kernelBlinking();
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed::Files blinking = FakeLed::kernelBlinking();
     blinking.insert(trigger, "none [timer]\n");
-    MockLed files(devices, ledName, blinking);
+    FakeLed files(devices, ledName, blinking);
     Led(ledName, nullptr).blink(500, untilToldOtherwise);
     QCOMPARE(files.takeWrites(), (QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s}));
 }
 
 void LedBlinkingTest::blinkWithAnotherPeriodChangesOnlyTheDelays()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     led.blink(500, untilToldOtherwise);
     files.takeWrites();
@@ -67,8 +68,8 @@ void LedBlinkingTest::blinkWithAnotherPeriodChangesOnlyTheDelays()
 // Setting another trigger makes the kernel forget the delays.
 void LedBlinkingTest::blinkIsSetUpAnewAfterSteadyLight()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     led.blink(500, untilToldOtherwise);
     led.on();
@@ -80,8 +81,8 @@ void LedBlinkingTest::blinkIsSetUpAnewAfterSteadyLight()
 // Setting another trigger makes the kernel switch the light off.
 void LedBlinkingTest::steadyLightIsWrittenAnewAfterBlinking()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     led.on();
     led.blink(500, untilToldOtherwise);
@@ -92,8 +93,8 @@ void LedBlinkingTest::steadyLightIsWrittenAnewAfterBlinking()
 
 void LedBlinkingTest::blinkNeverAsksTheKernelForADelayOfZero()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led(ledName, nullptr).blink(0, untilToldOtherwise);
     QCOMPARE(files.content("delay_on"_s), QByteArray("1"));
     QCOMPARE(files.content("delay_off"_s), QByteArray("1"));
@@ -101,31 +102,31 @@ void LedBlinkingTest::blinkNeverAsksTheKernelForADelayOfZero()
 
 void LedBlinkingTest::blinkWithADurationEndsDark_data()
 {
-    QTest::addColumn<MockLed::Files>("files");
+    QTest::addColumn<FakeLed::Files>("files");
     QTest::addColumn<int>("durationMs");
-    QTest::newRow("by the kernel") << MockLed::kernelBlinking() << 30;
-    QTest::newRow("by the kernel, no time at all") << MockLed::kernelBlinking() << 0;
-    QTest::newRow("by the library") << MockLed::withoutTimerTrigger() << 30;
-    QTest::newRow("by the library, no time at all") << MockLed::withoutTimerTrigger() << 0;
+    QTest::newRow("by the kernel") << FakeLed::kernelBlinking() << 30;
+    QTest::newRow("by the kernel, no time at all") << FakeLed::kernelBlinking() << 0;
+    QTest::newRow("by the library") << FakeLed::withoutTimerTrigger() << 30;
+    QTest::newRow("by the library, no time at all") << FakeLed::withoutTimerTrigger() << 0;
 }
 
 void LedBlinkingTest::blinkWithADurationEndsDark()
 {
-    QFETCH(MockLed::Files, files);
+    QFETCH(FakeLed::Files, files);
     QFETCH(int, durationMs);
-    const MockDevices devices;
-    const MockLed mock(devices, ledName, files);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed fake(devices, ledName, files);
     Led led(ledName, nullptr);
     led.on();
     led.blink(10000, durationMs);
-    QTRY_COMPARE(mock.content(brightness), QByteArray("0"));
-    QCOMPARE(mock.content(trigger), QByteArray("none"));
+    QTRY_COMPARE(fake.content(brightness), QByteArray("0"));
+    QCOMPARE(fake.content(trigger), QByteArray("none"));
 }
 
 void LedBlinkingTest::blinkIsNotCutShort()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     QElapsedTimer clock;
     clock.start();
@@ -150,9 +151,9 @@ void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt()
 {
     QFETCH(Call, call);
     QFETCH(QString, expectedTrigger);
-    const MockDevices devices;
-    MockLed files(devices, ledName);
-    const MockLed laterFiles(devices, "led10"_s);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
+    const FakeLed laterFiles(devices, "led10"_s);
     Led led(ledName, nullptr);
     Led later("led10"_s, nullptr);
     led.blink(500, 30);
@@ -166,8 +167,8 @@ void LedBlinkingTest::callBeforeTheDurationIsOverCancelsIt()
 
 void LedBlinkingTest::withoutTimerTriggerTheLibraryBlinks()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName, FakeLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     led.blink(120, untilToldOtherwise);
     QCOMPARE(files.takeWrites().constFirst(), "trigger=none"_s);
@@ -179,8 +180,8 @@ void LedBlinkingTest::withoutTimerTriggerTheLibraryBlinks()
 
 void LedBlinkingTest::libraryStartsBlinkingLit()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName, FakeLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     led.blink(10000, untilToldOtherwise);
     QCOMPARE(files.content(brightness), QByteArray("127"));
@@ -188,8 +189,8 @@ void LedBlinkingTest::libraryStartsBlinkingLit()
 
 void LedBlinkingTest::libraryStartsBlinkingLitEachTime()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName, FakeLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     led.blink(10000, untilToldOtherwise);
     led.off();
@@ -199,8 +200,8 @@ void LedBlinkingTest::libraryStartsBlinkingLitEachTime()
 
 void LedBlinkingTest::libraryKeepsItsRhythmWhenAskedAgain()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName, FakeLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     led.blink(40, untilToldOtherwise);
     QTRY_COMPARE(files.content(brightness), QByteArray("0"));
@@ -211,9 +212,9 @@ void LedBlinkingTest::libraryKeepsItsRhythmWhenAskedAgain()
 
 void LedBlinkingTest::steadyLightEndsTheLibrarysBlinking()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
-    const MockLed witnessFiles(devices, "led10"_s, MockLed::withoutTimerTrigger());
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName, FakeLed::withoutTimerTrigger());
+    const FakeLed witnessFiles(devices, "led10"_s, FakeLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     Led witness("led10"_s, nullptr);
     led.blink(10, untilToldOtherwise);

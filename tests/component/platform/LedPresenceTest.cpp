@@ -1,7 +1,6 @@
+#include "FakeLed.h"
 #include "LedScene.h"
 #include "LogCapture.h"
-#include "MockDevices.h"
-#include "MockLed.h"
 #include "Suite.h"
 #include "Text.h"
 #include <libled/Led.h>
@@ -10,6 +9,7 @@
 #include <QFile>
 #include <QTest>
 
+using test_support::FakeDevices;
 using test_support::LogCapture;
 
 /// A LED that fails, goes away or comes.
@@ -49,11 +49,11 @@ void LedPresenceTest::ledThatComesLaterWorksFromThenOn()
     QFETCH(Call, call);
     QFETCH(QStringList, writes);
     LogCapture log;
-    const MockDevices devices;
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
     Led led(ledName, nullptr);
     QVERIFY(!led.isValid());
     call(led);
-    const MockLed files(devices, ledName);
+    const FakeLed files(devices, ledName);
     QVERIFY(led.isValid());
     call(led);
     QCOMPARE(files.takeWrites(), writes);
@@ -63,11 +63,11 @@ void LedPresenceTest::ledThatComesLaterWorksFromThenOn()
 // The kernel's module for it may be loaded late.
 void LedPresenceTest::triggerThatComesLaterIsUsed()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName, FakeLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     led.on();
-    files.setUp(MockLed::kernelBlinking());
+    files.setUp(FakeLed::kernelBlinking());
     files.takeWrites();
     led.blink(500, untilToldOtherwise);
     QCOMPARE(files.takeWrites(), (QStringList{"trigger=timer"_s, "delay_on=250"_s, "delay_off=250"_s}));
@@ -76,8 +76,8 @@ void LedPresenceTest::triggerThatComesLaterIsUsed()
 void LedPresenceTest::ledThatComesBackIsWrittenAnew()
 {
     const LogCapture log;
-    const MockDevices devices;
-    MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     led.on();
     files.unplug();
@@ -106,8 +106,8 @@ void LedPresenceTest::ledThatWentAwayIsLoggedOnce()
 {
     QFETCH(Call, call);
     const LogCapture log;
-    const MockDevices devices;
-    MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     files.unplug();
     call(led);
@@ -121,8 +121,8 @@ void LedPresenceTest::ledThatWentAwayIsLoggedOnce()
 void LedPresenceTest::failedWriteIsLoggedOnce()
 {
     LogCapture log;
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     files.breakFile(brightness);
     led.on();
@@ -136,8 +136,8 @@ void LedPresenceTest::failedWriteIsLoggedOnce()
 void LedPresenceTest::failedWriteIsTriedAgain()
 {
     const LogCapture log;
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     files.breakFile(brightness);
     led.on();
@@ -151,8 +151,8 @@ void LedPresenceTest::failedWriteIsTriedAgain()
 void LedPresenceTest::failedWriteLeavesNothingThatNeedNotBeWritten()
 {
     const LogCapture log;
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     led.on();
     files.breakFile(brightness);
@@ -167,8 +167,8 @@ void LedPresenceTest::failedWriteLeavesNothingThatNeedNotBeWritten()
 void LedPresenceTest::failureAfterASuccessIsLoggedAgain()
 {
     LogCapture log;
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     files.breakFile(brightness);
     led.on();
@@ -182,9 +182,9 @@ void LedPresenceTest::failureAfterASuccessIsLoggedAgain()
 void LedPresenceTest::blinkingOnALedThatWentAwayIsLoggedOnce()
 {
     LogCapture log;
-    const MockDevices devices;
-    const MockLed files(devices, ledName, MockLed::withoutTimerTrigger());
-    const MockLed witnessFiles(devices, "led10"_s, MockLed::withoutTimerTrigger());
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName, FakeLed::withoutTimerTrigger());
+    const FakeLed witnessFiles(devices, "led10"_s, FakeLed::withoutTimerTrigger());
     Led led(ledName, nullptr);
     Led witness("led10"_s, nullptr);
     led.blink(10, untilToldOtherwise);
@@ -197,8 +197,8 @@ void LedPresenceTest::blinkingOnALedThatWentAwayIsLoggedOnce()
 void LedPresenceTest::fileThatWentAwayIsNotMadeAnew()
 {
     LogCapture log;
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     QVERIFY(QFile::remove(files.realPath(brightness)));
     led.on();

@@ -1,7 +1,6 @@
+#include "FakeLed.h"
 #include "LedScene.h"
 #include "LogCapture.h"
-#include "MockDevices.h"
-#include "MockLed.h"
 #include "Suite.h"
 #include "Text.h"
 #include "UnprivilegedScope.h"
@@ -10,6 +9,7 @@
 #include <QFile>
 #include <QTest>
 
+using test_support::FakeDevices;
 using test_support::LogCapture;
 
 class LedTest : public QObject
@@ -31,15 +31,15 @@ private slots:
 
 void LedTest::ledWithoutItsFilesIsInvalid()
 {
-    const MockDevices devices;
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
     QVERIFY(!Led(ledName, nullptr).isValid());
 }
 
 void LedTest::ledWithoutWritePermissionIsInvalid()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName);
-    QVERIFY(QFile::setPermissions(devices.realPath({}), letEveryoneIn));
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName);
+    QVERIFY(QFile::setPermissions(devices.root(), letEveryoneIn));
     QVERIFY(QFile::setPermissions(files.realPath(brightness), QFile::ReadOwner | QFile::ReadOther));
     const UnprivilegedScope anyone;
     QVERIFY(QFile::exists("/sys/class/leds/led8/brightness"_s));
@@ -49,9 +49,9 @@ void LedTest::ledWithoutWritePermissionIsInvalid()
 void LedTest::callsOnAnInvalidLedDoNothing()
 {
     LogCapture log;
-    const MockDevices devices;
-    MockLed files(devices, ledName, {{trigger, "[none] timer\n"}});
-    MockLed witnessFiles(devices, "witness"_s);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName, {{trigger, "[none] timer\n"}});
+    FakeLed witnessFiles(devices, "witness"_s);
     Led led(ledName, nullptr);
     Led witness("witness"_s, nullptr);
     files.takeWrites();
@@ -66,8 +66,8 @@ void LedTest::callsOnAnInvalidLedDoNothing()
 
 void LedTest::onTakesTheTriggerOffAndLightsUpFully()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
     Led led(ledName, nullptr);
     QVERIFY(led.isValid());
     led.on();
@@ -76,24 +76,24 @@ void LedTest::onTakesTheTriggerOffAndLightsUpFully()
 
 void LedTest::onWithoutMaxBrightnessIs255()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName, {{brightness, "0\n"}, {trigger, "[none] timer\n"}});
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName, {{brightness, "0\n"}, {trigger, "[none] timer\n"}});
     Led(ledName, nullptr).on();
     QCOMPARE(files.content(brightness), QByteArray("255"));
 }
 
 void LedTest::onWithAnUnreadableMaxBrightnessIs255()
 {
-    const MockDevices devices;
-    const MockLed files(devices, ledName, {{brightness, "0\n"}, {"max_brightness"_s, "bright\n"}});
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    const FakeLed files(devices, ledName, {{brightness, "0\n"}, {"max_brightness"_s, "bright\n"}});
     Led(ledName, nullptr).on();
     QCOMPARE(files.content(brightness), QByteArray("255"));
 }
 
 void LedTest::offTakesTheTriggerOffAndTheLightToo()
 {
-    const MockDevices devices;
-    MockLed files(devices, ledName);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName);
     Led(ledName, nullptr).off();
     QCOMPARE(files.takeWrites(), (QStringList{"trigger=none"_s, "brightness=0"_s}));
 }
@@ -101,8 +101,8 @@ void LedTest::offTakesTheTriggerOffAndTheLightToo()
 void LedTest::ledOfAKernelWithoutTriggersIsSwitchedByBrightnessAlone()
 {
     LogCapture log;
-    const MockDevices devices;
-    MockLed files(devices, ledName, {{brightness, "0\n"}});
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed files(devices, ledName, {{brightness, "0\n"}});
     Led led(ledName, nullptr);
     led.on();
     QCOMPARE(files.takeWrites(), QStringList{"brightness=255"_s});
@@ -113,30 +113,30 @@ void LedTest::ledOfAKernelWithoutTriggersIsSwitchedByBrightnessAlone()
 
 void LedTest::sameCallTwiceWritesOnce_data()
 {
-    QTest::addColumn<MockLed::Files>("files");
+    QTest::addColumn<FakeLed::Files>("files");
     QTest::addColumn<Call>("call");
     const Call on = [](Led &led) { led.on(); };
     const Call off = [](Led &led) { led.off(); };
     const Call blink = [](Led &led) { led.blink(500, untilToldOtherwise); };
-    QTest::newRow("on") << MockLed::kernelBlinking() << on;
-    QTest::newRow("off") << MockLed::kernelBlinking() << off;
-    QTest::newRow("blink") << MockLed::kernelBlinking() << blink;
-    QTest::newRow("on, no timer trigger") << MockLed::withoutTimerTrigger() << on;
-    QTest::newRow("off, no timer trigger") << MockLed::withoutTimerTrigger() << off;
-    QTest::newRow("blink, no timer trigger") << MockLed::withoutTimerTrigger() << blink;
+    QTest::newRow("on") << FakeLed::kernelBlinking() << on;
+    QTest::newRow("off") << FakeLed::kernelBlinking() << off;
+    QTest::newRow("blink") << FakeLed::kernelBlinking() << blink;
+    QTest::newRow("on, no timer trigger") << FakeLed::withoutTimerTrigger() << on;
+    QTest::newRow("off, no timer trigger") << FakeLed::withoutTimerTrigger() << off;
+    QTest::newRow("blink, no timer trigger") << FakeLed::withoutTimerTrigger() << blink;
 }
 
 void LedTest::sameCallTwiceWritesOnce()
 {
-    QFETCH(MockLed::Files, files);
+    QFETCH(FakeLed::Files, files);
     QFETCH(Call, call);
-    const MockDevices devices;
-    MockLed mock(devices, ledName, files);
+    FakeDevices devices(FakeDevices::SeenBy::ThisProcess);
+    FakeLed fake(devices, ledName, files);
     Led led(ledName, nullptr);
     call(led);
-    QVERIFY(!mock.takeWrites().isEmpty());
+    QVERIFY(!fake.takeWrites().isEmpty());
     call(led);
-    QCOMPARE(mock.takeWrites(), QStringList());
+    QCOMPARE(fake.takeWrites(), QStringList());
 }
 
 static const Suite<LedTest> suite;

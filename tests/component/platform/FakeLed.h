@@ -1,27 +1,26 @@
 #pragma once
 
+#include "FakeDevices.h"
+
 #include <QByteArray>
-#include <QMap>
 #include <QString>
 #include <QStringList>
 
-class MockDevices;
-
-/// The files of an LED in a mocked /sys, as the kernel has them, and what is written to them.
-class MockLed
+/// The files of an LED in a fake /sys, as the kernel has them, and what is written to them.
+class FakeLed
 {
 public:
-    using Files = QMap<QString, QByteArray>;
+    using Files = test_support::FakeDevices::LedFiles;
 
     /// The files of an LED that the kernel can blink (`timer` is among its triggers), and of one that it
     /// cannot.
     static Files kernelBlinking();
     static Files withoutTimerTrigger();
 
-    MockLed(const MockDevices &devices, const QString &name, Files files = kernelBlinking());
-    ~MockLed();
-    MockLed(const MockLed &) = delete;
-    MockLed &operator=(const MockLed &) = delete;
+    FakeLed(test_support::FakeDevices &devices, const QString &name, Files files = kernelBlinking());
+    ~FakeLed();
+    FakeLed(const FakeLed &) = delete;
+    FakeLed &operator=(const FakeLed &) = delete;
 
     QByteArray content(const QString &file) const;
     /// The writes since the last call, each as "file=content"; several in a row to one file may count as one.

@@ -1,7 +1,4 @@
-#include <umockdev.h>
-
-#include "MockDevices.h"
-#include "MockLed.h"
+#include "FakeLed.h"
 #include "Text.h"
 #include <array>
 #include <QDir>
@@ -10,15 +7,9 @@
 #include <unistd.h>
 #include <utility>
 
-namespace {
+using test_support::FakeDevices;
 
-void addToTestbed(UMockdevTestbed *testbed, const QString &name)
-{
-    const QByteArray nameBytes = name.toLocal8Bit();
-    gchar *path =
-        umockdev_testbed_add_device(testbed, "leds", nameBytes.constData(), nullptr, nullptr, nullptr);
-    g_free(path);
-}
+namespace {
 
 void writeFile(const QString &path, const QByteArray &content)
 {
@@ -30,7 +21,7 @@ void writeFile(const QString &path, const QByteArray &content)
 
 } // namespace
 
-MockLed::Files MockLed::kernelBlinking()
+FakeLed::Files FakeLed::kernelBlinking()
 {
     return {{"brightness"_s, "0\n"},
             {"max_brightness"_s, "127\n"},
@@ -39,31 +30,30 @@ MockLed::Files MockLed::kernelBlinking()
             {"delay_off"_s, "500\n"}};
 }
 
-MockLed::Files MockLed::withoutTimerTrigger()
+FakeLed::Files FakeLed::withoutTimerTrigger()
 {
     return {{"brightness"_s, "0\n"},
             {"max_brightness"_s, "127\n"},
             {"trigger"_s, "[none] kbd-capslock oneshot-timer\n"}};
 }
 
-MockLed::MockLed(const MockDevices &devices, const QString &name, Files files)
-    : m_directory(devices.realPath("/sys/devices/%1/"_s.arg(name)))
+FakeLed::FakeLed(FakeDevices &devices, const QString &name, Files files)
+    : m_directory("%1/sys/devices/%2/"_s.arg(devices.root(), name))
     , m_files(std::move(files))
     , m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC))
 {
-    addToTestbed(devices.testbed(), name);
-    setUp(m_files);
+    devices.addLed(name, m_files);
     if (inotify_add_watch(m_inotify, QFile::encodeName(m_directory).constData(), IN_CLOSE_WRITE) < 0) {
         qFatal("cannot watch %s", qPrintable(m_directory));
     }
 }
 
-MockLed::~MockLed()
+FakeLed::~FakeLed()
 {
     close(m_inotify);
 }
 
-void MockLed::setUp(const Files &files) const
+void FakeLed::setUp(const Files &files) const
 {
     for (auto file = files.cbegin(); file != files.cend(); ++file) {
         writeFile(realPath(file.key()), file.value());
@@ -71,30 +61,30 @@ void MockLed::setUp(const Files &files) const
 }
 
 // The old directory stays, out of sight: the next one must not be given its number.
-void MockLed::unplug()
+void FakeLed::unplug()
 {
     ++m_timesUnplugged;
     QDir().rename(m_directory, m_directory.chopped(1) + ".gone%1"_s.arg(m_timesUnplugged));
 }
 
-void MockLed::plugIn()
+void FakeLed::plugIn()
 {
     QDir().mkdir(m_directory);
     setUp(m_files);
 }
 
-QString MockLed::realPath(const QString &file) const
+QString FakeLed::realPath(const QString &file) const
 {
     return m_directory + file;
 }
 
-QByteArray MockLed::content(const QString &file) const
+QByteArray FakeLed::content(const QString &file) const
 {
     QFile reader(realPath(file));
     return reader.open(QIODevice::ReadOnly) ? reader.readAll() : QByteArray();
 }
 
-QStringList MockLed::takeWrites() const
+QStringList FakeLed::takeWrites() const
 {
     QStringList writes;
     alignas(inotify_event) std::array<char, 4096> buffer{};
@@ -110,13 +100,13 @@ QStringList MockLed::takeWrites() const
     return writes;
 }
 
-void MockLed::breakFile(const QString &file) const
+void FakeLed::breakFile(const QString &file) const
 {
     QFile::rename(realPath(file), realPath(file) + ".saved"_s);
     QFile::link("/dev/full"_s, realPath(file));
 }
 
-void MockLed::restoreFile(const QString &file) const
+void FakeLed::restoreFile(const QString &file) const
 {
     QFile::remove(realPath(file));
     QFile::rename(realPath(file) + ".saved"_s, realPath(file));
