@@ -1,18 +1,24 @@
 #pragma once
 
 #include "CommandStandIns.h"
+#include "DeviceFiles.h"
 #include "FakeDevices.h"
-#include <QDir>
 #include <QStringList>
 #include <QTemporaryDir>
 
 namespace test_support {
 
+/// Where a sandbox has its files, and made before them.
+struct TemporaryRoot
+{
+    QTemporaryDir directory;
+};
+
 /// A world of its own for one daemon: a file system in which /etc/hostname, /etc/xdg and /var/lib/connman are
 /// the test's, LEDs and keyboard are fakes and the programs it runs are stand-ins. Of the machine's files
 /// only those needed to run a program are there; nothing the daemon does there reaches the machine's
 /// settings.
-class DaemonSandbox
+class DaemonSandbox : private TemporaryRoot, public DeviceFiles
 {
 public:
     DaemonSandbox();
@@ -23,27 +29,8 @@ public:
     /// The keyboard at the daemon's default path.
     FakeKeyboard &keyboard() { return m_keyboard; }
 
-    /// The content of /etc/hostname; empty when it is not there.
-    QByteArray hostName() const;
-    void setHostName(const QByteArray &content);
     /// Makes /etc/hostname a mount point, which can be written but not replaced. Before the daemon starts.
     void mountHostName(const QByteArray &content);
-    /// Replaces /etc/hostname by a directory, which no one can open as a file, not even root.
-    void makeHostNameUnusable();
-
-    /// The whole content of a settings store ("main", "region"), as the file has it.
-    QByteArray settings(const QString &store) const;
-    void setSettings(const QString &store, const QByteArray &content);
-
-    /// The content of the provisioning file `name` ("x.config") in /var/lib/connman; null when there is none.
-    QByteArray connmanFile(const QString &name) const;
-    void setConnmanFile(const QString &name, const QByteArray &content);
-    QStringList connmanFiles() const;
-    /// Takes away the directory, so that nothing can be written there.
-    void removeConnmanDirectory();
-
-    /// Where the file that the daemon sees at `path` (absolute, below /etc or /var) is for everybody else.
-    QString hostPath(const QString &path) const { return m_directory.path() + path; }
 
     /// The whole environment of the daemon, "NAME=value" each, but for what belongs to one start (bus,
     /// logging).
@@ -52,9 +39,6 @@ public:
     QStringList namespaceArguments(const QStringList &environment) const;
 
 private:
-    QString settingsFile(const QString &store) const;
-
-    QTemporaryDir m_directory;
     CommandStandIns m_commands;
     FakeDevices m_devices;
     FakeKeyboard &m_keyboard;

@@ -1,8 +1,8 @@
-#include "DeviceFiles.h"
 #include "PrivateWorld.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
 #include "Text.h"
+#include "WrittenFiles.h"
 
 #include <csignal>
 
@@ -13,7 +13,7 @@
 
 #include <sys/stat.h>
 
-using namespace device_files;
+using namespace written_files;
 
 namespace {
 
@@ -136,7 +136,7 @@ void FilesTest::nothingButTheFilesIsLeftInTheirDirectories()
     QCOMPARE(entries(connmanDirectory), QStringList("corp.config"_s));
     QCOMPARE(entries(storesDirectory), QStringList("region.conf"_s));
     QVERIFY(!entries("/etc"_s).contains(workDirectory));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void FilesTest::malformedLineInAStoreIsNoFailure()
@@ -145,7 +145,7 @@ void FilesTest::malformedLineInAStoreIsNoFailure()
     NetworkSettings settings;
 
     QVERIFY(settings.setLockRegion(true));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\nregionLocked=true\n"));
 }
 
@@ -156,8 +156,8 @@ void FilesTest::malformedLineHidesNoFailure()
     setStoresWritable(false);
 
     QVERIFY(settings.setLockRegion(true));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine(
+                               "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
 }
 
 void FilesTest::linkIsFollowed_data()

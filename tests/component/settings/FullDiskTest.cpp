@@ -1,11 +1,11 @@
-#include "DeviceFiles.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
 #include "Text.h"
+#include "WrittenFiles.h"
 
 #include <QFile>
 
-using namespace device_files;
+using namespace written_files;
 
 namespace {
 
@@ -50,7 +50,7 @@ void FullDiskTest::fullDiskLeavesNoProvisioningFile()
     const FullDisk full("/var"_s);
 
     QVERIFY(!settings.createWpaConfFile(corp, corp, corp, corp));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine(
                  "Unable to write file \"/var/lib/connman/corp.config\" \"No space left on device\""_s)));
     QCOMPARE(entries(connmanDirectory), QStringList());
@@ -74,9 +74,8 @@ void FullDiskTest::fullDiskLeavesTheEarlierSettings()
     {
         const FullDisk full("/etc"_s);
         QVERIFY(settings.setLockRegion(false));
-        QCOMPARE(criticalLines(),
-                 QStringList(networkSettingsLine(
-                     "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
+        QCOMPARE(complaints(), QStringList(networkSettingsLine(
+                                   "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
         QCOMPARE(store(regionStore), lockText(true));
         QCOMPARE(entries(storesDirectory), QStringList("region.conf"_s));
         QVERIFY(!settings.getLockRegion());
@@ -93,7 +92,7 @@ void FullDiskTest::fullDiskLetsTheHostNameBeWrittenOverTheOldOne()
 
     QVERIFY(settings.setHostName("box"_s));
     QCOMPARE(fileContent(hostNameFile), QByteArray("box"));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void FullDiskTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
@@ -103,8 +102,8 @@ void FullDiskTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
     const FullDisk full("/etc"_s);
 
     QVERIFY(!settings.setHostName("box"_s));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  "Unable to write file \"/etc/hostname\" \"No space left on device\""_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine(
+                               "Unable to write file \"/etc/hostname\" \"No space left on device\""_s)));
 }
 
 static const Suite<FullDiskTest> suite;

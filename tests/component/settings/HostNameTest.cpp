@@ -53,7 +53,7 @@ void HostNameTest::hostNameIsTheFileWithSimplifiedWhiteSpace()
     writeFile(hostNameFile, content);
 
     QTEST(m_settings.getHostName(), "hostName");
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void HostNameTest::readingTheHostNameLeavesTheFileAlone()
@@ -67,7 +67,7 @@ void HostNameTest::hostNameOfAMissingFileIsEmpty()
 {
     QVERIFY(!QFile::exists(hostNameFile));
     QCOMPARE(m_settings.getHostName(), QString());
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void HostNameTest::hostNameOfAReadOnlyFileIsAFailure()
@@ -76,8 +76,7 @@ void HostNameTest::hostNameOfAReadOnlyFileIsAFailure()
     QVERIFY(QFile::setPermissions(hostNameFile, QFile::ReadOwner));
 
     QCOMPARE(m_settings.getHostName(), QString());
-    QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine("Failed to open hostname file for reading!"_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine("Failed to open hostname file for reading!"_s)));
 }
 
 void HostNameTest::hostNameOfAnUnopenableFileIsAFailure()
@@ -85,8 +84,7 @@ void HostNameTest::hostNameOfAnUnopenableFileIsAFailure()
     QVERIFY(QDir().mkdir(hostNameFile));
 
     QCOMPARE(m_settings.getHostName(), QString());
-    QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine("Failed to open hostname file for reading!"_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine("Failed to open hostname file for reading!"_s)));
 }
 
 void HostNameTest::settingTheHostNameWritesExactlyItsBytes_data()
@@ -109,7 +107,7 @@ void HostNameTest::settingTheHostNameWritesExactlyItsBytes()
 
     QVERIFY(m_settings.setHostName(name));
     QTEST(fileContent(hostNameFile), "content");
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void HostNameTest::settingTheHostNameMakesTheFile()
@@ -125,8 +123,7 @@ void HostNameTest::settingTheHostNameOfAReadOnlyFileFailsAndLeavesIt()
     QVERIFY(QFile::setPermissions(hostNameFile, QFile::ReadOwner));
 
     QVERIFY(!m_settings.setHostName("abc"_s));
-    QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine("Failed to open hostname file for writing!"_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine("Failed to open hostname file for writing!"_s)));
     QCOMPARE(fileContent(hostNameFile), QByteArray("box-1\n"));
 }
 
@@ -135,8 +132,7 @@ void HostNameTest::settingTheHostNameWhereNothingCanBeWrittenFails()
     QVERIFY(QDir().mkdir(hostNameFile));
 
     QVERIFY(!m_settings.setHostName("abc"_s));
-    QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine("Failed to open hostname file for writing!"_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine("Failed to open hostname file for writing!"_s)));
 }
 
 void HostNameTest::hostNameThatWasSetIsRead()

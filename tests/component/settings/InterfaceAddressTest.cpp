@@ -66,7 +66,7 @@ void InterfaceAddressTest::addressIsSetWhileTheInterfaceIsDown()
 {
     QVERIFY(m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:a4"), up}));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void InterfaceAddressTest::serialNumberIsAskedForOnce()
@@ -106,7 +106,7 @@ void InterfaceAddressTest::addressWithoutConfigurationManagerIsThatOfSerialNumbe
     m_device.setPresent(configurationManager, true);
     QVERIFY(isSet);
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:40"), up}));
-    QCOMPARE(criticalLines(), QStringList(plainLine("SystemInfo::process ERROR: interface is not valid."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("SystemInfo::process ERROR: interface is not valid."_s)));
 }
 
 void InterfaceAddressTest::exitCodesAreNotLookedAt()
@@ -115,7 +115,7 @@ void InterfaceAddressTest::exitCodesAreNotLookedAt()
 
     QVERIFY(m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:a4"), up}));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void InterfaceAddressTest::failureToSetTheInterfaceDownEndsIt()
@@ -124,7 +124,7 @@ void InterfaceAddressTest::failureToSetTheInterfaceDownEndsIt()
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList(down));
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface down."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface down."_s)));
 }
 
 void InterfaceAddressTest::serialNumberIsNotAskedForWhileTheInterfaceIsUp()
@@ -141,7 +141,7 @@ void InterfaceAddressTest::missingProgramEndsIt()
     commands().removeProgram("ip"_s);
 
     QVERIFY(!m_settings.initMacAddress());
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface down."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface down."_s)));
 }
 
 void InterfaceAddressTest::failureToSetTheAddressIsLoggedWithItsOutput_data()
@@ -170,7 +170,7 @@ void InterfaceAddressTest::failureToSetTheAddressIsLoggedWithItsOutput()
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:a4")}));
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface address: "_s + output)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface address: "_s + output)));
 }
 
 void InterfaceAddressTest::makeIpVanishAfterItsFirstRun()
@@ -186,7 +186,7 @@ void InterfaceAddressTest::failureToStartTheAddressCommandIsLoggedWithoutOutput(
     makeIpVanishAfterItsFirstRun();
 
     QVERIFY(!m_settings.initMacAddress());
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface address: \"\""_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface address: \"\""_s)));
 }
 
 void InterfaceAddressTest::failureToSetTheInterfaceUpIsLogged()
@@ -195,7 +195,7 @@ void InterfaceAddressTest::failureToSetTheInterfaceUpIsLogged()
 
     QVERIFY(!m_settings.initMacAddress());
     QCOMPARE(commands().calls(), QStringList({down, address("02:a7:c4:03:0d:a4"), up}));
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface up."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface up."_s)));
 }
 
 void InterfaceAddressTest::addressCommandIsFollowedWhileItPrints()
@@ -212,8 +212,7 @@ void InterfaceAddressTest::addressCommandIsFollowedWhileItPrints()
     commands().script(anyAddress, script);
 
     QVERIFY(!m_settings.initMacAddress());
-    QCOMPARE(criticalLines(),
-             QStringList(plainLine("Failed to set interface address: \"%1\""_s.arg(printed))));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface address: \"%1\""_s.arg(printed))));
 }
 
 void InterfaceAddressTest::addressCommandIsFollowedThroughItsPauses()
@@ -224,7 +223,7 @@ void InterfaceAddressTest::addressCommandIsFollowedThroughItsPauses()
     const bool isSet = m_settings.initMacAddress();
     release.join();
     QVERIFY(!isSet);
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set interface address: \"late\\n\""_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface address: \"late\\n\""_s)));
 }
 
 static const Suite<InterfaceAddressTest> suite;

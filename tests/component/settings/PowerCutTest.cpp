@@ -1,14 +1,14 @@
-#include "DeviceFiles.h"
 #include "PrivateWorld.h"
 #include "Suite.h"
 #include "Text.h"
+#include "WrittenFiles.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
 
 #include <unistd.h>
 
-using namespace device_files;
+using namespace written_files;
 
 namespace {
 
@@ -26,12 +26,6 @@ bool run(const QString &program, const QStringList &arguments)
 bool mount(const QStringList &arguments)
 {
     return run("mount"_s, arguments);
-}
-
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 /// Returns where mounts are the test's own, or, not being root, where there can be none.
@@ -100,7 +94,7 @@ QByteArray PowerCutTest::contentAfterPowerCut(const QString &file) const
         !mount({"-o"_s, "loop"_s, path("disk-after"), path("after")})) {
         return "the disk cannot be looked at";
     }
-    const QByteArray content = read(path("after") + QLatin1Char('/') + file);
+    const QByteArray content = test_support::DeviceFiles::read(path("after") + QLatin1Char('/') + file);
     run("umount"_s, {path("after")});
     return content;
 }

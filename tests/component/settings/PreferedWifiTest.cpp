@@ -95,7 +95,7 @@ void PreferedWifiTest::wifiServiceIsStoredByItsNameAlone()
 
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
     QCOMPARE(settings.getPreferedWifi(), home);
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void PreferedWifiTest::nameOutsideAsciiSurvives()
@@ -124,7 +124,7 @@ void PreferedWifiTest::serviceOfAnotherTypeIsNotPrefered()
     settings.setPreferedWifi(service({{"Type"_s, "ethernet"_s}, {"Name"_s, "Wired"_s}}));
 
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void PreferedWifiTest::serviceWithoutNameIsNotPrefered()
@@ -134,7 +134,7 @@ void PreferedWifiTest::serviceWithoutNameIsNotPrefered()
     settings.setPreferedWifi(service({{"Type"_s, wifi}}));
 
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine("Unable to obtain name for service \"%1\""_s.arg(servicePath))));
 }
 
@@ -144,9 +144,10 @@ void PreferedWifiTest::serviceWithoutTypeIsNotPrefered()
     settings.setPreferedWifi(service({{"Name"_s, home}}));
 
     QCOMPARE(store("main"_s), QByteArray());
-    QCOMPARE(criticalLines(),
-             QStringList("ConnmanService.properties: Missing property \"Type\" of service \"%1\""_s.arg(
-                 servicePath)));
+    QCOMPARE(
+        complaints(),
+        QStringList("critical ConnmanService.properties: Missing property \"Type\" of service \"%1\""_s.arg(
+            servicePath)));
 }
 
 void PreferedWifiTest::otherKeysOfTheStoreStay()
@@ -166,7 +167,7 @@ void PreferedWifiTest::removingThePreferedClearsTheStore()
 
     QCOMPARE(settings.getPreferedWifi(), QString());
     QVERIFY(!store("main"_s).contains("prefered"));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void PreferedWifiTest::removingAnotherNetworkLeavesThePreference()
@@ -176,7 +177,7 @@ void PreferedWifiTest::removingAnotherNetworkLeavesThePreference()
     settings.removePreferedWifi(wifiService("Office"_s));
 
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void PreferedWifiTest::removingTellsNamesApartByCase()
@@ -195,7 +196,7 @@ void PreferedWifiTest::removingAServiceOfAnotherTypeDoesNothing()
     settings.removePreferedWifi(service({{"Type"_s, "ethernet"_s}, {"Name"_s, home}}));
 
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void PreferedWifiTest::removingAServiceWithoutNameLeavesThePreference()
@@ -205,7 +206,7 @@ void PreferedWifiTest::removingAServiceWithoutNameLeavesThePreference()
     settings.removePreferedWifi(service({{"Type"_s, wifi}}));
 
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=HomeNet\n"));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine("Unable to obtain name for service \"%1\""_s.arg(servicePath))));
 }
 
@@ -215,8 +216,8 @@ void PreferedWifiTest::unwritableStoreIsOneLineNamingTheFile()
     setStoresWritable(false);
     settings.setPreferedWifi(wifiService(home));
 
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  "Unable to write settings file \"/etc/xdg/Tactora AB/main.conf\""_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine(
+                               "Unable to write settings file \"/etc/xdg/Tactora AB/main.conf\""_s)));
     QCOMPARE(store("main"_s), QByteArray());
 }
 
@@ -238,7 +239,7 @@ void PreferedWifiTest::storeThatBecameWritableIsWrittenWithoutComplaint()
 
     setStoresWritable(true);
     settings.setPreferedWifi(wifiService("Office"_s));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=Office\n"));
 }
 

@@ -1,5 +1,6 @@
 #include "PrivateWorld.h"
 
+#include "Bubblewrap.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -25,26 +26,18 @@ constexpr char InsideVariable[] = "IN_PRIVATE_WORLD";
 const QStringList neededFiles = {"/etc/ld.so.cache"_s, "/etc/passwd"_s, "/etc/group"_s,
                                  "/etc/nsswitch.conf"_s};
 
-QStringList bind(const QString &option, const QString &path)
-{
-    return {option, path, path};
-}
-
 QStringList namespaceCommand()
 {
     QStringList command = {"bwrap"_s, "--die-with-parent"_s};
-    command << bind("--dev-bind"_s, "/"_s);
+    command << bubblewrap::bind("--dev-bind", "/"_s);
     for (const QString &directory : {"/etc"_s, "/var"_s}) {
         command << "--size"_s << QString::number(DirectorySize);
         command << "--tmpfs"_s << directory;
     }
     for (const QString &file : neededFiles) {
-        command << bind("--ro-bind-try"_s, file);
+        command << bubblewrap::bind("--ro-bind-try", file);
     }
-    // Either may be below /var.
-    for (const QString &directory : {QDir::tempPath(), QStringLiteral(BUILD_DIRECTORY)}) {
-        command << bind("--bind"_s, directory);
-    }
+    command << bubblewrap::bindTheTests();
     command << "--cap-drop"_s
             << "ALL"_s;
     command << "--unsetenv"_s

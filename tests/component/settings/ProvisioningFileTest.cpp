@@ -55,7 +55,7 @@ void ProvisioningFileTest::fileHasFiveLinesAndNoFinalLineFeed()
     QCOMPARE(fileContent(corpFile),
              QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=peap\nPhase2=MSCHAPV2"));
     QCOMPARE(QDir(directory).entryList(QDir::Files), QStringList("corp.config"_s));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void ProvisioningFileTest::sectionIsTheSameForEveryMethod()
@@ -124,7 +124,7 @@ void ProvisioningFileTest::fileNameCannotLeadOutOfTheDirectory()
     writeFile(outside, "other");
 
     QVERIFY(!m_settings.createWpaConfFile("../corp"_s, corpNet, peap, mschapv2));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine("Failed to open configuration file for writing!"_s)));
     m_settings.removeWpaConfFile("../corp"_s);
     QCOMPARE(fileContent(outside), QByteArray("other"));
@@ -144,7 +144,7 @@ void ProvisioningFileTest::fileThatCannotBeOpenedIsAFailure()
     QVERIFY(QDir(directory).removeRecursively());
 
     QVERIFY(!m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine("Failed to open configuration file for writing!"_s)));
 }
 
@@ -154,7 +154,7 @@ void ProvisioningFileTest::readOnlyFileIsAFailureAndStays()
     QVERIFY(QFile::setPermissions(corpFile, QFile::ReadOwner));
 
     QVERIFY(!m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine("Failed to open configuration file for writing!"_s)));
     QCOMPARE(fileContent(corpFile), QByteArray("earlier"));
 }
@@ -192,7 +192,7 @@ void ProvisioningFileTest::controlCharacterIsRefusedBeforeTheFileIsTouched()
     writeFile(corpFile, "earlier");
 
     QVERIFY(!m_settings.createWpaConfFile(corp, name, eap, phase2));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine("Control character in %1 of configuration file!"_s.arg(field))));
     QCOMPARE(fileContent(corpFile), QByteArray("earlier"));
 }
@@ -202,7 +202,7 @@ void ProvisioningFileTest::severalControlCharactersAreComplainedAboutOnce()
     const QString broken = "\n\n"_s;
 
     QVERIFY(!m_settings.createWpaConfFile(corp, broken, broken, broken));
-    QCOMPARE(criticalLines(),
+    QCOMPARE(complaints(),
              QStringList(networkSettingsLine("Control character in Name of configuration file!"_s)));
 }
 

@@ -57,7 +57,7 @@ void RegionCommandTest::missingCommandEndsTheStartOnceAfterFiveSeconds()
     QCOMPARE(late, 1);
     QVERIFY(!initDone.wait(startUpTimeoutMs));
     QCOMPARE(debugLines(), QStringList());
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void RegionCommandTest::hangingCommandIsKilledAfterFiveSecondsAndOnlyLogsItsEnd()

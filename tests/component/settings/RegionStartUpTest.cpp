@@ -38,8 +38,7 @@ void RegionStartUpTest::lockedFirstStartAppliesTheWorldRegion()
 
     QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList("iw reg set 00"_s));
-    QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine("Lock active. Unable to set region to \"US\""_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine("Lock active. Unable to set region to \"US\""_s)));
 }
 
 void RegionStartUpTest::firstStartSetsAndStoresUsAndAppliesItAgain()
@@ -54,7 +53,7 @@ void RegionStartUpTest::firstStartSetsAndStoresUsAndAppliesItAgain()
     QCOMPARE(initDone.count(), 2);
     QCOMPARE(commands().calls(), QStringList({setUs, setUs}));
     QCOMPARE(debugLines(), QStringList({successLine, successLine}));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void RegionStartUpTest::storedRegionIsAppliedAsItIs()
@@ -68,7 +67,7 @@ void RegionStartUpTest::storedRegionIsAppliedAsItIs()
     QCOMPARE(commands().calls(), QStringList(setSe));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
     QCOMPARE(debugLines(), QStringList(successLine));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void RegionStartUpTest::storedWorldRegionIsReplacedByUs()
@@ -118,8 +117,7 @@ void RegionStartUpTest::lockedWorldRegionStays()
     QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList("iw reg set 00"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=00\nregionLocked=true\n"));
-    QCOMPARE(criticalLines(),
-             QStringList(networkSettingsLine("Lock active. Unable to set region to \"US\""_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine("Lock active. Unable to set region to \"US\""_s)));
 }
 
 void RegionStartUpTest::firstStartWhereTheRegionCannotBeStoredAppliesTheRegionInForce()
@@ -135,7 +133,7 @@ void RegionStartUpTest::firstStartWhereTheRegionCannotBeStoredAppliesTheRegionIn
     emptySettings.applyStoredWifiRegion();
     QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(commands().calls(), QStringList({setUs, setDe}));
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(store(regionStore), QByteArray(""));
 }
 
@@ -179,7 +177,7 @@ void RegionStartUpTest::exitCodeOfTheCommandIsNotLookedAt()
 
     QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(debugLines(), QStringList(successLine));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void RegionStartUpTest::crashedCommandEndsTheStart()
@@ -193,7 +191,7 @@ void RegionStartUpTest::crashedCommandEndsTheStart()
     QVERIFY(initDone.wait(eventTimeoutMs));
     QCOMPARE(initDone.count(), 1);
     QCOMPARE(debugLines(), QStringList(failureLine));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 

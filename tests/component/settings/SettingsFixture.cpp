@@ -1,30 +1,19 @@
 #include "SettingsFixture.h"
+#include "DeviceFiles.h"
 #include "Text.h"
 
 #include <QDateTime>
-#include <QDir>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QTest>
 
 #include <chrono>
 
+using test_support::DeviceFiles;
+
 namespace {
 
-const QString storesDirectory = "/etc/xdg/Tactora AB"_s;
-const QString provisioningDirectory = "/var/lib/connman"_s;
 const QString category = "NetworkSettings"_s;
-
-QString storeFile(const QString &name)
-{
-    return "%1/%2.conf"_s.arg(storesDirectory, name);
-}
-
-void makeEmpty(const QString &directory)
-{
-    QDir(directory).removeRecursively();
-    QVERIFY(QDir().mkpath(directory));
-}
 
 /// QSettings takes a file of the same size and modification time for the one it has read before, and the
 /// clock of the file system is too coarse to tell two tests apart.
@@ -37,20 +26,12 @@ void setOwnModificationTime(const QString &path)
     QVERIFY2(file.setFileTime(time, QFile::FileModificationTime), qPrintable(file.errorString()));
 }
 
-void removeFileOrDirectory(const QString &path)
-{
-    QFile::remove(path);
-    QDir().rmdir(path);
-}
-
 } // namespace
 
 void SettingsFixture::init()
 {
     setStoresWritable(true);
-    makeEmpty(storesDirectory);
-    makeEmpty(provisioningDirectory);
-    removeFileOrDirectory("/etc/hostname"_s);
+    DeviceFiles().clear();
 
     m_programs = std::make_unique<Programs>();
     m_previousPath = qgetenv("PATH");
@@ -82,25 +63,14 @@ QStringList SettingsFixture::debugLines() const
     return m_log->lines(category, QtDebugMsg);
 }
 
-QStringList SettingsFixture::criticalLines() const
-{
-    QStringList lines;
-    for (const test_support::LogMessage &message : m_log->messages()) {
-        if (message.type == QtCriticalMsg) {
-            lines.append(message.category + ": "_s + message.text);
-        }
-    }
-    return lines;
-}
-
 QByteArray SettingsFixture::store(const QString &name)
 {
-    return fileContent(storeFile(name));
+    return DeviceFiles().settings(name);
 }
 
 void SettingsFixture::setStore(const QString &name, const QByteArray &content)
 {
-    const QString path = storeFile(name);
+    const QString path = DeviceFiles::settingsFile(name);
     writeFile(path, content);
     setOwnModificationTime(path);
 }
@@ -108,28 +78,25 @@ void SettingsFixture::setStore(const QString &name, const QByteArray &content)
 void SettingsFixture::setStoresWritable(bool writable)
 {
     constexpr QFile::Permissions Readable = QFile::ReadOwner | QFile::ExeOwner;
-    QFile::setPermissions(storesDirectory, writable ? Readable | QFile::WriteOwner : Readable);
+    QFile::setPermissions(DeviceFiles::storesDirectory, writable ? Readable | QFile::WriteOwner : Readable);
 }
 
 QByteArray SettingsFixture::fileContent(const QString &path)
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return DeviceFiles::read(path);
 }
 
 void SettingsFixture::writeFile(const QString &path, const QByteArray &content)
 {
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(file.errorString()));
-    QCOMPARE(file.write(content), qint64(content.size()));
+    QVERIFY(DeviceFiles::write(path, content));
 }
 
 QString SettingsFixture::networkSettingsLine(const QString &text)
 {
-    return category + ": "_s + text;
+    return test_support::critical(category, text);
 }
 
 QString SettingsFixture::plainLine(const QString &text)
 {
-    return "default: "_s + text;
+    return test_support::critical("default"_s, text);
 }

@@ -25,8 +25,7 @@ protected:
     std::thread releaseLater();
     test_support::LogCapture &log() { return *m_log; }
     QStringList debugLines() const;
-    /// All critical lines, "category: text".
-    QStringList criticalLines() const;
+    QStringList complaints() const { return m_log->complaints(); }
 
     /// The whole file of a settings store, null when there is none.
     static QByteArray store(const QString &name);
@@ -37,6 +36,7 @@ protected:
     static QByteArray fileContent(const QString &path);
     static void writeFile(const QString &path, const QByteArray &content);
 
+    /// Critical lines, as complaints() has them.
     static QString networkSettingsLine(const QString &text);
     static QString plainLine(const QString &text);
 

@@ -56,7 +56,7 @@ void WifiRegionTest::settingTheRegionRunsOneCommandAndStoresIt()
     QCOMPARE(commands().calls(), QStringList("iw reg set DE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
     QCOMPARE(settings.getWifiRegion(), "DE"_s);
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void WifiRegionTest::settingTheRegionReplacesTheStoredOne()
@@ -127,7 +127,7 @@ void WifiRegionTest::exitCodeOfTheCommandIsNotLookedAt()
     QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\n"));
     QCOMPARE(debugLines(), QStringList(successLine));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void WifiRegionTest::crashedCommandLeavesTheStoredRegion()
@@ -139,7 +139,7 @@ void WifiRegionTest::crashedCommandLeavesTheStoredRegion()
 
     QVERIFY(!settings.setWifiRegion("DE"_s));
     QCOMPARE(commands().calls(), QStringList("iw reg set DE"_s));
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(debugLines(), QStringList(failureLine));
     QCOMPARE(initDone.count(), 1);
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
@@ -153,7 +153,7 @@ void WifiRegionTest::missingCommandLeavesTheStoredRegion()
     NetworkSettings settings;
 
     QVERIFY(!settings.setWifiRegion("DE"_s));
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 
@@ -168,7 +168,7 @@ void WifiRegionTest::hangingCommandIsGivenUpAfterThirtySeconds()
 
     QVERIFY(!settings.setWifiRegion("DE"_s));
     QVERIFY2(elapsed.elapsed() >= 29900, qPrintable(QString::number(elapsed.elapsed())));
-    QCOMPARE(criticalLines(), QStringList(plainLine("Failed to set region."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("Failed to set region."_s)));
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 
@@ -189,8 +189,8 @@ void WifiRegionTest::unwritableStoreIsOneLineAndTheRegionIsAppliedAllTheSame()
 
     QVERIFY(settings.setWifiRegion("DE"_s));
     QCOMPARE(commands().calls(), QStringList("iw reg set DE"_s));
-    QCOMPARE(criticalLines(), QStringList(networkSettingsLine(
-                                  "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine(
+                               "Unable to write settings file \"/etc/xdg/Tactora AB/region.conf\""_s)));
     QCOMPARE(settings.getWifiRegion(), "DE"_s);
 }
 
@@ -204,7 +204,7 @@ void WifiRegionTest::storeThatBecameWritableIsWrittenWithoutComplaint()
     setStoresWritable(true);
     QVERIFY(settings.setLockRegion(false));
     QVERIFY(settings.setWifiRegion("DE"_s));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=DE\nregionLocked=false\n"));
 }
 

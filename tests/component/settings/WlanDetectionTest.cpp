@@ -40,7 +40,7 @@ void WlanDetectionTest::wlanIsThereWhereTheCommandPrintsAnything()
 
     QVERIFY(m_settings.getWlanSupported());
     QCOMPARE(commands().calls(), QStringList(list));
-    QCOMPARE(criticalLines(), QStringList());
+    QCOMPARE(complaints(), QStringList());
 }
 
 void WlanDetectionTest::wlanIsMissingOtherwise_data()
@@ -59,7 +59,7 @@ void WlanDetectionTest::wlanIsMissingOtherwise()
 
     QVERIFY(!m_settings.getWlanSupported());
     QCOMPARE(commands().calls(), QStringList(list));
-    QCOMPARE(criticalLines(), QStringList(plainLine("WLAN not supported on this board."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("WLAN not supported on this board."_s)));
 }
 
 void WlanDetectionTest::wlanIsMissingWhereTheCommandIs()
@@ -67,7 +67,7 @@ void WlanDetectionTest::wlanIsMissingWhereTheCommandIs()
     commands().removeProgram("iw"_s);
 
     QVERIFY(!m_settings.getWlanSupported());
-    QCOMPARE(criticalLines(), QStringList(plainLine("WLAN not supported on this board."_s)));
+    QCOMPARE(complaints(), QStringList(plainLine("WLAN not supported on this board."_s)));
 }
 
 void WlanDetectionTest::everyQuestionRunsTheCommandAnew()

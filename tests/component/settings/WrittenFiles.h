@@ -1,5 +1,6 @@
 #pragma once
 
+#include "DeviceFiles.h"
 #include "NetworkSettings.h"
 #include "Text.h"
 
@@ -7,14 +8,14 @@
 #include <QVariant>
 
 /// The files that the settings write, and what is to be in them.
-namespace device_files {
+namespace written_files {
 
-const QString hostNameFile = "/etc/hostname"_s;
-const QString connmanDirectory = "/var/lib/connman"_s;
+const QString &hostNameFile = test_support::DeviceFiles::hostNameFile;
+const QString &connmanDirectory = test_support::DeviceFiles::connmanDirectory;
 const QString corpFile = connmanDirectory + "/corp.config"_s;
-const QString storesDirectory = "/etc/xdg/Tactora AB"_s;
-const QString regionFile = storesDirectory + "/region.conf"_s;
+const QString &storesDirectory = test_support::DeviceFiles::storesDirectory;
 const QString regionStore = "region"_s;
+const QString regionFile = test_support::DeviceFiles::settingsFile(regionStore);
 const QString corp = "corp"_s;
 
 /// Two values to tell apart, long enough for half of it to be seen.
@@ -45,4 +46,4 @@ inline QStringList entries(const QString &directory)
     return QDir(directory).entryList(QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
 }
 
-} // namespace device_files
+} // namespace written_files
