@@ -18,14 +18,12 @@ private slots:
     void disconnectReadsTheAddressBeforeAnythingElse();
     void disconnectWithoutNetmaskEvenWhenConfiguredManually();
     void disconnectOfAServiceThatIsNotConnectedSucceedsAndStillWrites();
-    void disconnectOfAServiceUnknownToConnmanSucceeds();
     void disconnectOfAServiceThatIsGoneSucceedsSilently();
     void disconnectThatFailsIsLoggedAndStillWrites_data();
     void disconnectThatFailsIsLoggedAndStillWrites();
     void disconnectSucceedsWhenOnlyTheWriteIsRefused();
     void disconnectWithoutAddressesWritesEmptyOnes();
     void disconnectOfAServiceThatHasNoAddressYetNamesWhatIsMissing();
-    void disconnectWithoutAnswerFails();
     void disconnectProcessesNoEvents();
 
     void removeReturnsToDhcpFirst();
@@ -112,16 +110,6 @@ void ConnmanServiceDisconnectTest::disconnectOfAServiceThatIsNotConnectedSucceed
     QCOMPARE(complaints(), QStringList());
 }
 
-void ConnmanServiceDisconnectTest::disconnectOfAServiceUnknownToConnmanSucceeds()
-{
-    const Fault unknown = fault("Disconnect", unknownObject());
-    const Fault taken = fault("SetProperty", FaultKind::reply({}));
-
-    QVERIFY(service().disconnect());
-    QCOMPARE(calls(), disconnectCalls());
-    QCOMPARE(complaints(), QStringList());
-}
-
 void ConnmanServiceDisconnectTest::disconnectOfAServiceThatIsGoneSucceedsSilently()
 {
     removeServiceUnnoticed();
@@ -196,16 +184,6 @@ void ConnmanServiceDisconnectTest::disconnectOfAServiceThatHasNoAddressYetNamesW
     QVERIFY(service().disconnect());
     QCOMPARE(complaints(), QStringList({propertiesLine("Missing property \"Address\""_s),
                                         propertiesLine("Missing property \"Gateway\""_s)}));
-}
-
-void ConnmanServiceDisconnectTest::disconnectWithoutAnswerFails()
-{
-    const Fault unanswered = fault("Disconnect", silence());
-    const Fault taken = fault("SetProperty", FaultKind::reply({}));
-
-    QVERIFY(!service().disconnect());
-    QCOMPARE(calls(), disconnectCalls());
-    QCOMPARE(complaints(), {failedCallLine("Disconnect", "org.freedesktop.DBus.Error.NoReply", "Silence")});
 }
 
 void ConnmanServiceDisconnectTest::disconnectProcessesNoEvents()

@@ -90,7 +90,8 @@ void ConnmanTechnologyPowerTest::powerOfAnotherType_data()
     QTest::newRow("byte 1") << QVariant::fromValue(uchar(1)) << 1;
     QTest::newRow("number in a string") << QVariant("1"_s) << -1;
     QTest::newRow("word") << QVariant("true"_s) << -1;
-    QTest::newRow("dictionary") << QVariant(QVariantMap()) << -1;
+    QTest::newRow("empty dictionary") << QVariant(QVariantMap()) << -1;
+    QTest::newRow("dictionary") << QVariant(QVariantMap{{"a"_s, 1}}) << -1;
 }
 
 void ConnmanTechnologyPowerTest::powerOfAnotherType()

@@ -39,7 +39,6 @@ private slots:
     void powerIsReadAnew_data();
     void powerIsReadAnew();
     void missingPowerIsUnknownWithOneLine();
-    void powerOfAWrongTypeIsUnknown();
     void refreshReplacesTheWholeCache();
 
     void refreshOfARemovedTechnologyIsFalse();
@@ -165,15 +164,6 @@ void ConnmanTechnologyTest::missingPowerIsUnknownWithOneLine()
 
     QCOMPARE(technology().isPowered(), -1);
     QCOMPARE(criticalLines(), QStringList("Missing property \"Powered\" of service \"%1\""_s.arg(path())));
-}
-
-void ConnmanTechnologyTest::powerOfAWrongTypeIsUnknown()
-{
-    connman().setTechnologyProperty(name(), powered, QVariantMap{{"a"_s, 1}}, true);
-
-    QCOMPARE(technology().isPowered(), -1);
-    QCOMPARE(criticalLines(),
-             QStringList("Invalid type of property \"Powered\" of service \"%1\""_s.arg(path())));
 }
 
 void ConnmanTechnologyTest::refreshReplacesTheWholeCache()

@@ -68,11 +68,6 @@ Fault ServiceFixture::fault(const char *member, const FaultKind &kind, uint coun
     return connman().injectFault(ConnmanNames::ServiceInterface, QLatin1String(member), kind, path(), count);
 }
 
-FaultKind ServiceFixture::unknownObject()
-{
-    return FaultKind::error("org.freedesktop.DBus.Error.UnknownObject"_s, "Method \"x\" doesn't exist"_s);
-}
-
 FaultKind ServiceFixture::silence()
 {
     return FaultKind::error("org.freedesktop.DBus.Error.NoReply"_s, "Silence"_s);

@@ -29,7 +29,6 @@ protected:
 
     /// A fault for calls of the service's interface.
     test_support::Fault fault(const char *member, const test_support::FaultKind &kind, uint count = 1);
-    static test_support::FaultKind unknownObject();
     /// What a call that nobody has answered in time ends with.
     static test_support::FaultKind silence();
     static test_support::FaultKind connmanError(const char *name, const char *message);
