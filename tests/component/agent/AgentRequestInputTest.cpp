@@ -1,5 +1,5 @@
 #include "AgentFixture.h"
-#include "RequestFields.h"
+#include "RequestScene.h"
 #include "Suite.h"
 #include "Text.h"
 

@@ -1,6 +1,6 @@
 // The client's commands, one a start: what it asks the daemon and what it prints.
 #include "ClientProgram.h"
-#include "DaemonDouble.h"
+#include "FakeDaemon.h"
 #include "PrivateBus.h"
 #include "Suite.h"
 #include "Text.h"
@@ -51,13 +51,13 @@ private slots:
 
 private:
     PrivateBus m_bus;
-    std::unique_ptr<DaemonDouble> m_daemon;
+    std::unique_ptr<FakeDaemon> m_daemon;
 };
 
 void ClientCommandsTest::init()
 {
     m_daemon.reset(); // its name is taken until then
-    m_daemon = std::make_unique<DaemonDouble>(m_bus.address());
+    m_daemon = std::make_unique<FakeDaemon>(m_bus.address());
     QVERIFY(m_daemon->isReady());
     m_daemon->setAnswer("networks"_s,
                         QVariantMap{{kitchen, network("Kitchen"_s)}, {library, network("Library"_s)}});

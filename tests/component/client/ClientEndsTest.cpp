@@ -1,6 +1,6 @@
 // How the client ends: what it says of failures and misuse, its help, and its scripts.
 #include "ClientProgram.h"
-#include "DaemonDouble.h"
+#include "FakeDaemon.h"
 #include "PrivateBus.h"
 #include "Suite.h"
 #include "Text.h"
@@ -40,13 +40,13 @@ private slots:
 
 private:
     PrivateBus m_bus;
-    std::unique_ptr<DaemonDouble> m_daemon;
+    std::unique_ptr<FakeDaemon> m_daemon;
 };
 
 void ClientEndsTest::init()
 {
     m_daemon.reset(); // its name is taken until then
-    m_daemon = std::make_unique<DaemonDouble>(m_bus.address());
+    m_daemon = std::make_unique<FakeDaemon>(m_bus.address());
     QVERIFY(m_daemon->isReady());
     m_daemon->setAnswer("networks"_s, QVariantMap{{kitchen, QVariantMap{{"Name"_s, "Kitchen"_s}}}});
 }

@@ -1,7 +1,7 @@
 // The client on a terminal.
 #include "ClientProgram.h"
-#include "DaemonDouble.h"
 #include "EventWait.h"
+#include "FakeDaemon.h"
 #include "PrivateBus.h"
 #include "Suite.h"
 #include "TerminalProgram.h"
@@ -51,13 +51,13 @@ private:
     }
 
     PrivateBus m_bus;
-    std::unique_ptr<DaemonDouble> m_daemon;
+    std::unique_ptr<FakeDaemon> m_daemon;
 };
 
 void ClientTerminalTest::init()
 {
     m_daemon.reset(); // its name is taken until then
-    m_daemon = std::make_unique<DaemonDouble>(m_bus.address());
+    m_daemon = std::make_unique<FakeDaemon>(m_bus.address());
     QVERIFY(m_daemon->isReady());
     m_daemon->setAnswer("networks"_s, QVariantMap{{kitchen, QVariantMap{{"Name"_s, "Big Kitchen"_s}}}});
 }

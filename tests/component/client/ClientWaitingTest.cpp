@@ -1,7 +1,7 @@
 // What the client does while the daemon takes its time: it says what it waits for, and can be interrupted.
 #include "ClientProgram.h"
-#include "DaemonDouble.h"
 #include "EventWait.h"
+#include "FakeDaemon.h"
 #include "PrivateBus.h"
 #include "Suite.h"
 #include "Text.h"
@@ -44,13 +44,13 @@ private:
     }
 
     PrivateBus m_bus;
-    std::unique_ptr<DaemonDouble> m_daemon;
+    std::unique_ptr<FakeDaemon> m_daemon;
 };
 
 void ClientWaitingTest::init()
 {
     m_daemon.reset(); // its name is taken until then
-    m_daemon = std::make_unique<DaemonDouble>(m_bus.address());
+    m_daemon = std::make_unique<FakeDaemon>(m_bus.address());
     QVERIFY(m_daemon->isReady());
 }
 
@@ -230,7 +230,7 @@ void ClientWaitingTest::monitorTellsThatTheDaemonGoesAndComes()
     QVERIFY(client.waitForOutput("the network daemon is there\n"_s));
     m_daemon.reset();
     QVERIFY(client.waitForOutput("the network daemon is not there\n"_s));
-    m_daemon = std::make_unique<DaemonDouble>(m_bus.address());
+    m_daemon = std::make_unique<FakeDaemon>(m_bus.address());
     QVERIFY(waitUntil([&] { return client.output().count("the network daemon is there\n"_s) == 2; }));
     client.interrupt();
     QCOMPARE(client.waitForExit(), 0);

@@ -1,6 +1,6 @@
 // The console's commands that are calls to the daemon: all its operations, and their replies as lines.
 #include "DaemonCommands.h"
-#include "DaemonDouble.h"
+#include "FakeDaemon.h"
 #include "Feed.h"
 #include "NetworkNames.h"
 #include "PrivateBus.h"
@@ -78,7 +78,7 @@ private:
 
     test_support::PrivateBus m_bus;
     QDBusConnection m_connection{QDBusConnection::connectToBus(m_bus.address(), text("commands"))};
-    std::unique_ptr<DaemonDouble> m_daemon;
+    std::unique_ptr<FakeDaemon> m_daemon;
     std::unique_ptr<Feed> m_feed;
     std::unique_ptr<NetworkNames> m_names;
     std::unique_ptr<DaemonCommands> m_commands;
@@ -87,7 +87,7 @@ private:
 void DaemonCommandsTest::init()
 {
     m_daemon.reset(); // its name is taken until then
-    m_daemon = std::make_unique<DaemonDouble>(m_bus.address());
+    m_daemon = std::make_unique<FakeDaemon>(m_bus.address());
     QVERIFY(m_daemon->isReady());
     m_feed = std::make_unique<Feed>();
     m_names = std::make_unique<NetworkNames>();

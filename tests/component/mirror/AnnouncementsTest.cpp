@@ -4,7 +4,7 @@
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ConnmanTechnology.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -216,7 +216,7 @@ void AnnouncementsTest::timersWaitForTheEventLoop()
 void AnnouncementsTest::servicesOfAConnmanThatHasGoneAreForgotten()
 {
     addService(Service, {{"State"_s, "ready"_s}});
-    RecordedManager filled(*this);
+    ManagerScene filled(*this);
     QCOMPARE(filled.interfaceLines(), {interfaceIs("wlan0"_s, State::Ready)});
     filled.forget();
     connman().setPresent(ConnmanName, false);
@@ -228,7 +228,7 @@ void AnnouncementsTest::servicesOfAConnmanThatHasGoneAreForgotten()
 void AnnouncementsTest::forgettingThemAsksNothing()
 {
     addService(Service);
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
     QCOMPARE(calls(), QStringList());
@@ -238,7 +238,7 @@ void AnnouncementsTest::forgettingThemAsksNothing()
 void AnnouncementsTest::returnOfConnmanFillsTheRegistryByItsOwnAnnouncement()
 {
     addService(Service);
-    RecordedManager filled(*this);
+    ManagerScene filled(*this);
     connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
     filled.forget();
@@ -250,7 +250,7 @@ void AnnouncementsTest::returnOfConnmanFillsTheRegistryByItsOwnAnnouncement()
 void AnnouncementsTest::goneAndBackAreToldInTheirOrderOnDemand()
 {
     addService(Service);
-    RecordedManager filled(*this);
+    ManagerScene filled(*this);
     connman().setPresent(ConnmanName, false);
     connman().removeService(Service);
     connman().setPresent(ConnmanName, true);

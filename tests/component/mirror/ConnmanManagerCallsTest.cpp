@@ -2,7 +2,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "OwnMethods.h"
 #include "Suite.h"
 #include "Text.h"
@@ -60,8 +60,7 @@ private slots:
     void failedTechnologyQueryIsOneLineAndFalse();
     void vanishedConnmanHasNoTechnology();
 
-    void registeringTheAgentIsOneCall();
-    void registeredAgentIsKnownToConnman();
+    void registeringTheAgentIsOneCallThatConnmanRemembers();
     void refusedAgentIsOneLineAndFalse();
     void agentRegisteredTwiceIsOneLineAndFalse();
     void agentWithoutConnmanIsOneLineAndFalse();
@@ -191,18 +190,12 @@ void ConnmanManagerCallsTest::vanishedConnmanHasNoTechnology()
         complaints().constFirst().startsWith(critical(TechnologyLog, "Call to GetTechnologies failed: "_s)));
 }
 
-void ConnmanManagerCallsTest::registeringTheAgentIsOneCall()
+void ConnmanManagerCallsTest::registeringTheAgentIsOneCallThatConnmanRemembers()
 {
     ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.registerAgent(agentPath()));
     QCOMPARE(calls(), {"/ net.connman.Manager.RegisterAgent(objectpath \"/agent\")"_s});
     QCOMPARE(complaints(), QStringList());
-}
-
-void ConnmanManagerCallsTest::registeredAgentIsKnownToConnman()
-{
-    ConnmanManager manager(connection(), nullptr);
-    QVERIFY(manager.registerAgent(agentPath()));
     QCOMPARE(connman().agents(), {agentPath()});
 }
 
@@ -238,7 +231,7 @@ void ConnmanManagerCallsTest::agentWithoutConnmanIsOneLineAndFalse()
 
 void ConnmanManagerCallsTest::propertyOfTheManagerIsOnlyLogged()
 {
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.forget();
     connman().emitSignal("/"_s, ManagerInterface, "PropertyChanged"_s,
                          {"State"_s, QVariant::fromValue(QDBusVariant("online"_s))});

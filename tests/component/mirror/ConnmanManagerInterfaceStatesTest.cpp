@@ -2,7 +2,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -79,7 +79,7 @@ void ConnmanManagerInterfaceStatesTest::highestStateOfTheServicesCounts()
     for (int i = 0; i < words.size(); ++i) {
         addService(identifier(i), onInterface(Wlan, words[i]));
     }
-    const RecordedManager recorded(*this);
+    const ManagerScene recorded(*this);
     QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, expected)});
 }
 
@@ -87,7 +87,7 @@ void ConnmanManagerInterfaceStatesTest::everyInterfaceIsReportedForItself()
 {
     addService(identifier(1), onInterface(Wlan, "idle"_s));
     addService(identifier(2), onInterface(Wire, "online"_s));
-    const RecordedManager recorded(*this);
+    const ManagerScene recorded(*this);
     QStringList lines = recorded.interfaceLines();
     lines.sort();
     const QStringList expected{interfaceIs(Wire, State::Online), interfaceIs(Wlan, State::Idle)};
@@ -107,7 +107,7 @@ void ConnmanManagerInterfaceStatesTest::serviceWithoutAnInterfaceNeverCounts()
     QFETCH(QVariant, value);
     addService(identifier(1), {{EthernetKey, value}, {StateKey, "online"_s}});
     addService(identifier(2), onInterface(Wlan, "idle"_s));
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Idle)});
     emitServicesChanged({}, {pathOf(identifier(1))});
     deliver();
@@ -117,7 +117,7 @@ void ConnmanManagerInterfaceStatesTest::serviceWithoutAnInterfaceNeverCounts()
 void ConnmanManagerInterfaceStatesTest::serviceWithoutAKnownStateCountsAsUnknown()
 {
     addService(identifier(1), onInterface(Wlan, "dreaming"_s));
-    const RecordedManager recorded(*this);
+    const ManagerScene recorded(*this);
     QCOMPARE(recorded.interfaceLines(), {interfaceIs(Wlan, State::Unknown)});
 }
 
@@ -127,7 +127,7 @@ void ConnmanManagerInterfaceStatesTest::changeOfOneServiceLooksAtNoOther()
 {
     addService(identifier(1), {{EthernetKey, QVariantMap()}});
     addService(Service, onInterface(Wlan, "idle"_s));
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     QVERIFY(!complaints().isEmpty());
     log().clear();
     connman().setServiceProperty(Service, StateKey, "ready"_s, true);
@@ -140,7 +140,7 @@ void ConnmanManagerInterfaceStatesTest::changeOfOneServiceLooksAtNoOther()
 void ConnmanManagerInterfaceStatesTest::unchangedStateIsNotReportedAgain()
 {
     addService(identifier(1), onInterface(Wlan, "ready"_s));
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.announcements.clear();
     QVERIFY(recorded.manager.updateServices());
     emitServicesChanged({pathOf(identifier(1))}, {});
@@ -151,7 +151,7 @@ void ConnmanManagerInterfaceStatesTest::unchangedStateIsNotReportedAgain()
 void ConnmanManagerInterfaceStatesTest::changedStateIsReportedByTheNextAnnouncement()
 {
     addService(identifier(1), onInterface(Wlan, "idle"_s));
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.announcements.clear();
     connman().setServiceProperty(identifier(1), StateKey, "ready"_s, true);
     emitServicesChanged({pathOf(identifier(1))}, {});
@@ -163,7 +163,7 @@ void ConnmanManagerInterfaceStatesTest::changedStateIsReportedByTheNextAnnouncem
 void ConnmanManagerInterfaceStatesTest::interfaceThatLosesItsLastServiceIsReportedUnknownOnce()
 {
     addService(identifier(1), onInterface(Wlan, "ready"_s));
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.announcements.clear();
     emitServicesChanged({}, {pathOf(identifier(1))});
     deliver();
@@ -177,7 +177,7 @@ void ConnmanManagerInterfaceStatesTest::interfaceThatLosesItsLastServiceIsReport
 void ConnmanManagerInterfaceStatesTest::interfaceThatComesBackIsReportedAgain()
 {
     const QString path = addService(identifier(1), onInterface(Wlan, "ready"_s)).path();
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     emitServicesChanged({}, {path});
     emitServicesChanged({path}, {});
     deliver();
@@ -190,7 +190,7 @@ void ConnmanManagerInterfaceStatesTest::interfaceKeepsItsStateWhileAnotherServic
 {
     addService(identifier(1), onInterface(Wlan, "idle"_s));
     addService(identifier(2), onInterface(Wlan, "ready"_s));
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.announcements.clear();
     emitServicesChanged({}, {pathOf(identifier(1))});
     deliver();
@@ -203,7 +203,7 @@ void ConnmanManagerInterfaceStatesTest::interfaceKeepsItsStateWhileAnotherServic
 void ConnmanManagerInterfaceStatesTest::serviceThatMovesToAnotherInterfaceTakesItsStateAlong()
 {
     const QString path = addService(identifier(1), onInterface(Wlan, "ready"_s)).path();
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.announcements.clear();
     connman().setServiceProperty(identifier(1), EthernetKey, ethernet(Wire), true);
     emitServicesChanged({path}, {});
@@ -217,7 +217,7 @@ void ConnmanManagerInterfaceStatesTest::serviceThatMovesToAnotherInterfaceTakesI
 void ConnmanManagerInterfaceStatesTest::removalAloneReportsNothing()
 {
     const QDBusObjectPath path = addService(identifier(1), onInterface(Wlan, "ready"_s));
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.announcements.clear();
     recorded.manager.remService(path);
     QCOMPARE(recorded.announcements.lines(), QStringList());

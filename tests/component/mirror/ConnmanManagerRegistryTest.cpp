@@ -2,7 +2,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -48,13 +48,11 @@ private slots:
 
     void addedServiceIsAnnouncedFilledButNotYetRegistered();
     void addingAServiceAnnouncesItsStateFirst();
-    void addingAServiceLogsOneDebugLine();
-    void addingAServiceIsLoggedBeforeTheServiceIsMade();
+    void addingAServiceIsOneLineBeforeTheServiceIsMade();
     void addingAKnownServiceDoesNothing();
     void addingAServiceThatConnmanDoesNotHaveRegistersItStateless();
 
-    void removingAServiceOnlyForgetsIt();
-    void removingAServiceLogsOneDebugLine();
+    void removingAServiceOnlyForgetsItWithOneLine();
     void removingAnUnknownServiceIsAWarningAndNothingElse();
     void removedServiceThatIsHeldStillReportsItsState();
     void removedServiceOutlivesTheRegistryAndTheManager();
@@ -102,7 +100,7 @@ void ConnmanManagerRegistryTest::firstFillReadsEachServiceOnce()
 void ConnmanManagerRegistryTest::updateAddsWhatIsNewAndLeavesTheRestAlone()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     connman().addService(B, idle());
     QVERIFY(filled.manager.updateServices());
     const QStringList expectedCalls{GetServicesCall, getPropertiesCall(pathOf(B))};
@@ -115,7 +113,7 @@ void ConnmanManagerRegistryTest::updateAddsWhatIsNewAndLeavesTheRestAlone()
 void ConnmanManagerRegistryTest::updateKeepsServicesThatConnmanNoLongerLists()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     connman().removeService(A);
     QVERIFY(filled.manager.updateServices());
     QCOMPARE(registeredPaths(filled.manager), {pathOf(A)});
@@ -124,7 +122,7 @@ void ConnmanManagerRegistryTest::updateKeepsServicesThatConnmanNoLongerLists()
 void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     // An interface's new state that has yet to settle: any update would report it.
     connman().setServiceProperty(A, "State"_s, "ready"_s, true);
     emitPropertyChanged(pathOf(A), "State"_s, "ready"_s);
@@ -143,7 +141,7 @@ void ConnmanManagerRegistryTest::failedUpdateIsOneLineAndChangesNothing()
 
 void ConnmanManagerRegistryTest::addedServiceIsAnnouncedFilledButNotYetRegistered()
 {
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     const QDBusObjectPath servicePath = addService(A, {{"Name"_s, "Home"_s}});
     filled.manager.remService(servicePath);
     QString seenName;
@@ -170,14 +168,7 @@ void ConnmanManagerRegistryTest::addingAServiceAnnouncesItsStateFirst()
     QCOMPARE(calls(), {getPropertiesCall(pathOf(A))});
 }
 
-void ConnmanManagerRegistryTest::addingAServiceLogsOneDebugLine()
-{
-    ConnmanManager manager(connection(), nullptr);
-    manager.addService(QDBusObjectPath(pathOf(A)));
-    QCOMPARE(debugLines(ServicesLog), {"Adding service \"%1\""_s.arg(pathOf(A))});
-}
-
-void ConnmanManagerRegistryTest::addingAServiceIsLoggedBeforeTheServiceIsMade()
+void ConnmanManagerRegistryTest::addingAServiceIsOneLineBeforeTheServiceIsMade()
 {
     ConnmanManager manager(connection(), nullptr);
     log().clear();
@@ -185,12 +176,13 @@ void ConnmanManagerRegistryTest::addingAServiceIsLoggedBeforeTheServiceIsMade()
     const auto messages = log().messages();
     QCOMPARE(messages.at(0).category, QString(ServicesLog));
     QCOMPARE(messages.at(1).category, "ConnmanService"_s);
+    QCOMPARE(debugLines(ServicesLog), {"Adding service \"%1\""_s.arg(pathOf(A))});
 }
 
 void ConnmanManagerRegistryTest::addingAKnownServiceDoesNothing()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     const auto before = filled.manager.services();
     QVERIFY(!filled.manager.addService(QDBusObjectPath(pathOf(A))));
     QCOMPARE(filled.manager.services(), before);
@@ -210,29 +202,22 @@ void ConnmanManagerRegistryTest::addingAServiceThatConnmanDoesNotHaveRegistersIt
                                      "Service-properties doesn't contain a value for State"_s)});
 }
 
-void ConnmanManagerRegistryTest::removingAServiceOnlyForgetsIt()
+void ConnmanManagerRegistryTest::removingAServiceOnlyForgetsItWithOneLine()
 {
     addService(A, {{"State"_s, "ready"_s}});
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     filled.manager.remService(QDBusObjectPath(pathOf(A)));
     QVERIFY(filled.manager.services().isEmpty());
     QCOMPARE(filled.announcements.lines(), QStringList());
     QCOMPARE(calls(), QStringList());
     QCOMPARE(complaints(), QStringList());
-}
-
-void ConnmanManagerRegistryTest::removingAServiceLogsOneDebugLine()
-{
-    addService(A, idle());
-    FilledManager filled(*this);
-    filled.manager.remService(QDBusObjectPath(pathOf(A)));
     QCOMPARE(debugLines(ServicesLog), {"Removing service \"%1\""_s.arg(pathOf(A))});
 }
 
 void ConnmanManagerRegistryTest::removingAnUnknownServiceIsAWarningAndNothingElse()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     filled.manager.remService(QDBusObjectPath(pathOf(B)));
     QCOMPARE(complaints(), {nonExistent(pathOf(B))});
     QCOMPARE(log().messages().size(), 1);
@@ -244,7 +229,7 @@ void ConnmanManagerRegistryTest::removingAnUnknownServiceIsAWarningAndNothingEls
 void ConnmanManagerRegistryTest::removedServiceThatIsHeldStillReportsItsState()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     const std::shared_ptr<ConnmanService> held = filled.manager.services().constFirst();
     filled.manager.remService(QDBusObjectPath(pathOf(A)));
     connman().setServiceProperty(A, "State"_s, "association"_s);
@@ -255,7 +240,7 @@ void ConnmanManagerRegistryTest::removedServiceThatIsHeldStillReportsItsState()
 void ConnmanManagerRegistryTest::removedServiceOutlivesTheRegistryAndTheManager()
 {
     addService(A, {{"Name"_s, "Home"_s}});
-    auto filled = std::make_unique<FilledManager>(*this);
+    auto filled = std::make_unique<FilledManagerScene>(*this);
     const std::shared_ptr<ConnmanService> held = filled->manager.services().constFirst();
     filled->manager.remService(QDBusObjectPath(pathOf(A)));
     QCOMPARE(held->name(), "Home"_s);
@@ -271,7 +256,7 @@ void ConnmanManagerRegistryTest::removedServiceIsReleasedThoughItsSuccessorKeeps
     const QString state = "State"_s;
     const QString nextState = "association"_s;
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     const std::weak_ptr<ConnmanService> removed = filled.manager.services().constFirst();
     connman().setServiceProperty(A, state, nextState);
     deliver();

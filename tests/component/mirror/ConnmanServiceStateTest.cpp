@@ -1,6 +1,6 @@
 // How ConnmanService follows ConnMan's "State".
 
-#include "FollowedService.h"
+#include "StateScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -61,10 +61,10 @@ void ConnmanServiceStateTest::everyStateWordIsFollowed()
 {
     QFETCH(State, state);
     const QString start = state == State::Idle ? "ready"_s : "idle"_s;
-    FollowedService followed(*this, start);
+    StateScene scene(*this, start);
     changeState(*this, QLatin1String(QTest::currentDataTag()));
-    QCOMPARE(followed.service.state(), state);
-    QCOMPARE(followed.states(), {state});
+    QCOMPARE(scene.service.state(), state);
+    QCOMPARE(scene.states(), {state});
     QCOMPARE(complaints(), QStringList());
 }
 
@@ -82,12 +82,12 @@ void ConnmanServiceStateTest::firstFillFollowsTheState()
 
 void ConnmanServiceStateTest::stateIsSetBeforeItIsAnnounced()
 {
-    FollowedService followed(*this, "association"_s);
+    StateScene scene(*this, "association"_s);
     State seen = State::Unknown;
     State seenPrevious = State::Unknown;
-    connect(&followed.service, &ConnmanService::stateChanged, this, [&] {
-        seen = followed.service.state();
-        seenPrevious = followed.service.previousState();
+    connect(&scene.service, &ConnmanService::stateChanged, this, [&] {
+        seen = scene.service.state();
+        seenPrevious = scene.service.previousState();
     });
     changeState(*this, "configuration"_s);
     QCOMPARE(seen, State::Configuration);
@@ -96,91 +96,90 @@ void ConnmanServiceStateTest::stateIsSetBeforeItIsAnnounced()
 
 void ConnmanServiceStateTest::previousStateIsTheOneBeforeTheLatestChange()
 {
-    FollowedService followed(*this, "association"_s);
+    StateScene scene(*this, "association"_s);
     changeState(*this, "configuration"_s);
     changeState(*this, "ready"_s);
     changeState(*this, "ready"_s);
-    QCOMPARE(followed.service.state(), State::Ready);
-    QCOMPARE(followed.service.previousState(), State::Configuration);
+    QCOMPARE(scene.service.state(), State::Ready);
+    QCOMPARE(scene.service.previousState(), State::Configuration);
 }
 
 void ConnmanServiceStateTest::changeFromAssociationToReadyRefreshesAllPropertiesAndIsAnnouncedOnce()
 {
-    FollowedService followed(*this, "association"_s);
+    StateScene scene(*this, "association"_s);
     connman().setServiceProperty(Identifier, "Novelty"_s, 1, true);
     connman().setServiceProperty(Identifier, StateKey, "ready"_s, true);
-    emitPropertyChanged(followed.service.path(), StateKey, "ready"_s);
+    emitPropertyChanged(scene.service.path(), StateKey, "ready"_s);
     deliver();
-    QCOMPARE(followed.states(), {State::Ready});
-    QCOMPARE(followed.service.previousState(), State::Association);
-    QCOMPARE(followed.service.properties().value("Novelty"_s), QVariant(1));
-    QCOMPARE(calls(), {getPropertiesCall(followed.service.path())});
+    QCOMPARE(scene.states(), {State::Ready});
+    QCOMPARE(scene.service.previousState(), State::Association);
+    QCOMPARE(scene.service.properties().value("Novelty"_s), QVariant(1));
+    QCOMPARE(calls(), {getPropertiesCall(scene.service.path())});
 }
 
 void ConnmanServiceStateTest::listenersOfAStateChangeFindTheAddressesCurrent()
 {
-    FollowedService followed(*this, "configuration"_s);
+    StateScene scene(*this, "configuration"_s);
     const QVariantMap ipv4{{"Method"_s, "dhcp"_s}, {"Address"_s, "10.0.0.2"_s}};
     connman().setServiceProperty(Identifier, Ipv4, ipv4, true);
     QString seen;
-    connect(&followed.service, &ConnmanService::stateChanged, this,
-            [&] { seen = followed.service.getIpv4ConfigurationValue("Address"_s); });
+    connect(&scene.service, &ConnmanService::stateChanged, this,
+            [&] { seen = scene.service.getIpv4ConfigurationValue("Address"_s); });
     changeState(*this, "ready"_s);
     QCOMPARE(seen, "10.0.0.2"_s);
 }
 
 void ConnmanServiceStateTest::sameStateTwiceIsAnnouncedOnce()
 {
-    FollowedService followed(*this, "association"_s);
+    StateScene scene(*this, "association"_s);
     connman().setServiceProperty(Identifier, StateKey, "ready"_s, true);
-    emitPropertyChanged(followed.service.path(), StateKey, "ready"_s);
-    emitPropertyChanged(followed.service.path(), StateKey, "ready"_s);
+    emitPropertyChanged(scene.service.path(), StateKey, "ready"_s);
+    emitPropertyChanged(scene.service.path(), StateKey, "ready"_s);
     deliver();
-    QCOMPARE(followed.states(), {State::Ready});
-    const QString call = getPropertiesCall(followed.service.path());
+    QCOMPARE(scene.states(), {State::Ready});
+    const QString call = getPropertiesCall(scene.service.path());
     const QStringList expected{call, call};
     QCOMPARE(calls(), expected);
-    QVERIFY(!followed.service.updateState());
+    QVERIFY(!scene.service.updateState());
 }
 
 // ConnMan has moved on by the time its signal is read.
 void ConnmanServiceStateTest::refreshHasTheLastWordOnTheState()
 {
-    FollowedService followed(*this, "association"_s);
+    StateScene scene(*this, "association"_s);
     connman().setServiceProperty(Identifier, StateKey, "failure"_s, true);
-    emitPropertyChanged(followed.service.path(), StateKey, "configuration"_s);
+    emitPropertyChanged(scene.service.path(), StateKey, "configuration"_s);
     deliver();
-    QCOMPARE(followed.states(), {State::Failure});
+    QCOMPARE(scene.states(), {State::Failure});
 }
 
 void ConnmanServiceStateTest::serviceChangedWithTheSameStateAnnouncesNothing()
 {
-    FollowedService followed(*this, "idle"_s);
-    followed.service.serviceChanged();
-    QCOMPARE(followed.changes.count(), 0);
-    QCOMPARE(calls(), {getPropertiesCall(followed.service.path())});
+    StateScene scene(*this, "idle"_s);
+    scene.service.serviceChanged();
+    QCOMPARE(scene.changes.count(), 0);
+    QCOMPARE(calls(), {getPropertiesCall(scene.service.path())});
 }
 
 void ConnmanServiceStateTest::serviceChangedFollowsAStateThatCameWithoutASignal()
 {
-    FollowedService followed(*this, "idle"_s);
+    StateScene scene(*this, "idle"_s);
     connman().setServiceProperty(Identifier, StateKey, "online"_s, true);
-    followed.service.serviceChanged();
-    QCOMPARE(followed.states(), {State::Online});
-    QCOMPARE(followed.service.previousState(), State::Idle);
+    scene.service.serviceChanged();
+    QCOMPARE(scene.states(), {State::Online});
+    QCOMPARE(scene.service.previousState(), State::Idle);
 }
 
 void ConnmanServiceStateTest::stateChangeIsLoggedOnceBeforeItIsAnnounced()
 {
-    FollowedService followed(*this, "idle"_s);
+    StateScene scene(*this, "idle"_s);
     log().clear();
     QStringList linesAtSignal;
-    connect(&followed.service, &ConnmanService::stateChanged, this,
+    connect(&scene.service, &ConnmanService::stateChanged, this,
             [&] { linesAtSignal = debugLines(PropertiesLog); });
     changeState(*this, "ready"_s);
-    const QStringList expected{
-        "propertyChanged( \"State\" ,  QVariant(QString, \"ready\") )"_s,
-        "State of \"%1\" changed \"idle\" => \"ready\""_s.arg(followed.service.path())};
+    const QStringList expected{"propertyChanged( \"State\" ,  QVariant(QString, \"ready\") )"_s,
+                               "State of \"%1\" changed \"idle\" => \"ready\""_s.arg(scene.service.path())};
     QCOMPARE(linesAtSignal, expected);
     QCOMPARE(debugLines(PropertiesLog), expected);
 }

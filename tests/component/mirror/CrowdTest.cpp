@@ -3,7 +3,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -139,7 +139,7 @@ void CrowdTest::fiveThousandServicesLoseNoStateChange()
 void CrowdTest::removedServiceIsReleased()
 {
     const QDBusObjectPath path = addService("wifi_crowd_0"_s);
-    RecordedManager filled(*this);
+    ManagerScene filled(*this);
     const std::weak_ptr<ConnmanService> service = filled.manager.services().constFirst();
     QVERIFY(!service.expired());
     filled.manager.remService(path);
@@ -152,7 +152,7 @@ void CrowdTest::returnsOfOneServiceAreReadOncePerChange()
 {
     constexpr int Returns = 50;
     const QDBusObjectPath path = addService("wifi_crowd_0"_s);
-    RecordedManager filled(*this);
+    ManagerScene filled(*this);
     for (int count = 0; count < Returns; ++count) {
         filled.manager.remService(path);
         QVERIFY(filled.manager.addService(path));

@@ -3,7 +3,7 @@
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
 #include "ConnmanTechnology.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "OddValues.h"
 #include "Suite.h"
 #include "Text.h"
@@ -201,7 +201,7 @@ void HostilePeerTest::announcementOfAnotherShapeIsNotHeard_data()
 void HostilePeerTest::announcementOfAnotherShapeIsNotHeard()
 {
     QFETCH(QVariantList, arguments);
-    const RecordedManager recorded(*this);
+    const ManagerScene recorded(*this);
     connman().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s, arguments);
     deliver();
     QVERIFY(recorded.manager.services().isEmpty());
@@ -214,7 +214,7 @@ void HostilePeerTest::announcementOfAnotherShapeIsNotHeard()
 void HostilePeerTest::signalsOfOthersThanConnmanAreNotHeard()
 {
     addService(Service);
-    const RecordedManager recorded(*this);
+    const ManagerScene recorded(*this);
     connman().clearCalls();
     ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
     QDBusConnection stranger = QDBusConnection::connectToBus(busAddress(), "stranger"_s);

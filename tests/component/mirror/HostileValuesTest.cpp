@@ -3,7 +3,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "OddValues.h"
 #include "Suite.h"
 #include "Text.h"

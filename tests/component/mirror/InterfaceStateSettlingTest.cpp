@@ -2,7 +2,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -36,10 +36,10 @@ void moveTo(ConnmanFixture &fixture, const QString &stateWord)
 /// A manager with one service on wlan0, in a state that has been reported: no report is due any more.
 ///
 /// The service changes its interface while its first state settles, which shows when that is over.
-std::unique_ptr<RecordedManager> settledManager(ConnmanFixture &fixture, const QString &stateWord)
+std::unique_ptr<ManagerScene> settledManager(ConnmanFixture &fixture, const QString &stateWord)
 {
     const QString path = fixture.addService(Service, onInterface("early0"_s, stateWord)).path();
-    auto recorded = std::make_unique<RecordedManager>(fixture);
+    auto recorded = std::make_unique<ManagerScene>(fixture);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     fixture.connman().setServiceProperty(Service, EthernetKey, ethernet(Wlan), true);
     fixture.emitPropertyChanged(path, EthernetKey, ethernet(Wlan));

@@ -2,7 +2,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -48,7 +48,7 @@ private slots:
 
 void ServicesChangedTest::announcedServiceIsAdded()
 {
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     connman().addService(A, idle());
     QTRY_COMPARE(registeredPaths(filled.manager), QStringList{pathOf(A)});
     const QStringList expected{stateOf(A, State::Idle), added(A)};
@@ -59,7 +59,7 @@ void ServicesChangedTest::announcedServiceIsAdded()
 void ServicesChangedTest::announcedServiceThatIsKnownIsReadAgain()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     const auto service = filled.manager.services().constFirst();
     connman().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
     emitServicesChanged({pathOf(A)}, {});
@@ -73,7 +73,7 @@ void ServicesChangedTest::announcedServiceThatIsKnownIsReadAgain()
 void ServicesChangedTest::announcedPropertiesAreNotUsed()
 {
     addService(A, {{"Name"_s, "Home"_s}});
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     const QVariantMap lie{{"Name"_s, "Lie"_s}};
     const ConnmanServiceInfoList changed{{QDBusObjectPath(pathOf(A)), lie}};
     connman().emitSignal("/"_s, "net.connman.Manager"_s, "ServicesChanged"_s,
@@ -87,7 +87,7 @@ void ServicesChangedTest::announcedRemovalRemoves()
 {
     addService(A, idle());
     addService(B, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     emitServicesChanged({}, {pathOf(A)});
     deliver();
     QCOMPARE(registeredPaths(filled.manager), {pathOf(B)});
@@ -98,7 +98,7 @@ void ServicesChangedTest::announcedRemovalRemoves()
 void ServicesChangedTest::newServiceAnnouncedAsChangedAndRemovedIsAddedThenRemoved()
 {
     const QDBusObjectPath servicePath = addService(A, idle());
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.manager.remService(servicePath);
     emitServicesChanged({}, {});
     deliver();
@@ -117,7 +117,7 @@ void ServicesChangedTest::newServiceAnnouncedAsChangedAndRemovedIsAddedThenRemov
 void ServicesChangedTest::knownServiceAnnouncedAsChangedAndRemovedIsReadThenRemoved()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     const auto service = filled.manager.services().constFirst();
     connman().setServiceProperty(A, "Name"_s, "Renamed"_s, true);
     emitServicesChanged({pathOf(A)}, {pathOf(A)});
@@ -130,7 +130,7 @@ void ServicesChangedTest::knownServiceAnnouncedAsChangedAndRemovedIsReadThenRemo
 void ServicesChangedTest::unknownRemovalIsAWarningAndNothingElse()
 {
     addService(A, idle());
-    FilledManager filled(*this);
+    FilledManagerScene filled(*this);
     emitServicesChanged({}, {pathOf(B), pathOf(Wired)});
     deliver();
     const QStringList expected{nonExistent(pathOf(B)), nonExistent(pathOf(Wired))};
@@ -145,7 +145,7 @@ void ServicesChangedTest::announcementIsHandledInOrderWithTheInterfacesLast()
     const QVariantMap onWlan{{"State"_s, "ready"_s}, {"Ethernet"_s, QVariantMap{{"Interface"_s, "wlan0"_s}}}};
     const QDBusObjectPath first = addService(A, onWlan);
     const QDBusObjectPath second = addService(B, onWlan);
-    RecordedManager recorded(*this);
+    ManagerScene recorded(*this);
     recorded.manager.remService(first);
     recorded.manager.remService(second);
     emitServicesChanged({}, {});

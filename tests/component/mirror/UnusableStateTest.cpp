@@ -1,6 +1,6 @@
 // What becomes of a service's state when ConnMan's "State" is no good or cannot be read.
 
-#include "FollowedService.h"
+#include "StateScene.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -45,10 +45,10 @@ void UnusableStateTest::unlistedStateIsOneLineAndKeepsTheOldOne_data()
 void UnusableStateTest::unlistedStateIsOneLineAndKeepsTheOldOne()
 {
     QFETCH(QString, word);
-    FollowedService followed(*this, "ready"_s);
+    StateScene scene(*this, "ready"_s);
     changeState(*this, word);
-    QCOMPARE(followed.changes.count(), 0);
-    QCOMPARE(followed.service.state(), State::Ready);
+    QCOMPARE(scene.changes.count(), 0);
+    QCOMPARE(scene.service.state(), State::Ready);
     QCOMPARE(complaints(), {unknownState(word)});
 }
 
@@ -66,10 +66,10 @@ void UnusableStateTest::stateThatIsNoTextIsOneLineAndKeepsTheOldOne()
 {
     QFETCH(QVariantMap, properties);
     QFETCH(QString, line);
-    FollowedService followed(*this, "ready"_s);
+    StateScene scene(*this, "ready"_s);
     const Fault fault = answerGetProperties(properties);
-    followed.service.serviceChanged();
-    QCOMPARE(followed.service.state(), State::Ready);
+    scene.service.serviceChanged();
+    QCOMPARE(scene.service.state(), State::Ready);
     QCOMPARE(complaints(), {critical(PropertiesLog, line)});
 }
 
@@ -84,31 +84,31 @@ void UnusableStateTest::updateStateOnAnEmptyCacheIsOneLine()
 
 void UnusableStateTest::stateAfterAnInvalidOneIsFollowedAgain()
 {
-    FollowedService followed(*this, "idle"_s);
+    StateScene scene(*this, "idle"_s);
     changeState(*this, "unknown"_s);
-    QCOMPARE(followed.service.state(), State::Idle);
-    followed.changes.clear();
+    QCOMPARE(scene.service.state(), State::Idle);
+    scene.changes.clear();
     changeState(*this, "ready"_s);
-    QCOMPARE(followed.states(), {State::Ready});
-    QCOMPARE(followed.service.previousState(), State::Idle);
+    QCOMPARE(scene.states(), {State::Ready});
+    QCOMPARE(scene.service.previousState(), State::Idle);
 }
 
 void UnusableStateTest::failedRefreshStillFollowsTheAnnouncedState()
 {
-    FollowedService followed(*this, "association"_s);
+    StateScene scene(*this, "association"_s);
     const Fault fault = failGetProperties("net.connman.Error.Failed"_s, "Not today"_s);
     changeState(*this, "ready"_s);
-    QCOMPARE(followed.states(), {State::Ready});
+    QCOMPARE(scene.states(), {State::Ready});
     QCOMPARE(complaints(), {critical(PropertiesLog, "Call to GetProperties failed: \"Not today\""_s)});
 }
 
 void UnusableStateTest::vanishedServiceStillFollowsTheAnnouncedState()
 {
-    FollowedService followed(*this, "ready"_s);
-    emitPropertyChanged(followed.service.path(), StateKey, "disconnect"_s);
+    StateScene scene(*this, "ready"_s);
+    emitPropertyChanged(scene.service.path(), StateKey, "disconnect"_s);
     connman().removeService(Identifier);
     deliver();
-    QCOMPARE(followed.states(), {State::Disconnect});
+    QCOMPARE(scene.states(), {State::Disconnect});
     QCOMPARE(complaints(), QStringList());
 }
 

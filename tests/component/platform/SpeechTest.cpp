@@ -1,6 +1,6 @@
+#include "FakeSpeechService.h"
 #include "LogCapture.h"
 #include "PrivateBus.h"
-#include "SpeechService.h"
 #include "Suite.h"
 #include "Text.h"
 #include <libspeech/Speech.h>
@@ -62,7 +62,7 @@ private:
     void letTheBusCatchUp();
 
     std::unique_ptr<PrivateBus> m_bus;
-    std::unique_ptr<SpeechService> m_service;
+    std::unique_ptr<FakeSpeechService> m_service;
     std::unique_ptr<LogCapture> m_log;
 };
 
@@ -75,7 +75,7 @@ void SpeechTest::initTestCase()
 
 void SpeechTest::init()
 {
-    m_service = std::make_unique<SpeechService>(m_bus->address());
+    m_service = std::make_unique<FakeSpeechService>(m_bus->address());
     m_log = std::make_unique<LogCapture>();
 }
 
@@ -104,7 +104,7 @@ void SpeechTest::requestGoesOutAsTheServiceKnowsIt()
     const QDBusMessage &message = m_service->requests.constFirst();
     QCOMPARE(message.type(), QDBusMessage::MethodCallMessage);
     QCOMPARE(message.path(), "/"_s);
-    QCOMPARE(message.interface(), SpeechService::name());
+    QCOMPARE(message.interface(), FakeSpeechService::name());
     QCOMPARE(message.member(), "speakFromId"_s);
     QCOMPARE(message.signature(), "sa{sv}"_s);
 }
@@ -227,7 +227,7 @@ void SpeechTest::requestDoesNotWaitForTheService()
 
 void SpeechTest::hangingServiceHoldsNothingUp()
 {
-    m_service->manner = SpeechService::Manner::Hanging;
+    m_service->manner = FakeSpeechService::Manner::Hanging;
     QVERIFY(m_service->start());
     Speech speech;
     for (int time = 0; time < 3; ++time) {
@@ -238,7 +238,7 @@ void SpeechTest::hangingServiceHoldsNothingUp()
 
 void SpeechTest::failedRequestIsLogged()
 {
-    m_service->manner = SpeechService::Manner::Failing;
+    m_service->manner = FakeSpeechService::Manner::Failing;
     QVERIFY(m_service->start());
     Speech speech;
     const QUuid id = speech.speakFromId(sampleRequest());
@@ -249,7 +249,7 @@ void SpeechTest::failedRequestIsLogged()
 
 void SpeechTest::requestThatTheServiceTakesDownWithItIsLogged()
 {
-    m_service->manner = SpeechService::Manner::Hanging;
+    m_service->manner = FakeSpeechService::Manner::Hanging;
     QVERIFY(m_service->start());
     Speech speech;
     speech.speakFromId(sampleRequest());

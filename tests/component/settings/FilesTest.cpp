@@ -1,4 +1,4 @@
-#include "PrivateWorld.h"
+#include "MountNamespace.h"
 #include "SettingsFixture.h"
 #include "Suite.h"
 #include "Text.h"
@@ -213,9 +213,9 @@ int main(int argc, char **argv)
 {
     if (argc > 1 && writeForEver == QLatin1String(argv[1])) {
         const QCoreApplication application(argc, argv);
-        private_world::setIdentity();
+        mount_namespace::setIdentity();
         writeUntilKilled();
     }
-    return private_world::run(argc, argv);
+    return mount_namespace::run(argc, argv);
 }
 #include "FilesTest.moc"

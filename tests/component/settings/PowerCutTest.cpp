@@ -1,4 +1,4 @@
-#include "PrivateWorld.h"
+#include "MountNamespace.h"
 #include "Suite.h"
 #include "Text.h"
 #include "WrittenFiles.h"
@@ -35,7 +35,7 @@ void enterMountNamespace(char **arguments)
         return;
     }
     qputenv(InsideVariable, "1");
-    private_world::startAgain({"unshare"_s, "--mount"_s, "--propagation"_s, "private"_s}, arguments);
+    mount_namespace::startAgain({"unshare"_s, "--mount"_s, "--propagation"_s, "private"_s}, arguments);
 }
 
 } // namespace
@@ -127,7 +127,7 @@ int main(int argc, char **argv)
 {
     enterMountNamespace(argv);
     const QCoreApplication application(argc, argv);
-    private_world::setIdentity();
+    mount_namespace::setIdentity();
     return runSuite();
 }
 #include "PowerCutTest.moc"

@@ -1,6 +1,6 @@
-#include "PrivateWorld.h"
+#include "MountNamespace.h"
 
 int main(int argc, char *argv[])
 {
-    return private_world::run(argc, argv);
+    return mount_namespace::run(argc, argv);
 }

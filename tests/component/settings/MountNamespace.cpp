@@ -1,4 +1,4 @@
-#include "PrivateWorld.h"
+#include "MountNamespace.h"
 
 #include "Bubblewrap.h"
 #include "Suite.h"
@@ -13,14 +13,14 @@
 #include <unistd.h>
 #include <vector>
 
-namespace private_world {
+namespace mount_namespace {
 
 namespace {
 
 /// Bytes; little, so that a test can fill it.
 constexpr int DirectorySize = 1024 * 1024;
 
-constexpr char InsideVariable[] = "IN_PRIVATE_WORLD";
+constexpr char InsideVariable[] = "IN_OWN_MOUNT_NAMESPACE";
 
 // What dbus-daemon and the dynamic linker look for in /etc.
 const QStringList neededFiles = {"/etc/ld.so.cache"_s, "/etc/passwd"_s, "/etc/group"_s,
@@ -89,4 +89,4 @@ int run(int argc, char **argv)
     return runSuite();
 }
 
-} // namespace private_world
+} // namespace mount_namespace

@@ -8,12 +8,12 @@
 #include <QVariant>
 
 /// Stands on the bus where the daemon would be: notes every call and answers as it was told.
-class DaemonDouble : public QDBusVirtualObject
+class FakeDaemon : public QDBusVirtualObject
 {
     Q_OBJECT
 public:
-    explicit DaemonDouble(const QString &busAddress);
-    ~DaemonDouble() override;
+    explicit FakeDaemon(const QString &busAddress);
+    ~FakeDaemon() override;
 
     bool isReady() const { return m_isReady; }
     /// The answer to each call that has none of its own; true at first.

@@ -25,9 +25,9 @@ private:
 };
 
 /// A manager whose announcements are recorded from its construction on, its first fill being over.
-struct RecordedManager
+struct ManagerScene
 {
-    explicit RecordedManager(test_support::ConnmanFixture &fixture);
+    explicit ManagerScene(test_support::ConnmanFixture &fixture);
 
     /// Forgets what was announced, called and logged so far.
     void forget();
@@ -39,9 +39,9 @@ struct RecordedManager
 };
 
 /// A manager that has filled its registry, with nothing recorded yet of what comes next.
-struct FilledManager : RecordedManager
+struct FilledManagerScene : ManagerScene
 {
-    explicit FilledManager(test_support::ConnmanFixture &fixture);
+    explicit FilledManagerScene(test_support::ConnmanFixture &fixture);
 };
 
 QString added(const QString &identifier);

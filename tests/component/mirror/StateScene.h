@@ -16,9 +16,9 @@ inline const QLatin1String PropertiesLog("ConnmanService.properties");
 inline const QLatin1String StateKey("State");
 
 /// A service whose state is followed from `word` on, and what it says of itself from then on.
-struct FollowedService
+struct StateScene
 {
-    FollowedService(test_support::ConnmanFixture &fixture, const QString &word)
+    StateScene(test_support::ConnmanFixture &fixture, const QString &word)
         : service(test_support::ConnmanFixture::connection(),
                   fixture.addService(Identifier, {{StateKey, word}}), nullptr)
     {

@@ -1,4 +1,4 @@
-#include "DaemonDouble.h"
+#include "FakeDaemon.h"
 
 #include "DaemonInterface.h"
 #include "Text.h"
@@ -9,23 +9,23 @@ namespace {
 const QString connectionName = "daemon double"_s;
 }
 
-DaemonDouble::DaemonDouble(const QString &busAddress)
+FakeDaemon::FakeDaemon(const QString &busAddress)
     : m_connection(QDBusConnection::connectToBus(busAddress, connectionName))
     , m_isReady(m_connection.registerVirtualObject("/"_s, this) && m_connection.registerService(daemonName()))
 {
 }
 
-DaemonDouble::~DaemonDouble()
+FakeDaemon::~FakeDaemon()
 {
     QDBusConnection::disconnectFromBus(connectionName);
 }
 
-QString DaemonDouble::introspect(const QString & /*path*/) const
+QString FakeDaemon::introspect(const QString & /*path*/) const
 {
     return {};
 }
 
-bool DaemonDouble::handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/)
+bool FakeDaemon::handleMessage(const QDBusMessage &message, const QDBusConnection & /*connection*/)
 {
     m_signatures << "%1(%2)"_s.arg(message.member(), message.signature());
     m_calls << message.member() + QLatin1Char(' ') + valueText(message.arguments());
@@ -38,7 +38,7 @@ bool DaemonDouble::handleMessage(const QDBusMessage &message, const QDBusConnect
     return true;
 }
 
-void DaemonDouble::release()
+void FakeDaemon::release()
 {
     m_held.clear();
     for (const QDBusMessage &call : std::exchange(m_waiting, {})) {
@@ -46,7 +46,7 @@ void DaemonDouble::release()
     }
 }
 
-void DaemonDouble::answer(const QDBusMessage &call)
+void FakeDaemon::answer(const QDBusMessage &call)
 {
     if (!m_refusal.isEmpty()) {
         m_connection.send(call.createErrorReply(m_refusal, "refused"_s));
@@ -58,7 +58,7 @@ void DaemonDouble::answer(const QDBusMessage &call)
     m_connection.send(call.createReply(m_answers.value(call.member(), m_answer)));
 }
 
-void DaemonDouble::sendSignal(const QString &name, const QVariantList &arguments)
+void FakeDaemon::sendSignal(const QString &name, const QVariantList &arguments)
 {
     QDBusMessage message = QDBusMessage::createSignal("/"_s, daemonName(), name);
     message.setArguments(arguments);

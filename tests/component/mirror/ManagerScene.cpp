@@ -1,4 +1,4 @@
-#include "ManagerAnnouncements.h"
+#include "ManagerScene.h"
 #include "Text.h"
 
 #include <QCoreApplication>
@@ -28,7 +28,7 @@ QStringList ManagerAnnouncements::lines(const QString &kind) const
     return result;
 }
 
-RecordedManager::RecordedManager(test_support::ConnmanFixture &connmanFixture)
+ManagerScene::ManagerScene(test_support::ConnmanFixture &connmanFixture)
     : fixture(connmanFixture)
     , manager(fixture.connection(), nullptr)
     , announcements(manager)
@@ -37,19 +37,19 @@ RecordedManager::RecordedManager(test_support::ConnmanFixture &connmanFixture)
     QCoreApplication::processEvents();
 }
 
-void RecordedManager::forget()
+void ManagerScene::forget()
 {
     fixture.forget();
     announcements.clear();
 }
 
-QStringList RecordedManager::interfaceLines() const
+QStringList ManagerScene::interfaceLines() const
 {
     return announcements.lines("interface"_s);
 }
 
-FilledManager::FilledManager(test_support::ConnmanFixture &connmanFixture)
-    : RecordedManager(connmanFixture)
+FilledManagerScene::FilledManagerScene(test_support::ConnmanFixture &connmanFixture)
+    : ManagerScene(connmanFixture)
 {
     forget();
 }

@@ -6,7 +6,7 @@
 #include <QStringList>
 
 /// Runs tests of code with fixed paths where those paths are the tests' own.
-namespace private_world {
+namespace mount_namespace {
 
 /// Replaces the process by `command`, which starts the same program with the same arguments again. Ends the
 /// process when there is no such command.
@@ -28,4 +28,4 @@ inline void setIdentity()
     QCoreApplication::setApplicationName("network-manager"_s);
 }
 
-} // namespace private_world
+} // namespace mount_namespace

@@ -8,14 +8,14 @@
 #include <QVector>
 
 /// The speech service as it may be: good, in trouble, or not answering.
-class SpeechService : public QDBusVirtualObject
+class FakeSpeechService : public QDBusVirtualObject
 {
     Q_OBJECT
 
 public:
     enum class Manner { Answering, Failing, Hanging };
 
-    explicit SpeechService(const QString &address)
+    explicit FakeSpeechService(const QString &address)
         : m_program(address, "speech"_s)
     {
         m_program.connection().registerVirtualObject("/"_s, this);
