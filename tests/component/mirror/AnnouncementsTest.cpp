@@ -31,7 +31,7 @@ constexpr qint64 EarlyMs = 30000;
 /// A manager whose first fill is over.
 std::unique_ptr<ConnmanManager> filledManager(ConnmanFixture &fixture)
 {
-    auto manager = std::make_unique<ConnmanManager>(fixture.connection(), nullptr);
+    auto manager = std::make_unique<ConnmanManager>(ConnmanFixture::connection(), nullptr);
     QCoreApplication::processEvents();
     fixture.connman().clearCalls();
     return manager;

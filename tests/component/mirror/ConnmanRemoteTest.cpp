@@ -32,8 +32,8 @@ Fault silence(ConnmanFixture &fixture)
 
 ConnmanRemote impatientRemote(ConnmanFixture &fixture)
 {
-    return {fixture.connection(), fixture.addService(Identifier).path(), ConnmanNames::ServiceInterface,
-            Short};
+    return {ConnmanFixture::connection(), fixture.addService(Identifier).path(),
+            ConnmanNames::ServiceInterface, Short};
 }
 
 } // namespace

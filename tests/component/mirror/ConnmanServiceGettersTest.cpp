@@ -12,8 +12,8 @@ namespace {
 /// A getter of a property, and what it gives when the property is not there or no good.
 struct Getter
 {
-    const char *key;
-    QVariant (*get)(const ConnmanService &);
+    const char *key = nullptr;
+    QVariant (*get)(const ConnmanService &) = nullptr;
     QVariant fallback;
 };
 

@@ -41,12 +41,12 @@ QString numberedPath(int number)
 using Reports = QHash<QString, QVector<State>>;
 
 /// Services that nobody introduced to the manager, each made like the manager's.
-std::vector<std::unique_ptr<ConnmanService>> crowd(const ConnmanFixture &fixture)
+std::vector<std::unique_ptr<ConnmanService>> crowd()
 {
     std::vector<std::unique_ptr<ConnmanService>> services;
     services.reserve(MoreThanTheBusAllows);
     for (int number = 0; number < MoreThanTheBusAllows; ++number) {
-        services.push_back(std::make_unique<ConnmanService>(fixture.connection(),
+        services.push_back(std::make_unique<ConnmanService>(ConnmanFixture::connection(),
                                                             QDBusObjectPath(numberedPath(number)), nullptr));
     }
     return services;
@@ -101,7 +101,7 @@ private slots:
 
 void CrowdTest::everyServiceIsHeardByOneSubscription()
 {
-    const auto services = crowd(*this);
+    const auto services = crowd();
     QCOMPARE(toldOfAChange(*this, services), MoreThanTheBusAllows);
 }
 

@@ -30,7 +30,7 @@ QStringList ManagerAnnouncements::lines(const QString &kind) const
 
 ManagerScene::ManagerScene(test_support::ConnmanFixture &connmanFixture)
     : fixture(connmanFixture)
-    , manager(fixture.connection(), nullptr)
+    , manager(test_support::ConnmanFixture::connection(), nullptr)
     , announcements(manager)
 {
     // The first fill is due on the next pass of the event loop.

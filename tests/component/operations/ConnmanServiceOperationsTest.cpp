@@ -92,7 +92,8 @@ void ConnmanServiceOperationsTest::rejectedPropertyIsLoggedAndStillRefreshes_dat
     QTest::newRow("unknown interface") << "org.freedesktop.DBus.Error.UnknownInterface"_s
                                        << "What?"_s;
     QTest::newRow("no message") << "net.connman.Error.Failed"_s << QString();
-    QTest::newRow("no reply") << "org.freedesktop.DBus.Error.NoReply"_s << "Silence"_s;
+    QTest::newRow("no reply") << "org.freedesktop.DBus.Error.NoReply"_s
+                              << "Silence"_s;
 }
 
 void ConnmanServiceOperationsTest::rejectedPropertyIsLoggedAndStillRefreshes()

@@ -10,10 +10,10 @@
 /// The files that the settings write, and what is to be in them.
 namespace written_files {
 
-const QString &hostNameFile = test_support::DeviceFiles::hostNameFile;
-const QString &connmanDirectory = test_support::DeviceFiles::connmanDirectory;
+inline const QString &hostNameFile = test_support::DeviceFiles::hostNameFile;
+inline const QString &connmanDirectory = test_support::DeviceFiles::connmanDirectory;
 const QString corpFile = connmanDirectory + "/corp.config"_s;
-const QString &storesDirectory = test_support::DeviceFiles::storesDirectory;
+inline const QString &storesDirectory = test_support::DeviceFiles::storesDirectory;
 const QString regionStore = "region"_s;
 const QString regionFile = test_support::DeviceFiles::settingsFile(regionStore);
 const QString corp = "corp"_s;
