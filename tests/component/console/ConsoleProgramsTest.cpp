@@ -117,7 +117,10 @@ void ConsoleProgramsTest::namesAreCompleted()
     QVERIFY(terminal.waitFor(prompt));
     terminal.type("hostn\t"_s);
     QVERIFY(terminal.waitFor("hostname "_s));
-    terminal.type("\nshow Kit\t"_s);
+    terminal.type("\n"_s);
+    QVERIFY(terminal.waitFor(" reply: getHostName "_s));
+    QVERIFY(terminal.waitFor(prompt)); // until then it is busy with the reply
+    terminal.type("show Kit\t"_s);
     QVERIFY(terminal.waitFor("show Kitchen "_s));
 }
 
