@@ -1,4 +1,5 @@
 #include "FakeKeyboard.h"
+#include "Text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -6,6 +7,8 @@
 #include <fcntl.h>
 #include <linux/input.h>
 #include <QDebug>
+#include <QFile>
+#include <sys/ioctl.h>
 #include <umockdev.h>
 #include <unistd.h>
 #include <vector>
@@ -116,6 +119,16 @@ void FakeKeyboard::hangUp() const
     const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
     dup3(nowhere, m_fd, O_CLOEXEC);
     close(nowhere);
+}
+
+QString FakeKeyboard::answerOfOtherFiles()
+{
+    QFile file("/proc/version"_s);
+    int version = 0;
+    if (!file.open(QIODevice::ReadOnly) || ioctl(file.handle(), EVIOCGVERSION, &version) == 0) {
+        return {};
+    }
+    return QString::fromLocal8Bit(std::strerror(errno));
 }
 
 bool FakeKeyboard::isGrabbed() const

@@ -38,6 +38,10 @@ public:
     /// The device node loses its other end: reading gives nothing any more.
     void hangUp() const;
 
+    /// What a file that is no keyboard answers when it is asked what one is asked; an emulated processor's
+    /// system answers in words of its own.
+    static QString answerOfOtherFiles();
+
     /// Whether anyone has asked to have the device for themselves.
     bool isGrabbed() const;
 
