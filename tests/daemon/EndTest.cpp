@@ -1,4 +1,5 @@
 #include "HangingScene.h"
+#include "Scene.h"
 #include "Suite.h"
 
 #include <algorithm>
@@ -7,7 +8,6 @@
 #include <QDir>
 #include <QTest>
 
-using namespace hanging;
 using namespace test_support;
 
 /// The end of the process where something keeps its event loop from turning.
@@ -34,7 +34,7 @@ const QString busLost = "default|critical|Connection to system-bus lost."_s;
 
 void EndTest::firstSignalEndsABlockedDaemonWithStatusZero()
 {
-    QFETCH(Moment, block);
+    QFETCH(BlockingMoment, block);
     HangingDevice device;
     QVERIFY(block(device));
     QVERIFY(device.daemon.sendSignal(SIGTERM));
@@ -81,16 +81,16 @@ bool anyCommandRuns(TestDevice &device)
 
 void EndTest::runningCommandEndsWithAKilledDaemon_data()
 {
-    QTest::addColumn<Moment>("block");
+    QTest::addColumn<BlockingMoment>("block");
     QTest::newRow("iw list") << commandHangsAtStart("iw list"_s);
-    QTest::newRow("address command") << Moment(addressCommandHangs);
-    QTest::newRow("region command") << Moment(regionCommandOfAClientHangs);
-    QTest::newRow("connmanctl") << Moment(connmanctlHangs);
+    QTest::newRow("address command") << BlockingMoment(addressCommandHangs);
+    QTest::newRow("region command") << BlockingMoment(regionCommandOfAClientHangs);
+    QTest::newRow("connmanctl") << BlockingMoment(connmanctlHangs);
 }
 
 void EndTest::runningCommandEndsWithAKilledDaemon()
 {
-    QFETCH(Moment, block);
+    QFETCH(BlockingMoment, block);
     HangingDevice device;
     QVERIFY(block(device));
     QVERIFY(anyCommandRuns(device));

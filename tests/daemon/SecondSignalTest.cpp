@@ -5,7 +5,7 @@
 
 #include <QTest>
 
-using namespace hanging;
+using namespace test_support;
 
 /// Who does not want to wait until a blocked daemon ends by itself asks a second time.
 class SecondSignalTest : public QObject
@@ -19,7 +19,7 @@ private slots:
 
 void SecondSignalTest::secondSignalEndsABlockedDaemonAtOnce()
 {
-    QFETCH(Moment, block);
+    QFETCH(BlockingMoment, block);
     HangingDevice device;
     QVERIFY(block(device));
     QVERIFY(device.daemon.sendSignal(SIGTERM));

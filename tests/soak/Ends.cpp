@@ -3,8 +3,8 @@
 #include "EventWait.h"
 #include "Examination.h"
 #include "Figure.h"
+#include "HangingScene.h"
 #include "Run.h"
-#include "TestDevice.h"
 #include "Text.h"
 
 #include <QElapsedTimer>
@@ -28,17 +28,6 @@ constexpr qint64 atOnceMs = 2000;
 /// When a daemon that does not end is given up.
 constexpr int patienceMs = 10000;
 
-QString callOf(const QString &identifier, const QString &member)
-{
-    return "/net/connman/service/%1 net.connman.Service.%2"_s.arg(identifier, member);
-}
-
-/// ConnMan hears that call of a service and says nothing.
-void silence(TestDevice &device, const QString &member)
-{
-    device.simulator.injectFault(serviceInterface, member, FaultKind::never(), {}, 0).excuse();
-}
-
 bool startWithTwoNetworks(TestDevice &device)
 {
     for (const QString &ssid : {"Cafe"_s, "Bistro"_s}) {
@@ -50,7 +39,8 @@ bool startWithTwoNetworks(TestDevice &device)
 bool connectWithoutEnd(TestDevice &device, const QString &identifier)
 {
     device.client.send("connect", identifier);
-    return device.simulator.waitForCall(callOf(identifier, "Connect()"_s));
+    return device.simulator.waitForCall(
+        "/net/connman/service/%1 net.connman.Service.Connect()"_s.arg(identifier));
 }
 
 bool isIdle(TestDevice &device)
@@ -60,7 +50,7 @@ bool isIdle(TestDevice &device)
 
 bool waitsForConnect(TestDevice &device)
 {
-    silence(device, "Connect"_s);
+    device.simulator.injectFault(serviceInterface, "Connect"_s, FaultKind::never(), {}, 0).excuse();
     return startWithTwoNetworks(device) && connectWithoutEnd(device, cafe);
 }
 
@@ -69,63 +59,11 @@ bool waitsForTwoConnects(TestDevice &device)
     return waitsForConnect(device) && connectWithoutEnd(device, bistro);
 }
 
-bool waitsForConnman(TestDevice &device)
-{
-    silence(device, "Disconnect"_s);
-    if (!startWithTwoNetworks(device)) {
-        return false;
-    }
-    device.client.send("disconnect", cafe);
-    return device.simulator.waitForCall(callOf(cafe, "Disconnect()"_s));
-}
-
-/// The daemon waits for a program that does not end before the test does.
-bool waitsForCommand(TestDevice &device, const QString &command)
-{
-    device.commands().script(command, {"deaf"_s, "hold"_s});
-    return device.start() && device.commands().waitForCall(command);
-}
-
-bool waitsForIw(TestDevice &device)
-{
-    device.commands().script("iw reg set SE"_s, {"deaf"_s, "hold"_s});
-    if (!device.startWithoutRadio()) {
-        return false;
-    }
-    device.client.send("setWifiRegion", "SE"_s);
-    return device.commands().waitForCall("iw reg set SE"_s);
-}
-
-bool waitsForIp(TestDevice &device)
-{
-    return waitsForCommand(device, "ip link set dev wlan0 down"_s);
-}
-
-bool waitsForTheAddressCommand(TestDevice &device)
-{
-    device.commands().script("ip link set dev wlan0 address"_s, {"deaf"_s, "hold"_s});
-    return device.start() && waitUntilFilesSatisfy({device.commands().logFile()}, [&device] {
-               return !device.commands().calls().filter("wlan0 address"_s).isEmpty();
-           });
-}
-
-bool waitsForConnmanctl(TestDevice &device)
-{
-    return waitsForCommand(device, "connmanctl disable wifi"_s);
-}
-
 bool waitsForPowerState(TestDevice &device)
 {
     device.simulator.removeTechnologyProperty("wifi"_s, "Powered"_s);
     return device.start() && device.simulator.waitForCall(
                                  "/net/connman/technology/wifi net.connman.Technology.GetProperties()"_s);
-}
-
-bool waitsForConfigurationManager(TestDevice &device)
-{
-    device.simulator.injectFault("com.tactora.ConfigurationManager"_s, "process"_s, FaultKind::never(), {}, 0)
-        .excuse();
-    return device.start() && device.simulator.waitForCall("/ com.tactora.ConfigurationManager.process"_s);
 }
 
 bool cyclesPower(TestDevice &device)
@@ -137,22 +75,27 @@ struct Moment
 {
     const char *name;
     bool mayWork; // else it has to end at once
-    bool (*reach)(TestDevice &device);
+    BlockingMoment reach;
 };
 
-const std::vector<Moment> moments{
-    {"idle", false, isIdle},
-    {"inside a Connect", false, waitsForConnect},
-    {"inside nested Connects", false, waitsForTwoConnects},
-    {"ConnMan is silent", true, waitsForConnman},
-    {"iw hangs", true, waitsForIw},
-    {"ip hangs", true, waitsForIp},
-    {"ip hangs while it sets the address", true, waitsForTheAddressCommand},
-    {"connmanctl hangs", true, waitsForConnmanctl},
-    {"waiting for the power state", true, waitsForPowerState},
-    {"the configuration manager is silent", true, waitsForConfigurationManager},
-    {"power cycle", true, cyclesPower},
-};
+std::vector<Moment> allMoments()
+{
+    const auto disconnect = [](DaemonClient &client, const QString &home) {
+        client.send("disconnect", home);
+    };
+    return {{"idle", false, isIdle},
+            {"inside a Connect", false, waitsForConnect},
+            {"inside nested Connects", false, waitsForTwoConnects},
+            {"ConnMan is silent", true, connmanIsSilent(serviceInterface, "Disconnect"_s, disconnect)},
+            {"iw hangs", true, regionCommandOfAClientHangs},
+            {"ip hangs", true, commandHangsAtStart("ip link set dev wlan0 down"_s)},
+            {"ip hangs while it sets the address", true, addressCommandHangs},
+            {"connmanctl hangs", true, connmanctlHangs},
+            {"waiting for the power state", true, waitsForPowerState},
+            {"the configuration manager is silent", true,
+             peerIsSilentAtStart("com.tactora.ConfigurationManager"_s, "process"_s)},
+            {"power cycle", true, cyclesPower}};
+}
 
 /// The milliseconds until it had ended with status 0; negative when it did not.
 qint64 timeToEnd(Daemon &daemon)
@@ -173,11 +116,12 @@ qint64 timeToEnd(Daemon &daemon)
 void ends(Run &run, const Figure &figure)
 {
     int unexpected = 0;
+    const std::vector<Moment> moments = allMoments();
     for (const Moment &moment : moments) {
         qint64 longest = 0;
         int endedWell = 0;
         for (int time = 0; time < run.count(); ++time) {
-            TestDevice device;
+            HangingDevice device;
             const bool reached = moment.reach(device);
             const qint64 elapsed = timeToEnd(device.daemon);
             longest = std::max(longest, elapsed < 0 ? patienceMs : elapsed);
