@@ -14,7 +14,7 @@ const QString manager = "net.connman.Manager"_s;
 const QString service = "net.connman.Service"_s;
 const QString technology = "net.connman.Technology"_s;
 const QString configurationManager = "com.tactora.ConfigurationManager"_s;
-const QString home = "wifi_020000000200_486f6d65_managed_psk"_s;
+const QString homeNetwork = "wifi_020000000200_486f6d65_managed_psk"_s;
 
 } // namespace
 
@@ -74,7 +74,7 @@ BlockingMoment connmanIsSilent(const QString &interface, const QString &member,
             return false;
         }
         device.silence.emplace(device.simulator.injectFault(interface, member, FaultKind::never()));
-        call(device.client, home);
+        call(device.client, homeNetwork);
         return QTest::qWaitFor([&device] { return device.silence->fired() > 0; }, eventTimeoutMs);
     };
 }

@@ -3,6 +3,7 @@
 #include "SpeechService.h"
 
 #include <QDBusConnection>
+#include <QDBusError>
 
 namespace {
 
