@@ -5,6 +5,7 @@
 #include <QDBusConnectionInterface>
 #include <QDBusMetaType>
 #include <QDebug>
+#include <QRegularExpression>
 #include <QUuid>
 
 namespace test_support {
@@ -139,10 +140,10 @@ QVariant DaemonClient::valueOfReply(const char *method, const QVariantList &argu
     return plain(reply.arguments().constFirst());
 }
 
-void DaemonClient::clearRecord()
+QStringList DaemonClient::heard() const
 {
-    m_record.clear();
-    m_heard.clear();
+    static const QRegularExpression signal("^\\w+\\("_s);
+    return m_record.filter(signal);
 }
 
 bool DaemonClient::waitFor(const QString &entry, int times) const
@@ -152,9 +153,7 @@ bool DaemonClient::waitFor(const QString &entry, int times) const
 
 void DaemonClient::onSignal(const QDBusMessage &message)
 {
-    const QString signal = "%1(%2)"_s.arg(message.member(), textOf(message.arguments()));
-    m_record << signal;
-    m_heard << signal;
+    m_record << "%1(%2)"_s.arg(message.member(), textOf(message.arguments()));
 }
 
 } // namespace test_support

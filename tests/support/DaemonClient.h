@@ -49,8 +49,8 @@ public:
 
     QStringList record() const { return m_record; }
     /// The signals alone.
-    QStringList heard() const { return m_heard; }
-    void clearRecord();
+    QStringList heard() const;
+    void clearRecord() { m_record.clear(); }
     /// Runs the event loop until the record holds `entry` `times` times.
     bool waitFor(const QString &entry, int times = 1) const;
 
@@ -66,7 +66,6 @@ private:
     QString m_connectionName;
     QDBusConnection m_connection;
     QStringList m_record;
-    QStringList m_heard;
 };
 
 } // namespace test_support

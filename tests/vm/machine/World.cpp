@@ -21,8 +21,8 @@ namespace {
 const QByteArray regionStore = "[wifi]\nregion=YE\n";
 /// On a very busy machine the command does not end in time.
 const QString regionIsSet = "The region has been set successfully."_s;
-constexpr int startLimitMs = 120000;
 const QString regionIsNotSet = "Failed to set the region."_s;
+constexpr int startLimitMs = 120000;
 
 QString settingsFile(const QString &name)
 {
