@@ -39,7 +39,6 @@ public:
     enum class OnlineCheck { Off, On };
     /// Returns when ConnMan has its bus name.
     void startConnman(OnlineCheck onlineCheck = OnlineCheck::Off);
-    bool isConnmanRunning() const;
     /// A crash: no farewell to anybody, addresses and routes stay as they are. Returns when the bus has
     /// noticed.
     void killConnman();

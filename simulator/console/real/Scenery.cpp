@@ -3,16 +3,19 @@
 #include "DaemonSandbox.h"
 #include "Feed.h"
 #include "Surroundings.h"
+#include <QDBusConnectionInterface>
 
 struct Scenery::Parts
 {
     Parts(const QString &busAddress, const QDBusConnection &connection)
-        : surroundings(busAddress, connection)
+        : bus(connection)
+        , surroundings(busAddress, connection)
     {
     }
 
     void switchConnman(Feed &feed, const QString &what);
 
+    QDBusConnection bus;
     Surroundings surroundings;
 };
 
@@ -50,7 +53,7 @@ void Scenery::Parts::switchConnman(Feed &feed, const QString &what)
 {
     if (what != QStringLiteral("start")) {
         surroundings.stopConnman();
-    } else if (surroundings.isConnmanRunning()) {
+    } else if (bus.interface()->isServiceRegistered(QStringLiteral("net.connman"))) {
         feed.tell(QStringLiteral("It is running already."));
         return;
     }

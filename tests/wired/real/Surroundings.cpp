@@ -174,11 +174,6 @@ void Surroundings::startConnman(OnlineCheck onlineCheck)
     }
 }
 
-bool Surroundings::isConnmanRunning() const
-{
-    return m_parts->connman.state() == QProcess::Running;
-}
-
 void Surroundings::killConnman()
 {
     const QDBusServiceWatcher watcher(connmanName, m_parts->bus, QDBusServiceWatcher::WatchForUnregistration);

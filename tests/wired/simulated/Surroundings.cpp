@@ -33,7 +33,6 @@ struct Surroundings::Parts
     test_support::SimulatorClient simulator;
     bool isPlugged = false;
     bool hasDhcpServer = false;
-    bool isConnmanRunning = false;
     // An orderly end takes the link down, which the simulator has no picture of.
     bool isLinkDown = false;
 };
@@ -105,18 +104,11 @@ void Surroundings::startConnman(OnlineCheck onlineCheck)
     m_parts->simulator.setTiming("online"_s,
                                  onlineCheck == OnlineCheck::On ? 0 : std::numeric_limits<int>::max());
     m_parts->isLinkDown = false;
-    m_parts->isConnmanRunning = true;
     m_parts->simulator.setPresent(connman, true);
-}
-
-bool Surroundings::isConnmanRunning() const
-{
-    return m_parts->isConnmanRunning;
 }
 
 void Surroundings::killConnman()
 {
-    m_parts->isConnmanRunning = false;
     m_parts->simulator.setPresent(connman, false);
 }
 
