@@ -64,8 +64,9 @@ QString nameOf(const QString &path)
 
 } // namespace
 
-ConnmanConversation::ConnmanConversation(QDBusConnection connection)
+ConnmanConversation::ConnmanConversation(QDBusConnection connection, IsOfInterest isOfInterest)
     : m_connection(std::move(connection))
+    , m_isOfInterest(std::move(isOfInterest))
 {
     const QString anyPath;
     const QString anySignal;
@@ -128,9 +129,16 @@ void ConnmanConversation::hear(const QDBusMessage &signal)
     const QVariantList arguments = signal.arguments();
     const QString property = arguments.value(0).toString();
     if (signal.member() != "PropertyChanged"_s) {
-        m_heard << signal.member();
+        keep(signal.member());
     } else if (!repeatedAtWill.contains(property)) {
-        m_heard << "%1 %2 %3"_s.arg(nameOf(signal.path()), property, textOf(plain(arguments.value(1))));
+        keep("%1 %2 %3"_s.arg(nameOf(signal.path()), property, textOf(plain(arguments.value(1)))));
+    }
+}
+
+void ConnmanConversation::keep(const QString &line)
+{
+    if (m_isOfInterest(line)) {
+        m_heard << line;
     }
 }
 

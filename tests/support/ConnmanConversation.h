@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QObject>
@@ -12,12 +13,16 @@ namespace test_support {
 ///
 /// What is heard is told as "Atelier State ready": who, the property and its new value. A wired service is
 /// called "cable", a Wi-Fi one by its SSID, a technology "ethernet" or "wifi"; of other signals only the
-/// names are told. Left out is what nobody here looks at and ConnMan repeats as it likes.
+/// names are told. Left out is what nobody here looks at and ConnMan repeats as it likes, and whatever the
+/// listener does not care to hear.
 class ConnmanConversation : public QObject
 {
     Q_OBJECT
 public:
-    explicit ConnmanConversation(QDBusConnection connection);
+    using IsOfInterest = std::function<bool(const QString &line)>;
+
+    explicit ConnmanConversation(
+        QDBusConnection connection, IsOfInterest isOfInterest = [](const QString &) { return true; });
 
     /// Calls a method: the values of the reply, or "error name: message".
     QString ask(const QString &path, const QString &interface, const char *method,
@@ -34,9 +39,11 @@ private slots:
     void hear(const QDBusMessage &signal);
 
 private:
+    void keep(const QString &line);
     void waitForSilence();
 
     QDBusConnection m_connection;
+    IsOfInterest m_isOfInterest;
     QStringList m_heard;
 };
 

@@ -12,8 +12,10 @@ public:
     bool switchOff(const QString &accessPoint);
     /// Stops or starts the DHCP servers and router advertisements of all access points.
     bool serveAddresses(bool on);
-    /// Lets one station that knows the PIN in, as the button on the access point would.
+    /// Lets in one station that knows the PIN.
     bool expectPin(const QString &accessPoint, const QString &pin);
+    /// Lets in the one station that asks for it now.
+    bool pressButton(const QString &accessPoint);
     /// True when the address answers to somebody at the access points' side.
     bool reaches(const QString &address);
 

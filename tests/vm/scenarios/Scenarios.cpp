@@ -58,6 +58,12 @@ QString Scenarios::joinAtelier()
     return isJoined(identifier) ? identifier : QString();
 }
 
+bool Scenarios::beginAfresh()
+{
+    m_world.spoil();
+    return m_world.begin();
+}
+
 QString Scenarios::joinAtelierToStay()
 {
     m_world.spoil();

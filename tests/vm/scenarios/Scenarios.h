@@ -50,6 +50,7 @@ private slots:
     // Wps.cpp
     void registerWithWpsPin();
     void registerWithWrongWpsPinFails();
+    void registerWithTheButtonAtTheAccessPoint();
     void registerWithWpsToAnyNetworkIsRefused();
 
     // Connecting.cpp
@@ -74,6 +75,7 @@ private slots:
     // Conversation.cpp
     void connmanTellsOfJoiningAndLeaving();
     void connmanTellsOfAWrongPassphrase();
+    void connmanTellsOfWps();
     void connmanTellsOfANetworkThatGoes();
     void connmanTellsOfWifiOffAndOn();
 
@@ -111,6 +113,12 @@ protected:
     /// The same with a ConnMan that knows the network under a name that stays when ConnMan is started again:
     /// the first one after power-on met the card before the daemon had given it its address.
     QString joinAtelierToStay();
+    /// Begins the scenario once more, with a ConnMan and a daemon just started.
+    bool beginAfresh();
+    /// Begins to register the network with a PIN, and waits until ConnMan has one to try.
+    bool beginsWps(const QString &identifier, const QString &pinOfThisDevice);
+    /// Waits until a method called without waiting has answered so.
+    bool answers(const QString &entry);
     bool isJoined(const QString &identifier);
     /// Waits until the daemon has told that "Atelier" is joined again, and it is.
     bool isRejoined(const QString &identifier);

@@ -35,7 +35,7 @@ bool Air::restore()
     if (!m_touched) {
         return true;
     }
-    m_touched = false;
+    control("studio"_s, {"wps_cancel"_s});
     const QStringList always{"home"_s, "cafe"_s, "cellar"_s, "office"_s, "studio"_s};
     for (const QString &accessPoint : always) {
         if (!isOn(accessPoint) && !switchOn(accessPoint)) {
@@ -75,7 +75,14 @@ bool Air::serveAddresses(bool on)
 
 bool Air::expectPin(const QString &accessPoint, const QString &pin)
 {
+    m_touched = true;
     return control(accessPoint, {"wps_pin"_s, "any"_s, pin});
+}
+
+bool Air::pressButton(const QString &accessPoint)
+{
+    m_touched = true;
+    return control(accessPoint, {"wps_pbc"_s});
 }
 
 bool Air::reaches(const QString &address)

@@ -37,6 +37,6 @@ const QMap<QString, QVariantMap> &accessPoints()
         {"studio"_s, joined(subnet(5), {{ssid, "Studio"_s},
                                         {security, "wps"_s},
                                         {passphrase, "press the button"_s},
-                                        {"pin"_s, "none yet"_s}})}};
+                                        {"pin"_s, "12345670"_s}})}};
     return all;
 }

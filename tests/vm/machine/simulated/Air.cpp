@@ -25,7 +25,7 @@ bool Air::restore()
         return true;
     }
     for (const QVariantMap &options : accessPoints()) {
-        simulator().setInReach(options.value("ssid"_s).toString(), true);
+        simulator().addNetwork(options);
     }
     const bool served = serveAddresses(true);
     m_touched = false;
@@ -58,8 +58,18 @@ bool Air::serveAddresses(bool on)
 
 bool Air::expectPin(const QString &accessPoint, const QString &pin)
 {
+    m_touched = true;
     QVariantMap options = accessPoints().value(accessPoint);
     options.insert("pin"_s, pin);
+    simulator().addNetwork(options);
+    return true;
+}
+
+bool Air::pressButton(const QString &accessPoint)
+{
+    m_touched = true;
+    QVariantMap options = accessPoints().value(accessPoint);
+    options.remove("pin"_s);
     simulator().addNetwork(options);
     return true;
 }
