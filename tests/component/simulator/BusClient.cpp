@@ -4,7 +4,9 @@
 #include "GVariantText.h"
 #include "Text.h"
 #include <QDBusArgument>
+#include <QDBusConnectionInterface>
 #include <QDBusPendingCallWatcher>
+#include <QDBusServiceWatcher>
 #include <QDBusVariant>
 #include <QUuid>
 
@@ -67,6 +69,17 @@ BusClient::BusClient(const QString &address)
 BusClient::~BusClient()
 {
     QDBusConnection::disconnectFromBus(m_name);
+}
+
+bool BusClient::isOnTheBus(const QString &name) const
+{
+    return m_connection.interface()->isServiceRegistered(name);
+}
+
+bool BusClient::waitUntilGone(const QString &name) const
+{
+    const QDBusServiceWatcher watcher(name, m_connection, QDBusServiceWatcher::WatchForUnregistration);
+    return test_support::waitUntil([this, &name] { return !isOnTheBus(name); });
 }
 
 Answer BusClient::call(const QString &service, const QString &path, const QString &interface,

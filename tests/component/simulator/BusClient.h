@@ -48,6 +48,8 @@ public:
     ~BusClient() override;
 
     QDBusConnection connection() const { return m_connection; }
+    bool isOnTheBus(const QString &name) const;
+    bool waitUntilGone(const QString &name) const;
 
     Answer call(const QString &service, const QString &path, const QString &interface, const QString &member,
                 const QVariantList &arguments = {}) const;

@@ -1,12 +1,8 @@
-// What can be made to go wrong: every kind of fault, and services that leave and come back.
+// What can be made to go wrong: every kind of fault.
 
 #include "DeviceFixture.h"
-#include "EventWait.h"
 #include "Suite.h"
-#include "TestAgent.h"
 #include "Text.h"
-#include <QDBusConnectionInterface>
-#include <QDBusServiceWatcher>
 #include <QElapsedTimer>
 #include <QTest>
 
@@ -47,28 +43,7 @@ private slots:
     void speechAndConfigurationCanFailToo_data();
     void speechAndConfigurationCanFailToo();
     void faultThatDidNotFireFailsTheTest();
-
-    void leavingEndsCallsUnderWay();
-    void comingBackForgetsAgentsAndKeepsServices();
-    void servicesComeAndGoByName_data();
-    void servicesComeAndGoByName();
-    void restartForgetsWhatOnlyLivedInMemory();
-    void restartReleasesAgents();
-    void restartKeepsFavouritesOnTheAir();
-
-private:
-    bool isOnTheBus(const QString &name) const
-    {
-        return m_client->connection().interface()->isServiceRegistered(name);
-    }
-    bool waitUntilGone(const QString &name) const;
 };
-
-bool FaultTest::waitUntilGone(const QString &name) const
-{
-    QDBusServiceWatcher watcher(name, m_client->connection(), QDBusServiceWatcher::WatchForUnregistration);
-    return waitUntil([this, &name] { return !isOnTheBus(name); });
-}
 
 void FaultTest::errorIsAnsweredWithoutEffect()
 {
@@ -142,8 +117,8 @@ void FaultTest::vanishDropsTheConnectionInTheMiddleOfTheCall()
     const Fault fault = m_simulator->injectFault(service, "Connect"_s, FaultKind::vanish());
     const Answer answer = m_client->service(rawId, "Connect"_s);
     QVERIFY2(answer.error.startsWith(noReply), qPrintable(answer.error));
-    QVERIFY(!isOnTheBus(connman));
-    QVERIFY(isOnTheBus(configurationManager));
+    QVERIFY(!m_client->isOnTheBus(connman));
+    QVERIFY(m_client->isOnTheBus(configurationManager));
 }
 
 void FaultTest::vanishedServiceIsBroughtBack()
@@ -231,81 +206,6 @@ void FaultTest::faultThatDidNotFireFailsTheTest()
     QCOMPARE(fault.fired(), 0U);
     QEXPECT_FAIL("", "it did not fire", Continue);
     fault.verify();
-}
-
-void FaultTest::leavingEndsCallsUnderWay()
-{
-    m_simulator->addService(rawId, {{"Favorite"_s, true}});
-    m_simulator->setTiming("association"_s, 60000);
-    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, "Connect"_s);
-    QVERIFY(m_client->waitForState(rawId, "association"_s));
-    m_simulator->setPresent(connman, false);
-    const Answer answer = pending->wait();
-    QVERIFY2(answer.error.startsWith(noReply), qPrintable(answer.error));
-}
-
-void FaultTest::comingBackForgetsAgentsAndKeepsServices()
-{
-    m_simulator->addService(rawId);
-    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
-    m_simulator->setPresent(connman, false);
-    m_client->clear();
-    m_simulator->setPresent(connman, true);
-    QVERIFY(m_client->waitForSignal("ServicesChanged([(objectpath "
-                                    "\"/net/connman/service/wifi_raw_managed_psk\", {\"Type\""_s));
-    QCOMPARE(m_client->signalLines("TechnologyAdded"_s).size(), 2);
-    QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
-    QCOMPARE(m_simulator->services(), QStringList{rawId});
-}
-
-void FaultTest::servicesComeAndGoByName_data()
-{
-    QTest::addColumn<QString>("name");
-    for (const QString &name : {connman, configurationManager, speech}) {
-        QTest::newRow(qPrintable(name)) << name;
-    }
-}
-
-void FaultTest::servicesComeAndGoByName()
-{
-    QFETCH(QString, name);
-    QVERIFY(isOnTheBus(name));
-    m_simulator->setPresent(name, false);
-    QVERIFY(waitUntilGone(name));
-    m_simulator->setPresent(name, true);
-    QVERIFY(isOnTheBus(name));
-}
-
-void FaultTest::restartForgetsWhatOnlyLivedInMemory()
-{
-    m_simulator->addService(rawId, {{"Favorite"_s, true}, {"State"_s, "ready"_s}});
-    m_simulator->addService(otherId);
-    m_simulator->setTiming("autoConnect"_s, -1);
-    m_simulator->restartConnman();
-    QCOMPARE(m_simulator->services(), QStringList{rawId});
-    QCOMPARE(m_client->property(rawId, "State"_s), "\"idle\""_s);
-    QCOMPARE(m_client->property(rawId, "Favorite"_s), "true"_s);
-}
-
-void FaultTest::restartReleasesAgents()
-{
-    TestAgent agent(m_client->connection());
-    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
-    m_simulator->restartConnman();
-    QVERIFY(agent.waitForLine("Release()"_s));
-    QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
-}
-
-void FaultTest::restartKeepsFavouritesOnTheAir()
-{
-    const QString id = m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(!m_client->service(id, "Connect"_s).isError);
-    QVERIFY(m_client->waitForState(id, "online"_s));
-    m_client->clear();
-    m_simulator->restartConnman();
-    // Known and in reach, so it is connected again by itself.
-    QVERIFY(m_client->waitForState(id, "online"_s));
-    QCOMPARE(m_client->property(id, "Favorite"_s), "true"_s);
 }
 
 static const Suite<FaultTest> suite;

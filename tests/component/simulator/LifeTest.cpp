@@ -1,8 +1,10 @@
-// ConnMan's orderly end and its start: what it says, what it keeps, what it reads anew.
+// ConnMan's end, orderly or not, and its start: what it says, what it keeps, what it reads anew. The device's
+// other services come and go by name.
 
 #include "DeviceFixture.h"
 #include "LogCapture.h"
 #include "Suite.h"
+#include "TestAgent.h"
 #include "Text.h"
 #include <QDBusVariant>
 #include <QTest>
@@ -11,7 +13,9 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
+const QString connman = "net.connman"_s;
 const QString rawId = "wifi_raw_managed_psk"_s;
+const QString otherId = "wifi_other_managed_psk"_s;
 } // namespace
 
 class LifeTest : public DeviceFixture
@@ -24,6 +28,14 @@ private slots:
     void erasedConnmanStartsWithWifiOff();
     void runningConnmanIsNotErased();
     void startReadsTheHardwareAddress();
+
+    void leavingEndsCallsUnderWay();
+    void comingBackForgetsAgentsAndKeepsServices();
+    void servicesComeAndGoByName_data();
+    void servicesComeAndGoByName();
+    void restartForgetsWhatOnlyLivedInMemory();
+    void restartReleasesAgents();
+    void restartKeepsFavouritesOnTheAir();
 };
 
 void LifeTest::orderlyEndTakesEverythingAway()
@@ -93,6 +105,81 @@ void LifeTest::startReadsTheHardwareAddress()
     QCOMPARE(m_simulator->services(), QStringList{id.arg("020000000200"_s)});
     m_simulator->restartConnman();
     QTRY_COMPARE(m_simulator->services(), QStringList{id.arg("02a7c4031fa7"_s)});
+}
+
+void LifeTest::leavingEndsCallsUnderWay()
+{
+    m_simulator->addService(rawId, {{"Favorite"_s, true}});
+    m_simulator->setTiming("association"_s, 60000);
+    const std::unique_ptr<PendingAnswer> pending = m_client->startService(rawId, "Connect"_s);
+    QVERIFY(m_client->waitForState(rawId, "association"_s));
+    m_simulator->setPresent(connman, false);
+    const Answer answer = pending->wait();
+    QVERIFY2(answer.error.startsWith("org.freedesktop.DBus.Error.NoReply"_s), qPrintable(answer.error));
+}
+
+void LifeTest::comingBackForgetsAgentsAndKeepsServices()
+{
+    m_simulator->addService(rawId);
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath("/an/agent"))});
+    m_simulator->setPresent(connman, false);
+    m_client->clear();
+    m_simulator->setPresent(connman, true);
+    QVERIFY(m_client->waitForSignal("ServicesChanged([(objectpath "
+                                    "\"/net/connman/service/wifi_raw_managed_psk\", {\"Type\""_s));
+    QCOMPARE(m_client->signalLines("TechnologyAdded"_s).size(), 2);
+    QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
+    QCOMPARE(m_simulator->services(), QStringList{rawId});
+}
+
+void LifeTest::servicesComeAndGoByName_data()
+{
+    QTest::addColumn<QString>("name");
+    for (const QString &name : {connman, "com.tactora.ConfigurationManager"_s, "com.tactora.Speech"_s}) {
+        QTest::newRow(qPrintable(name)) << name;
+    }
+}
+
+void LifeTest::servicesComeAndGoByName()
+{
+    QFETCH(QString, name);
+    QVERIFY(m_client->isOnTheBus(name));
+    m_simulator->setPresent(name, false);
+    QVERIFY(m_client->waitUntilGone(name));
+    m_simulator->setPresent(name, true);
+    QVERIFY(m_client->isOnTheBus(name));
+}
+
+void LifeTest::restartForgetsWhatOnlyLivedInMemory()
+{
+    m_simulator->addService(rawId, {{"Favorite"_s, true}, {"State"_s, "ready"_s}});
+    m_simulator->addService(otherId);
+    m_simulator->setTiming("autoConnect"_s, -1);
+    m_simulator->restartConnman();
+    QCOMPARE(m_simulator->services(), QStringList{rawId});
+    QCOMPARE(m_client->property(rawId, "State"_s), "\"idle\""_s);
+    QCOMPARE(m_client->property(rawId, "Favorite"_s), "true"_s);
+}
+
+void LifeTest::restartReleasesAgents()
+{
+    TestAgent agent(m_client->connection());
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    m_simulator->restartConnman();
+    QVERIFY(agent.waitForLine("Release()"_s));
+    QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());
+}
+
+void LifeTest::restartKeepsFavouritesOnTheAir()
+{
+    const QString id = m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
+    QVERIFY(!m_client->service(id, "Connect"_s).isError);
+    QVERIFY(m_client->waitForState(id, "online"_s));
+    m_client->clear();
+    m_simulator->restartConnman();
+    // Known and in reach, so it is connected again by itself.
+    QVERIFY(m_client->waitForState(id, "online"_s));
+    QCOMPARE(m_client->property(id, "Favorite"_s), "true"_s);
 }
 
 static const Suite<LifeTest> suite;
