@@ -7,7 +7,7 @@
 
 /// The printer on the desk: a private bus, the scenery on it, and the real daemon in a sandbox with
 /// LEDs, a keyboard and files of its own. The daemon's "connmanctl" is the real one; its "iw" and "ip" are
-/// stand-ins that only tell how they were called.
+/// fakes that only tell how they were called.
 class Device
 {
 public:

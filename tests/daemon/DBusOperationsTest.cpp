@@ -193,7 +193,7 @@ void DBusOperationsTest::regionThatIwCannotSetIsNotTold()
 {
     QFETCH(bool, isThere);
     LonelyDaemon device;
-    CommandStandIns &commands = device.daemon.sandbox().commands();
+    FakeCommands &commands = device.daemon.sandbox().commands();
     isThere ? commands.script("iw reg set"_s, {"crash"_s}) : commands.removeProgram("iw"_s);
     QVERIFY(device.start());
     QCOMPARE(device.client.call("setWifiRegion", "SE"_s).toBool(), false);

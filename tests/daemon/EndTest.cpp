@@ -69,7 +69,7 @@ namespace {
 /// Whether any program that the daemon has started still runs.
 bool anyCommandRuns(TestDevice &device)
 {
-    const QByteArray mark = "STAND_IN_DIR=" + device.commands().directory().toLocal8Bit();
+    const QByteArray mark = device.commands().variable().toLocal8Bit();
     const QStringList processes = QDir("/proc"_s).entryList({"[1-9]*"_s}, QDir::Dirs);
     return std::any_of(processes.cbegin(), processes.cend(), [&mark](const QString &process) {
         QFile environment("/proc/%1/environ"_s.arg(process));

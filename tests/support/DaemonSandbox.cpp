@@ -54,9 +54,7 @@ void DaemonSandbox::mountHostName(const QByteArray &content)
 
 QStringList DaemonSandbox::environment() const
 {
-    QStringList variables = m_devices.environment();
-    variables << "PATH="_s + m_commands.path();
-    variables << "STAND_IN_DIR="_s + m_commands.directory();
+    QStringList variables = m_devices.environment() + m_commands.environment();
     variables << "HOME="_s + directory.path();
     for (const QString &name : inheritedVariables) {
         if (qEnvironmentVariableIsSet(name.toUtf8().constData())) {

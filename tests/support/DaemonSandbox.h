@@ -1,7 +1,7 @@
 #pragma once
 
-#include "CommandStandIns.h"
 #include "DeviceFiles.h"
+#include "FakeCommands.h"
 #include "FakeDevices.h"
 #include <QStringList>
 #include <QTemporaryDir>
@@ -15,7 +15,7 @@ struct TemporaryRoot
 };
 
 /// A world of its own for one daemon: a file system in which /etc/hostname, /etc/xdg and /var/lib/connman are
-/// the test's, LEDs and keyboard are fakes and the programs it runs are stand-ins. Of the machine's files
+/// the test's, LEDs, keyboard and the programs it runs are fakes. Of the machine's files
 /// only those needed to run a program are there; nothing the daemon does there reaches the machine's
 /// settings.
 class DaemonSandbox : private TemporaryRoot, public DeviceFiles
@@ -23,7 +23,7 @@ class DaemonSandbox : private TemporaryRoot, public DeviceFiles
 public:
     DaemonSandbox();
 
-    CommandStandIns &commands() { return m_commands; }
+    FakeCommands &commands() { return m_commands; }
     /// The LEDs "led8" and "led10" and the keyboard are there until a test takes them away.
     FakeDevices &devices() { return m_devices; }
     /// The keyboard at the daemon's default path.
@@ -39,7 +39,7 @@ public:
     QStringList namespaceArguments(const QStringList &environment) const;
 
 private:
-    CommandStandIns m_commands;
+    FakeCommands m_commands;
     FakeDevices m_devices;
     FakeKeyboard &m_keyboard;
     bool m_isHostNameMounted = false;

@@ -48,7 +48,7 @@ struct TestDevice
     /// background.
     bool startWithoutRadio();
 
-    CommandStandIns &commands() { return daemon.sandbox().commands(); }
+    FakeCommands &commands() { return daemon.sandbox().commands(); }
     FakeDevices &devices() { return daemon.sandbox().devices(); }
     DaemonLog &log() { return daemon.log(); }
 };

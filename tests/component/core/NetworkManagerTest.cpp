@@ -1,5 +1,5 @@
 #include "NetworkManager.h"
-#include "CommandStandIns.h"
+#include "FakeCommands.h"
 #include "FakeDevices.h"
 #include "LogCapture.h"
 #include "Suite.h"
@@ -99,7 +99,7 @@ void NetworkManagerTest::failedSwitchIsReportedUnlessQuiet()
     QFETCH(bool, quiet);
     QFETCH(QStringList, lines);
     const QTemporaryDir directory;
-    CommandStandIns commands(directory.path());
+    FakeCommands commands(directory.path());
     commands.removeProgram("connmanctl"_s);
     const QByteArray path = qgetenv("PATH");
     qputenv("PATH", commands.path().toLocal8Bit());

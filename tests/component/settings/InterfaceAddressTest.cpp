@@ -50,7 +50,7 @@ private:
     /// A program in the place of "ip" that ends as usual, but is gone once it has run.
     void makeIpVanishAfterItsFirstRun();
 
-    // Before the PATH leads to the stand-ins only.
+    // Before the PATH leads to the fakes only.
     test_support::PrivateBus m_bus;
     test_support::SimulatorClient m_device{m_bus.address()};
     NetworkSettings m_settings;

@@ -35,8 +35,10 @@ void SettingsFixture::init()
 
     m_programs = std::make_unique<Programs>();
     m_previousPath = qgetenv("PATH");
-    qputenv("PATH", commands().path().toLocal8Bit());
-    qputenv("STAND_IN_DIR", commands().directory().toLocal8Bit());
+    for (const QString &variable : commands().environment()) {
+        const QStringList nameAndValue = variable.split(QLatin1Char('='));
+        qputenv(qPrintable(nameAndValue.constFirst()), nameAndValue.constLast().toLocal8Bit());
+    }
     QLoggingCategory::setFilterRules("NetworkSettings.debug=true"_s);
     m_log = std::make_unique<test_support::LogCapture>();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CommandStandIns.h"
+#include "FakeCommands.h"
 #include "LogCapture.h"
 
 #include <memory>
@@ -13,14 +13,14 @@
 
 class NetworkSettings;
 
-/// Every test begins with a device that has stored nothing, stand-ins for "iw" and "ip" as the whole PATH,
+/// Every test begins with a device that has stored nothing, fakes of "iw" and "ip" as the whole PATH,
 /// and a log that takes the settings' debug lines too.
 class SettingsFixture : public QObject
 {
     Q_OBJECT
 
 protected:
-    test_support::CommandStandIns &commands() { return m_programs->commands; }
+    test_support::FakeCommands &commands() { return m_programs->commands; }
     /// Releases the commands on hold while this thread is blocked.
     std::thread releaseLater();
     test_support::LogCapture &log() { return *m_log; }
@@ -48,7 +48,7 @@ private:
     struct Programs
     {
         QTemporaryDir directory;
-        test_support::CommandStandIns commands{directory.path()};
+        test_support::FakeCommands commands{directory.path()};
     };
 
     std::unique_ptr<Programs> m_programs;

@@ -127,14 +127,14 @@ void CredentialsTest::agentThatLeavesTimesOut()
 {
     addNetwork();
     BusClient leaving(m_bus->address());
-    TestAgent leavingAgent(leaving.connection());
+    FakeAgent leavingAgent(leaving.connection());
     leavingAgent.planInputSilence();
     QVERIFY(
-        !leaving.manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))}).isError);
+        !leaving.manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(FakeAgent::path))}).isError);
     // A client that has an agent of its own is asked, not the default one.
     const std::unique_ptr<PendingAnswer> ownConnect = leaving.startService(pskId, "Connect"_s);
     QVERIFY(leavingAgent.waitForLine("RequestInput"_s));
-    QVERIFY(!leaving.manager("UnregisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))})
+    QVERIFY(!leaving.manager("UnregisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(FakeAgent::path))})
                  .isError);
     QVERIFY(leavingAgent.waitForLine("Cancel()"_s));
     QCOMPARE(ownConnect->wait().text(), timedOut);
@@ -160,7 +160,7 @@ void CredentialsTest::answerOfAnotherTypeTimesOut()
 void CredentialsTest::noAgentIsNotRegistered()
 {
     addNetwork();
-    m_client->manager("UnregisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    m_client->manager("UnregisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(FakeAgent::path))});
     QCOMPARE(connectService(pskId).text(), "net.connman.Error.NotRegistered: Not registered"_s);
 }
 

@@ -2,9 +2,9 @@
 // other services come and go by name.
 
 #include "DeviceFixture.h"
+#include "FakeAgent.h"
 #include "LogCapture.h"
 #include "Suite.h"
-#include "TestAgent.h"
 #include "Text.h"
 #include <QDBusVariant>
 #include <QTest>
@@ -163,8 +163,8 @@ void LifeTest::restartForgetsWhatOnlyLivedInMemory()
 
 void LifeTest::restartReleasesAgents()
 {
-    TestAgent agent(m_client->connection());
-    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    FakeAgent agent(m_client->connection());
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(FakeAgent::path))});
     m_simulator->restartConnman();
     QVERIFY(agent.waitForLine("Release()"_s));
     QCOMPARE(m_simulator->agents(), QList<QDBusObjectPath>());

@@ -52,9 +52,9 @@ Answer NetworkFixture::disconnectService(const QString &identifier) const
 
 void NetworkFixture::arrive()
 {
-    m_agent = std::make_unique<TestAgent>(m_client->connection());
+    m_agent = std::make_unique<FakeAgent>(m_client->connection());
     const Answer answer =
-        m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+        m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(FakeAgent::path))});
     QVERIFY2(!answer.isError, qPrintable(answer.error));
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "DeviceFixture.h"
-#include "TestAgent.h"
+#include "FakeAgent.h"
 #include "Text.h"
 
 namespace simulator_test {
@@ -38,7 +38,7 @@ protected:
     Answer connectService(const QString &identifier) const;
     Answer disconnectService(const QString &identifier) const;
 
-    std::unique_ptr<TestAgent> m_agent;
+    std::unique_ptr<FakeAgent> m_agent;
 
 private:
     void arrive() override;

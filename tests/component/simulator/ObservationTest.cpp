@@ -2,9 +2,9 @@
 
 #include "ConnmanWire.h"
 #include "DeviceFixture.h"
+#include "FakeAgent.h"
 #include "GVariantText.h"
 #include "Suite.h"
-#include "TestAgent.h"
 #include "Text.h"
 #include <QDBusMetaType>
 #include <QDBusSignature>
@@ -174,9 +174,9 @@ void ObservationTest::listsAgents()
 
 void ObservationTest::callsTheAgent()
 {
-    TestAgent agent(m_client->connection());
+    FakeAgent agent(m_client->connection());
     agent.planInput({{"Passphrase"_s, "abc"_s}});
-    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(FakeAgent::path))});
     const SimulatorClient::AgentReply reply =
         m_simulator->callAgent("RequestInput"_s, {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
     QCOMPARE(reply.error, QString());
@@ -186,9 +186,9 @@ void ObservationTest::callsTheAgent()
 
 void ObservationTest::tellsTheAgentsRefusal()
 {
-    TestAgent agent(m_client->connection());
+    FakeAgent agent(m_client->connection());
     agent.planInputError("net.connman.Agent.Error.Canceled"_s);
-    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(TestAgent::path))});
+    m_client->manager("RegisterAgent"_s, {QVariant::fromValue(QDBusObjectPath(FakeAgent::path))});
     const SimulatorClient::AgentReply reply =
         m_simulator->callAgent("RequestInput"_s, {QVariant::fromValue(QDBusObjectPath("/x")), QVariantMap()});
     QCOMPARE(reply.error, "net.connman.Agent.Error.Canceled: no"_s);

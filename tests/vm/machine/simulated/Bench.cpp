@@ -45,9 +45,7 @@ Bench &Bench::instance()
 bool Bench::run(const QString &program, const QStringList &arguments)
 {
     QProcess process;
-    QProcessEnvironment environment;
-    environment.insert("STAND_IN_DIR"_s, commands().directory());
-    process.setProcessEnvironment(environment);
+    process.setEnvironment(commands().environment());
     process.start(commands().path() + QLatin1Char('/') + program, arguments);
     return process.waitForFinished() && process.exitCode() == 0;
 }

@@ -1,4 +1,4 @@
-#include "TestAgent.h"
+#include "FakeAgent.h"
 
 #include "EventWait.h"
 #include "GVariantText.h"
@@ -8,48 +8,48 @@
 
 namespace simulator_test {
 
-TestAgent::TestAgent(QDBusConnection connection)
+FakeAgent::FakeAgent(QDBusConnection connection)
     : m_connection(std::move(connection))
 {
     m_connection.registerVirtualObject(QLatin1String(path), this);
 }
 
-TestAgent::~TestAgent()
+FakeAgent::~FakeAgent()
 {
     m_connection.unregisterObject(QLatin1String(path));
 }
 
-void TestAgent::planInput(const QVariantMap &fields)
+void FakeAgent::planInput(const QVariantMap &fields)
 {
     m_inputs.append({false, {}, fields});
 }
 
-void TestAgent::planInputError(const QString &name)
+void FakeAgent::planInputError(const QString &name)
 {
     m_inputs.append({false, name, {}});
 }
 
-void TestAgent::planInputSilence()
+void FakeAgent::planInputSilence()
 {
     m_inputs.append({true, {}, {}});
 }
 
-void TestAgent::planRetry()
+void FakeAgent::planRetry()
 {
     m_retries = true;
 }
 
-bool TestAgent::waitForLine(const QString &part)
+bool FakeAgent::waitForLine(const QString &part)
 {
     return test_support::waitUntil([this, &part] { return !m_lines.filter(part).isEmpty(); });
 }
 
-QString TestAgent::introspect(const QString & /*objectPath*/) const
+QString FakeAgent::introspect(const QString & /*objectPath*/) const
 {
     return {};
 }
 
-bool TestAgent::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
+bool FakeAgent::handleMessage(const QDBusMessage &message, const QDBusConnection &connection)
 {
     m_lines.append("%1(%2)"_s.arg(message.member(), simulator::toGVariantText(message.arguments())));
     if (message.member() == QLatin1String("RequestInput") && !m_inputs.isEmpty()) {
@@ -62,7 +62,7 @@ bool TestAgent::handleMessage(const QDBusMessage &message, const QDBusConnection
     return true;
 }
 
-void TestAgent::answer(const QDBusMessage &message, const QDBusConnection &connection, const Plan &plan) const
+void FakeAgent::answer(const QDBusMessage &message, const QDBusConnection &connection, const Plan &plan) const
 {
     if (plan.isSilence) {
         return;

@@ -11,12 +11,12 @@ namespace simulator_test {
 
 /// An agent at /test/agent that answers each RequestInput (and ReportError) with the next thing it was told
 /// to.
-class TestAgent : public QDBusVirtualObject
+class FakeAgent : public QDBusVirtualObject
 {
     Q_OBJECT
 public:
-    explicit TestAgent(QDBusConnection connection);
-    ~TestAgent() override;
+    explicit FakeAgent(QDBusConnection connection);
+    ~FakeAgent() override;
 
     static constexpr char path[] = "/test/agent";
 

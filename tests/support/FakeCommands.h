@@ -1,28 +1,31 @@
 #pragma once
 
+#include "Text.h"
 #include <QDir>
 #include <QFile>
 #include <QStringList>
 
 namespace test_support {
 
-/// Stand-ins for the programs that the daemon runs ("iw", "ip", "connmanctl"): they record how they are
+/// Fakes of the programs that the daemon runs ("iw", "ip", "connmanctl"): they record how they are
 /// called and behave as scripted. Unscripted they succeed and print nothing; "iw list" tells of one radio.
-class CommandStandIns
+class FakeCommands
 {
 public:
     /// Sets the programs up in `directory`, which must exist.
-    explicit CommandStandIns(const QString &directory);
+    explicit FakeCommands(const QString &directory);
 
     /// The directory to have as the whole PATH.
     QString path() const;
-    /// What the programs find their log and scripts by (environment variable STAND_IN_DIR).
-    QString directory() const { return m_directory.path(); }
+    /// The variable by which the programs find their log and scripts, "NAME=value".
+    QString variable() const;
+    /// The PATH and that variable.
+    QStringList environment() const { return {"PATH="_s + path(), variable()}; }
 
     /// What happens when a command line begins with `command` (whole words; the longest match counts).
-    /// The instructions are explained in standins/StandIn.cpp.
+    /// The instructions are explained in fake_command/FakeCommand.cpp.
     void script(const QString &command, const QStringList &instructions);
-    /// Puts the machine's own program in the place of the stand-in.
+    /// Puts the machine's own program in the place of the fake.
     void useOwn(const QString &program);
     /// Takes the program off the PATH.
     void removeProgram(const QString &program);

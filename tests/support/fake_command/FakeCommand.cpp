@@ -1,4 +1,4 @@
-// A recording stand-in for one of the programs the daemon runs. It goes by the name it is called with, writes
+// A recording fake of one of the programs the daemon runs. It goes by the name it is called with, writes
 // its command line to the log and then does what the script for that command line says:
 //
 //   once           only this time: the script is removed, the next call finds none
@@ -125,7 +125,7 @@ void perform(const std::string &instruction, const std::string &script, const st
     } else if (word == "exit") {
         std::exit(std::atoi(text.c_str()));
     } else {
-        std::fprintf(stderr, "stand-in: unknown instruction \"%s\"\n", instruction.c_str());
+        std::fprintf(stderr, "fake-command: unknown instruction \"%s\"\n", instruction.c_str());
         std::abort();
     }
 }
@@ -134,13 +134,13 @@ void perform(const std::string &instruction, const std::string &script, const st
 
 int main(int argc, char **argv)
 {
-    const char *directoryVariable = std::getenv("STAND_IN_DIR");
+    const char *directoryVariable = std::getenv("FAKE_COMMAND_DIR");
     const std::string directory = directoryVariable != nullptr ? directoryVariable : ".";
     const std::string line = commandLine(argc, argv);
     const std::string script = scriptFor(directory, line);
     const std::vector<std::string> instructions = linesOf(script);
     if (!record(directory, line)) {
-        std::perror("stand-in: log");
+        std::perror("fake-command: log");
         return EXIT_FAILURE;
     }
     for (const std::string &instruction : instructions) {
