@@ -1,7 +1,7 @@
 // What ConnMan asks the agent for, and which answers it would try.
 
 #include "Credentials.h"
-#include "ConnmanWire.h"
+#include "DictKeys.h"
 #include "Service.h"
 #include "Suite.h"
 #include "Text.h"
@@ -16,15 +16,6 @@ Service service(const char *security)
     result.properties = {{"Type"_s, "wifi"_s},
                          {"Name"_s, "x"_s},
                          {"Security"_s, QString::fromLatin1(security).split(QLatin1Char(' '))}};
-    return result;
-}
-
-QStringList keys(const PropertyDict &dict)
-{
-    QStringList result;
-    for (const auto &entry : dict.entries) {
-        result.append(entry.first);
-    }
     return result;
 }
 } // namespace

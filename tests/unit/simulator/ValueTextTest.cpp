@@ -1,6 +1,7 @@
 // How values are written, and in which order dictionaries are.
 
 #include "ConnmanWire.h"
+#include "DictKeys.h"
 #include "GVariantText.h"
 #include "Service.h"
 #include "Suite.h"
@@ -10,17 +11,6 @@
 #include <QTest>
 
 using namespace simulator;
-
-namespace {
-QStringList keys(const PropertyDict &dict)
-{
-    QStringList result;
-    for (const auto &entry : dict.entries) {
-        result.append(entry.first);
-    }
-    return result;
-}
-} // namespace
 
 class ValueTextTest : public QObject
 {

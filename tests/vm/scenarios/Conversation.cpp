@@ -56,9 +56,8 @@ Lines leaseOf(const QString &name, const QString &subnet)
                        "IPv4 {%1, Gateway: %2.1, %3}"_s.arg(lease, subnet, rest)});
 }
 
-/// No matter is what comes whenever it does: the list's order, settled for 100 ms; IPv6, where
-/// the router decides when; an access point's offer of WPS; and the peer-to-peer technology that comes and
-/// goes with Wi-Fi.
+/// No matter is what comes whenever it does: the list's order, settled for 100 ms; IPv6, as the router
+/// pleases; an access point's offer of WPS; and the peer-to-peer technology that comes and goes with Wi-Fi.
 bool hasItsPlace(const QString &line)
 {
     return line != "ServicesChanged"_s && !line.startsWith("Technology"_s) && !line.contains(" IPv6 {"_s) &&
@@ -143,8 +142,8 @@ void Scenarios::connmanTellsOfWps()
     const QString identifier = network(name);
     Conversation conversation;
 
-    QVERIFY(beginsWps(identifier, "12345670"_s));
-    QVERIFY(air().expectPin("studio"_s, "12345670"_s));
+    QVERIFY(beginsWps(identifier, Secret::studioPin));
+    QVERIFY(air().expectPin("studio"_s, Secret::studioPin));
 
     conversation.compareHeard(says(name, {"State association"_s, "State configuration"_s, "State ready"_s,
                                           "Favorite true"_s, "Proxy {}"_s}) +

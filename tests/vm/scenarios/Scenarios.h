@@ -142,6 +142,8 @@ namespace Secret {
 
 const QString atelier = "correct horse"_s;
 const QString cellar = "potatoes and wine"_s;
+const QString studioPin = "12345670"_s; // the last digit is the checksum of the others
+const QString wrongPin = "76543210"_s;
 const QString officeUser = "braille"_s;
 const QString officePassword = "six dots"_s;
 

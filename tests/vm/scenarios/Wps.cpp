@@ -13,8 +13,6 @@ using test_support::eventually;
 namespace {
 
 const QString studio = "studio"_s;
-const QString pin = "12345670"_s; // the last digit is the checksum of the others
-const QString otherPin = "76543210"_s;
 
 bool isAssociating(const QString &line)
 {
@@ -44,8 +42,8 @@ void Scenarios::registerWithWpsPin()
     QVERIFY(beginAfresh());
     const QString identifier = network("Studio"_s);
 
-    QVERIFY(beginsWps(identifier, pin));
-    QVERIFY(air().expectPin(studio, pin));
+    QVERIFY(beginsWps(identifier, Secret::studioPin));
+    QVERIFY(air().expectPin(studio, Secret::studioPin));
     QVERIFY(answers("registerWifiWps -> true"_s));
 
     QTRY_COMPARE(client().heard(), QStringList{"networkRegistered(\"%1\")"_s.arg(identifier)});
@@ -60,8 +58,8 @@ void Scenarios::registerWithWrongWpsPinFails()
 {
     const QString identifier = network("Studio"_s);
 
-    QVERIFY(beginsWps(identifier, otherPin));
-    QVERIFY(air().expectPin(studio, pin));
+    QVERIFY(beginsWps(identifier, Secret::wrongPin));
+    QVERIFY(air().expectPin(studio, Secret::studioPin));
     QVERIFY(answers("registerWifiWps -> false"_s));
 
     QTRY_COMPARE(client().heard(),
