@@ -88,7 +88,9 @@ int main(int argc, char *argv[])
     const bool plain = parser.isSet(arguments.plain) || isatty(STDOUT_FILENO) == 0;
     Interrupts interrupts;
     LineReader reader(QStringLiteral("network> "), LineReader::usualStyle(plain));
-    Client client(QDBusConnection::systemBus(),
+    // Not the one that all of a program share: of that, Qt keeps back the signals until an event loop runs,
+    // but not the answers, so why a first call failed might be told after its failure.
+    Client client(QDBusConnection::connectToBus(QDBusConnection::SystemBus, QStringLiteral("client")),
                   {parser.isSet(arguments.json), plain, parser.isSet(arguments.watch)}, reader, interrupts);
     if (parser.isSet(arguments.help)) {
         printHelp(client, arguments.shown());
