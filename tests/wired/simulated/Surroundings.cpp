@@ -27,23 +27,26 @@ struct Surroundings::Parts
     {
     }
 
-    void setCable(bool plugged);
+    void tellCable();
     QVariantMap ipv4();
 
     test_support::SimulatorClient simulator;
+    bool isConnmanThere = false;
     bool isPlugged = false;
     bool hasDhcpServer = false;
     // An orderly end takes the link down, which the simulator has no picture of.
     bool isLinkDown = false;
 };
 
-void Surroundings::Parts::setCable(bool plugged)
+// Where nobody but ConnMan looks after the link, nothing happens to it without ConnMan.
+void Surroundings::Parts::tellCable()
 {
-    isPlugged = plugged;
-    simulator.setCable(plugged, {{"address"_s, leasedAddress},
-                                 {"netmask"_s, netmask()},
-                                 {"gateway"_s, gateway()},
-                                 {"dhcp"_s, hasDhcpServer}});
+    if (isConnmanThere) {
+        simulator.setCable(isPlugged, {{"address"_s, leasedAddress},
+                                       {"netmask"_s, netmask()},
+                                       {"gateway"_s, gateway()},
+                                       {"dhcp"_s, hasDhcpServer}});
+    }
 }
 
 QVariantMap Surroundings::Parts::ipv4()
@@ -78,24 +81,26 @@ QString Surroundings::service() const
 
 void Surroundings::plugCable()
 {
-    m_parts->setCable(true);
+    m_parts->isPlugged = true;
+    m_parts->tellCable();
 }
 
 void Surroundings::unplugCable()
 {
-    m_parts->setCable(false);
+    m_parts->isPlugged = false;
+    m_parts->tellCable();
 }
 
 void Surroundings::startDhcpServer()
 {
     m_parts->hasDhcpServer = true;
-    m_parts->setCable(m_parts->isPlugged);
+    m_parts->tellCable();
 }
 
 void Surroundings::stopDhcpServer()
 {
     m_parts->hasDhcpServer = false;
-    m_parts->setCable(m_parts->isPlugged);
+    m_parts->tellCable();
 }
 
 void Surroundings::startConnman(OnlineCheck onlineCheck)
@@ -104,11 +109,14 @@ void Surroundings::startConnman(OnlineCheck onlineCheck)
     m_parts->simulator.setTiming("online"_s,
                                  onlineCheck == OnlineCheck::On ? 0 : std::numeric_limits<int>::max());
     m_parts->isLinkDown = false;
+    m_parts->isConnmanThere = true;
+    m_parts->tellCable();
     m_parts->simulator.setPresent(connman, true);
 }
 
 void Surroundings::killConnman()
 {
+    m_parts->isConnmanThere = false;
     m_parts->simulator.setPresent(connman, false);
 }
 
