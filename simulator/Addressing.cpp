@@ -77,7 +77,7 @@ void Addressing::obtain(const ServicePtr &service)
     later(this, service, wait, [this, service, hasDhcp] {
         if (!hasDhcp) {
             m_services.set(*service, connman::ipv4Configuration,
-                           QVariantMap{{QStringLiteral("Method"), QStringLiteral("auto")}});
+                           QVariantMap{{connman::methodKey, QStringLiteral("auto")}});
         }
         becomeReady(service);
     });

@@ -20,6 +20,11 @@ inline const QString servicePrefix = QStringLiteral("/net/connman/service/");
 inline const QString technologyPrefix = QStringLiteral("/net/connman/technology/");
 inline const QString ipv4Configuration = QStringLiteral("IPv4.Configuration");
 inline const QString ipv6Configuration = QStringLiteral("IPv6.Configuration");
+inline const QString nameserversConfiguration = QStringLiteral("Nameservers.Configuration");
+inline const QString methodKey = QStringLiteral("Method");
+inline const QString addressKey = QStringLiteral("Address");
+inline const QString netmaskKey = QStringLiteral("Netmask");
+inline const QString gatewayKey = QStringLiteral("Gateway");
 /// A service's "Error" when its credentials are wrong.
 inline const QString invalidKey = QStringLiteral("invalid-key");
 /// When it was refused otherwise; what ConnMan says of wrong enterprise credentials and of a wrong WPS PIN

@@ -1,16 +1,13 @@
 #include "IpConfiguration.h"
 
 #include "ConnmanErrors.h"
+#include "ConnmanWire.h"
 #include <QDBusArgument>
 #include <QHostAddress>
 
 namespace simulator {
 
 namespace {
-const QString method = QStringLiteral("Method");
-const QString address = QStringLiteral("Address");
-const QString netmask = QStringLiteral("Netmask");
-const QString gateway = QStringLiteral("Gateway");
 const QString prefixLength = QStringLiteral("PrefixLength");
 const QString privacy = QStringLiteral("Privacy");
 
@@ -43,10 +40,10 @@ bool isOfType(const QVariantMap &dictionary, const QString &key, QMetaType::Type
 
 bool hasRightTypes(const QVariantMap &dictionary)
 {
-    return isOfType(dictionary, method, QMetaType::QString) &&
-           isOfType(dictionary, address, QMetaType::QString) &&
-           isOfType(dictionary, netmask, QMetaType::QString) &&
-           isOfType(dictionary, gateway, QMetaType::QString) &&
+    return isOfType(dictionary, connman::methodKey, QMetaType::QString) &&
+           isOfType(dictionary, connman::addressKey, QMetaType::QString) &&
+           isOfType(dictionary, connman::netmaskKey, QMetaType::QString) &&
+           isOfType(dictionary, connman::gatewayKey, QMetaType::QString) &&
            isOfType(dictionary, privacy, QMetaType::QString) &&
            isOfType(dictionary, prefixLength, QMetaType::UChar);
 }
@@ -76,15 +73,16 @@ QVariantMap withPrivacy(QVariantMap shown, const QVariantMap &dictionary)
 
 IpConfiguration manualIpv4(const QVariantMap &dictionary)
 {
-    const bool isValid = isAddress(dictionary, address, QAbstractSocket::IPv4Protocol) &&
-                         isAddress(dictionary, netmask, QAbstractSocket::IPv4Protocol) &&
-                         isAddress(dictionary, gateway, QAbstractSocket::IPv4Protocol);
+    const bool isValid = isAddress(dictionary, connman::addressKey, QAbstractSocket::IPv4Protocol) &&
+                         isAddress(dictionary, connman::netmaskKey, QAbstractSocket::IPv4Protocol) &&
+                         isAddress(dictionary, connman::gatewayKey, QAbstractSocket::IPv4Protocol);
     if (!isValid) {
         return refused(error::invalidArguments);
     }
-    QVariantMap shown = picked(dictionary, {method, address, netmask, gateway});
-    if (shown.contains(address) && !shown.contains(netmask)) {
-        shown.insert(netmask, QStringLiteral("255.255.255.255"));
+    QVariantMap shown = picked(
+        dictionary, {connman::methodKey, connman::addressKey, connman::netmaskKey, connman::gatewayKey});
+    if (shown.contains(connman::addressKey) && !shown.contains(connman::netmaskKey)) {
+        shown.insert(connman::netmaskKey, QStringLiteral("255.255.255.255"));
     }
     return accepted(shown);
 }
@@ -92,14 +90,15 @@ IpConfiguration manualIpv4(const QVariantMap &dictionary)
 IpConfiguration manualIpv6(const QVariantMap &dictionary)
 {
     constexpr int longestPrefix = 128;
-    const bool isValid = dictionary.contains(address) &&
-                         isAddress(dictionary, address, QAbstractSocket::IPv6Protocol) &&
-                         isAddress(dictionary, gateway, QAbstractSocket::IPv6Protocol) &&
+    const bool isValid = dictionary.contains(connman::addressKey) &&
+                         isAddress(dictionary, connman::addressKey, QAbstractSocket::IPv6Protocol) &&
+                         isAddress(dictionary, connman::gatewayKey, QAbstractSocket::IPv6Protocol) &&
                          dictionary.value(prefixLength).toInt() <= longestPrefix;
     if (!isValid) {
         return refused(error::invalidArguments);
     }
-    QVariantMap shown = withPrivacy(picked(dictionary, {method, address, gateway}), dictionary);
+    QVariantMap shown = withPrivacy(
+        picked(dictionary, {connman::methodKey, connman::addressKey, connman::gatewayKey}), dictionary);
     shown.insert(prefixLength, QVariant::fromValue(dictionary.value(prefixLength).value<uchar>()));
     return accepted(shown);
 }
@@ -111,9 +110,9 @@ IpConfiguration IpConfiguration::ipv4(const QVariant &value)
     if (!dictionary || !hasRightTypes(*dictionary)) {
         return refused(error::invalidArguments);
     }
-    const QString wanted = dictionary->value(method).toString();
+    const QString wanted = dictionary->value(connman::methodKey).toString();
     if (wanted == QLatin1String("off") || wanted == QLatin1String("dhcp")) {
-        return accepted({{method, wanted}});
+        return accepted({{connman::methodKey, wanted}});
     }
     if (wanted == QLatin1String("manual")) {
         return manualIpv4(*dictionary);
@@ -127,12 +126,12 @@ IpConfiguration IpConfiguration::ipv6(const QVariant &value)
     if (!dictionary || !hasRightTypes(*dictionary)) {
         return refused(error::invalidArguments);
     }
-    const QString wanted = dictionary->value(method).toString();
+    const QString wanted = dictionary->value(connman::methodKey).toString();
     if (wanted == QLatin1String("off")) {
-        return accepted({{method, wanted}});
+        return accepted({{connman::methodKey, wanted}});
     }
     if (wanted == QLatin1String("auto")) {
-        return accepted(withPrivacy({{method, wanted}}, *dictionary));
+        return accepted(withPrivacy({{connman::methodKey, wanted}}, *dictionary));
     }
     if (wanted == QLatin1String("manual")) {
         return manualIpv6(*dictionary);

@@ -16,8 +16,8 @@ QString securityOf(const QString &identifier)
 
 QVariantMap commonProperties()
 {
-    const QVariantMap ipv4Configuration{{QStringLiteral("Method"), QStringLiteral("dhcp")}};
-    const QVariantMap ipv6Configuration{{QStringLiteral("Method"), QStringLiteral("auto")},
+    const QVariantMap ipv4Configuration{{connman::methodKey, QStringLiteral("dhcp")}};
+    const QVariantMap ipv6Configuration{{connman::methodKey, QStringLiteral("auto")},
                                         {QStringLiteral("Privacy"), QStringLiteral("disabled")}};
     return {{QStringLiteral("State"), QStringLiteral("idle")},
             {QStringLiteral("Immutable"), false},
@@ -40,9 +40,9 @@ QVariantMap commonProperties()
 
 QVariantMap ethernetDictionary(const QString &interface, const QString &address)
 {
-    return {{QStringLiteral("Method"), QStringLiteral("auto")},
+    return {{connman::methodKey, QStringLiteral("auto")},
             {QStringLiteral("Interface"), interface},
-            {QStringLiteral("Address"), address},
+            {connman::addressKey, address},
             {QStringLiteral("MTU"), QVariant::fromValue<ushort>(1500)}};
 }
 } // namespace
@@ -95,7 +95,7 @@ QString Service::method(const QString &configuration) const
 {
     const QVariant value = properties.value(configuration);
     const auto dictionary = qdbus_cast<QVariantMap>(value);
-    return dictionary.value(QStringLiteral("Method")).toString();
+    return dictionary.value(connman::methodKey).toString();
 }
 
 void later(QObject *context, const ServicePtr &service, int milliseconds, const std::function<void()> &step)

@@ -3,6 +3,7 @@
 #include "Addressing.h"
 #include "Connector.h"
 #include "ConnmanErrors.h"
+#include "ConnmanWire.h"
 #include "IpConfiguration.h"
 #include "ServiceList.h"
 #include "ServiceStates.h"
@@ -12,7 +13,6 @@ namespace simulator {
 
 namespace {
 const QString autoConnect = QStringLiteral("AutoConnect");
-const QString nameserversConfiguration = QStringLiteral("Nameservers.Configuration");
 const QString timeserversConfiguration = QStringLiteral("Timeservers.Configuration");
 const QString domainsConfiguration = QStringLiteral("Domains.Configuration");
 const QString proxyConfiguration = QStringLiteral("Proxy.Configuration");
@@ -34,16 +34,20 @@ std::optional<ErrorReply> ServiceSettings::set(const ServicePtr &service, const 
     if (property == autoConnect) {
         return setAutoConnect(service, value);
     }
-    static const QStringList settable{
-        nameserversConfiguration, timeserversConfiguration,   domainsConfiguration,      proxyConfiguration,
-        mdnsConfiguration,        connman::ipv4Configuration, connman::ipv6Configuration};
+    static const QStringList settable{connman::nameserversConfiguration,
+                                      timeserversConfiguration,
+                                      domainsConfiguration,
+                                      proxyConfiguration,
+                                      mdnsConfiguration,
+                                      connman::ipv4Configuration,
+                                      connman::ipv6Configuration};
     if (!settable.contains(property)) {
         return error::invalidProperty;
     }
     if (service->isImmutable()) {
         return error::notSupported;
     }
-    if (property == nameserversConfiguration) {
+    if (property == connman::nameserversConfiguration) {
         return setNameservers(service, value);
     }
     if (property == connman::ipv4Configuration) {
@@ -81,7 +85,7 @@ std::optional<ErrorReply> ServiceSettings::setNameservers(const ServicePtr &serv
     if (!nameservers) {
         return error::invalidArguments;
     }
-    m_services.set(*service, nameserversConfiguration, onlyAddresses(*nameservers));
+    m_services.set(*service, connman::nameserversConfiguration, onlyAddresses(*nameservers));
     m_states.tellNameservers(*service);
     return std::nullopt;
 }
@@ -110,7 +114,7 @@ std::optional<ErrorReply> ServiceSettings::setProxy(const ServicePtr &service, c
     const auto configuration = qdbus_cast<QVariantMap>(value);
     static const QStringList methods{QStringLiteral("direct"), QStringLiteral("auto"),
                                      QStringLiteral("manual")};
-    if (!methods.contains(configuration.value(QStringLiteral("Method")).toString())) {
+    if (!methods.contains(configuration.value(connman::methodKey).toString())) {
         return error::invalidArguments;
     }
     m_services.set(*service, proxyConfiguration, configuration);

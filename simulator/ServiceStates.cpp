@@ -1,6 +1,7 @@
 #include "ServiceStates.h"
 
 #include "ConnmanErrors.h"
+#include "ConnmanWire.h"
 #include "ManagerState.h"
 #include "Neighbourhood.h"
 #include "ServiceList.h"
@@ -13,11 +14,6 @@ namespace {
 const QString ipv4Property = QStringLiteral("IPv4");
 const QString ipv6Property = QStringLiteral("IPv6");
 const QString nameserversProperty = QStringLiteral("Nameservers");
-const QString nameserversConfiguration = QStringLiteral("Nameservers.Configuration");
-const QString method = QStringLiteral("Method");
-const QString addressKey = QStringLiteral("Address");
-const QString netmaskKey = QStringLiteral("Netmask");
-const QString gatewayKey = QStringLiteral("Gateway");
 const QString linkLocalAddress = QStringLiteral("169.254.77.50");
 } // namespace
 
@@ -121,9 +117,11 @@ void ServiceStates::tellIpv4(Service &service)
 {
     const QVariantMap complete = ipv4(service);
     QVariantMap withoutRoute = complete;
-    withoutRoute.remove(gatewayKey);
-    if (std::exchange(service.isReconfigured, false) && complete.value(method) == QLatin1String("manual")) {
-        m_services.set(service, ipv4Property, QVariantMap{{method, complete.value(method)}});
+    withoutRoute.remove(connman::gatewayKey);
+    if (std::exchange(service.isReconfigured, false) &&
+        complete.value(connman::methodKey) == QLatin1String("manual")) {
+        m_services.set(service, ipv4Property,
+                       QVariantMap{{connman::methodKey, complete.value(connman::methodKey)}});
     }
     for (const QVariantMap &known : {withoutRoute, complete}) {
         m_services.change(service, ipv4Property, known);
@@ -135,7 +133,7 @@ void ServiceStates::tellProxy(Service &service)
 {
     const auto configured =
         qdbus_cast<QVariantMap>(service.properties.value(QStringLiteral("Proxy.Configuration")));
-    const bool isSet = !service.isIdle() && configured.value(method) != QLatin1String("auto");
+    const bool isSet = !service.isIdle() && configured.value(connman::methodKey) != QLatin1String("auto");
     m_services.set(service, QStringLiteral("Proxy"), isSet ? configured : QVariantMap());
 }
 
@@ -165,7 +163,7 @@ void ServiceStates::clearAddresses(Service &service)
 QVariantMap ServiceStates::ipv4(const Service &service) const
 {
     const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(connman::ipv4Configuration));
-    const QString configured = configuration.value(method).toString();
+    const QString configured = configuration.value(connman::methodKey).toString();
     if (configured == QLatin1String("off")) {
         return {};
     }
@@ -177,21 +175,21 @@ QVariantMap ServiceStates::ipv4(const Service &service) const
         return {}; // connected by IPv6 alone
     }
     if (!lease) {
-        return {{method, QStringLiteral("auto")},
-                {addressKey, linkLocalAddress},
-                {netmaskKey, QStringLiteral("255.255.0.0")}};
+        return {{connman::methodKey, QStringLiteral("auto")},
+                {connman::addressKey, linkLocalAddress},
+                {connman::netmaskKey, QStringLiteral("255.255.0.0")}};
     }
-    return {{method, QStringLiteral("dhcp")},
-            {addressKey, lease->address},
-            {netmaskKey, lease->netmask},
-            {gatewayKey, lease->gateway}};
+    return {{connman::methodKey, QStringLiteral("dhcp")},
+            {connman::addressKey, lease->address},
+            {connman::netmaskKey, lease->netmask},
+            {connman::gatewayKey, lease->gateway}};
 }
 
 QVariantMap ServiceStates::ipv6(const Service &service) const
 {
     constexpr uchar prefixLength = 64;
     const auto configuration = qdbus_cast<QVariantMap>(service.properties.value(connman::ipv6Configuration));
-    const QString configured = configuration.value(method).toString();
+    const QString configured = configuration.value(connman::methodKey).toString();
     if (configured == QLatin1String("manual")) {
         return configuration;
     }
@@ -199,15 +197,15 @@ QVariantMap ServiceStates::ipv6(const Service &service) const
     if (configured == QLatin1String("off") || address.isEmpty()) {
         return {};
     }
-    return {{method, QStringLiteral("auto")},
-            {addressKey, address},
+    return {{connman::methodKey, QStringLiteral("auto")},
+            {connman::addressKey, address},
             {QStringLiteral("PrefixLength"), QVariant::fromValue(prefixLength)},
             {QStringLiteral("Privacy"), QStringLiteral("disabled")}};
 }
 
 QStringList ServiceStates::nameservers(const Service &service) const
 {
-    const QStringList configured = service.properties.value(nameserversConfiguration).toStringList();
+    const QStringList configured = service.properties.value(connman::nameserversConfiguration).toStringList();
     if (!configured.isEmpty()) {
         return configured;
     }
