@@ -44,5 +44,5 @@ void AllocationTraceTest::nothingIsTracedUnlessTheEnvironmentSaysWhere()
     QCOMPARE(device.daemon.log().lines(), QStringList());
 }
 
-static const Suite<AllocationTraceTest> suite;
+static const Suite<AllocationTraceTest> allocationTraceTest;
 #include "AllocationTraceTest.moc"

@@ -182,5 +182,5 @@ void ArgumentsTest::wpsWithoutNetworkIsNotSupported()
     QCOMPARE(device.simulator.calls(), QStringList());
 }
 
-static const Suite<ArgumentsTest> suite;
+static const Suite<ArgumentsTest> argumentsTest;
 #include "ArgumentsTest.moc"

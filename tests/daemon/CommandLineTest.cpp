@@ -154,5 +154,5 @@ void CommandLineTest::missingKeyboardDoesNotStopTheDaemon()
     QVERIFY(lonely.daemon.log().takeProblem(line));
 }
 
-static const Suite<CommandLineTest> suite;
+static const Suite<CommandLineTest> commandLineTest;
 #include "CommandLineTest.moc"

@@ -218,5 +218,5 @@ void ConnectingTest::disconnectKeepsThePreferenceForAnotherNetwork()
     device.tolerateMissingAddress();
 }
 
-static const Suite<ConnectingTest> suite;
+static const Suite<ConnectingTest> connectingTest;
 #include "ConnectingTest.moc"

@@ -19,7 +19,6 @@ private slots:
 };
 
 namespace {
-const QString connman = "net.connman"_s;
 const QString homeOfTheNewConnman = "wifi_02a7c4030da4_486f6d65_managed_psk"_s;
 const QString reconnected = "networkConnected(\"Home\")"_s;
 
@@ -137,5 +136,5 @@ void ConnmanLossTest::connectEndsWithConnman()
     device.log().tolerate("ConnmanService.properties|critical|Missing property \"Gateway\""_s);
 }
 
-static const Suite<ConnmanLossTest> suite;
+static const Suite<ConnmanLossTest> connmanLossTest;
 #include "ConnmanLossTest.moc"

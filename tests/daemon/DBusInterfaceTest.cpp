@@ -241,5 +241,5 @@ void DBusInterfaceTest::refusedNameIsReportedWithTheReasonOfTheBus()
     QCOMPARE(withoutSignals(ownMembers(introspect(device.client, uniqueName, "/"_s))), members);
 }
 
-static const Suite<DBusInterfaceTest> suite;
+static const Suite<DBusInterfaceTest> dBusInterfaceTest;
 #include "DBusInterfaceTest.moc"

@@ -58,7 +58,6 @@ Effect effectOf(const char *method, const Arguments &...arguments)
     return effect;
 }
 
-const QString setSweden = "iw reg set SE"_s;
 } // namespace
 
 void DBusOperationsTest::shortConfigureIsTheLongOneWithoutAddresses_data()
@@ -165,7 +164,7 @@ void DBusOperationsTest::regionIsSetAndTold()
     QCOMPARE(device.client.call("getWifiRegion").toString(), "SE"_s);
     QCOMPARE(device.client.record(), (QStringList{"regionChanged(\"SE\", false)"_s, "setWifiRegion -> true"_s,
                                                   "getWifiRegion -> \"SE\""_s}));
-    QCOMPARE(device.daemon.sandbox().commands().calls(), QStringList(setSweden));
+    QCOMPARE(device.daemon.sandbox().commands().calls(), QStringList(scene::setSweden));
     QCOMPARE(device.daemon.sandbox().settings("region"_s), QByteArray("[wifi]\nregion=SE\n"));
 }
 
@@ -250,5 +249,5 @@ void DBusOperationsTest::unusableHostNameFileIsAnEmptyName()
     QCOMPARE(device.client.record(), (QStringList{"getHostName -> \"\""_s, "setHostName -> false"_s}));
 }
 
-static const Suite<DBusOperationsTest> suite;
+static const Suite<DBusOperationsTest> dBusOperationsTest;
 #include "DBusOperationsTest.moc"

@@ -39,5 +39,5 @@ void EarlyClientTest::seesConnmansServices()
     device.log().tolerate("default|critical|WLAN not supported on this board."_s);
 }
 
-static const Suite<EarlyClientTest> suite;
+static const Suite<EarlyClientTest> earlyClientTest;
 #include "EarlyClientTest.moc"

@@ -28,8 +28,6 @@ private slots:
 
 namespace {
 
-const QString busLost = "default|critical|Connection to system-bus lost."_s;
-
 } // namespace
 
 void EndTest::firstSignalEndsABlockedDaemonWithStatusZero()
@@ -124,8 +122,8 @@ void EndTest::busLostDuringACommandEndsTheDaemonWithOneLineAndStatusOne()
     QVERIFY(device.daemon.isRunning());
     device.commands().release();
     QCOMPARE(device.daemon.waitForExit(), 1);
-    QVERIFY(device.log().takeProblem(busLost));
+    QVERIFY(device.log().takeProblem(scene::busLost));
 }
 
-static const Suite<EndTest> suite;
+static const Suite<EndTest> endTest;
 #include "EndTest.moc"

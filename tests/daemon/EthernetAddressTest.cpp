@@ -173,5 +173,5 @@ void EthernetAddressTest::readyReportOfAnotherInterfaceStartsNothing()
     QCOMPARE(device.devices().led("led8"_s), LedPattern::off());
 }
 
-static const Suite<EthernetAddressTest> suite;
+static const Suite<EthernetAddressTest> ethernetAddressTest;
 #include "EthernetAddressTest.moc"

@@ -9,7 +9,6 @@ namespace scene {
 using test_support::LedPattern;
 using test_support::TestDevice;
 
-const QString ethernetLed = "led10"_s;
 /// Logged once a tick while IPv6 has no address.
 const QString noIpv6Address = "ConnmanService.properties|critical|Missing property \"Address\""_s;
 constexpr int tickMs = 2000;

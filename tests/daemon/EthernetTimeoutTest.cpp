@@ -68,5 +68,5 @@ void EthernetTimeoutTest::readyReportBeginsTheCountAnew()
     QCOMPARE(device.ticks(), before + 16);
 }
 
-static const Suite<EthernetTimeoutTest> suite;
+static const Suite<EthernetTimeoutTest> ethernetTimeoutTest;
 #include "EthernetTimeoutTest.moc"

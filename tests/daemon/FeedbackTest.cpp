@@ -36,7 +36,6 @@ Q_DECLARE_METATYPE(test_support::LedPattern)
 
 namespace {
 const QString wifiLed = "led8"_s;
-const QString ethernetLed = "led10"_s;
 const QString speechFailed = "NetworkManager|critical|ERROR: Failed to queue speech-request."_s;
 
 /// A device with a cable and a Wi-Fi network, both idle.
@@ -116,12 +115,12 @@ void FeedbackTest::ledShowsTheStateOfItsLink()
     QVERIFY(device.startWithoutRadio());
     device.report("eth0"_s, "online"_s);
     device.report("wlan0"_s, "online"_s);
-    QCOMPARE(device.devices().led(ethernetLed), LedPattern::on());
+    QCOMPARE(device.devices().led(scene::ethernetLed), LedPattern::on());
     QCOMPARE(device.devices().led(wifiLed), LedPattern::on());
 
     device.report(interface, before);
     device.report(interface, state);
-    QTEST(device.devices().led(ethernetLed), "ethernet");
+    QTEST(device.devices().led(scene::ethernetLed), "ethernet");
     QTEST(device.devices().led(wifiLed), "wifi");
 }
 
@@ -130,8 +129,8 @@ void FeedbackTest::vanishedLinkTurnsItsLedOff_data()
     QTest::addColumn<QString>("interface");
     QTest::addColumn<QString>("led");
     QTest::addColumn<QString>("otherLed");
-    QTest::newRow("eth0") << "eth0" << ethernetLed << wifiLed;
-    QTest::newRow("wlan0") << "wlan0" << wifiLed << ethernetLed;
+    QTest::newRow("eth0") << "eth0" << scene::ethernetLed << wifiLed;
+    QTest::newRow("wlan0") << "wlan0" << wifiLed << scene::ethernetLed;
 }
 
 void FeedbackTest::vanishedLinkTurnsItsLedOff()
@@ -178,7 +177,7 @@ void FeedbackTest::progressBlinksEndlessly_data()
     QTest::newRow("wlan0 configuration") << "wlan0"
                                          << "configuration" << wifiLed;
     QTest::newRow("eth0 configuration") << "eth0"
-                                        << "configuration" << ethernetLed;
+                                        << "configuration" << scene::ethernetLed;
 }
 
 void FeedbackTest::progressBlinksEndlessly()
@@ -199,7 +198,7 @@ void FeedbackTest::missingLedsAreDrivenWithoutHarm()
 {
     Links device;
     device.devices().removeLed(wifiLed);
-    device.devices().removeLed(ethernetLed);
+    device.devices().removeLed(scene::ethernetLed);
     QVERIFY(device.startWithoutRadio());
     const QStringList states{"association"_s, "configuration"_s, "ready"_s,
                              "online"_s,      "failure"_s,       "idle"_s};
@@ -292,5 +291,5 @@ void FeedbackTest::silentSpeechServiceIsNotWaitedFor()
     QVERIFY(waitUntil([&] { return silence.fired() == 1; }));
 }
 
-static const Suite<FeedbackTest> suite;
+static const Suite<FeedbackTest> feedbackTest;
 #include "FeedbackTest.moc"

@@ -121,5 +121,5 @@ void FilesTest::commandsInheritNoFile()
              QStringList());
 }
 
-static const Suite<FilesTest> suite;
+static const Suite<FilesTest> filesTest;
 #include "FilesTest.moc"

@@ -109,5 +109,5 @@ void ForgettingTest::forgettingFindsWifiNetworksOnly()
     QCOMPARE(device.changes(), QStringList(scan));
 }
 
-static const Suite<ForgettingTest> suite;
+static const Suite<ForgettingTest> forgettingTest;
 #include "ForgettingTest.moc"

@@ -45,5 +45,5 @@ void HarnessTest::linesBeforeAnAnswerAreInTheLog()
     QCOMPARE(device.daemon.log().takeProblems().size(), 1);
 }
 
-static const Suite<HarnessTest> suite;
+static const Suite<HarnessTest> harnessTest;
 #include "HarnessTest.moc"

@@ -30,7 +30,6 @@ private slots:
 };
 
 namespace {
-const QString connman = "net.connman"_s;
 const QString registerAgent = "/ net.connman.Manager.RegisterAgent(objectpath \"/agent\")"_s;
 const QString getServices = "/ net.connman.Manager.GetServices()"_s;
 const QString readTechnology = "/net/connman/technology/wifi net.connman.Technology.GetProperties()"_s;
@@ -57,9 +56,9 @@ void HookUpTest::attachesWhenConnmanAppears()
 {
     TestDevice device;
     device.removeRadio();
-    device.simulator.setPresent(connman, false);
+    device.simulator.setPresent(scene::connman, false);
     QVERIFY(device.start());
-    device.simulator.setPresent(connman, true);
+    device.simulator.setPresent(scene::connman, true);
     QVERIFY(device.simulator.waitForCall(getServices));
     QCOMPARE(device.simulator.calls(), (QStringList{registerAgent, readTechnology, getServices}));
     QVERIFY(device.log().takeProblem(noRadio));
@@ -68,7 +67,7 @@ void HookUpTest::attachesWhenConnmanAppears()
 void HookUpTest::nothingIsAskedOfConnmanBeforeItAppears()
 {
     TestDevice device;
-    device.simulator.setPresent(connman, false);
+    device.simulator.setPresent(scene::connman, false);
     QVERIFY(device.start());
     QCOMPARE(device.client.call("getWifiPower").toBool(), false);
     QVERIFY(!agentIsThere(device.client));
@@ -105,7 +104,7 @@ void HookUpTest::objectsOutliveConnman()
     device.simulator.addService(scene::home);
     QVERIFY(device.startWithoutRadio());
     device.reportState(scene::home, "ready"_s);
-    device.simulator.setPresent(connman, false);
+    device.simulator.setPresent(scene::connman, false);
     QVERIFY(agentIsThere(device.client));
     QCOMPARE(device.client.call("activeNetworks").toStringList(), QStringList());
     QVERIFY(device.log().problems().isEmpty());
@@ -204,5 +203,5 @@ void HookUpTest::unpluggedKeyboardIsToldByLibraryAndDaemon()
     QCOMPARE(device.client.call("getHostName").toString(), "printer"_s);
 }
 
-static const Suite<HookUpTest> suite;
+static const Suite<HookUpTest> hookUpTest;
 #include "HookUpTest.moc"

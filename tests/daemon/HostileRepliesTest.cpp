@@ -70,5 +70,5 @@ void HostileRepliesTest::deepValueThatStillFitsIsPassedOn()
     QVERIFY(qdbus_cast<QVariantMap>(networks.value(home)).contains("Deep"_s));
 }
 
-static const Suite<HostileRepliesTest> suite;
+static const Suite<HostileRepliesTest> hostileRepliesTest;
 #include "HostileRepliesTest.moc"

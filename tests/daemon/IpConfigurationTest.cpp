@@ -248,5 +248,5 @@ void IpConfigurationTest::ipv6ConfigurationFollowsASilentChangeAndIpv4DoesNot()
     QCOMPARE(device.client.call("getConfiguration", cable).toMap(), (QVariantMap{{"Method"_s, "dhcp"_s}}));
 }
 
-static const Suite<IpConfigurationTest> suite;
+static const Suite<IpConfigurationTest> ipConfigurationTest;
 #include "IpConfigurationTest.moc"

@@ -29,12 +29,11 @@ private slots:
 };
 
 namespace {
-const QString announcement = "networkConnected(\"Home\")"_s;
 
 /// A device with the network "Home", which is the preferred one, and Wi-Fi switched off.
-struct Device : TestDevice
+struct OffDevice : TestDevice
 {
-    Device()
+    OffDevice()
     {
         daemon.sandbox().setSettings("main"_s, scene::homePreferred);
         simulator.setTechnologyProperty("wifi"_s, "Powered"_s, false);
@@ -72,20 +71,20 @@ void LinkStateTest::linkThatComesUpAfterPowerOnIsAnnouncedOnce_data()
 void LinkStateTest::linkThatComesUpAfterPowerOnIsAnnouncedOnce()
 {
     QFETCH(QString, state);
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
     device.reportState(scene::home, state);
     device.reportState(scene::home, "idle"_s);
     device.reportState(scene::home, state);
     QCOMPARE(device.client.record(),
-             (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s, announcement}));
+             (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s, scene::announcement}));
     QVERIFY(device.said({scene::sentence(7)}));
 }
 
 void LinkStateTest::linkThatComesUpByItselfIsNotAnnounced()
 {
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     device.reportState(scene::home, "ready"_s);
     QCOMPARE(device.devices().led("led8"_s), LedPattern::on());
@@ -96,17 +95,17 @@ void LinkStateTest::linkThatComesUpByItselfIsNotAnnounced()
 void LinkStateTest::announcementNamesThePreferredNetworkWhicheverIsUp()
 {
     const QString other = "wifi_020000000200_41_managed_psk"_s;
-    Device device;
+    OffDevice device;
     device.simulator.addService(other, {{"Name"_s, "A"_s}});
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
     device.reportState(other, "ready"_s);
-    QCOMPARE(device.client.record().constLast(), announcement);
+    QCOMPARE(device.client.record().constLast(), scene::announcement);
 }
 
 void LinkStateTest::announcementWithoutPreferredNetworkHasNoName()
 {
-    Device device;
+    OffDevice device;
     device.daemon.sandbox().setSettings("main"_s, "");
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
@@ -116,17 +115,17 @@ void LinkStateTest::announcementWithoutPreferredNetworkHasNoName()
 
 void LinkStateTest::switchingOffDoesNotTakeTheAnnouncementBack()
 {
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
     QVERIFY(device.setPower(false)); // with which the networks are gone
     device.simulator.addService(scene::home, {{"Name"_s, "Home"_s}, {"State"_s, "ready"_s}});
-    QVERIFY(device.client.waitFor(announcement));
+    QVERIFY(device.client.waitFor(scene::announcement));
 }
 
 void LinkStateTest::explicitConnectTakesTheAnnouncementBack()
 {
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
@@ -140,7 +139,7 @@ void LinkStateTest::explicitConnectTakesTheAnnouncementBack()
 
 void LinkStateTest::registrationTakesTheAnnouncementBack()
 {
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
@@ -154,7 +153,7 @@ void LinkStateTest::registrationTakesTheAnnouncementBack()
 void LinkStateTest::wpsRegistrationLeavesTheAnnouncementToTheLink()
 {
     const QString den = "wifi_020000000200_44656e_managed_psk"_s;
-    Device device;
+    OffDevice device;
     device.simulator.addService(den, {{"Name"_s, "Den"_s}});
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
@@ -168,19 +167,19 @@ void LinkStateTest::wpsRegistrationLeavesTheAnnouncementToTheLink()
 
 void LinkStateTest::failedConnectLeavesTheAnnouncementToTheLink()
 {
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.setPower(true));
     const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
     QVERIFY(!device.client.call("connect", scene::home).toBool());
     device.reportState(scene::home, "ready"_s);
-    QCOMPARE(device.client.record().constLast(), announcement);
+    QCOMPARE(device.client.record().constLast(), scene::announcement);
     QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
 }
 
 void LinkStateTest::changedStateReachesTheLedTwoSecondsLater()
 {
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     device.simulator.setServiceProperty(scene::home, "State"_s, "ready"_s);
     device.client.settle();
@@ -194,7 +193,7 @@ void LinkStateTest::changedStateReachesTheLedTwoSecondsLater()
 void LinkStateTest::autoConnectIsOffOnlyWhileConnecting()
 {
     const QString other = "wifi_020000000200_41_managed_psk"_s;
-    Device device;
+    OffDevice device;
     device.daemon.setLoggingRules("NetworkManager.debug=true"_s);
     device.simulator.addService(other, {{"Name"_s, "A"_s}});
     device.simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
@@ -221,7 +220,7 @@ void LinkStateTest::autoConnectIsOffOnlyWhileConnecting()
 
 void LinkStateTest::autoConnectComesBackAfterAFailure()
 {
-    Device device;
+    OffDevice device;
     QVERIFY(device.startWithoutRadio());
     device.simulator.clearCalls();
     const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
@@ -233,5 +232,5 @@ void LinkStateTest::autoConnectComesBackAfterAFailure()
     QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
 }
 
-static const Suite<LinkStateTest> suite;
+static const Suite<LinkStateTest> linkStateTest;
 #include "LinkStateTest.moc"

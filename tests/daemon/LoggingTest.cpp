@@ -121,5 +121,5 @@ void LoggingTest::lineCarriesWhereItComesFrom()
     QVERIFY(device.daemon.log().takeProblem(line));
 }
 
-static const Suite<LoggingTest> suite;
+static const Suite<LoggingTest> loggingTest;
 #include "LoggingTest.moc"

@@ -1,4 +1,4 @@
-#include "Scene.h"
+#include "OperationsScene.h"
 #include "Suite.h"
 #include <QElapsedTimer>
 #include <QTest>
@@ -30,18 +30,10 @@ private slots:
 
 namespace {
 
-QString unknownLine(const QString &identifier)
-{
-    return "NetworkManager|critical|No such network available: \"%1\""_s.arg(identifier);
-}
-
 QString unknownSignal(const QString &identifier)
 {
     return "error(\"Unknown network: '%1'\")"_s.arg(identifier);
 }
-
-const QString scanFailed = "ConnmanTechnology|critical|Failed to asynchronously call Scan on "
-                           "\"/net/connman/technology/wifi\" : \"No carrier\""_s;
 
 FaultKind noCarrier()
 {
@@ -113,7 +105,7 @@ void LookupTest::announcementIsWaitedForAFifthOfASecond()
     clock.start();
     QCOMPARE(device.client.call("getConfiguration", "wifi_x"_s).toMap(), QVariantMap());
     QVERIFY2(clock.elapsed() > (scanMs + limitMs) * 9 / 10, qPrintable(QString::number(clock.elapsed())));
-    QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
+    QVERIFY(device.log().takeProblem(scene::noSuchNetwork("wifi_x"_s)));
 }
 
 // The clients wait as long.
@@ -124,7 +116,7 @@ void LookupTest::networkAnnouncedMuchLaterIsNotWaitedFor()
     device.simulator.setTiming("announce"_s, 1500);
     const QString late = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"atOnce"_s, false}});
     QCOMPARE(device.client.call("getConfiguration", late).toMap(), QVariantMap());
-    QVERIFY(device.log().takeProblem(unknownLine(late)));
+    QVERIFY(device.log().takeProblem(scene::noSuchNetwork(late)));
 }
 
 void LookupTest::networkMissingTwiceIsReportedAfterOneScan()
@@ -134,18 +126,18 @@ void LookupTest::networkMissingTwiceIsReportedAfterOneScan()
     QCOMPARE(device.client.call("getConfiguration", "wifi_x"_s).toMap(), QVariantMap());
     QCOMPARE(scans(device), 1);
     QCOMPARE(device.client.record(), (QStringList{unknownSignal("wifi_x"_s), "getConfiguration -> {}"_s}));
-    QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
+    QVERIFY(device.log().takeProblem(scene::noSuchNetwork("wifi_x"_s)));
 }
 
 void LookupTest::failedScanIsToldAndTheNetworkMissing()
 {
     TestDevice device;
     QVERIFY(device.startWithoutRadio());
-    const Fault failing = device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s, noCarrier());
+    const Fault failing = scene::failingScan(device.simulator);
     QCOMPARE(device.client.call("connect", "wifi_x"_s).toBool(), false);
     QCOMPARE(device.client.record(), (QStringList{unknownSignal("wifi_x"_s), "connect -> false"_s}));
-    QVERIFY(device.log().takeProblem(scanFailed));
-    QVERIFY(device.log().takeProblem(unknownLine("wifi_x"_s)));
+    QVERIFY(device.log().takeProblem(scene::scanFailed));
+    QVERIFY(device.log().takeProblem(scene::noSuchNetwork("wifi_x"_s)));
 }
 
 void LookupTest::networkAnnouncedDuringAFailingScanIsFound()
@@ -157,7 +149,7 @@ void LookupTest::networkAnnouncedDuringAFailingScanIsFound()
     device.client.send("getConfiguration", scene::home);
     QVERIFY(device.simulator.waitForCall(scene::scan));
     device.simulator.addService(scene::home);
-    QVERIFY(device.log().takeProblem(scanFailed));
+    QVERIFY(device.log().takeProblem(scene::scanFailed));
     QTRY_COMPARE(device.client.record().filter("getConfiguration -> "_s).size(), 1);
     QCOMPARE(device.client.record().filter("error"_s), QStringList());
 }
@@ -179,7 +171,7 @@ void LookupTest::identifierIsComparedExactly()
     device.simulator.addService(scene::home);
     QVERIFY(device.startWithoutRadio());
     QCOMPARE(device.client.call("getConfiguration", identifier).toMap(), QVariantMap());
-    QVERIFY(device.log().takeProblem(unknownLine(identifier)));
+    QVERIFY(device.log().takeProblem(scene::noSuchNetwork(identifier)));
 }
 
 void LookupTest::nameOnTheAirIsNoIdentifier()
@@ -188,7 +180,7 @@ void LookupTest::nameOnTheAirIsNoIdentifier()
     device.simulator.addService(scene::home, {{"Name"_s, "Home"_s}});
     QVERIFY(device.startWithoutRadio());
     QCOMPARE(device.client.call("connect", "Home"_s).toBool(), false);
-    QVERIFY(device.log().takeProblem(unknownLine("Home"_s)));
+    QVERIFY(device.log().takeProblem(scene::noSuchNetwork("Home"_s)));
 }
 
 void LookupTest::wifiOperationSeesOnlyWifi_data()
@@ -198,10 +190,10 @@ void LookupTest::wifiOperationSeesOnlyWifi_data()
     QTest::addColumn<int>("scanCount");
     QTest::addColumn<QString>("line");
     QTest::addColumn<QString>("signal");
-    QTest::newRow("forget") << "forgetWifi" << QVariantList{scene::cable} << 1 << unknownLine(scene::cable)
-                            << unknownSignal(scene::cable);
+    QTest::newRow("forget") << "forgetWifi" << QVariantList{scene::cable} << 1
+                            << scene::noSuchNetwork(scene::cable) << unknownSignal(scene::cable);
     QTest::newRow("register") << "registerWifi" << QVariantList{scene::cable, "secret"_s} << 3
-                              << unknownLine(scene::cable) << unknownSignal(scene::cable);
+                              << scene::noSuchNetwork(scene::cable) << unknownSignal(scene::cable);
     QTest::newRow("WPS") << "registerWifiWps" << QVariantList{scene::cable} << 2
                          << "NetworkManager|critical|Unknown network."
                          << "error(\"Unknown network.\")";
@@ -240,8 +232,8 @@ void LookupTest::networkThatConnmanRemovedIsNotFound()
     QVERIFY(!device.client.call("getConfiguration", scene::home).toMap().isEmpty());
     device.simulator.removeService(scene::home);
     QCOMPARE(device.client.call("getConfiguration", scene::home).toMap(), QVariantMap());
-    QVERIFY(device.log().takeProblem(unknownLine(scene::home)));
+    QVERIFY(device.log().takeProblem(scene::noSuchNetwork(scene::home)));
 }
 
-static const Suite<LookupTest> suite;
+static const Suite<LookupTest> lookupTest;
 #include "LookupTest.moc"

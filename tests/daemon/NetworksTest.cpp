@@ -140,5 +140,5 @@ void NetworksTest::networkThatTheScanFoundIsListedAtOnce()
     QCOMPARE(networks(device.client).keys(), QStringList(found));
 }
 
-static const Suite<NetworksTest> suite;
+static const Suite<NetworksTest> networksTest;
 #include "NetworksTest.moc"

@@ -151,5 +151,5 @@ void OrderTest::chordIsSpokenBeforeThePowerIsTold()
              qPrintable(traffic.members().join(QLatin1Char(' '))));
 }
 
-static const Suite<OrderTest> suite;
+static const Suite<OrderTest> orderTest;
 #include "OrderTest.moc"

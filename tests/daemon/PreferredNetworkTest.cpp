@@ -29,12 +29,11 @@ private slots:
 
 namespace {
 const QString trying = "NetworkManager|debug|Trying to connect to prefered network \"Home\""_s;
-const QString announcement = "networkConnected(\"Home\")"_s;
 
 /// A device whose preferred network is "Home", its Wi-Fi switched off and everything logged.
-struct Device : TestDevice
+struct PreferringDevice : TestDevice
 {
-    Device()
+    PreferringDevice()
     {
         daemon.sandbox().setSettings("main"_s, scene::homePreferred);
         daemon.setLoggingRules("NetworkManager=true"_s);
@@ -74,7 +73,7 @@ QVariantMap onInterface(const QString &interface)
 
 void PreferredNetworkTest::withoutPreferredNetworkNoServiceIsTouched()
 {
-    Device device;
+    PreferringDevice device;
     device.daemon.sandbox().setSettings("main"_s, "");
     device.simulator.addService(scene::home, named("Home"_s));
     QVERIFY(device.startWithoutRadio());
@@ -89,24 +88,24 @@ void PreferredNetworkTest::withoutPreferredNetworkNoServiceIsTouched()
 
 void PreferredNetworkTest::preferredNetworkIsJoinedAndAnnouncedOnceThoughTheLinkReportsLater()
 {
-    Device device;
+    PreferringDevice device;
     const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
-    QVERIFY(device.client.waitFor(announcement));
+    QVERIFY(device.client.waitFor(scene::announcement));
     QVERIFY(device.devices().waitForLed("led8"_s, LedPattern::on()));
     device.client.settle();
     QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(home)));
     QVERIFY(device.simulator.calls().indexOf(scene::scan) <
             device.simulator.calls().indexOf(scene::connectCall(home)));
     QCOMPARE(device.client.record(),
-             (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s, announcement}));
+             (QStringList{"powerChanged(true)"_s, "setWifiPower -> true"_s, scene::announcement}));
     QVERIFY(waitUntil([&] { return scene::spoken(device.simulator) == QStringList(scene::sentence(7)); }));
 }
 
 void PreferredNetworkTest::attemptComesAQuarterOfASecondAfterTheScan()
 {
-    Device device;
+    PreferringDevice device;
     device.simulator.addService(scene::home, named("Home"_s));
     QVERIFY(device.startWithoutRadio());
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
@@ -121,18 +120,18 @@ void PreferredNetworkTest::attemptComesAQuarterOfASecondAfterTheScan()
 
 void PreferredNetworkTest::nothingIsAnnouncedWhenTheReturnAlreadyWas()
 {
-    Device device;
+    PreferringDevice device;
     device.simulator.addService(scene::home, named("Home"_s));
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
     // The link comes up by itself, which is the return, and goes again before the attempt.
     device.reportState(scene::home, "ready"_s);
-    QVERIFY(device.client.record().contains(announcement));
+    QVERIFY(device.client.record().contains(scene::announcement));
     device.reportState(scene::home, "idle"_s);
     const Fault succeeds = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.simulator.waitForCall(scene::connectCall(scene::home)));
     device.client.settle();
-    QCOMPARE(device.client.record().count(announcement), 1);
+    QCOMPARE(device.client.record().count(scene::announcement), 1);
     QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(7)));
 }
 
@@ -147,7 +146,7 @@ void PreferredNetworkTest::onlyAnIdleOrUnknownLinkIsTouched_data()
 void PreferredNetworkTest::onlyAnIdleOrUnknownLinkIsTouched()
 {
     QFETCH(QString, state);
-    Device device;
+    PreferringDevice device;
     device.simulator.addService(scene::home, named("Home"_s));
     // Another network has the link; the preferred one could be joined.
     device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("A"_s));
@@ -173,19 +172,19 @@ void PreferredNetworkTest::idleOrUnknownLinkIsTouched_data()
 void PreferredNetworkTest::idleOrUnknownLinkIsTouched()
 {
     QFETCH(QString, interface);
-    Device device;
+    PreferringDevice device;
     device.simulator.addService(scene::home, onInterface(interface));
     QVERIFY(device.startWithoutRadio());
     device.reportState(scene::home, "idle"_s);
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.powerOn());
-    QVERIFY(device.client.waitFor(announcement));
+    QVERIFY(device.client.waitFor(scene::announcement));
     QCOMPARE(device.connectCalls(), QStringList(scene::connectCall(scene::home)));
 }
 
 void PreferredNetworkTest::otherNetworksAreSkippedWithALine()
 {
-    Device device;
+    PreferringDevice device;
     device.simulator.addService(scene::cable, {{"AutoConnect"_s, false}});
     device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("A"_s));
     QVERIFY(device.startWithoutRadio());
@@ -203,7 +202,7 @@ void PreferredNetworkTest::otherNetworksAreSkippedWithALine()
 
 void PreferredNetworkTest::namesAreComparedExactly()
 {
-    Device device;
+    PreferringDevice device;
     device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("home"_s));
     device.simulator.addService("wifi_020000000200_42_managed_psk"_s, named("Home "_s));
     QVERIFY(device.startWithoutRadio());
@@ -215,7 +214,7 @@ void PreferredNetworkTest::namesAreComparedExactly()
 
 void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
 {
-    Device device;
+    PreferringDevice device;
     const QString psk = scene::home;
     const QString open = "wifi_020000000200_486f6d65_managed_none"_s;
     device.simulator.addService(psk, named("Home"_s));
@@ -224,7 +223,7 @@ void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
     QVERIFY(device.startWithoutRadio());
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.powerOn());
-    QVERIFY(device.client.waitFor(announcement));
+    QVERIFY(device.client.waitFor(scene::announcement));
 
     const QStringList calls = device.connectCalls();
     QCOMPARE(calls.size(), 2);
@@ -235,25 +234,25 @@ void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
         "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(failed)));
     QCOMPARE(device.log().lines().filter("|warning|"_s).size(), 1);
     QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
-    QCOMPARE(device.client.record().count(announcement), 1);
+    QCOMPARE(device.client.record().count(scene::announcement), 1);
 }
 
 void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterASuccess()
 {
-    Device device;
+    PreferringDevice device;
     device.simulator.addService(scene::home, named("Home"_s));
     device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
-    QVERIFY(device.client.waitFor(announcement));
+    QVERIFY(device.client.waitFor(scene::announcement));
     device.client.settle();
     QCOMPARE(device.connectCalls().size(), 1);
 }
 
 void PreferredNetworkTest::failureLeavesEverythingAsItIsAndTheReturnIsStillAnnounced()
 {
-    Device device;
+    PreferringDevice device;
     device.simulator.addService(scene::home, named("Home"_s));
     const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal());
     QVERIFY(device.startWithoutRadio());
@@ -269,12 +268,12 @@ void PreferredNetworkTest::failureLeavesEverythingAsItIsAndTheReturnIsStillAnnou
     QVERIFY(device.log().takeProblem(scene::connectRefused(scene::servicePath(scene::home))));
 
     device.reportState(scene::home, "ready"_s);
-    QCOMPARE(device.client.record().count(announcement), 1);
+    QCOMPARE(device.client.record().count(scene::announcement), 1);
 }
 
 void PreferredNetworkTest::busyPreferredNetworkEndsTheAttempt()
 {
-    Device device;
+    PreferringDevice device;
     // Both go by the preferred name; each is busy on a radio of its own, while wlan0 is idle.
     device.simulator.addService("wifi_020000000200_41_managed_psk"_s, named("A"_s));
     device.simulator.addService("wifi_020000000201_486f6d65_managed_psk"_s, onInterface("wlan1"_s));
@@ -294,5 +293,5 @@ void PreferredNetworkTest::busyPreferredNetworkEndsTheAttempt()
     QCOMPARE(device.connectCalls(), QStringList());
 }
 
-static const Suite<PreferredNetworkTest> suite;
+static const Suite<PreferredNetworkTest> preferredNetworkTest;
 #include "PreferredNetworkTest.moc"

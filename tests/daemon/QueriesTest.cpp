@@ -28,7 +28,6 @@ private slots:
 };
 
 namespace {
-const QString identifier = "wifi_020000000200_486f6d65_managed_psk"_s;
 
 /// A reply in words, plain at every depth.
 QString textOf(const QVariant &reply)
@@ -53,7 +52,7 @@ void QueriesTest::networksAnswersTwiceWhateverAPropertyHolds()
 {
     QFETCH(QVariant, value);
     TestDevice device;
-    device.simulator.addService(identifier, {{"Strange"_s, value}});
+    device.simulator.addService(home, {{"Strange"_s, value}});
     QVERIFY(device.startWithoutRadio());
 
     const QString first = textOf(device.client.call("networks"));
@@ -70,13 +69,13 @@ void QueriesTest::getConfigurationAnswersTwiceWhateverItHolds()
 {
     QFETCH(QVariant, value);
     TestDevice device;
-    device.simulator.addService(identifier,
+    device.simulator.addService(home,
                                 {{"IPv4"_s, QVariantMap{{"Method"_s, "dhcp"_s}, {"Strange"_s, value}}}});
     QVERIFY(device.startWithoutRadio());
 
-    const QString first = textOf(device.client.call("getConfiguration", identifier));
+    const QString first = textOf(device.client.call("getConfiguration", home));
     QVERIFY(first.contains("Strange"_s));
-    QCOMPARE(textOf(device.client.call("getConfiguration", identifier)), first);
+    QCOMPARE(textOf(device.client.call("getConfiguration", home)), first);
 }
 
 void QueriesTest::wpsNetworksAreListedByNameAfterOneScan()
@@ -182,5 +181,5 @@ void QueriesTest::technologiesAreThoseOfConnman()
     QVERIFY(device.client.call("checkBluetoothTechnology").toBool());
 }
 
-static const Suite<QueriesTest> suite;
+static const Suite<QueriesTest> queriesTest;
 #include "QueriesTest.moc"

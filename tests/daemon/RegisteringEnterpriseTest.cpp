@@ -76,5 +76,5 @@ void RegisteringEnterpriseTest::enterpriseValueWithALineBreakIsRefused()
     QCOMPARE(device.changes(), QStringList());
 }
 
-static const Suite<RegisteringEnterpriseTest> suite;
+static const Suite<RegisteringEnterpriseTest> registeringEnterpriseTest;
 #include "RegisteringEnterpriseTest.moc"

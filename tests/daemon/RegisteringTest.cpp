@@ -251,5 +251,5 @@ void RegisteringTest::otherClientsAreServedDuringARegistration()
     device.tolerateRefusedAutoConnect();
 }
 
-static const Suite<RegisteringTest> suite;
+static const Suite<RegisteringTest> registeringTest;
 #include "RegisteringTest.moc"

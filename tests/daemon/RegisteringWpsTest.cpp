@@ -94,5 +94,5 @@ void RegisteringWpsTest::credentialsAreClearedAfterWpsWithoutNetwork()
         device.log().takeProblem("NetworkManager|critical|Connect to any WPS network isn't supported."_s));
 }
 
-static const Suite<RegisteringWpsTest> suite;
+static const Suite<RegisteringWpsTest> registeringWpsTest;
 #include "RegisteringWpsTest.moc"

@@ -10,6 +10,7 @@ namespace scene {
 
 const QString cable = "ethernet_020000000100_cable"_s;
 const QString home = "wifi_020000000200_486f6d65_managed_psk"_s;
+const QString ethernetLed = "led10"_s;
 /// Makes "Home" the preferred network.
 const QByteArray homePreferred = "[wifi]\nprefered=Home\n";
 const QByteArray regionSweden = "[wifi]\nregion=SE\n";
@@ -24,6 +25,16 @@ inline bool isBetween(const QElapsedTimer &clock, qint64 leastMs, qint64 mostMs)
     qWarning() << elapsed << "ms is not between" << leastMs << "and" << mostMs;
     return false;
 }
+
+const QString connman = "net.connman"_s;
+/// "Home" is told to be connected.
+const QString announcement = "networkConnected(\"Home\")"_s;
+const QString busLost = "default|critical|Connection to system-bus lost."_s;
+
+/// Commands as the device's list of them has them.
+const QString enable = "connmanctl enable wifi"_s;
+const QString disable = "connmanctl disable wifi"_s;
+const QString setSweden = "iw reg set SE"_s;
 
 /// Calls as the simulator lists them.
 const QString scan = "/net/connman/technology/wifi net.connman.Technology.Scan()"_s;

@@ -28,5 +28,5 @@ void SecondSignalTest::secondSignalEndsABlockedDaemonAtOnce()
     QCOMPARE(device.daemon.waitForExit(), 128 + SIGTERM);
 }
 
-static const Suite<SecondSignalTest> suite;
+static const Suite<SecondSignalTest> secondSignalTest;
 #include "SecondSignalTest.moc"

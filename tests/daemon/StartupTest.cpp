@@ -181,5 +181,5 @@ void StartupTest::logIsUtf8WhateverTheLocale()
         device.daemon.log().takeProblem("NetworkManager|critical|No such network available: \"Gerät\""_s));
 }
 
-static const Suite<StartupTest> suite;
+static const Suite<StartupTest> startupTest;
 #include "StartupTest.moc"

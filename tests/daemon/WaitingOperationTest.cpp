@@ -23,16 +23,15 @@ private slots:
 };
 
 namespace {
-const QString busLost = "default|critical|Connection to system-bus lost."_s;
 
 QVariantMap idle(const QString &name)
 {
     return {{"Name"_s, name}, {"State"_s, "idle"_s}};
 }
 
-struct Device : Operations
+struct WaitingDevice : Operations
 {
-    Device()
+    WaitingDevice()
     {
         daemon.sandbox().setSettings("main"_s, homePreferred);
         daemon.setLoggingRules("NetworkManager=true"_s);
@@ -54,7 +53,7 @@ struct Device : Operations
 };
 
 /// Bus, ConnMan and daemon end together: what the daemon could still say of ConnMan is no matter here.
-bool endsWithStatusOneAndSaysSo(Device &device)
+bool endsWithStatusOneAndSaysSo(WaitingDevice &device)
 {
     device.bus.stop();
     const int status = device.daemon.waitForExit();
@@ -69,7 +68,7 @@ bool endsWithStatusOneAndSaysSo(Device &device)
 
 void WaitingOperationTest::preferredNetworkIsNotTriedMeanwhile()
 {
-    Device device;
+    WaitingDevice device;
     QVERIFY(device.begin());
     const Fault unanswered = connectFault(device.simulator, FaultKind::never());
     QVERIFY(device.client.call("setWifiPower", true).toBool());
@@ -84,7 +83,7 @@ void WaitingOperationTest::preferredNetworkIsNotTriedMeanwhile()
 
 void WaitingOperationTest::preferredNetworkIsTriedAfterwards()
 {
-    Device device;
+    WaitingDevice device;
     QVERIFY(device.begin());
     const Fault refused = connectFault(device.simulator, connectRefusal());
     QCOMPARE(device.client.call("connect", den).toBool(), false);
@@ -106,7 +105,7 @@ void WaitingOperationTest::signalEndsTheWait_data()
 void WaitingOperationTest::signalEndsTheWait()
 {
     QFETCH(int, signal);
-    Device device;
+    WaitingDevice device;
     QVERIFY(device.begin());
     const Fault unanswered = connectFault(device.simulator, FaultKind::never());
     QVERIFY(device.startConnecting(den));
@@ -119,7 +118,7 @@ void WaitingOperationTest::signalEndsTheWait()
 void WaitingOperationTest::signalEndsNestedWaits()
 {
     constexpr int Depth = 5;
-    Device device;
+    WaitingDevice device;
     QVERIFY(device.begin());
     const Fault unanswered =
         device.simulator.injectFault("net.connman.Service"_s, "Connect"_s, FaultKind::never(), {}, Depth);
@@ -133,7 +132,7 @@ void WaitingOperationTest::signalEndsNestedWaits()
 
 void WaitingOperationTest::signalEndsTheWaitForThePreferredNetwork()
 {
-    Device device;
+    WaitingDevice device;
     QVERIFY(device.begin());
     const Fault unanswered = connectFault(device.simulator, FaultKind::never());
     QVERIFY(device.client.call("setWifiPower", true).toBool());
@@ -147,7 +146,7 @@ void WaitingOperationTest::signalEndsTheWaitForThePreferredNetwork()
 
 void WaitingOperationTest::lossOfTheBusEndsTheWait()
 {
-    Device device;
+    WaitingDevice device;
     QVERIFY(device.begin());
     Fault unanswered = connectFault(device.simulator, FaultKind::never());
     QVERIFY(device.startConnecting(den));
@@ -157,7 +156,7 @@ void WaitingOperationTest::lossOfTheBusEndsTheWait()
 
 void WaitingOperationTest::lossOfTheBusEndsTheWaitForThePowerState()
 {
-    Device device;
+    WaitingDevice device;
     const QString asking = "/net/connman/technology/wifi net.connman.Technology.GetProperties()"_s;
     device.simulator.removeTechnologyProperty("wifi"_s, "Powered"_s);
     QVERIFY(device.start());
@@ -165,5 +164,5 @@ void WaitingOperationTest::lossOfTheBusEndsTheWaitForThePowerState()
     QVERIFY(endsWithStatusOneAndSaysSo(device));
 }
 
-static const Suite<WaitingOperationTest> suite;
+static const Suite<WaitingOperationTest> waitingOperationTest;
 #include "WaitingOperationTest.moc"

@@ -5,6 +5,7 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace scene;
 using namespace test_support;
 
 /// Switching Wi-Fi: by the key chord through connmanctl, and by the D-Bus operation through ConnMan.
@@ -30,8 +31,6 @@ private slots:
 };
 
 namespace {
-const QString enable = "connmanctl enable wifi"_s;
-const QString disable = "connmanctl disable wifi"_s;
 const QString resetFailed = "NetworkManager|critical|Wifi reset failed!"_s;
 
 void chord(TestDevice &device, int key)
@@ -63,7 +62,7 @@ void WifiPowerTest::chordSwitchesWifiAndSaysSo()
     QVERIFY(device.client.waitFor(signal));
     QCOMPARE(device.client.record(), QStringList(signal));
     QCOMPARE(device.commands().calls(), QStringList(command));
-    QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(sentence)));
+    QCOMPARE(spoken(device.simulator), QStringList(scene::sentence(sentence)));
 }
 
 void WifiPowerTest::chordIsSpokenBeforeWifiIsSwitched()
@@ -73,7 +72,7 @@ void WifiPowerTest::chordIsSpokenBeforeWifiIsSwitched()
     device.commands().script("connmanctl"_s, {"hold"_s});
     chord(device, keys::wifiOff);
     QVERIFY(device.commands().waitForCall(disable));
-    QVERIFY(waitUntil([&] { return scene::spoken(device.simulator) == QStringList(scene::sentence(2)); }));
+    QVERIFY(waitUntil([&] { return spoken(device.simulator) == QStringList(sentence(2)); }));
     QCOMPARE(device.client.record(), QStringList());
     device.commands().release();
     QVERIFY(device.client.waitFor("powerChanged(false)"_s));
@@ -108,7 +107,7 @@ void WifiPowerTest::keysWithoutTheirChordDoNothing()
     QVERIFY(device.client.waitFor("powerChanged(false)"_s));
     QCOMPARE(device.client.record(), QStringList("powerChanged(false)"_s));
     QCOMPARE(device.commands().calls(), QStringList(disable));
-    QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(2)));
+    QCOMPARE(spoken(device.simulator), QStringList(sentence(2)));
 }
 
 void WifiPowerTest::howConnmanctlEndsDoesNotMatter_data()
@@ -126,7 +125,7 @@ void WifiPowerTest::howConnmanctlEndsDoesNotMatter()
     device.commands().script("connmanctl"_s, script);
     chord(device, keys::wifiOff);
     QVERIFY(device.client.waitFor("powerChanged(false)"_s));
-    QCOMPARE(scene::spoken(device.simulator), QStringList(scene::sentence(2)));
+    QCOMPARE(spoken(device.simulator), QStringList(sentence(2)));
 }
 
 void WifiPowerTest::connmanctlMayTakeFiveSecondsButNotSix()
@@ -143,7 +142,7 @@ void WifiPowerTest::connmanctlMayTakeFiveSecondsButNotSix()
     QVERIFY2(clock.elapsed() > 4500, qPrintable(QString::number(clock.elapsed())));
     device.client.settle();
     QCOMPARE(device.client.record(), QStringList());
-    QCOMPARE(scene::spoken(device.simulator), (QStringList{scene::sentence(3), scene::sentence(4)}));
+    QCOMPARE(spoken(device.simulator), (QStringList{sentence(3), sentence(4)}));
 }
 
 void WifiPowerTest::missingConnmanctlIsReported()
@@ -155,30 +154,29 @@ void WifiPowerTest::missingConnmanctlIsReported()
     QVERIFY(device.log().takeProblem(resetFailed));
     device.client.settle();
     QCOMPARE(device.client.record(), QStringList());
-    QCOMPARE(scene::spoken(device.simulator), (QStringList{scene::sentence(2), scene::sentence(4)}));
+    QCOMPARE(spoken(device.simulator), (QStringList{sentence(2), sentence(4)}));
 }
 
 void WifiPowerTest::enablingScansAndJoinsThePreferredNetworkFiveSecondsLater()
 {
     TestDevice device;
-    device.daemon.sandbox().setSettings("main"_s, scene::homePreferred);
-    const QString home = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    const QString connectHome = scene::connectCall(home);
+    device.daemon.sandbox().setSettings("main"_s, homePreferred);
+    const QString openHome = device.simulator.addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
     QVERIFY(device.startWithoutRadio());
     device.simulator.clearCalls();
     chord(device, keys::wifiOn);
     QVERIFY(device.client.waitFor("powerChanged(true)"_s));
     QElapsedTimer clock;
     clock.start();
-    QVERIFY(device.simulator.waitForCall(scene::scan));
+    QVERIFY(device.simulator.waitForCall(scan));
     // A coarse timer may be five percent early.
-    QVERIFY(scene::isBetween(clock, 4600, 9000));
+    QVERIFY(isBetween(clock, 4600, 9000));
     clock.restart();
-    QVERIFY(device.simulator.waitForCall(connectHome));
+    QVERIFY(device.simulator.waitForCall(connectCall(openHome)));
     QVERIFY2(clock.elapsed() > 400, qPrintable(QString::number(clock.elapsed())));
     // Powered on by the chord, so the return to the network is announced.
-    QVERIFY(device.client.waitFor("networkConnected(\"Home\")"_s));
-    QCOMPARE(scene::spoken(device.simulator), (QStringList{scene::sentence(3), scene::sentence(7)}));
+    QVERIFY(device.client.waitFor(announcement));
+    QCOMPARE(spoken(device.simulator), (QStringList{sentence(3), sentence(7)}));
 }
 
 void WifiPowerTest::neitherWayOfSwitchingOffScans()
@@ -190,7 +188,7 @@ void WifiPowerTest::neitherWayOfSwitchingOffScans()
     QVERIFY(device.client.waitFor("powerChanged(false)"_s));
     QVERIFY(device.client.call("setWifiPower", false).toBool());
     constexpr int longerThanEitherDelay = 6000;
-    QVERIFY(!device.simulator.waitForCall(scene::scan, longerThanEitherDelay));
+    QVERIFY(!device.simulator.waitForCall(scan, longerThanEitherDelay));
 }
 
 void WifiPowerTest::powerOperationSetsThePropertyAndTells_data()
@@ -236,7 +234,7 @@ void WifiPowerTest::refusedPowerOperationTellsNothing()
     QCOMPARE(device.client.record(), QStringList("setWifiPower -> false"_s));
     // Nor is the scan of two seconds later armed.
     constexpr int longerThanTheDelay = 2700;
-    QVERIFY(!device.simulator.waitForCall(scene::scan, longerThanTheDelay));
+    QVERIFY(!device.simulator.waitForCall(scan, longerThanTheDelay));
 }
 
 void WifiPowerTest::switchingOnScansTwoSecondsLater()
@@ -247,9 +245,9 @@ void WifiPowerTest::switchingOnScansTwoSecondsLater()
     QCOMPARE(device.client.call("setWifiPower", true).toBool(), true);
     QElapsedTimer clock;
     clock.start();
-    QVERIFY(device.simulator.waitForCall(scene::scan));
-    QVERIFY(scene::isBetween(clock, 1800, 3800));
+    QVERIFY(device.simulator.waitForCall(scan));
+    QVERIFY(isBetween(clock, 1800, 3800));
 }
 
-static const Suite<WifiPowerTest> suite;
+static const Suite<WifiPowerTest> wifiPowerTest;
 #include "WifiPowerTest.moc"

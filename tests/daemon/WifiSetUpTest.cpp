@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+using namespace scene;
 using namespace test_support;
 
 /// What the daemon does to Wi-Fi each time ConnMan comes: power state, MAC address, region, power cycle.
@@ -36,9 +37,6 @@ const QString list = "iw list"_s;
 const QString down = "ip link set dev wlan0 down"_s;
 const QString setAddress = "ip link set dev wlan0 address 02:a7:c4:03:0d:a4"_s;
 const QString up = "ip link set dev wlan0 up"_s;
-const QString setSweden = "iw reg set SE"_s;
-const QString disable = "connmanctl disable wifi"_s;
-const QString enable = "connmanctl enable wifi"_s;
 const QString switchOn =
     "/net/connman/technology/wifi net.connman.Technology.SetProperty(\"Powered\", <true>)"_s;
 const QString off = "powerChanged(false)"_s;
@@ -54,7 +52,7 @@ struct Board : TestDevice
 {
     Board()
     {
-        daemon.sandbox().setSettings("region"_s, scene::regionSweden);
+        daemon.sandbox().setSettings("region"_s, regionSweden);
         simulator.setSerialNumber(100);
     }
     void switchWifiOff() { simulator.setTechnologyProperty("wifi"_s, "Powered"_s, false); }
@@ -247,9 +245,7 @@ void WifiSetUpTest::powerCycleThatFailsIsReportedTwice()
     const QString failed = "NetworkManager|critical|Wifi reset failed!"_s;
     QVERIFY(board.log().takeProblem(failed));
     QVERIFY(board.log().takeProblem(failed));
-    QVERIFY(waitUntil([&] {
-        return scene::spoken(board.simulator) == QStringList{scene::sentence(4), scene::sentence(4)};
-    }));
+    QVERIFY(waitUntil([&] { return spoken(board.simulator) == QStringList{sentence(4), sentence(4)}; }));
     QCOMPARE(board.client.record(), QStringList());
 }
 
@@ -294,5 +290,5 @@ void WifiSetUpTest::settingTheRegionPowerCyclesWifi()
     QCOMPARE(board.commands().calls(), (QStringList{"iw reg set DE"_s, disable, enable}));
 }
 
-static const Suite<WifiSetUpTest> suite;
+static const Suite<WifiSetUpTest> wifiSetUpTest;
 #include "WifiSetUpTest.moc"

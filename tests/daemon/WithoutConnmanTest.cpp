@@ -121,5 +121,5 @@ void WithoutConnmanTest::everyMethodAnswers()
     }
 }
 
-static const Suite<WithoutConnmanTest> suite;
+static const Suite<WithoutConnmanTest> withoutConnmanTest;
 #include "WithoutConnmanTest.moc"

@@ -190,5 +190,5 @@ void ExamplesTest::saysSoWhenThereIsNoDaemon()
     QVERIFY2(example.complaint().contains("com.tactora.NetworkManager"_s), qPrintable(example.complaint()));
 }
 
-static const Suite<ExamplesTest> suite;
+static const Suite<ExamplesTest> examplesTest;
 #include "ExamplesTest.moc"

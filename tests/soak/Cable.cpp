@@ -1,6 +1,7 @@
 #include "Cable.h"
 
 #include "EventWait.h"
+#include "Run.h"
 #include "TestDevice.h"
 #include "Text.h"
 
@@ -9,7 +10,6 @@
 namespace soak {
 
 namespace {
-const QString connmanName = "net.connman"_s;
 const QString servicePath = "/net/connman/service/ethernet_020000000100_cable"_s;
 } // namespace
 

@@ -19,14 +19,11 @@ namespace soak {
 
 namespace {
 
-const QString cafe = "wifi_020000000200_43616665_managed_none"_s;
 const QString bistro = "wifi_020000000200_42697374726f_managed_none"_s;
 const QString serviceInterface = "net.connman.Service"_s;
 
 /// At once, that is, on a machine that does much else.
 constexpr qint64 atOnceMs = 2000;
-/// When a daemon that does not end is given up.
-constexpr int patienceMs = 10000;
 
 bool startWithTwoNetworks(TestDevice &device)
 {

@@ -13,8 +13,6 @@ namespace soak {
 
 namespace {
 
-const QString connmanName = "net.connman"_s;
-const QString flapper = "wifi_020000000200_466c6170_managed_psk"_s;
 constexpr int longestDelayMs = 60;
 
 struct ConnmanCall

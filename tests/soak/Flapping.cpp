@@ -17,7 +17,6 @@ namespace soak {
 
 namespace {
 
-const QString flapper = "wifi_020000000200_466c6170_managed_psk"_s;
 constexpr int warmUpRounds = 30;
 /// So many different services come for each time that one of them returns.
 constexpr int strangersPerReturn = 5;

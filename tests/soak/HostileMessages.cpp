@@ -16,14 +16,8 @@ namespace soak {
 
 namespace {
 
-const QString connmanName = "net.connman"_s;
-
 /// As many calls as ConnMan's and a client's connection may well have under way.
 constexpr int mostWaiting = 32;
-/// After this there will be no answer.
-constexpr int patienceMs = 10000;
-/// The share of the messages after which the daemon has everything it will ever need.
-constexpr int warmUpShare = 4;
 
 class Siege
 {

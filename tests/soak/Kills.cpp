@@ -30,10 +30,10 @@ namespace {
 const QByteArray corp = "wifi_020000000200_436f7270_managed_ieee8021x";
 
 /// More than the daemon gets done before it is killed.
-constexpr int callsUnderWay = 100;
+constexpr int callsAtAKill = 100;
 constexpr int latestKillMs = 12;
 /// Longer than a lock that nobody holds is respected.
-constexpr int patienceMs = 60000;
+constexpr int longestStartMs = 60000;
 
 const QByteArray regionToBeginWith = "[wifi]\nregion=SE\nregionLocked=false\n";
 const QString wholeRegion = "\\A\\[wifi\\]\\nregion=(SE|NO)\\nregionLocked=(true|false)\\n\\z"_s;
@@ -116,12 +116,12 @@ public:
         if (writing.arguments == region) {
             peer.call(daemonName, lockRegion, lock(false));
         }
-        for (int call = 0; call < callsUnderWay; ++call) {
+        for (int call = 0; call < callsAtAKill; ++call) {
             peer.call(daemonName, {"/", daemonName, writing.method}, writing.arguments(call % 2 == 0));
         }
         QElapsedTimer timer;
         timer.start();
-        waitUntil([&peer] { return peer.waiting() < callsUnderWay; }, patienceMs);
+        waitUntil([&peer] { return peer.waiting() < callsAtAKill; }, longestStartMs);
         const qint64 firstAnswer = timer.elapsed();
         waitUntil([] { return false; }, m_run.below(latestKillMs)); // the power fails when it fails
         m_device.daemon.sendSignal(SIGKILL);

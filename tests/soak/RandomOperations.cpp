@@ -19,12 +19,10 @@ namespace soak {
 
 namespace {
 
-const QString cafe = "wifi_020000000200_43616665_managed_none"_s;
 constexpr int callsUnderWay = 6;
 constexpr int callsPerFailure = 25;
 /// How long no call is answered before ConnMan gives up being silent.
 constexpr int silenceMs = 500;
-constexpr int warmUpShare = 4;
 
 std::vector<QByteArray> addNetworks(SimulatorClient &simulator)
 {

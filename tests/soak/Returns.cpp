@@ -13,9 +13,8 @@ namespace soak {
 
 namespace {
 
-const QString connmanName = "net.connman"_s;
 const QString cable = "ethernet_020000000100_cable"_s;
-constexpr int warmUpShare = 10;
+constexpr int warmUpReturns = 10;
 constexpr int serviceCount = 10;
 
 class Comings
@@ -62,7 +61,7 @@ void returnsOfConnman(Run &run, const Figure &figure)
     device.startWithoutRadio();
 
     Comings comings(run, device);
-    const int warmUp = run.count() / warmUpShare;
+    const int warmUp = run.count() / warmUpReturns;
     comings.leaveAndReturn(warmUp);
     const qint64 before = settledMemoryKiB(device.daemon);
     comings.leaveAndReturn(run.count() - warmUp);

@@ -1,10 +1,20 @@
 #pragma once
 
+#include "Text.h"
 #include <QDeadlineTimer>
 #include <QRandomGenerator>
 #include <QString>
 
 namespace soak {
+
+inline const QString connmanName = "net.connman"_s;
+inline const QString cafe = "wifi_020000000200_43616665_managed_none"_s;
+/// The network that comes and goes.
+inline const QString flapper = "wifi_020000000200_466c6170_managed_psk"_s;
+/// When a daemon that does not answer, or does not end, is given up.
+constexpr int patienceMs = 10000;
+/// The share of what is done after which the daemon has everything it will ever need.
+constexpr int warmUpShare = 4;
 
 /// One figure's measurement: how much to do, with which random numbers, and what came of it. Each finding is
 /// one row of the table and printed at once.

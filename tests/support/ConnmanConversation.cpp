@@ -22,7 +22,7 @@ const QStringList repeatedAtWill{"Domains"_s, "Ethernet"_s, "Nameservers"_s, "St
 /// Longer than ConnMan keeps a change of its list to itself (100 ms), and than anything here takes.
 constexpr int silenceMs = 1500;
 
-QString textOf(const QVariant &value)
+QString bareText(const QVariant &value)
 {
     QStringList texts;
     switch (static_cast<QMetaType::Type>(value.type())) {
@@ -31,14 +31,14 @@ QString textOf(const QVariant &value)
     case QMetaType::QVariantMap: {
         const QVariantMap map = value.toMap();
         for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
-            texts << entry.key() + ": "_s + textOf(entry.value());
+            texts << entry.key() + ": "_s + bareText(entry.value());
         }
         return "{%1}"_s.arg(texts.join(", "_s));
     }
     case QMetaType::QVariantList:
     case QMetaType::QStringList:
         for (const QVariant &element : value.toList()) {
-            texts << textOf(element);
+            texts << bareText(element);
         }
         return "[%1]"_s.arg(texts.join(", "_s));
     default:
@@ -103,7 +103,7 @@ QString ConnmanConversation::ask(const QString &path, const QString &interface, 
     }
     QStringList values;
     for (const QVariant &value : reply.arguments()) {
-        values << textOf(plain(value));
+        values << bareText(plain(value));
     }
     return values.join(", "_s);
 }
@@ -131,7 +131,7 @@ void ConnmanConversation::hear(const QDBusMessage &signal)
     if (signal.member() != "PropertyChanged"_s) {
         keep(signal.member());
     } else if (!repeatedAtWill.contains(property)) {
-        keep("%1 %2 %3"_s.arg(nameOf(signal.path()), property, textOf(plain(arguments.value(1)))));
+        keep("%1 %2 %3"_s.arg(nameOf(signal.path()), property, bareText(plain(arguments.value(1)))));
     }
 }
 

@@ -7,6 +7,9 @@
 #include "Surroundings.h"
 #include "Text.h"
 
+/// The sentence with the address of the cable.
+constexpr int ethernetAddressSentence = 0;
+
 /// A daemon on a device without WLAN, with a wired link, ConnMan and a speech service around it.
 struct Scene
 {

@@ -142,5 +142,5 @@ void AgentFuzzTest::everyReportedErrorIsKept()
     }
 }
 
-static const Suite<AgentFuzzTest> suite;
+static const Suite<AgentFuzzTest> agentFuzzTest;
 #include "AgentFuzzTest.moc"

@@ -141,5 +141,5 @@ void AgentIntrospectionTest::pathThatIsTakenIsOneCriticalLine()
     QCOMPARE(secondAdaptor.path().path(), "/agent"_s);
 }
 
-static const Suite<AgentIntrospectionTest> suite;
+static const Suite<AgentIntrospectionTest> agentIntrospectionTest;
 #include "AgentIntrospectionTest.moc"

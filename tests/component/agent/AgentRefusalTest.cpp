@@ -1,4 +1,5 @@
 #include "AgentFixture.h"
+#include "RandomRequest.h"
 #include "RequestScene.h"
 #include "Suite.h"
 #include "Text.h"
@@ -6,9 +7,6 @@
 #include <QDBusMetaType>
 #include <QMap>
 #include <QTest>
-
-using TextMap = QMap<QString, QString>;
-Q_DECLARE_METATYPE(TextMap)
 
 namespace {
 
@@ -211,5 +209,5 @@ void AgentRefusalTest::requestAfterARefusalIsAnswered()
     QCOMPARE(answer(requestInput(field("Passphrase", ofType("psk")))), field("Passphrase", secondValue));
 }
 
-static const Suite<AgentRefusalTest> suite;
+static const Suite<AgentRefusalTest> agentRefusalTest;
 #include "AgentRefusalTest.moc"

@@ -112,5 +112,5 @@ void AgentRequestInputTest::emptyCredentialsAreAnswered()
     QCOMPARE(answer(requestInput(field("Name", ofType("string")))), fields("Name", ""_s, "Passphrase", ""_s));
 }
 
-static const Suite<AgentRequestInputTest> suite;
+static const Suite<AgentRequestInputTest> agentRequestInputTest;
 #include "AgentRequestInputTest.moc"

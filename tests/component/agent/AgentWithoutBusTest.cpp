@@ -26,5 +26,5 @@ void AgentWithoutBusTest::missingSystemBusIsOneCriticalLine()
     QCOMPARE(adaptor.path().path(), "/agent"_s);
 }
 
-static const Suite<AgentWithoutBusTest> suite;
+static const Suite<AgentWithoutBusTest> agentWithoutBusTest;
 #include "AgentWithoutBusTest.moc"

@@ -254,5 +254,5 @@ void ConnmanAgentTest::requestInputDoesNothingWhenNotCalledOverDBus()
     QVERIFY(log().messages().isEmpty());
 }
 
-static const Suite<ConnmanAgentTest> suite;
+static const Suite<ConnmanAgentTest> connmanAgentTest;
 #include "ConnmanAgentTest.moc"

@@ -34,7 +34,6 @@ const QDBusArgument &operator>>(const QDBusArgument &argument, Pair &pair)
     return argument;
 }
 
-using TextMap = QMap<QString, QString>;
 using NumberedMap = QMap<int, QDBusVariant>;
 using Maps = QList<QVariantMap>;
 using Pairs = QList<Pair>;
@@ -48,7 +47,6 @@ const std::array<const char *, 7> words = {"psk",  "string",    "passphrase", "w
 
 Q_DECLARE_METATYPE(Pair)
 Q_DECLARE_METATYPE(Pairs)
-Q_DECLARE_METATYPE(TextMap)
 Q_DECLARE_METATYPE(NumberedMap)
 Q_DECLARE_METATYPE(Maps)
 

@@ -1,7 +1,13 @@
 #pragma once
 
+#include <QMap>
+#include <QMetaType>
 #include <QRandomGenerator>
 #include <QVariantMap>
+
+/// A dictionary that is none of ours: its values are no variants.
+using TextMap = QMap<QString, QString>;
+Q_DECLARE_METATYPE(TextMap)
 
 /// Dictionaries as any peer could send them: nested, with every D-Bus type, and often enough with the names
 /// and types that the agent looks for.

@@ -13,7 +13,6 @@ using namespace test_support;
 
 namespace {
 
-const QString kitchen = "wifi_020000000200_4b69746368656e_managed_psk"_s;
 const QString library = "wifi_020000000200_4c696272617279_managed_none"_s;
 const QString otherKitchen = "wifi_020000000200_4b69746368656e_managed_none"_s;
 
@@ -249,5 +248,5 @@ void ClientCommandsTest::withoutTheCredentialNothingIsRegistered()
     QCOMPARE(m_daemon->calls(), QStringList());
 }
 
-static const Suite<ClientCommandsTest> suite;
+static const Suite<ClientCommandsTest> clientCommandsTest;
 #include "ClientCommandsTest.moc"

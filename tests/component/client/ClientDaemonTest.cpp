@@ -101,5 +101,5 @@ void ClientDaemonTest::connectIsCancelledWithCtrlC()
     }
 }
 
-static const Suite<ClientDaemonTest> suite;
+static const Suite<ClientDaemonTest> clientDaemonTest;
 #include "ClientDaemonTest.moc"

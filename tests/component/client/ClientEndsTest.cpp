@@ -9,10 +9,6 @@
 
 using namespace test_support;
 
-namespace {
-const QString kitchen = "wifi_020000000200_4b69746368656e_managed_psk"_s;
-}
-
 class ClientEndsTest : public QObject
 {
     Q_OBJECT
@@ -200,5 +196,5 @@ void ClientEndsTest::credentialsOfAScriptAreItsNextLines()
     QCOMPARE(m_daemon->calls(), (QStringList{"registerWifi a, sweet potato"_s, "forgetWifi a"_s}));
 }
 
-static const Suite<ClientEndsTest> suite;
+static const Suite<ClientEndsTest> clientEndsTest;
 #include "ClientEndsTest.moc"

@@ -70,5 +70,5 @@ void ClientManPageTest::nothingElseIsExplained()
     QCOMPARE(m_entries.size(), m_help.size());
 }
 
-static const Suite<ClientManPageTest> suite;
+static const Suite<ClientManPageTest> clientManPageTest;
 #include "ClientManPageTest.moc"

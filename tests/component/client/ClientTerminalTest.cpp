@@ -18,7 +18,6 @@ const QString prompt = "network> "_s;
 const QString controlC = "\x03"_s;
 const QString controlD = "\x04"_s;
 const QString arrowUp = "\x1b[A"_s;
-const QString kitchen = "wifi_020000000200_4b_managed_psk"_s;
 
 } // namespace
 
@@ -263,5 +262,5 @@ void ClientTerminalTest::shellCompletes()
     QVERIFY(shell.waitFor("network-managerctl "_s + completed));
 }
 
-static const Suite<ClientTerminalTest> suite;
+static const Suite<ClientTerminalTest> clientTerminalTest;
 #include "ClientTerminalTest.moc"

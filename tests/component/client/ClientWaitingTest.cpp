@@ -247,5 +247,5 @@ void ClientWaitingTest::listGoesOnWithWhatHappens()
     QCOMPARE(client.waitForExit(), 0);
 }
 
-static const Suite<ClientWaitingTest> suite;
+static const Suite<ClientWaitingTest> clientWaitingTest;
 #include "ClientWaitingTest.moc"

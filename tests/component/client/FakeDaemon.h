@@ -1,11 +1,15 @@
 #pragma once
 
+#include "Text.h"
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
 #include <QMap>
 #include <QStringList>
 #include <QVariant>
+
+/// A network that the daemon may list.
+inline const QString kitchen = "wifi_020000000200_4b69746368656e_managed_psk"_s;
 
 /// Stands on the bus where the daemon would be: notes every call and answers as it was told.
 class FakeDaemon : public QDBusVirtualObject

@@ -183,5 +183,5 @@ void ConsoleProgramsTest::versionIsTold()
     QVERIFY(script.output().startsWith("device-console "_s));
 }
 
-static const Suite<ConsoleProgramsTest> suite;
+static const Suite<ConsoleProgramsTest> consoleProgramsTest;
 #include "ConsoleProgramsTest.moc"

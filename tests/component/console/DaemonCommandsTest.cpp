@@ -175,15 +175,15 @@ void DaemonCommandsTest::replyIsShown()
 
 void DaemonCommandsTest::networksAreNumbered()
 {
-    const QVariantMap kitchen{{text("Name"), text("Kitchen")},
-                              {text("Type"), text("wifi")},
-                              {text("State"), text("online")},
-                              {text("Security"), QStringList{text("psk")}},
-                              {text("Strength"), QVariant::fromValue<uchar>(60)},
-                              {text("Favorite"), true}};
+    const QVariantMap wireless{{text("Name"), text("Kitchen")},
+                               {text("Type"), text("wifi")},
+                               {text("State"), text("online")},
+                               {text("Security"), QStringList{text("psk")}},
+                               {text("Strength"), QVariant::fromValue<uchar>(60)},
+                               {text("Favorite"), true}};
     const QVariantMap wired{
         {text("Name"), text("Wired")}, {text("Type"), text("ethernet")}, {text("State"), text("ready")}};
-    m_daemon->setAnswer(QVariantMap{{text("wifi_a"), kitchen}, {text("ethernet_b"), wired}});
+    m_daemon->setAnswer(QVariantMap{{text("wifi_a"), wireless}, {text("ethernet_b"), wired}});
     QVERIFY(type("list"));
     QTRY_COMPARE(m_feed->events(),
                  (QStringList{text("reply: 1. Kitchen, online, signal 60, passphrase, known, wifi_a"),
@@ -214,5 +214,5 @@ void DaemonCommandsTest::absentDaemonIsNamed()
                  QStringList{text("reply: getWifiPower failed: The network daemon is not running.")});
 }
 
-static const Suite<DaemonCommandsTest> suite;
+static const Suite<DaemonCommandsTest> daemonCommandsTest;
 #include "DaemonCommandsTest.moc"

@@ -83,5 +83,5 @@ void SimulatedSceneryTest::commandsChangeTheNetworks()
     QCOMPARE(services(), networks);
 }
 
-static const Suite<SimulatedSceneryTest> suite;
+static const Suite<SimulatedSceneryTest> simulatedSceneryTest;
 #include "SimulatedSceneryTest.moc"

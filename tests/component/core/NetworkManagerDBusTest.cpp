@@ -58,7 +58,7 @@ void NetworkManagerDBusTest::adaptorBelongsToItsNetworkManager()
 }
 
 // The object is built without settings of the machine it runs on.
-static const Suite<NetworkManagerDBusTest> suite;
+static const Suite<NetworkManagerDBusTest> networkManagerDBusTest;
 
 int main(int argc, char **argv)
 {

@@ -171,7 +171,7 @@ void NetworkManagerTest::interfaceStateIsAKnownType()
 }
 
 // The object is built without a bus and without settings of the machine it runs on.
-static const Suite<NetworkManagerTest> suite;
+static const Suite<NetworkManagerTest> networkManagerTest;
 
 int main(int argc, char **argv)
 {

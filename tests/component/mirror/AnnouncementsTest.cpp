@@ -16,12 +16,9 @@
 
 using namespace test_support;
 using namespace std::chrono_literals;
-using State = ConnmanService::State;
 
 namespace {
 
-const QLatin1String Service("wifi_020000000000_61_managed_psk");
-const QLatin1String Other("wifi_020000000000_62_managed_none");
 const QString ConnmanName = "net.connman"_s;
 constexpr auto Limit = 200ms;
 /// For what must not last: longer than any limit here, and much shorter than this.
@@ -71,7 +68,7 @@ private slots:
 void AnnouncementsTest::queuedAnnouncementIsDeliveredOnDemand()
 {
     const auto manager = filledManager(*this);
-    const QDBusObjectPath path = connman().addService(Service);
+    const QDBusObjectPath path = connman().addService(A);
     emitServicesChanged({path.path()}, {});
     receive();
     QVERIFY(manager->services().isEmpty());
@@ -81,7 +78,7 @@ void AnnouncementsTest::queuedAnnouncementIsDeliveredOnDemand()
 
 void AnnouncementsTest::firstFillIsDeliveredOnDemand()
 {
-    const QDBusObjectPath path = addService(Service);
+    const QDBusObjectPath path = addService(A);
     ConnmanManager manager(connection(), nullptr);
     QVERIFY(manager.services().isEmpty());
     manager.deliverAnnouncements();
@@ -91,7 +88,7 @@ void AnnouncementsTest::firstFillIsDeliveredOnDemand()
 void AnnouncementsTest::queuedAnnouncementIsHandledBeforeTheFirstLook()
 {
     const auto manager = filledManager(*this);
-    const QDBusObjectPath path = connman().addService(Service);
+    const QDBusObjectPath path = connman().addService(A);
     emitServicesChanged({path.path()}, {});
     receive();
     QStringList seenFirst;
@@ -124,15 +121,15 @@ void AnnouncementsTest::unrelatedAnnouncementsDoNotEndTheWait()
     emitServicesChanged({}, {});
     receive();
     connman().setTiming("announce"_s, 100);
-    connman().addService(Service);
+    connman().addService(A);
     emitServicesChanged({}, {});
     emitServicesChanged({}, {"/net/connman/service/nothing"_s});
     QElapsedTimer elapsed;
     elapsed.start();
     manager->awaitAnnouncements(QDeadlineTimer(LongLimit),
-                                [&] { return registeredPaths(*manager).contains(pathOf(Service)); });
+                                [&] { return registeredPaths(*manager).contains(pathOf(A)); });
     QVERIFY(elapsed.elapsed() < EarlyMs);
-    QVERIFY(registeredPaths(*manager).contains(pathOf(Service)));
+    QVERIFY(registeredPaths(*manager).contains(pathOf(A)));
 }
 
 void AnnouncementsTest::announcementsThatWereQueuedCountAsOneLook()
@@ -164,7 +161,7 @@ void AnnouncementsTest::withoutAnAnnouncementTheDeadlineEndsTheWait()
 void AnnouncementsTest::passedDeadlineStillDeliversWhatIsQueued()
 {
     const auto manager = filledManager(*this);
-    const QDBusObjectPath path = connman().addService(Service);
+    const QDBusObjectPath path = connman().addService(A);
     emitServicesChanged({path.path()}, {});
     receive();
     manager->awaitAnnouncements(QDeadlineTimer(0), never);
@@ -173,7 +170,7 @@ void AnnouncementsTest::passedDeadlineStillDeliversWhatIsQueued()
 
 void AnnouncementsTest::nothingIsAskedOfConnmanWithoutAnAnnouncement()
 {
-    addService(Service);
+    addService(A);
     const auto manager = filledManager(*this);
     manager->awaitAnnouncements(QDeadlineTimer(20ms), never);
     QCOMPARE(calls(), QStringList());
@@ -194,7 +191,7 @@ void AnnouncementsTest::eventsOfOtherObjectsWaitForTheEventLoop()
 
 void AnnouncementsTest::propertyChangesOfServicesWaitForTheEventLoop()
 {
-    addService(Service, {{"Name"_s, "Home"_s}});
+    addService(A, {{"Name"_s, "Home"_s}});
     const auto manager = filledManager(*this);
     const auto service = manager->services().constFirst();
     emitPropertyChanged(service->path(), "Name"_s, "Renamed"_s);
@@ -215,19 +212,19 @@ void AnnouncementsTest::timersWaitForTheEventLoop()
 
 void AnnouncementsTest::servicesOfAConnmanThatHasGoneAreForgotten()
 {
-    addService(Service, {{"State"_s, "ready"_s}});
+    addService(A, {{"State"_s, "ready"_s}});
     ManagerScene filled(*this);
     QCOMPARE(filled.interfaceLines(), {interfaceIs("wlan0"_s, State::Ready)});
     filled.forget();
     connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
     QCOMPARE(filled.announcements.lines(), {interfaceIs("wlan0"_s, State::Unknown)});
-    QCOMPARE(debugLines("ConnmanManager.services"_s), {"Removing service \"%1\""_s.arg(pathOf(Service))});
+    QCOMPARE(debugLines("ConnmanManager.services"_s), {"Removing service \"%1\""_s.arg(pathOf(A))});
 }
 
 void AnnouncementsTest::forgettingThemAsksNothing()
 {
-    addService(Service);
+    addService(A);
     FilledManagerScene filled(*this);
     connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
@@ -237,29 +234,29 @@ void AnnouncementsTest::forgettingThemAsksNothing()
 
 void AnnouncementsTest::returnOfConnmanFillsTheRegistryByItsOwnAnnouncement()
 {
-    addService(Service);
+    addService(A);
     ManagerScene filled(*this);
     connman().setPresent(ConnmanName, false);
     QTRY_VERIFY(filled.manager.services().isEmpty());
     filled.forget();
     connman().setPresent(ConnmanName, true);
-    QTRY_COMPARE(registeredPaths(filled.manager), QStringList(pathOf(Service)));
-    QCOMPARE(calls(), QStringList(getPropertiesCall(pathOf(Service))));
+    QTRY_COMPARE(registeredPaths(filled.manager), QStringList(pathOf(A)));
+    QCOMPARE(calls(), QStringList(getPropertiesCall(pathOf(A))));
 }
 
 void AnnouncementsTest::goneAndBackAreToldInTheirOrderOnDemand()
 {
-    addService(Service);
+    addService(A);
     ManagerScene filled(*this);
     connman().setPresent(ConnmanName, false);
-    connman().removeService(Service);
+    connman().removeService(A);
     connman().setPresent(ConnmanName, true);
-    connman().addService(Other);
-    emitServicesChanged({pathOf(Other)}, {});
+    connman().addService(B);
+    emitServicesChanged({pathOf(B)}, {});
     receive();
     filled.manager.deliverAnnouncements();
-    QCOMPARE(registeredPaths(filled.manager), {pathOf(Other)});
+    QCOMPARE(registeredPaths(filled.manager), {pathOf(B)});
 }
 
-static const Suite<AnnouncementsTest> suite;
+static const Suite<AnnouncementsTest> announcementsTest;
 #include "AnnouncementsTest.moc"

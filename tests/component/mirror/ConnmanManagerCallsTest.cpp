@@ -14,9 +14,7 @@ using namespace test_support;
 namespace {
 
 const QLatin1String ManagerLog("ConnmanManager");
-const QLatin1String ServicesLog("ConnmanManager.services");
 const QLatin1String TechnologyLog("ConnmanManager.technology");
-const QLatin1String ManagerInterface("net.connman.Manager");
 const QLatin1String GetTechnologies("GetTechnologies");
 const QLatin1String RegisterAgent("RegisterAgent");
 
@@ -244,5 +242,5 @@ void ConnmanManagerCallsTest::propertyOfTheManagerIsOnlyLogged()
     QCOMPARE(complaints(), QStringList());
 }
 
-static const Suite<ConnmanManagerCallsTest> suite;
+static const Suite<ConnmanManagerCallsTest> connmanManagerCallsTest;
 #include "ConnmanManagerCallsTest.moc"

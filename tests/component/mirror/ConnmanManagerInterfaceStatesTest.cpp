@@ -9,17 +9,10 @@
 #include <QTest>
 
 using namespace test_support;
-using State = ConnmanService::State;
-
-Q_DECLARE_METATYPE(ConnmanService::State)
 
 namespace {
 
-const QLatin1String StateKey("State");
-const QLatin1String EthernetKey("Ethernet");
-const QLatin1String Wlan("wlan0");
 const QLatin1String Wire("eth0");
-const QLatin1String Service("wifi_020000000000_61_managed_psk");
 
 QString identifier(int number)
 {
@@ -126,12 +119,12 @@ void ConnmanManagerInterfaceStatesTest::serviceWithoutAKnownStateCountsAsUnknown
 void ConnmanManagerInterfaceStatesTest::changeOfOneServiceLooksAtNoOther()
 {
     addService(identifier(1), {{EthernetKey, QVariantMap()}});
-    addService(Service, onInterface(Wlan, "idle"_s));
+    addService(A, onInterface(Wlan, "idle"_s));
     ManagerScene recorded(*this);
     QVERIFY(!complaints().isEmpty());
     log().clear();
-    connman().setServiceProperty(Service, StateKey, "ready"_s, true);
-    emitServicesChanged({pathOf(Service)}, {});
+    connman().setServiceProperty(A, StateKey, "ready"_s, true);
+    emitServicesChanged({pathOf(A)}, {});
     deliver();
     QVERIFY(recorded.interfaceLines().contains(interfaceIs(Wlan, State::Ready)));
     QCOMPARE(complaints(), QStringList());
@@ -269,5 +262,5 @@ void ConnmanManagerInterfaceStatesTest::updateWithinTheReportReportsNothingTwice
     QCOMPARE(lines, expected);
 }
 
-static const Suite<ConnmanManagerInterfaceStatesTest> suite;
+static const Suite<ConnmanManagerInterfaceStatesTest> connmanManagerInterfaceStatesTest;
 #include "ConnmanManagerInterfaceStatesTest.moc"

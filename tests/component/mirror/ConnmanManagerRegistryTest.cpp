@@ -11,26 +11,10 @@
 #include <QTest>
 
 using namespace test_support;
-using State = ConnmanService::State;
 
 namespace {
 
-const QLatin1String A("wifi_020000000000_61_managed_psk");
-const QLatin1String B("wifi_020000000000_62_managed_none");
-const QLatin1String Wired("ethernet_020000000001_cable");
-const QLatin1String ServicesLog("ConnmanManager.services");
 const QLatin1String GetServicesCall("/ net.connman.Manager.GetServices()");
-
-const QVariantMap &idle()
-{
-    static const QVariantMap properties{{"State"_s, "idle"_s}};
-    return properties;
-}
-
-QString nonExistent(const QString &servicePath)
-{
-    return warning(ServicesLog, "Trying to remove non-existant service \"%1\""_s.arg(servicePath));
-}
 
 } // namespace
 
@@ -274,5 +258,5 @@ void ConnmanManagerRegistryTest::removedServiceIsReleasedThoughItsSuccessorKeeps
     QCOMPARE(registeredPaths(filled.manager), {pathOf(A)});
 }
 
-static const Suite<ConnmanManagerRegistryTest> suite;
+static const Suite<ConnmanManagerRegistryTest> connmanManagerRegistryTest;
 #include "ConnmanManagerRegistryTest.moc"

@@ -4,6 +4,7 @@
 #include "ConnmanFixture.h"
 #include "ConnmanNames.h"
 #include "ConnmanProperties.h"
+#include "MirrorNames.h"
 #include "Suite.h"
 #include "Text.h"
 
@@ -19,7 +20,6 @@ namespace {
 
 Q_LOGGING_CATEGORY(logRemoteTest, "RemoteTest", QtCriticalMsg)
 
-const QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
 const QString NoReply = "org.freedesktop.DBus.Error.NoReply"_s;
 /// Shorter than Qt's own 25 s, so that a time-out that is not obeyed fails the test by its own.
 constexpr auto Short = 200ms;
@@ -91,5 +91,5 @@ void ConnmanRemoteTest::propertiesOfAnotherTypeAreAnError()
         critical("RemoteTest"_s, "Call to GetProperties failed: \"Unexpected reply"_s)));
 }
 
-static const Suite<ConnmanRemoteTest> suite;
+static const Suite<ConnmanRemoteTest> connmanRemoteTest;
 #include "ConnmanRemoteTest.moc"

@@ -2,6 +2,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanService.h"
+#include "MirrorNames.h"
 #include "OwnMethods.h"
 #include "Suite.h"
 #include "Text.h"
@@ -13,10 +14,7 @@ using namespace test_support;
 
 namespace {
 
-const QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
-const QLatin1String PropertiesLog("ConnmanService.properties");
 const QLatin1String Name("Name");
-const QLatin1String State("State");
 const QLatin1String Strength("Strength");
 const QLatin1String Idle("idle");
 
@@ -138,9 +136,9 @@ void ConnmanServiceCacheTest::updateDropsPropertiesThatAreNoLongerReported()
     ConnmanService service(connection(), path, nullptr);
     service.dbusUpdateProperties();
     QVERIFY(service.properties().contains("Extra"_s));
-    const Fault fault = answerGetProperties({{State, Idle}});
+    const Fault fault = answerGetProperties({{StateKey, Idle}});
     service.dbusUpdateProperties();
-    const QVariantMap expected{{State, Idle}};
+    const QVariantMap expected{{StateKey, Idle}};
     QCOMPARE(service.properties(), expected);
 }
 
@@ -292,5 +290,5 @@ void ConnmanServiceCacheTest::updatedIpv6ConfigurationIsReadFromConnman()
     QCOMPARE(calls(), {getPropertiesCall(path.path())});
 }
 
-static const Suite<ConnmanServiceCacheTest> suite;
+static const Suite<ConnmanServiceCacheTest> connmanServiceCacheTest;
 #include "ConnmanServiceCacheTest.moc"

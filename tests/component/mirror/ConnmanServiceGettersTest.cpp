@@ -43,7 +43,7 @@ const Getter ipv6{"IPv6.Configuration",
                   [](const ConnmanService &of) { return QVariant(of.getIpv6Configuration()); },
                   QVariantMap()};
 
-QVariantMap ethernet(const QVariant &interfaceName)
+QVariantMap onEthernet(const QVariant &interfaceName)
 {
     return {{"Ethernet"_s, QVariantMap{{"Interface"_s, interfaceName}}}};
 }
@@ -120,8 +120,8 @@ void ConnmanServiceGettersTest::valueIsConverted_data()
     row("empty name", name, QString(), QString());
     row("name, a number", name, 7, "7"_s);
     row("type", type, "wifi"_s, "wifi"_s);
-    QTest::newRow("interface") << interface << ethernet("wlan0"_s) << QVariant("wlan0"_s);
-    QTest::newRow("empty interface") << interface << ethernet(QString()) << QVariant(QString());
+    QTest::newRow("interface") << interface << onEthernet("wlan0"_s) << QVariant("wlan0"_s);
+    QTest::newRow("empty interface") << interface << onEthernet(QString()) << QVariant(QString());
 }
 
 void ConnmanServiceGettersTest::valueIsConverted()
@@ -235,10 +235,10 @@ void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty_data()
 void ConnmanServiceGettersTest::interfaceEntryOfNoUseIsOneLineAndEmpty()
 {
     QFETCH(QVariant, value);
-    fill(ethernet(value));
+    fill(onEthernet(value));
     QCOMPARE(service().interface(), QString());
     QCOMPARE(complaints(), {subProperty("Invalid type of"_s)});
 }
 
-static const Suite<ConnmanServiceGettersTest> suite;
+static const Suite<ConnmanServiceGettersTest> connmanServiceGettersTest;
 #include "ConnmanServiceGettersTest.moc"

@@ -10,8 +10,6 @@ using namespace test_support;
 
 namespace {
 
-const QLatin1String Ipv4("IPv4");
-
 } // namespace
 
 class ConnmanServiceStateTest : public ConnmanFixture
@@ -184,5 +182,5 @@ void ConnmanServiceStateTest::stateChangeIsLoggedOnceBeforeItIsAnnounced()
     QCOMPARE(debugLines(PropertiesLog), expected);
 }
 
-static const Suite<ConnmanServiceStateTest> suite;
+static const Suite<ConnmanServiceStateTest> connmanServiceStateTest;
 #include "ConnmanServiceStateTest.moc"

@@ -20,11 +20,8 @@
 #include <vector>
 
 using namespace test_support;
-using State = ConnmanService::State;
 
 namespace {
-
-const QLatin1String StateKey("State");
 
 /// More than the bus allows a connection to have match rules.
 constexpr int MoreThanTheBusAllows = 600;
@@ -161,5 +158,5 @@ void CrowdTest::returnsOfOneServiceAreReadOncePerChange()
     QTRY_COMPARE_WITH_TIMEOUT(readsOfAChange(*this, path), 1, 60000);
 }
 
-static const Suite<CrowdTest> suite;
+static const Suite<CrowdTest> crowdTest;
 #include "CrowdTest.moc"

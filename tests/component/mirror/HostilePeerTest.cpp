@@ -12,21 +12,12 @@
 #include <QTest>
 
 using namespace test_support;
-using State = ConnmanService::State;
 
 namespace {
 
-const QLatin1String Service("wifi_020000000000_61_managed_psk");
-const QLatin1String ManagerInterface("net.connman.Manager");
 const QLatin1String ServiceInterface("net.connman.Service");
 const QLatin1String GetProperties("GetProperties");
 const QLatin1String PropertyChanged("PropertyChanged");
-const QLatin1String ManagerPath("/");
-
-QString path()
-{
-    return ConnmanFixture::pathOf(Service);
-}
 
 /// Replies that are no list of records, with the signature Qt complains about.
 void addReplyRows()
@@ -97,8 +88,8 @@ void HostilePeerTest::propertiesThatAreNoDictionaryAreOneLineAndTheOldCache()
 {
     QFETCH(QVariantList, arguments);
     QFETCH(QString, received);
-    addService(Service);
-    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
+    addService(A);
+    ConnmanService service(connection(), QDBusObjectPath(pathOf(A)), nullptr);
     service.serviceChanged();
     const QVariantMap before = service.properties();
     const Fault fault = connman().injectFault(ServiceInterface, GetProperties, FaultKind::reply(arguments));
@@ -118,7 +109,7 @@ void HostilePeerTest::servicesThatAreNoListAreOneLine()
 {
     QFETCH(QVariantList, arguments);
     QFETCH(QString, received);
-    addService(Service);
+    addService(A);
     ConnmanManager manager(connection(), nullptr);
     const Fault fault = connman().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply(arguments));
     QVERIFY(!manager.updateServices());
@@ -127,7 +118,7 @@ void HostilePeerTest::servicesThatAreNoListAreOneLine()
     QVERIFY(complaints().constFirst().startsWith(
         unexpectedSignature("ConnmanManager.services"_s, "GetServices"_s, received)));
     QVERIFY(manager.updateServices());
-    QCOMPARE(registeredPaths(manager), {path()});
+    QCOMPARE(registeredPaths(manager), {pathOf(A)});
 }
 
 void HostilePeerTest::technologiesThatAreNoListAreOneLine_data()
@@ -168,16 +159,16 @@ void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard()
     QFETCH(QVariantList, arguments);
     const ConnmanManager manager(connection(), nullptr);
     const ConnmanTechnology wifi(connection(), "wifi"_s, nullptr);
-    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
+    ConnmanService service(connection(), QDBusObjectPath(pathOf(A)), nullptr);
     log().clear();
-    connman().emitSignal(path(), ServiceInterface, PropertyChanged, arguments);
+    connman().emitSignal(pathOf(A), ServiceInterface, PropertyChanged, arguments);
     connman().emitSignal("/net/connman/technology/wifi"_s, "net.connman.Technology"_s, PropertyChanged,
                          arguments);
     connman().emitSignal(ManagerPath, ManagerInterface, PropertyChanged, arguments);
     deliver();
     QVERIFY(service.properties().isEmpty());
     QVERIFY(!log().contains(PropertyChanged));
-    emitPropertyChanged(path(), "Strength"_s, QVariant::fromValue(uchar(61)));
+    emitPropertyChanged(pathOf(A), "Strength"_s, QVariant::fromValue(uchar(61)));
     deliver();
     QCOMPARE(service.strength(), 61);
 }
@@ -185,14 +176,14 @@ void HostilePeerTest::propertyChangeOfAnotherShapeIsNotHeard()
 void HostilePeerTest::announcementOfAnotherShapeIsNotHeard_data()
 {
     QTest::addColumn<QVariantList>("arguments");
-    const QVariant records = QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(path()), {}}});
+    const QVariant records = QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(pathOf(A)), {}}});
     const QVariant paths =
         QVariant::fromValue(QList<QDBusObjectPath>{QDBusObjectPath("/net/connman/service/b"_s)});
     QTest::newRow("none") << QVariantList();
     QTest::newRow("only the changed") << QVariantList{records};
     QTest::newRow("only the removed") << QVariantList{paths};
     QTest::newRow("swapped") << QVariantList{paths, records};
-    QTest::newRow("removed as texts") << QVariantList{records, QStringList{path()}};
+    QTest::newRow("removed as texts") << QVariantList{records, QStringList{pathOf(A)}};
     QTest::newRow("changed as paths") << QVariantList{paths, paths};
     QTest::newRow("changed as a dictionary") << QVariantList{QVariantMap{{"a"_s, 1}}, paths};
     QTest::newRow("one more") << QVariantList{records, paths, 1};
@@ -206,19 +197,19 @@ void HostilePeerTest::announcementOfAnotherShapeIsNotHeard()
     deliver();
     QVERIFY(recorded.manager.services().isEmpty());
     QCOMPARE(complaints(), QStringList());
-    emitServicesChanged({path()}, {});
+    emitServicesChanged({pathOf(A)}, {});
     deliver();
-    QCOMPARE(registeredPaths(recorded.manager), {path()});
+    QCOMPARE(registeredPaths(recorded.manager), {pathOf(A)});
 }
 
 void HostilePeerTest::signalsOfOthersThanConnmanAreNotHeard()
 {
-    addService(Service);
+    addService(A);
     const ManagerScene recorded(*this);
     connman().clearCalls();
-    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
+    ConnmanService service(connection(), QDBusObjectPath(pathOf(A)), nullptr);
     QDBusConnection stranger = QDBusConnection::connectToBus(busAddress(), "stranger"_s);
-    QDBusMessage signal = QDBusMessage::createSignal(path(), ServiceInterface, PropertyChanged);
+    QDBusMessage signal = QDBusMessage::createSignal(pathOf(A), ServiceInterface, PropertyChanged);
     signal << "State"_s << QVariant::fromValue(QDBusVariant("online"_s));
     QVERIFY(stranger.send(signal));
     // A round trip to the bus, so that it has passed the signal on before ConnMan's next message.
@@ -239,5 +230,5 @@ void HostilePeerTest::agentRegistrationAnsweredWithAValueSucceeds()
     QCOMPARE(complaints(), QStringList());
 }
 
-static const Suite<HostilePeerTest> suite;
+static const Suite<HostilePeerTest> hostilePeerTest;
 #include "HostilePeerTest.moc"

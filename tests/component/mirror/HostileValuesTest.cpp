@@ -11,18 +11,8 @@
 #include <QTest>
 
 using namespace test_support;
-using State = ConnmanService::State;
 
 namespace {
-
-const QLatin1String Service("wifi_020000000000_61_managed_psk");
-const QLatin1String ManagerInterface("net.connman.Manager");
-const QLatin1String ManagerPath("/");
-
-QString path()
-{
-    return ConnmanFixture::pathOf(Service);
-}
 
 /// Values of every shape there is, right ones included: each is wrong somewhere.
 QVector<OddValue> anyValues()
@@ -105,7 +95,7 @@ void HostileValuesTest::serviceWithAnyValuesEverywhereIsMirrored_data()
 void HostileValuesTest::serviceWithAnyValuesEverywhereIsMirrored()
 {
     QFETCH(QVariant, value);
-    addService(Service);
+    addService(A);
     QVariantMap properties;
     for (const QString &key : serviceKeys()) {
         properties.insert(key, value);
@@ -115,7 +105,7 @@ void HostileValuesTest::serviceWithAnyValuesEverywhereIsMirrored()
         const Fault fault = answerGetProperties(properties);
         QVERIFY(manager.updateServices());
     }
-    QCOMPARE(registeredPaths(manager), {path()});
+    QCOMPARE(registeredPaths(manager), {pathOf(A)});
     const auto service = manager.services().constFirst();
     QCOMPARE(service->properties().keys(), properties.keys());
     QCOMPARE(service->state(), State::Unknown);
@@ -134,13 +124,13 @@ void HostileValuesTest::anyValueInAPropertyChangeIsSurvived_data()
 void HostileValuesTest::anyValueInAPropertyChangeIsSurvived()
 {
     QFETCH(QVariant, value);
-    addService(Service);
-    ConnmanService service(connection(), QDBusObjectPath(path()), nullptr);
+    addService(A);
+    ConnmanService service(connection(), QDBusObjectPath(pathOf(A)), nullptr);
     service.serviceChanged();
     for (const QString &key : serviceKeys()) {
-        emitPropertyChanged(path(), key, value);
+        emitPropertyChanged(pathOf(A), key, value);
     }
-    emitPropertyChanged(path(), QString(), value);
+    emitPropertyChanged(pathOf(A), QString(), value);
     deliver();
     QVERIFY(service.properties().contains(QString()));
     readEverything(service);
@@ -171,23 +161,23 @@ void HostileValuesTest::recordsWithAnyValuesAreRegistered_data()
 void HostileValuesTest::recordsWithAnyValuesAreRegistered()
 {
     QFETCH(QVariant, value);
-    addService(Service);
+    addService(A);
     const QVariantMap properties{{"State"_s, value}, {QString(), value}};
     const QVariant records =
-        QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(path()), properties}});
+        QVariant::fromValue(ConnmanServiceInfoList{{QDBusObjectPath(pathOf(A)), properties}});
     ConnmanManager manager(connection(), nullptr);
     const Fault fault = connman().injectFault(ManagerInterface, "GetServices"_s, FaultKind::reply({records}));
     QVERIFY(manager.updateServices());
     const Fault technologies =
         connman().injectFault(ManagerInterface, "GetTechnologies"_s, FaultKind::reply({records}));
-    QVERIFY(manager.hasTechnology(Service));
+    QVERIFY(manager.hasTechnology(A));
     connman().emitSignal(ManagerPath, ManagerInterface, "ServicesChanged"_s,
                          {records, QVariant::fromValue(QList<QDBusObjectPath>())});
     deliver();
-    QCOMPARE(registeredPaths(manager), {path()});
+    QCOMPARE(registeredPaths(manager), {pathOf(A)});
     QCOMPARE(manager.services().constFirst()->state(), State::Idle);
     QCOMPARE(complaints(), QStringList());
 }
 
-static const Suite<HostileValuesTest> suite;
+static const Suite<HostileValuesTest> hostileValuesTest;
 #include "HostileValuesTest.moc"

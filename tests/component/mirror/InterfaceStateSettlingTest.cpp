@@ -11,14 +11,8 @@
 #include <QTimer>
 
 using namespace test_support;
-using State = ConnmanService::State;
 
 namespace {
-
-const QLatin1String StateKey("State");
-const QLatin1String EthernetKey("Ethernet");
-const QLatin1String Wlan("wlan0");
-const QLatin1String Service("wifi_020000000000_61_managed_psk");
 
 /// How much later than after the two seconds in which a state settles its report may come on a busy machine.
 constexpr int LatestMs = 8000;
@@ -28,8 +22,8 @@ constexpr int TooLateMs = 3000;
 /// ConnMan moves the service to another state and tells so, and nothing else.
 void moveTo(ConnmanFixture &fixture, const QString &stateWord)
 {
-    fixture.connman().setServiceProperty(Service, StateKey, stateWord, true);
-    fixture.emitPropertyChanged(ConnmanFixture::pathOf(Service), StateKey, stateWord);
+    fixture.connman().setServiceProperty(A, StateKey, stateWord, true);
+    fixture.emitPropertyChanged(ConnmanFixture::pathOf(A), StateKey, stateWord);
     fixture.deliver();
 }
 
@@ -38,10 +32,10 @@ void moveTo(ConnmanFixture &fixture, const QString &stateWord)
 /// The service changes its interface while its first state settles, which shows when that is over.
 std::unique_ptr<ManagerScene> settledManager(ConnmanFixture &fixture, const QString &stateWord)
 {
-    const QString path = fixture.addService(Service, onInterface("early0"_s, stateWord)).path();
+    const QString path = fixture.addService(A, onInterface("early0"_s, stateWord)).path();
     auto recorded = std::make_unique<ManagerScene>(fixture);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
-    fixture.connman().setServiceProperty(Service, EthernetKey, ethernet(Wlan), true);
+    fixture.connman().setServiceProperty(A, EthernetKey, ethernet(Wlan), true);
     fixture.emitPropertyChanged(path, EthernetKey, ethernet(Wlan));
     if (!reports.wait(LatestMs)) {
         qCritical() << "The first state has not settled";
@@ -80,7 +74,7 @@ void InterfaceStateSettlingTest::changeToOnlineIsReportedTwoSecondsLater()
     QTRY_VERIFY_WITH_TIMEOUT(late >= 0, LatestMs);
     QCOMPARE(early, 0);
     QCOMPARE(late, 1);
-    const QStringList expected{stateOf(Service, State::Online), interfaceIs(Wlan, State::Online)};
+    const QStringList expected{stateOf(A, State::Online), interfaceIs(Wlan, State::Online)};
     QCOMPARE(recorded->announcements.lines(), expected);
 }
 
@@ -89,7 +83,7 @@ void InterfaceStateSettlingTest::changeIsToldAtOnceAndReportedWhenSettled()
     const auto recorded = settledManager(*this, "idle"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     moveTo(*this, "association"_s);
-    QCOMPARE(recorded->announcements.lines(), {stateOf(Service, State::Association)});
+    QCOMPARE(recorded->announcements.lines(), {stateOf(A, State::Association)});
     QVERIFY(reports.wait(LatestMs));
     QCOMPARE(recorded->interfaceLines(), {interfaceIs(Wlan, State::Association)});
 }
@@ -99,7 +93,7 @@ void InterfaceStateSettlingTest::leavingOnlineSchedulesNoReport()
     const auto recorded = settledManager(*this, "online"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     moveTo(*this, "ready"_s);
-    QCOMPARE(recorded->announcements.lines(), {stateOf(Service, State::Ready)});
+    QCOMPARE(recorded->announcements.lines(), {stateOf(A, State::Ready)});
     QVERIFY(!reports.wait(TooLateMs));
     // It was there to be reported all the time.
     recorded->manager.updateServices();
@@ -112,7 +106,7 @@ void InterfaceStateSettlingTest::stateThatDoesNotSettleIsNeverReported()
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     moveTo(*this, "association"_s);
     moveTo(*this, "ready"_s);
-    const QStringList expected{stateOf(Service, State::Association), stateOf(Service, State::Ready)};
+    const QStringList expected{stateOf(A, State::Association), stateOf(A, State::Ready)};
     QCOMPARE(recorded->announcements.lines(), expected);
     QVERIFY(!reports.wait(TooLateMs));
 }
@@ -134,12 +128,12 @@ void InterfaceStateSettlingTest::removedServiceThatIsHeldStillSchedulesAReport()
     const auto recorded = settledManager(*this, "ready"_s);
     QSignalSpy reports(&recorded->manager, &ConnmanManager::interfaceStateChanged);
     const std::shared_ptr<ConnmanService> held = recorded->manager.services().constFirst();
-    recorded->manager.remService(QDBusObjectPath(pathOf(Service)));
+    recorded->manager.remService(QDBusObjectPath(pathOf(A)));
     moveTo(*this, "disconnect"_s);
     QVERIFY(reports.wait(LatestMs));
-    const QStringList expected{stateOf(Service, State::Disconnect), interfaceIs(Wlan, State::Unknown)};
+    const QStringList expected{stateOf(A, State::Disconnect), interfaceIs(Wlan, State::Unknown)};
     QCOMPARE(recorded->announcements.lines(), expected);
 }
 
-static const Suite<InterfaceStateSettlingTest> suite;
+static const Suite<InterfaceStateSettlingTest> interfaceStateSettlingTest;
 #include "InterfaceStateSettlingTest.moc"

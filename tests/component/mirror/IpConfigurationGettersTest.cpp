@@ -1,6 +1,7 @@
 // The IP configuration of a ConnmanService: which of ConnMan's dictionaries counts.
 
 #include "CachedServiceFixture.h"
+#include "MirrorNames.h"
 #include "OddValues.h"
 #include "Suite.h"
 #include "Text.h"
@@ -12,7 +13,6 @@
 
 namespace {
 
-const QLatin1String Ipv4("IPv4");
 const QLatin1String Ipv4Configuration("IPv4.Configuration");
 const QLatin1String Ipv6Configuration("IPv6.Configuration");
 const QLatin1String Method("Method");
@@ -236,5 +236,5 @@ void IpConfigurationGettersTest::valueThatCannotBeHadIsEmptyAndSaysWhy()
     QTEST(complaints(), "lines");
 }
 
-static const Suite<IpConfigurationGettersTest> suite;
+static const Suite<IpConfigurationGettersTest> ipConfigurationGettersTest;
 #include "IpConfigurationGettersTest.moc"

@@ -79,6 +79,17 @@ QVariantMap onInterface(const QString &interfaceName, const QString &stateWord)
     return {{"Ethernet"_s, ethernet(interfaceName)}, {"State"_s, stateWord}};
 }
 
+QVariantMap idle()
+{
+    return {{StateKey, "idle"_s}};
+}
+
+QString nonExistent(const QString &servicePath)
+{
+    return test_support::warning(ServicesLog,
+                                 "Trying to remove non-existant service \"%1\""_s.arg(servicePath));
+}
+
 QStringList registeredPaths(const ConnmanManager &manager)
 {
     QStringList paths;

@@ -2,6 +2,7 @@
 
 #include "ConnmanFixture.h"
 #include "ConnmanManager.h"
+#include "MirrorNames.h"
 
 #include <QObject>
 #include <QStringList>
@@ -51,6 +52,11 @@ QString interfaceIs(const QString &name, ConnmanService::State state);
 /// The properties of a service on a network interface.
 QVariantMap ethernet(const QString &interfaceName);
 QVariantMap onInterface(const QString &interfaceName, const QString &stateWord);
+
+/// Those of a service that has no more than a state.
+QVariantMap idle();
+/// The line about a service that is not there to be removed.
+QString nonExistent(const QString &servicePath);
 
 /// The object paths in the manager's registry, sorted.
 QStringList registeredPaths(const ConnmanManager &manager);

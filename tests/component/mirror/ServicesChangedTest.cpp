@@ -9,25 +9,8 @@
 #include <QTest>
 
 using namespace test_support;
-using State = ConnmanService::State;
 
 namespace {
-
-const QLatin1String A("wifi_020000000000_61_managed_psk");
-const QLatin1String B("wifi_020000000000_62_managed_none");
-const QLatin1String Wired("ethernet_020000000001_cable");
-const QLatin1String ServicesLog("ConnmanManager.services");
-
-const QVariantMap &idle()
-{
-    static const QVariantMap properties{{"State"_s, "idle"_s}};
-    return properties;
-}
-
-QString nonExistent(const QString &servicePath)
-{
-    return warning(ServicesLog, "Trying to remove non-existant service \"%1\""_s.arg(servicePath));
-}
 
 } // namespace
 
@@ -161,5 +144,5 @@ void ServicesChangedTest::announcementIsHandledInOrderWithTheInterfacesLast()
     QCOMPARE(registeredPaths(recorded.manager), {pathOf(A)});
 }
 
-static const Suite<ServicesChangedTest> suite;
+static const Suite<ServicesChangedTest> servicesChangedTest;
 #include "ServicesChangedTest.moc"

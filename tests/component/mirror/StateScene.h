@@ -1,19 +1,11 @@
 #pragma once
 
 #include "ConnmanFixture.h"
-#include "ConnmanService.h"
+#include "MirrorNames.h"
 
-#include <QLatin1String>
 #include <QSignalSpy>
 
 // What the tests of a service's state have in common.
-
-using State = ConnmanService::State;
-Q_DECLARE_METATYPE(ConnmanService::State)
-
-inline const QLatin1String Identifier("wifi_020000000000_686f6d65_managed_psk");
-inline const QLatin1String PropertiesLog("ConnmanService.properties");
-inline const QLatin1String StateKey("State");
 
 /// A service whose state is followed from `word` on, and what it says of itself from then on.
 struct StateScene

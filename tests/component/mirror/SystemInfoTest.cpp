@@ -287,5 +287,5 @@ void SystemInfoTest::thereIsOneInstance()
     QCOMPARE(first->serialNumber(), 4711);
 }
 
-static const Suite<SystemInfoTest> suite;
+static const Suite<SystemInfoTest> systemInfoTest;
 #include "SystemInfoTest.moc"

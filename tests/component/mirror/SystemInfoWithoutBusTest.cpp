@@ -37,5 +37,5 @@ void SystemInfoWithoutBusTest::serialNumberIsTwoLinesAndZero()
     QCOMPARE(log.lines("default"_s, QtCriticalMsg), expected);
 }
 
-static const Suite<SystemInfoWithoutBusTest> suite;
+static const Suite<SystemInfoWithoutBusTest> systemInfoWithoutBusTest;
 #include "SystemInfoWithoutBusTest.moc"

@@ -112,5 +112,5 @@ void UnusableStateTest::vanishedServiceStillFollowsTheAnnouncedState()
     QCOMPARE(complaints(), QStringList());
 }
 
-static const Suite<UnusableStateTest> suite;
+static const Suite<UnusableStateTest> unusableStateTest;
 #include "UnusableStateTest.moc"

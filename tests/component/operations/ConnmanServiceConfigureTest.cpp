@@ -293,5 +293,5 @@ void ConnmanServiceConfigureTest::operationsReturnWhatConnmanSays()
     QVERIFY(complaints().constFirst().endsWith("failed: \"Not supported\""_s));
 }
 
-static const Suite<ConnmanServiceConfigureTest> suite;
+static const Suite<ConnmanServiceConfigureTest> connmanServiceConfigureTest;
 #include "ConnmanServiceConfigureTest.moc"

@@ -230,5 +230,5 @@ void ConnmanServiceConnectTest::connectCanBeRepeatedAfterAFailure()
     QCOMPARE(calls(), QStringList({call("Connect"), call("Connect")}));
 }
 
-static const Suite<ConnmanServiceConnectTest> suite;
+static const Suite<ConnmanServiceConnectTest> connmanServiceConnectTest;
 #include "ConnmanServiceConnectTest.moc"

@@ -266,5 +266,5 @@ void ConnmanServiceDisconnectTest::removeRefreshesTheCache()
     QVERIFY(!service().isFavorite());
 }
 
-static const Suite<ConnmanServiceDisconnectTest> suite;
+static const Suite<ConnmanServiceDisconnectTest> connmanServiceDisconnectTest;
 #include "ConnmanServiceDisconnectTest.moc"

@@ -136,5 +136,5 @@ void ConnmanServiceOperationsTest::writeToAVanishedConnmanFails()
     QCOMPARE(service().name(), "HomeNet"_s);
 }
 
-static const Suite<ConnmanServiceOperationsTest> suite;
+static const Suite<ConnmanServiceOperationsTest> connmanServiceOperationsTest;
 #include "ConnmanServiceOperationsTest.moc"

@@ -38,5 +38,5 @@ void ConnmanServiceTimeoutTest::connectIsGivenUpAfterTwoMinutesAndDisconnectsOnc
     QCOMPARE(debugLines(), QStringList("Disconnecting service due to timeout."_s));
 }
 
-static const Suite<ConnmanServiceTimeoutTest> suite;
+static const Suite<ConnmanServiceTimeoutTest> connmanServiceTimeoutTest;
 #include "ConnmanServiceTimeoutTest.moc"

@@ -11,10 +11,6 @@ using test_support::eventTimeoutMs;
 using test_support::Fault;
 using test_support::FaultKind;
 
-namespace {
-const QString powered = "Powered"_s;
-}
-
 /// Switching the technology, and scanning with it.
 class ConnmanTechnologyPowerTest : public TechnologyFixture
 {
@@ -193,5 +189,5 @@ void ConnmanTechnologyPowerTest::failedScanIsLogged()
     QCOMPARE(calls(), QStringList(call("Scan")));
 }
 
-static const Suite<ConnmanTechnologyPowerTest> suite;
+static const Suite<ConnmanTechnologyPowerTest> connmanTechnologyPowerTest;
 #include "ConnmanTechnologyPowerTest.moc"

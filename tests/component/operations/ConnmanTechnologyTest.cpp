@@ -16,10 +16,6 @@ using Getter = std::function<QVariant(ConnmanTechnology &)>;
 
 Q_DECLARE_METATYPE(Getter)
 
-namespace {
-const QString powered = "Powered"_s;
-}
-
 /// What the proxy knows of the technology.
 class ConnmanTechnologyTest : public TechnologyFixture
 {
@@ -269,5 +265,5 @@ void ConnmanTechnologyTest::otherTechnologiesChangesAreIgnored()
     QVERIFY(technology().isConnected());
 }
 
-static const Suite<ConnmanTechnologyTest> suite;
+static const Suite<ConnmanTechnologyTest> connmanTechnologyTest;
 #include "ConnmanTechnologyTest.moc"

@@ -110,5 +110,5 @@ void NestedCallsTest::propertyIsWrittenDuringConnect()
     QCOMPARE(written, 1);
 }
 
-static const Suite<NestedCallsTest> suite;
+static const Suite<NestedCallsTest> nestedCallsTest;
 #include "NestedCallsTest.moc"

@@ -175,5 +175,5 @@ void ReentrancyTest::connmanRestartingDuringConnectCanBeAskedAgain()
     QVERIFY(service(again)->connect());
 }
 
-static const Suite<ReentrancyTest> suite;
+static const Suite<ReentrancyTest> reentrancyTest;
 #include "ReentrancyTest.moc"

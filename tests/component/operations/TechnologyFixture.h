@@ -6,6 +6,8 @@
 
 #include <memory>
 
+inline const QString powered = "Powered"_s;
+
 /// Every test begins with Wi-Fi switched on, and its proxy with the cache filled.
 class TechnologyFixture : public test_support::ConnmanFixture
 {

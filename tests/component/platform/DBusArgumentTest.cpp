@@ -289,5 +289,5 @@ void DBusArgumentTest::argumentThatHoldsNothingReceivedComesBackUnchanged()
     QCOMPARE(dbusArgumentUnpack(empty).userType(), qMetaTypeId<QDBusArgument>());
 }
 
-static const Suite<DBusArgumentTest> suite;
+static const Suite<DBusArgumentTest> dBusArgumentTest;
 #include "DBusArgumentTest.moc"

@@ -100,5 +100,5 @@ void DBusServiceSurroundingsTest::busThatGoesAwayIsQuietlyBorne()
     QVERIFY(log.messages().isEmpty());
 }
 
-static const Suite<DBusServiceSurroundingsTest> suite;
+static const Suite<DBusServiceSurroundingsTest> dBusServiceSurroundingsTest;
 #include "DBusServiceSurroundingsTest.moc"

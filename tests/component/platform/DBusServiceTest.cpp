@@ -191,5 +191,5 @@ void DBusServiceTest::everyOneOfManyQuickAppearancesIsReported()
     QCOMPARE(report.lines, expected);
 }
 
-static const Suite<DBusServiceTest> suite;
+static const Suite<DBusServiceTest> dBusServiceTest;
 #include "DBusServiceTest.moc"

@@ -235,5 +235,5 @@ void KeyboardOpeningTest::openKeyboardKeepsItsDeviceWhenGivenAnother()
     QTRY_COMPARE(scene.report.lines, QStringList{"error /dev/input/event0: No such device"_s});
 }
 
-static const Suite<KeyboardOpeningTest> suite;
+static const Suite<KeyboardOpeningTest> keyboardOpeningTest;
 #include "KeyboardOpeningTest.moc"

@@ -123,5 +123,5 @@ void KeyboardTest::keysAfterAnOverrunAreReportedAsEver()
     QTRY_COMPARE(scene.report.lines, (QStringList{"down 32"_s, "down 37"_s, "up 37"_s, "up 32"_s}));
 }
 
-static const Suite<KeyboardTest> suite;
+static const Suite<KeyboardTest> keyboardTest;
 #include "KeyboardTest.moc"

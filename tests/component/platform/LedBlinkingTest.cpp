@@ -226,5 +226,5 @@ void LedBlinkingTest::steadyLightEndsTheLibrarysBlinking()
     QCOMPARE(files.content(brightness), QByteArray("127"));
 }
 
-static const Suite<LedBlinkingTest> suite;
+static const Suite<LedBlinkingTest> ledBlinkingTest;
 #include "LedBlinkingTest.moc"

@@ -206,5 +206,5 @@ void LedPresenceTest::fileThatWentAwayIsNotMadeAnew()
     QCOMPARE(log.takeCriticals().size(), 1);
 }
 
-static const Suite<LedPresenceTest> suite;
+static const Suite<LedPresenceTest> ledPresenceTest;
 #include "LedPresenceTest.moc"

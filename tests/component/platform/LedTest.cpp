@@ -139,5 +139,5 @@ void LedTest::sameCallTwiceWritesOnce()
     QCOMPARE(fake.takeWrites(), QStringList());
 }
 
-static const Suite<LedTest> suite;
+static const Suite<LedTest> ledTest;
 #include "LedTest.moc"

@@ -290,5 +290,5 @@ void SpeechTest::lostBusIsQuietlyBorne()
     QCOMPARE(m_log->takeCriticals(), QStringList());
 }
 
-static const Suite<SpeechTest> suite;
+static const Suite<SpeechTest> speechTest;
 #include "SpeechTest.moc"

@@ -148,5 +148,5 @@ void CommandTest::argumentsArePassedWithoutAShell()
     QCOMPARE(commands().calls(), QStringList("iw \"a b\" \"\" $HOME;*"_s));
 }
 
-static const Suite<CommandTest> suite;
+static const Suite<CommandTest> commandTest;
 #include "CommandTest.moc"

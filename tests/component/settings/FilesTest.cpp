@@ -207,7 +207,7 @@ void FilesTest::earlierFilesBecomeWritableByTheirOwnerOnly()
     QCOMPARE(permissions(regionFile), 0644);
 }
 
-static const Suite<FilesTest> suite;
+static const Suite<FilesTest> filesTest;
 
 int main(int argc, char **argv)
 {

@@ -106,5 +106,5 @@ void FullDiskTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
                                "Unable to write file \"/etc/hostname\" \"No space left on device\""_s)));
 }
 
-static const Suite<FullDiskTest> suite;
+static const Suite<FullDiskTest> fullDiskTest;
 #include "FullDiskTest.moc"

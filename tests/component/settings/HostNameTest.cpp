@@ -2,13 +2,12 @@
 #include "SettingsFixture.h"
 #include "Suite.h"
 #include "Text.h"
+#include "WrittenFiles.h"
 
 #include <QDir>
 #include <QFile>
 
-namespace {
-const QString hostNameFile = "/etc/hostname"_s;
-}
+using namespace written_files;
 
 class HostNameTest : public SettingsFixture
 {
@@ -141,5 +140,5 @@ void HostNameTest::hostNameThatWasSetIsRead()
     QCOMPARE(m_settings.getHostName(), "box-2"_s);
 }
 
-static const Suite<HostNameTest> suite;
+static const Suite<HostNameTest> hostNameTest;
 #include "HostNameTest.moc"

@@ -226,5 +226,5 @@ void InterfaceAddressTest::addressCommandIsFollowedThroughItsPauses()
     QCOMPARE(complaints(), QStringList(plainLine("Failed to set interface address: \"late\\n\""_s)));
 }
 
-static const Suite<InterfaceAddressTest> suite;
+static const Suite<InterfaceAddressTest> interfaceAddressTest;
 #include "InterfaceAddressTest.moc"

@@ -121,7 +121,7 @@ void PowerCutTest::whatHasBeenWrittenOutlivesAPowerCut()
     QCOMPARE(contentAfterPowerCut("hostname"_s), longName(odd).toUtf8());
 }
 
-static const Suite<PowerCutTest> suite;
+static const Suite<PowerCutTest> powerCutTest;
 
 int main(int argc, char **argv)
 {

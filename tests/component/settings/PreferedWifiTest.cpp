@@ -243,5 +243,5 @@ void PreferedWifiTest::storeThatBecameWritableIsWrittenWithoutComplaint()
     QCOMPARE(store("main"_s), QByteArray("[wifi]\nprefered=Office\n"));
 }
 
-static const Suite<PreferedWifiTest> suite;
+static const Suite<PreferedWifiTest> preferedWifiTest;
 #include "PreferedWifiTest.moc"

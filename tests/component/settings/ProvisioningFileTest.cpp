@@ -2,6 +2,7 @@
 #include "SettingsFixture.h"
 #include "Suite.h"
 #include "Text.h"
+#include "WrittenFiles.h"
 
 #include <glib.h>
 
@@ -10,10 +11,9 @@
 #include <QDir>
 #include <QFile>
 
+using namespace written_files;
+
 namespace {
-const QString directory = "/var/lib/connman"_s;
-const QString corpFile = "/var/lib/connman/corp.config"_s;
-const QString corp = "corp"_s;
 const QString corpNet = "CorpNet"_s;
 const QString peap = "peap"_s;
 const QString mschapv2 = "MSCHAPV2"_s;
@@ -54,7 +54,7 @@ void ProvisioningFileTest::fileHasFiveLinesAndNoFinalLineFeed()
 
     QCOMPARE(fileContent(corpFile),
              QByteArray("[service_peap]\nType=wifi\nName=CorpNet\nEAP=peap\nPhase2=MSCHAPV2"));
-    QCOMPARE(QDir(directory).entryList(QDir::Files), QStringList("corp.config"_s));
+    QCOMPARE(QDir(connmanDirectory).entryList(QDir::Files), QStringList("corp.config"_s));
     QCOMPARE(complaints(), QStringList());
 }
 
@@ -141,7 +141,7 @@ void ProvisioningFileTest::earlierContentIsReplaced()
 
 void ProvisioningFileTest::fileThatCannotBeOpenedIsAFailure()
 {
-    QVERIFY(QDir(directory).removeRecursively());
+    QVERIFY(QDir(connmanDirectory).removeRecursively());
 
     QVERIFY(!m_settings.createWpaConfFile(corp, corpNet, peap, mschapv2));
     QCOMPARE(complaints(),
@@ -238,10 +238,10 @@ void ProvisioningFileTest::removingLeavesOtherFilesAlone()
 
 void ProvisioningFileTest::removingThatFailsLogsNothing()
 {
-    QVERIFY(QDir(directory).mkdir("corp.config"_s));
+    QVERIFY(QDir(connmanDirectory).mkdir("corp.config"_s));
     m_settings.removeWpaConfFile(corp);
     QVERIFY(log().messages().isEmpty());
 }
 
-static const Suite<ProvisioningFileTest> suite;
+static const Suite<ProvisioningFileTest> provisioningFileTest;
 #include "ProvisioningFileTest.moc"

@@ -226,5 +226,5 @@ void RegionCommandTest::endOfTheObjectEndsTheCommand()
     QVERIFY(log().messages().isEmpty());
 }
 
-static const Suite<RegionCommandTest> suite;
+static const Suite<RegionCommandTest> regionCommandTest;
 #include "RegionCommandTest.moc"

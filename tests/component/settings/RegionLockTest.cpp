@@ -112,5 +112,5 @@ void RegionLockTest::lockAndRegionShareOneStore()
     QCOMPARE(store("main"_s), QByteArray());
 }
 
-static const Suite<RegionLockTest> suite;
+static const Suite<RegionLockTest> regionLockTest;
 #include "RegionLockTest.moc"

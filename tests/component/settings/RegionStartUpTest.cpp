@@ -195,5 +195,5 @@ void RegionStartUpTest::crashedCommandEndsTheStart()
     QCOMPARE(store(regionStore), QByteArray("[wifi]\nregion=SE\n"));
 }
 
-static const Suite<RegionStartUpTest> suite;
+static const Suite<RegionStartUpTest> regionStartUpTest;
 #include "RegionStartUpTest.moc"

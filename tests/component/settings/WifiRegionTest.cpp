@@ -243,5 +243,5 @@ void WifiRegionTest::endIsLoggedBeforeItIsTold()
     QCOMPARE(linesWhenTold, QStringList(successLine));
 }
 
-static const Suite<WifiRegionTest> suite;
+static const Suite<WifiRegionTest> wifiRegionTest;
 #include "WifiRegionTest.moc"

@@ -78,5 +78,5 @@ void WlanDetectionTest::everyQuestionRunsTheCommandAnew()
     QCOMPARE(commands().calls(), QStringList({list, list}));
 }
 
-static const Suite<WlanDetectionTest> suite;
+static const Suite<WlanDetectionTest> wlanDetectionTest;
 #include "WlanDetectionTest.moc"

@@ -13,7 +13,6 @@
 namespace simulator_test {
 
 namespace {
-const QString connman = "net.connman"_s;
 const QString serviceInterface = "net.connman.Service"_s;
 const QStringList interfaces{"net.connman.Manager"_s, "net.connman.Technology"_s, serviceInterface};
 constexpr int callTimeoutMs = 60000;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Text.h"
 #include <memory>
 #include <optional>
 #include <QDBusConnection>
@@ -8,6 +9,22 @@
 #include <QStringList>
 
 namespace simulator_test {
+
+inline const QString connman = "net.connman"_s;
+inline const QString configurationManager = "com.tactora.ConfigurationManager"_s;
+inline const QString speech = "com.tactora.Speech"_s;
+inline const QString wifi = "wifi"_s;
+inline const QString servicesChanged = "ServicesChanged"_s;
+inline const QString invalidArguments = "net.connman.Error.InvalidArguments: Invalid arguments"_s;
+
+inline const QString cableId = "ethernet_020000000100_cable"_s;
+/// "Home", with a passphrase or open.
+inline const QString pskId = "wifi_020000000200_486f6d65_managed_psk"_s;
+inline const QString openId = "wifi_020000000200_486f6d65_managed_none"_s;
+inline const QString hiddenId = "wifi_020000000200_hidden_managed_psk"_s;
+/// Services that a script adds, with no network behind them.
+inline const QString rawId = "wifi_raw_managed_psk"_s;
+inline const QString otherId = "wifi_other_managed_psk"_s;
 
 /// What came back from a call: arguments as they arrived, or an error as "<name>: <text>".
 struct Answer

@@ -9,7 +9,7 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString otherId = "wifi_020000000200_4f74686572_managed_none"_s;
+const QString neighbourId = "wifi_020000000200_4f74686572_managed_none"_s;
 } // namespace
 
 class ConnectTest : public NetworkFixture
@@ -152,9 +152,9 @@ void ConnectTest::anotherNetworkTakesItsPlace()
     addNetwork(with("security"_s, "none"_s));
     addNetwork({{"ssid"_s, "Other"_s}, {"security"_s, "none"_s}});
     QCOMPARE(connectService(openId).text(), QString());
-    QCOMPARE(connectService(otherId).text(), QString());
+    QCOMPARE(connectService(neighbourId).text(), QString());
     QCOMPARE(m_client->property(openId, "State"_s), "\"idle\""_s);
-    QVERIFY(m_client->waitForState(otherId, "online"_s));
+    QVERIFY(m_client->waitForState(neighbourId, "online"_s));
 }
 
 void ConnectTest::serviceWithoutAnyIpHasNoCarrier()
@@ -208,12 +208,12 @@ void ConnectTest::knownNetworkBackInReachIsJoinedAgain()
 
 void ConnectTest::hiddenNetworkOutOfReachIsNotListed()
 {
-    const QString hiddenId = addNetwork(with("hidden"_s, true));
-    QCOMPARE(m_simulator->services(), QStringList{hiddenId});
+    const QString identifier = addNetwork(with("hidden"_s, true));
+    QCOMPARE(m_simulator->services(), QStringList{identifier});
     m_simulator->setInReach(ssid, false);
     QCOMPARE(m_simulator->services(), QStringList());
     m_simulator->setInReach(ssid, true);
-    QCOMPARE(m_simulator->services(), QStringList{hiddenId});
+    QCOMPARE(m_simulator->services(), QStringList{identifier});
 }
 
 void ConnectTest::removedNetworkIsForgotten()
@@ -254,11 +254,11 @@ void ConnectTest::nextFavouriteFollows()
     addNetwork(with("security"_s, "none"_s));
     addNetwork({{"ssid"_s, "Other"_s}, {"security"_s, "none"_s}});
     QCOMPARE(connectService(openId).text(), QString());
-    QCOMPARE(connectService(otherId).text(), QString());
+    QCOMPARE(connectService(neighbourId).text(), QString());
     m_client->clear();
-    QCOMPARE(disconnectService(otherId).text(), QString());
+    QCOMPARE(disconnectService(neighbourId).text(), QString());
     QVERIFY(m_client->waitForState(openId, "online"_s));
 }
 
-static const Suite<ConnectTest> suite;
+static const Suite<ConnectTest> connectTest;
 #include "ConnectTest.moc"

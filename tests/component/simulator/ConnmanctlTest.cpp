@@ -12,11 +12,8 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
+const QString cafeId = "wifi_020000000200_43616665_managed_none"_s;
 const QString program = "connmanctl"_s;
-const QString homeId = "wifi_020000000200_486f6d65_managed_psk"_s;
-const QString openId = "wifi_020000000200_4f70656e_managed_none"_s;
-const QString hiddenId = "wifi_020000000200_hidden_managed_psk"_s;
-const QString cableId = "ethernet_020000000100_cable"_s;
 const QString right = "right passphrase"_s;
 
 /// connmanctl between a pipe in and a pipe out.
@@ -140,15 +137,15 @@ void ConnmanctlTest::listsServices()
     QVERIFY(m_client->waitForState(cableId, "online"_s));
     addNetwork("Home", "psk");
     QCOMPARE(run("services"),
-             "*AO Wired                %1\n    Home                 %2\n"_s.arg(cableId, homeId));
+             "*AO Wired                %1\n    Home                 %2\n"_s.arg(cableId, pskId));
 }
 
 void ConnmanctlTest::listsAService()
 {
-    addNetwork("Open", "none");
-    QCOMPARE(run({"connect"_s, openId}), "Connected %1\n"_s.arg(openId));
-    QVERIFY(m_client->waitForState(openId, "online"_s));
-    QCOMPARE(run({"services"_s, openId}),
+    addNetwork("Cafe", "none");
+    QCOMPARE(run({"connect"_s, cafeId}), "Connected %1\n"_s.arg(cafeId));
+    QVERIFY(m_client->waitForState(cafeId, "online"_s));
+    QCOMPARE(run({"services"_s, cafeId}),
              "/net/connman/service/%1\n"
              "  Type = wifi\n"
              "  Security = [ none ]\n"
@@ -157,7 +154,7 @@ void ConnmanctlTest::listsAService()
              "  Favorite = True\n"
              "  Immutable = False\n"
              "  AutoConnect = True\n"
-             "  Name = Open\n"
+             "  Name = Cafe\n"
              "  Ethernet = [ Address=02:00:00:00:02:00, Interface=wlan0, MTU=1500, Method=auto ]\n"
              "  IPv4 = [ Address=192.168.10.77, Gateway=192.168.10.1, Method=dhcp, "
              "Netmask=255.255.255.0 ]\n"
@@ -174,7 +171,7 @@ void ConnmanctlTest::listsAService()
              "  Proxy.Configuration = [  ]\n"
              "  mDNS = False\n"
              "  mDNS.Configuration = False\n"
-             "  Provider = [  ]\n"_s.arg(openId));
+             "  Provider = [  ]\n"_s.arg(cafeId));
 }
 
 void ConnmanctlTest::tellsWhatItCannotDo_data()
@@ -185,10 +182,10 @@ void ConnmanctlTest::tellsWhatItCannotDo_data()
                                    << "Error /net/connman/technology/ethernet: Not supported\n"_s;
     QTest::newRow("enable none") << "enable bluetooth"_s
                                  << "bluetooth is not available\n"_s;
-    QTest::newRow("disconnect idle") << "disconnect "_s + homeId
-                                     << "Error /net/connman/service/%1: Not connected\n"_s.arg(homeId);
+    QTest::newRow("disconnect idle") << "disconnect "_s + pskId
+                                     << "Error /net/connman/service/%1: Not connected\n"_s.arg(pskId);
     QTest::newRow("connect without an agent")
-        << "connect "_s + homeId << "Error /net/connman/service/%1: Not registered\n"_s.arg(homeId);
+        << "connect "_s + pskId << "Error /net/connman/service/%1: Not registered\n"_s.arg(pskId);
 }
 
 void ConnmanctlTest::tellsWhatItCannotDo()
@@ -201,39 +198,39 @@ void ConnmanctlTest::tellsWhatItCannotDo()
 
 void ConnmanctlTest::connectsAnOpenNetwork()
 {
-    addNetwork("Open", "none");
-    QCOMPARE(run({"connect"_s, openId}), "Connected %1\n"_s.arg(openId));
-    QCOMPARE(run({"connect"_s, openId}), "Error /net/connman/service/%1: Already connected\n"_s.arg(openId));
-    QCOMPARE(run({"disconnect"_s, openId}), "Disconnected %1\n"_s.arg(openId));
-    QCOMPARE(run("services"), "*A  Open                 %1\n"_s.arg(openId));
+    addNetwork("Cafe", "none");
+    QCOMPARE(run({"connect"_s, cafeId}), "Connected %1\n"_s.arg(cafeId));
+    QCOMPARE(run({"connect"_s, cafeId}), "Error /net/connman/service/%1: Already connected\n"_s.arg(cafeId));
+    QCOMPARE(run({"disconnect"_s, cafeId}), "Disconnected %1\n"_s.arg(cafeId));
+    QCOMPARE(run("services"), "*A  Cafe                 %1\n"_s.arg(cafeId));
 }
 
 void ConnmanctlTest::setsAStaticAddress()
 {
-    addNetwork("Open", "none");
-    run({"connect"_s, openId});
-    QCOMPARE(run({"config"_s, openId, "--ipv4"_s, "manual"_s, "10.0.0.9"_s, "255.0.0.0"_s, "10.0.0.1"_s}),
+    addNetwork("Cafe", "none");
+    run({"connect"_s, cafeId});
+    QCOMPARE(run({"config"_s, cafeId, "--ipv4"_s, "manual"_s, "10.0.0.9"_s, "255.0.0.0"_s, "10.0.0.1"_s}),
              QString());
-    QCOMPARE(m_client->property(openId, "IPv4"_s),
+    QCOMPARE(m_client->property(cafeId, "IPv4"_s),
              "{\"Address\": <\"10.0.0.9\">, \"Gateway\": <\"10.0.0.1\">, \"Method\": <\"manual\">, "
              "\"Netmask\": <\"255.0.0.0\">}"_s);
-    QCOMPARE(run({"config"_s, openId, "--ipv4"_s, "manual"_s, "nonsense"_s}),
-             "Error %1: Invalid arguments\n"_s.arg(openId));
+    QCOMPARE(run({"config"_s, cafeId, "--ipv4"_s, "manual"_s, "nonsense"_s}),
+             "Error %1: Invalid arguments\n"_s.arg(cafeId));
 }
 
 void ConnmanctlTest::setsNameservers()
 {
-    addNetwork("Open", "none");
-    QCOMPARE(run({"config"_s, openId, "--nameservers"_s, "9.9.9.9"_s, "1.1.1.1"_s}), QString());
-    QCOMPARE(m_client->property(openId, "Nameservers.Configuration"_s), "[\"9.9.9.9\", \"1.1.1.1\"]"_s);
+    addNetwork("Cafe", "none");
+    QCOMPARE(run({"config"_s, cafeId, "--nameservers"_s, "9.9.9.9"_s, "1.1.1.1"_s}), QString());
+    QCOMPARE(m_client->property(cafeId, "Nameservers.Configuration"_s), "[\"9.9.9.9\", \"1.1.1.1\"]"_s);
 }
 
 void ConnmanctlTest::forgetsANetwork()
 {
-    addNetwork("Open", "none");
-    run({"connect"_s, openId});
-    QCOMPARE(run({"config"_s, openId, "--remove"_s}), QString());
-    QCOMPARE(m_client->property(openId, "Favorite"_s), "false"_s);
+    addNetwork("Cafe", "none");
+    run({"connect"_s, cafeId});
+    QCOMPARE(run({"config"_s, cafeId, "--remove"_s}), QString());
+    QCOMPARE(m_client->property(cafeId, "Favorite"_s), "false"_s);
 }
 
 void ConnmanctlTest::asksForThePassphrase()
@@ -242,12 +239,12 @@ void ConnmanctlTest::asksForThePassphrase()
     Connmanctl connmanctl;
     connmanctl.say("agent on"_s);
     QVERIFY2(connmanctl.waitFor("Agent registered"_s), qPrintable(connmanctl.output()));
-    connmanctl.say("connect "_s + homeId);
+    connmanctl.say("connect "_s + pskId);
     QVERIFY2(connmanctl.waitFor("Agent RequestInput %1\n"
-                                "  Passphrase = [ Type=psk, Requirement=mandatory ]\n"_s.arg(homeId)),
+                                "  Passphrase = [ Type=psk, Requirement=mandatory ]\n"_s.arg(pskId)),
              qPrintable(connmanctl.output()));
     connmanctl.say(right);
-    QVERIFY2(connmanctl.waitFor("Connected "_s + homeId), qPrintable(connmanctl.output()));
+    QVERIFY2(connmanctl.waitFor("Connected "_s + pskId), qPrintable(connmanctl.output()));
 }
 
 void ConnmanctlTest::tellsOfAWrongPassphrase()
@@ -256,12 +253,12 @@ void ConnmanctlTest::tellsOfAWrongPassphrase()
     Connmanctl connmanctl;
     connmanctl.say("agent on"_s);
     QVERIFY(connmanctl.waitFor("Agent registered"_s));
-    connmanctl.say("connect "_s + homeId);
+    connmanctl.say("connect "_s + pskId);
     QVERIFY(connmanctl.waitFor("Passphrase?"_s));
     connmanctl.say("wrong passphrase"_s);
-    QVERIFY2(connmanctl.waitFor("Agent ReportError %1\n  invalid-key"_s.arg(homeId)),
+    QVERIFY2(connmanctl.waitFor("Agent ReportError %1\n  invalid-key"_s.arg(pskId)),
              qPrintable(connmanctl.output()));
-    QVERIFY2(connmanctl.waitFor("Error /net/connman/service/%1: Input/output error"_s.arg(homeId)),
+    QVERIFY2(connmanctl.waitFor("Error /net/connman/service/%1: Input/output error"_s.arg(pskId)),
              qPrintable(connmanctl.output()));
 }
 
@@ -277,7 +274,7 @@ void ConnmanctlTest::joinsAHiddenNetwork()
     QVERIFY2(connmanctl.waitFor("Passphrase?"_s), qPrintable(connmanctl.output()));
     connmanctl.say(right);
     QVERIFY2(connmanctl.waitFor("Connected "_s + hiddenId), qPrintable(connmanctl.output()));
-    QVERIFY2(run("services").contains(homeId), qPrintable(run("services")));
+    QVERIFY2(run("services").contains(pskId), qPrintable(run("services")));
 }
 
 void ConnmanctlTest::watchesServicesComeAndGo()
@@ -288,14 +285,14 @@ void ConnmanctlTest::watchesServicesComeAndGo()
     QVERIFY(connmanctl.waitFor("SessionMode = False"_s));
     addNetwork("Home", "psk");
     QVERIFY2(connmanctl.waitFor("Manager      ServicesChanged      = {\n"
-                                "    Home                 %1\n}, {\n}"_s.arg(homeId)),
+                                "    Home                 %1\n}, {\n}"_s.arg(pskId)),
              qPrintable(connmanctl.output()));
-    addNetwork("Open", "none");
-    QVERIFY2(connmanctl.waitFor("unchanged                "_s + homeId), qPrintable(connmanctl.output()));
+    addNetwork("Cafe", "none");
+    QVERIFY2(connmanctl.waitFor("unchanged                "_s + pskId), qPrintable(connmanctl.output()));
     m_simulator->removeNetwork("Home"_s);
-    QVERIFY2(connmanctl.waitFor("removed                  /net/connman/service/"_s + homeId),
+    QVERIFY2(connmanctl.waitFor("removed                  /net/connman/service/"_s + pskId),
              qPrintable(connmanctl.output()));
 }
 
-static const Suite<ConnmanctlTest> suite;
+static const Suite<ConnmanctlTest> connmanctlTest;
 #include "ConnmanctlTest.moc"

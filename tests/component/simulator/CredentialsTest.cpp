@@ -164,5 +164,5 @@ void CredentialsTest::noAgentIsNotRegistered()
     QCOMPARE(connectService(pskId).text(), "net.connman.Error.NotRegistered: Not registered"_s);
 }
 
-static const Suite<CredentialsTest> suite;
+static const Suite<CredentialsTest> credentialsTest;
 #include "CredentialsTest.moc"

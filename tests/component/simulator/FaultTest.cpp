@@ -12,12 +12,7 @@ using namespace simulator_test;
 namespace {
 const QString manager = "net.connman.Manager"_s;
 const QString service = "net.connman.Service"_s;
-const QString connman = "net.connman"_s;
-const QString configurationManager = "com.tactora.ConfigurationManager"_s;
-const QString speech = "com.tactora.Speech"_s;
 const QString getServices = "GetServices"_s;
-const QString rawId = "wifi_raw_managed_psk"_s;
-const QString otherId = "wifi_other_managed_psk"_s;
 const QString noReply = "org.freedesktop.DBus.Error.NoReply"_s;
 } // namespace
 
@@ -208,5 +203,5 @@ void FaultTest::faultThatDidNotFireFailsTheTest()
     fault.verify();
 }
 
-static const Suite<FaultTest> suite;
+static const Suite<FaultTest> faultTest;
 #include "FaultTest.moc"

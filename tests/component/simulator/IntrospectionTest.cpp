@@ -136,5 +136,5 @@ void IntrospectionTest::tellsMembersAndChildren()
     QCOMPARE(inOrder(told), inOrder(lines));
 }
 
-static const Suite<IntrospectionTest> suite;
+static const Suite<IntrospectionTest> introspectionTest;
 #include "IntrospectionTest.moc"

@@ -13,9 +13,6 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString connman = "net.connman"_s;
-const QString rawId = "wifi_raw_managed_psk"_s;
-const QString otherId = "wifi_other_managed_psk"_s;
 } // namespace
 
 class LifeTest : public DeviceFixture
@@ -182,5 +179,5 @@ void LifeTest::restartKeepsFavouritesOnTheAir()
     QCOMPARE(m_client->property(id, "Favorite"_s), "true"_s);
 }
 
-static const Suite<LifeTest> suite;
+static const Suite<LifeTest> lifeTest;
 #include "LifeTest.moc"

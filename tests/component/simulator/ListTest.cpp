@@ -12,10 +12,7 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString wifi = "wifi"_s;
 const QString ethernet = "ethernet"_s;
-const QString cableId = "ethernet_020000000100_cable"_s;
-const QString servicesChanged = "ServicesChanged"_s;
 
 QString path(const char *identifier)
 {
@@ -160,5 +157,5 @@ void ListTest::scanWithoutPowerHasNoCarrier()
     QCOMPARE(m_client->technology(wifi, "Scan"_s).text(), "net.connman.Error.NoCarrier: No carrier"_s);
 }
 
-static const Suite<ListTest> suite;
+static const Suite<ListTest> listTest;
 #include "ListTest.moc"

@@ -75,5 +75,5 @@ void ManagerTest::otherArgumentsMakeAnUnknownMethod()
              "\"net.connman.Technology\" doesn't exist\n"_s);
 }
 
-static const Suite<ManagerTest> suite;
+static const Suite<ManagerTest> managerTest;
 #include "ManagerTest.moc"

@@ -7,15 +7,12 @@
 namespace simulator_test {
 
 inline const QString ssid = "Home"_s;
-inline const QString pskId = "wifi_020000000200_486f6d65_managed_psk"_s;
-inline const QString openId = "wifi_020000000200_486f6d65_managed_none"_s;
 inline const QString rightPassphrase = "right passphrase"_s;
 inline const QString passphrase = "Passphrase"_s;
 
 inline const QString failed = "net.connman.Error.Failed: Input/output error"_s;
 inline const QString aborted = "net.connman.Error.OperationAborted: Operation aborted"_s;
 inline const QString timedOut = "net.connman.Error.OperationTimeout: Operation timeout"_s;
-inline const QString invalidArguments = "net.connman.Error.InvalidArguments: Invalid arguments"_s;
 
 QVariantMap with(const QString &key, const QVariant &value);
 /// The line of RequestInput for a service, as the agent notes it.

@@ -17,9 +17,6 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString rawId = "wifi_raw_managed_psk"_s;
-const QString configurationManager = "com.tactora.ConfigurationManager"_s;
-const QString speech = "com.tactora.Speech"_s;
 } // namespace
 
 class ObservationTest : public DeviceFixture
@@ -200,5 +197,5 @@ void ObservationTest::tellsThatThereIsNoAgent()
              "net.connman.Error.NotRegistered: Not registered"_s);
 }
 
-static const Suite<ObservationTest> suite;
+static const Suite<ObservationTest> observationTest;
 #include "ObservationTest.moc"

@@ -10,10 +10,6 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString wifi = "wifi"_s;
-const QString cableId = "ethernet_020000000100_cable"_s;
-const QString homeId = "wifi_020000000200_486f6d65_managed_none"_s;
-const QString servicesChanged = "ServicesChanged"_s;
 const QString powered = "Powered"_s;
 } // namespace
 
@@ -49,7 +45,7 @@ Answer PowerTest::setPowered(const QString &technology, const QVariant &value) c
 void PowerTest::poweringWifiOffTakesItsServicesAway()
 {
     m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
+    QVERIFY(!m_client->service(openId, "Connect"_s).isError);
     m_client->clear();
     QCOMPARE(setPowered(wifi, false).text(), QString());
     QVERIFY(m_client->waitForSignal("wifi PropertyChanged(\"Powered\", <false>)"_s));
@@ -61,12 +57,12 @@ void PowerTest::poweringWifiOffTakesItsServicesAway()
 void PowerTest::poweringWifiOnScansAndConnectsFavourites()
 {
     m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
+    QVERIFY(!m_client->service(openId, "Connect"_s).isError);
     setPowered(wifi, false);
     m_client->clear();
     QCOMPARE(setPowered(wifi, true).text(), QString());
     QVERIFY(m_client->waitForSignal("wifi PropertyChanged(\"Powered\", <true>)"_s));
-    QVERIFY(m_client->waitForState(homeId, "online"_s));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
 }
 
 void PowerTest::powerThatIsSoAlreadyIsAnError_data()
@@ -124,8 +120,8 @@ void PowerTest::pluggedCableGetsOnlineBesideStrangers()
 void PowerTest::pluggedCableGetsConnectedBesideWifi()
 {
     m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
-    QVERIFY(m_client->waitForState(homeId, "online"_s));
+    QVERIFY(!m_client->service(openId, "Connect"_s).isError);
+    QVERIFY(m_client->waitForState(openId, "online"_s));
     m_simulator->setCable(true);
     QVERIFY(m_client->waitForState(cableId, "ready"_s));
 }
@@ -165,11 +161,11 @@ void PowerTest::onlyTheDefaultConnectionGetsOnline()
     m_simulator->setCable(true);
     QVERIFY(m_client->waitForState(cableId, "online"_s));
     m_simulator->addNetwork({{"ssid"_s, "Home"_s}, {"security"_s, "none"_s}});
-    QVERIFY(!m_client->service(homeId, "Connect"_s).isError);
-    QCOMPARE(m_client->property(homeId, "State"_s), "\"ready\""_s);
+    QVERIFY(!m_client->service(openId, "Connect"_s).isError);
+    QCOMPARE(m_client->property(openId, "State"_s), "\"ready\""_s);
     m_simulator->setCable(false);
-    QVERIFY(m_client->waitForState(homeId, "online"_s));
+    QVERIFY(m_client->waitForState(openId, "online"_s));
 }
 
-static const Suite<PowerTest> suite;
+static const Suite<PowerTest> powerTest;
 #include "PowerTest.moc"

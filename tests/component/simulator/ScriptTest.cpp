@@ -12,8 +12,6 @@ using namespace test_support;
 using namespace simulator_test;
 
 namespace {
-const QString homeId = "wifi_020000000200_486f6d65_managed_psk"_s;
-const QString rawId = "wifi_raw_managed_psk"_s;
 const QString simulatorName = "com.tactora.Simulator"_s;
 
 QVariantMap network(const char *ssid)
@@ -221,27 +219,27 @@ void ScriptTest::emitsAnySignal()
 
 void ScriptTest::networkIsThereAtOnce()
 {
-    QCOMPARE(m_simulator->addNetwork(network("Home")), homeId);
-    QVERIFY(m_client->waitForSignal(homeId));
-    QCOMPARE(m_simulator->services(), QStringList{homeId});
-    QCOMPARE(m_client->property(homeId, "Name"_s), "\"Home\""_s);
+    QCOMPARE(m_simulator->addNetwork(network("Home")), pskId);
+    QVERIFY(m_client->waitForSignal(pskId));
+    QCOMPARE(m_simulator->services(), QStringList{pskId});
+    QCOMPARE(m_client->property(pskId, "Name"_s), "\"Home\""_s);
 }
 
 void ScriptTest::networkWaitsForAScan()
 {
     QVariantMap options = network("Home");
     options["atOnce"_s] = false;
-    QCOMPARE(m_simulator->addNetwork(options), homeId);
+    QCOMPARE(m_simulator->addNetwork(options), pskId);
     QCOMPARE(m_simulator->services(), QStringList());
     QVERIFY(!m_client->technology("wifi"_s, "Scan"_s).isError);
-    QCOMPARE(m_simulator->services(), QStringList{homeId});
+    QCOMPARE(m_simulator->services(), QStringList{pskId});
 }
 
 void ScriptTest::networkReplacesItsNamesake()
 {
     m_simulator->addNetwork(network("Home"));
     m_simulator->addNetwork(network("Home"));
-    QCOMPARE(m_simulator->services(), QStringList{homeId});
+    QCOMPARE(m_simulator->services(), QStringList{pskId});
 }
 
 void ScriptTest::removesNetwork()
@@ -252,5 +250,5 @@ void ScriptTest::removesNetwork()
     QVERIFY(m_client->waitForSignal("ServicesChanged(@a(oa{sv}) [], [objectpath"_s));
 }
 
-static const Suite<ScriptTest> suite;
+static const Suite<ScriptTest> scriptTest;
 #include "ScriptTest.moc"

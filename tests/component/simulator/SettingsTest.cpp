@@ -17,7 +17,6 @@ const QString nameserversConfiguration = "Nameservers.Configuration"_s;
 const QString method = "Method"_s;
 const QString address = "Address"_s;
 const QString accepted;
-const QString invalidArguments = "net.connman.Error.InvalidArguments: Invalid arguments"_s;
 const QString invalidProperty = "net.connman.Error.InvalidProperty: Invalid property"_s;
 const QString invalidService = "net.connman.Error.InvalidService: Invalid service"_s;
 const QString notSupported = "net.connman.Error.NotSupported: Not supported"_s;
@@ -277,5 +276,5 @@ void SettingsTest::settingsOutliveARestart()
     QCOMPARE(m_client->property(id, "AutoConnect"_s), "false"_s);
 }
 
-static const Suite<SettingsTest> suite;
+static const Suite<SettingsTest> settingsTest;
 #include "SettingsTest.moc"

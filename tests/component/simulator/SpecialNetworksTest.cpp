@@ -12,7 +12,6 @@ using namespace simulator_test;
 
 namespace {
 const QString enterpriseId = "wifi_020000000200_486f6d65_managed_ieee8021x"_s;
-const QString hiddenId = "wifi_020000000200_hidden_managed_psk"_s;
 const QString pin = "12345670"_s;
 const QString provisioningFile = "office.config"_s;
 
@@ -233,5 +232,5 @@ void SpecialNetworksTest::removedProvisioningFileForgetsTheNetwork()
     QCOMPARE(m_simulator->storedPassphrase(enterpriseId), QString());
 }
 
-static const Suite<SpecialNetworksTest> suite;
+static const Suite<SpecialNetworksTest> specialNetworksTest;
 #include "SpecialNetworksTest.moc"

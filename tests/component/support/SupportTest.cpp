@@ -149,5 +149,5 @@ void SupportTest::takeCriticalsLeavesTheOthers()
     QCOMPARE(log.lines("default"_s), QStringList{"two"_s});
 }
 
-static const Suite<SupportTest> suite;
+static const Suite<SupportTest> supportTest;
 #include "SupportTest.moc"

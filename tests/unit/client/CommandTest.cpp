@@ -140,5 +140,5 @@ void CommandTest::networksAreAskedForOnlyWhereOneBelongs()
     QCOMPARE(asked, 1);
 }
 
-static const Suite<CommandTest> suite;
+static const Suite<CommandTest> commandTest;
 #include "CommandTest.moc"

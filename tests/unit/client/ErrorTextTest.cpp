@@ -46,5 +46,5 @@ void ErrorTextTest::errorMayBeAboutACall()
     QTEST(mayBeAbout(error, method, arguments), "may");
 }
 
-static const Suite<ErrorTextTest> suite;
+static const Suite<ErrorTextTest> errorTextTest;
 #include "ErrorTextTest.moc"

@@ -67,5 +67,5 @@ void NetworkListTest::unknownSecurityIsToldAsItIs()
     QCOMPARE(networkEntries(networks).constFirst().security, "sae"_s);
 }
 
-static const Suite<NetworkListTest> suite;
+static const Suite<NetworkListTest> networkListTest;
 #include "NetworkListTest.moc"

@@ -160,5 +160,5 @@ void NetworkNamesTest::identifierStandsForAnUnknownName()
     QCOMPARE(m_names.nameOf("nowhere"_s), "nowhere"_s);
 }
 
-static const Suite<NetworkNamesTest> suite;
+static const Suite<NetworkNamesTest> networkNamesTest;
 #include "NetworkNamesTest.moc"

@@ -79,5 +79,5 @@ void WordsTest::escapedWordIsReadBack()
     QCOMPARE(splitWords(escapedWord(word)), std::make_optional(QStringList{word}));
 }
 
-static const Suite<WordsTest> suite;
+static const Suite<WordsTest> wordsTest;
 #include "WordsTest.moc"

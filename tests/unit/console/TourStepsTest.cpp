@@ -102,5 +102,5 @@ void TourStepsTest::eventIsExpected()
     QTEST(isExpected(event, expected), "is");
 }
 
-static const Suite<TourStepsTest> suite;
+static const Suite<TourStepsTest> tourStepsTest;
 #include "TourStepsTest.moc"

@@ -267,5 +267,5 @@ QString BusPolicyTest::callAs(Who who, const QStringList &dbusSend)
     return QString::fromUtf8(caller.readAll());
 }
 
-static const Suite<BusPolicyTest> suite;
+static const Suite<BusPolicyTest> busPolicyTest;
 #include "BusPolicyTest.moc"

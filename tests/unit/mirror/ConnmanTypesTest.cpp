@@ -254,5 +254,5 @@ void ConnmanTypesTest::printingARecordLeavesTheStreamAsItWas()
     QCOMPARE(tight, "1ConnmanServiceInfo(/x, QMap())2t"_s);
 }
 
-static const Suite<ConnmanTypesTest> suite;
+static const Suite<ConnmanTypesTest> connmanTypesTest;
 #include "ConnmanTypesTest.moc"

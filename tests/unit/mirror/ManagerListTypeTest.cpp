@@ -26,5 +26,5 @@ void ManagerListTypeTest::readingTheServicesRegistersTheListType()
     QCOMPARE(QDBusMetaType::typeToSignature(qMetaTypeId<ConnmanServiceInfoList>()), "a(oa{sv})");
 }
 
-static const Suite<ManagerListTypeTest> suite;
+static const Suite<ManagerListTypeTest> managerListTypeTest;
 #include "ManagerListTypeTest.moc"

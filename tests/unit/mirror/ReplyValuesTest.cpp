@@ -124,5 +124,5 @@ void ReplyValuesTest::nothingIsKeptOfAReceivedValue()
     QVERIFY2(bytesInUse() < before + smallestBlock * times, "something is lost each time");
 }
 
-static const Suite<ReplyValuesTest> suite;
+static const Suite<ReplyValuesTest> replyValuesTest;
 #include "ReplyValuesTest.moc"

@@ -265,5 +265,5 @@ void UtilsTest::rawDictionaryReadsOnlyRawDictionaries()
     }
 }
 
-static const Suite<UtilsTest> suite;
+static const Suite<UtilsTest> utilsTest;
 #include "UtilsTest.moc"

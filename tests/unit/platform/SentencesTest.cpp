@@ -65,5 +65,5 @@ void SentencesTest::requestKeysAreSpeltAsTheServiceReadsThem()
     QTEST(key, "spelling");
 }
 
-static const Suite<SentencesTest> suite;
+static const Suite<SentencesTest> sentencesTest;
 #include "SentencesTest.moc"

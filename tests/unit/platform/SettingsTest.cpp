@@ -133,5 +133,5 @@ void SettingsTest::withoutAnEnvironmentTheFileIsTheDevices()
     QCOMPARE(QSettings().fileName(), "/etc/xdg/Tactora AB/network-manager.conf"_s);
 }
 
-static const Suite<SettingsTest> suite;
+static const Suite<SettingsTest> settingsTest;
 #include "SettingsTest.moc"

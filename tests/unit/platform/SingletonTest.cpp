@@ -173,5 +173,5 @@ void SingletonTest::constructorMayAskForAnotherInstance()
     QCOMPARE(Singleton<Nested>::instance()->other, Singleton<Other>::instance());
 }
 
-static const Suite<SingletonTest> suite;
+static const Suite<SingletonTest> singletonTest;
 #include "SingletonTest.moc"

@@ -41,5 +41,5 @@ void MacAddressTest::addressIsDerivedFromTheSerialNumber()
     QTEST(NetworkSettings::macAddress(serialNumber), "address");
 }
 
-static const Suite<MacAddressTest> suite;
+static const Suite<MacAddressTest> macAddressTest;
 #include "MacAddressTest.moc"

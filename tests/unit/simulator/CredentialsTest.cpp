@@ -118,5 +118,5 @@ void CredentialsTest::fieldsComeInConnmansOrder()
              (QStringList{"Name"_s, "SSID"_s, "Passphrase"_s, "PreviousPassphrase"_s, "WPS"_s}));
 }
 
-static const Suite<CredentialsTest> suite;
+static const Suite<CredentialsTest> credentialsTest;
 #include "CredentialsTest.moc"

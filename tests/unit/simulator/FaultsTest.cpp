@@ -97,5 +97,5 @@ void FaultsTest::unknownFaultKindIsNone()
     QVERIFY(!Fault::fromMap({}).has_value());
 }
 
-static const Suite<FaultsTest> suite;
+static const Suite<FaultsTest> faultsTest;
 #include "FaultsTest.moc"

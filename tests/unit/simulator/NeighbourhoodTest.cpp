@@ -84,5 +84,5 @@ void NeighbourhoodTest::networkJudgesCredentials()
     QCOMPARE(static_cast<int>(neighbourhood.verdict(subject)), verdict);
 }
 
-static const Suite<NeighbourhoodTest> suite;
+static const Suite<NeighbourhoodTest> neighbourhoodTest;
 #include "NeighbourhoodTest.moc"

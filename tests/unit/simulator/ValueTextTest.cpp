@@ -75,5 +75,5 @@ void ValueTextTest::unknownPropertiesComeLast()
              (QStringList{"Name"_s, "Type"_s, "Alpha"_s}));
 }
 
-static const Suite<ValueTextTest> suite;
+static const Suite<ValueTextTest> valueTextTest;
 #include "ValueTextTest.moc"

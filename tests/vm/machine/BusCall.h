@@ -1,8 +1,12 @@
 #pragma once
 
+#include "Text.h"
 #include <QDBusMessage>
 #include <QString>
 #include <QVariantList>
+
+/// The daemon's name on the bus, which is its interface's too.
+inline const QString daemonName = "com.tactora.NetworkManager"_s;
 
 /// Calls a method on the system bus and turns the event loop until the answer is there (an error message when
 /// it did not come in time): the callee may well call services that this very process offers.

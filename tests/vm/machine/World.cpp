@@ -61,7 +61,7 @@ bool World::startDaemon()
 
 bool World::stopDaemon()
 {
-    return m_daemon->stop() && eventually([] { return !isOnBus("com.tactora.NetworkManager"_s); });
+    return m_daemon->stop() && eventually([] { return !isOnBus(daemonName); });
 }
 
 void World::forgetTheStory()

@@ -1,5 +1,6 @@
 #include "BootScenarios.h"
 
+#include "BusCall.h"
 #include "Command.h"
 #include "Device.h"
 #include "EventWait.h"
@@ -17,14 +18,7 @@ using test_support::LedPattern;
 
 namespace {
 
-const QString daemonUnit = "network-manager.service"_s;
 const QString hostName = "printer-7"_s;
-
-QString contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
 
 /// Has the machine, once it is off, started again.
 bool askForAnotherBoot()
@@ -43,6 +37,12 @@ QStringList criticalLines()
 }
 
 } // namespace
+
+QString contentOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
 
 BootScenarios::BootScenarios(int boot, int cuts)
     : m_boot(boot)
@@ -93,9 +93,7 @@ void BootScenarios::lostBusBringsTheDaemonBack()
 
     QVERIFY(eventually([&] { return process() != before && process() != "0"_s; }));
     QVERIFY(eventually([] {
-        return !outputOf("busctl"_s, {"call"_s, "com.tactora.NetworkManager"_s, "/"_s,
-                                      "com.tactora.NetworkManager"_s, "getHostName"_s})
-                    .isEmpty();
+        return !outputOf("busctl"_s, {"call"_s, daemonName, "/"_s, daemonName, "getHostName"_s}).isEmpty();
     }));
     QVERIFY(criticalLines().contains("default: Connection to system-bus lost."_s));
 }

@@ -4,6 +4,9 @@
 
 #include <QObject>
 
+/// Of a file; empty when it cannot be read.
+QString contentOf(const QString &path);
+
 /// What takes a machine of its own, which is switched off and on: each function is called once in every boot
 /// of it, with the boot's number, until it asks for no other.
 class BootScenarios : public QObject

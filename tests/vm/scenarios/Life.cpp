@@ -12,9 +12,7 @@ using test_support::eventually;
 namespace {
 
 const QString atelier = "Atelier"_s;
-const QString daemonUnit = "network-manager.service"_s;
 const QString connmanUnit = "connman.service"_s;
-const QString daemonName = "com.tactora.NetworkManager"_s;
 constexpr int manyCrashes = 6; // one more than systemd would put up with by default
 
 QString processOf(const QString &unit)

@@ -1,3 +1,4 @@
+#include "BusCall.h"
 #include "BusUser.h"
 #include "EventWait.h"
 #include "MachineScenarios.h"
@@ -12,7 +13,6 @@ using test_support::eventually;
 
 namespace {
 
-const QString daemonName = "com.tactora.NetworkManager"_s;
 const QString accessDenied = "org.freedesktop.DBus.Error.AccessDenied"_s;
 const QString unknownMethod = "org.freedesktop.DBus.Error.UnknownMethod"_s;
 constexpr int methodCount = 34;

@@ -29,12 +29,6 @@ const KnownFile knownFiles[] = {
 const QString wholeProvisioning =
     "\\[service_peap\\]\nType=wifi\nName=Office\nEAP=peap\nPhase2=MSCHAPV2\n?"_s;
 
-QString contentOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
 bool isWhole(const QString &path, const QString &pattern)
 {
     const QString content = contentOf(path);

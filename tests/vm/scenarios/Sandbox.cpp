@@ -14,7 +14,6 @@ using test_support::eventually;
 
 namespace {
 
-const QString daemonUnit = "network-manager.service"_s;
 constexpr double highestExposure = 2.0;
 
 QByteArray hostNameFile()

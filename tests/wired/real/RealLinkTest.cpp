@@ -19,6 +19,6 @@ void RealLinkTest::hardwareAddressIsTheInterfacesOwn()
              kernel::hardwareAddress(Surroundings::interface()));
 }
 
-static const Suite<RealLinkTest> suite;
+static const Suite<RealLinkTest> realLinkTest;
 
 #include "RealLinkTest.moc"

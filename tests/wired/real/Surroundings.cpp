@@ -1,6 +1,7 @@
 #include "Surroundings.h"
 
 #include "ChildProcess.h"
+#include "DeviceFiles.h"
 #include "EventWait.h"
 #include "Kernel.h"
 #include "OutsideTheWorld.h"
@@ -52,12 +53,6 @@ void forgetConnmansMemory()
 {
     QDir(connmanMemory).removeRecursively();
     QDir().mkpath(connmanMemory);
-}
-
-QByteArray content(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 bool connmanIsOnTheBus(const QDBusConnection &bus)
@@ -170,7 +165,7 @@ void Surroundings::startConnman(OnlineCheck onlineCheck)
     const QDBusServiceWatcher watcher(connmanName, m_parts->bus, QDBusServiceWatcher::WatchForRegistration);
     connman.start(QStringLiteral(WIRED_DIR "/connman"), {configuration});
     if (!waitUntil([this] { return connmanIsOnTheBus(m_parts->bus); })) {
-        qFatal("No ConnMan: %s", content(connmanLog).constData());
+        qFatal("No ConnMan: %s", test_support::DeviceFiles::read(connmanLog).constData());
     }
 }
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr char farNetwork[] = "/run/netns/lan";
+constexpr char farNamespace[] = "/run/netns/lan";
 constexpr quint16 httpPort = 80;
 const QByteArray onlineReply = "HTTP/1.1 200 OK\r\n"
                                "X-ConnMan-Status: online\r\n"
@@ -40,9 +40,9 @@ int listenInFarNetwork()
 {
     int listener = -1;
     std::thread([&listener] {
-        const int network = open(farNetwork, O_RDONLY | O_CLOEXEC);
+        const int network = open(farNamespace, O_RDONLY | O_CLOEXEC);
         if (setns(network, CLONE_NEWNET) != 0) {
-            qFatal("No way into %s: %s", farNetwork, std::strerror(errno));
+            qFatal("No way into %s: %s", farNamespace, std::strerror(errno));
         }
         close(network);
         listener = listeningSocket();

@@ -243,6 +243,6 @@ void ConfigurationTest::connectOfAConnectedNetworkFailsAndLeavesItUp()
     QCOMPARE(scene.surroundings.addresses(), lease);
 }
 
-static const Suite<ConfigurationTest> suite;
+static const Suite<ConfigurationTest> configurationTest;
 
 #include "ConfigurationTest.moc"

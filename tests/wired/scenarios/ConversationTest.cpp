@@ -201,5 +201,5 @@ void ConversationTest::agentIsRegisteredOnce()
     QCOMPARE(m_connman->askManager("UnregisterAgent", agent), QString());
 }
 
-static const Suite<ConversationTest> suite;
+static const Suite<ConversationTest> conversationTest;
 #include "ConversationTest.moc"

@@ -34,7 +34,6 @@ namespace {
 
 const QString wiredName = "Wired"_s;
 const QString unspoken = "NetworkManager|critical|ERROR: Failed to queue speech-request."_s;
-constexpr int ethernetAddressSentence = 0;
 
 } // namespace
 
@@ -226,6 +225,6 @@ void LinkTest::withoutASpeechServiceTheLedStillTells()
     QVERIFY(scene.daemon.log().takeProblem(unspoken));
 }
 
-static const Suite<LinkTest> suite;
+static const Suite<LinkTest> linkTest;
 
 #include "LinkTest.moc"

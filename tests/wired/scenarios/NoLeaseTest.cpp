@@ -16,7 +16,6 @@ private slots:
 
 namespace {
 
-constexpr int ethernetAddressSentence = 0;
 constexpr int noAddressSentence = 8;
 constexpr int linkLocalMs = 41000;
 // The daemon looks for a better address every 2 s, 16 times.
@@ -45,6 +44,6 @@ void NoLeaseTest::linkLocalAddressIsReportedButNeverSpoken()
     QVERIFY(scene.waitForLed(LedPattern::off()));
 }
 
-static const Suite<NoLeaseTest> suite;
+static const Suite<NoLeaseTest> noLeaseTest;
 
 #include "NoLeaseTest.moc"

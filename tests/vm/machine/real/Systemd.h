@@ -5,6 +5,8 @@
 #include <QString>
 #include <QStringList>
 
+inline const QString daemonUnit = "network-manager.service"_s;
+
 /// The machine's systemd and its journal.
 namespace Systemd {
 
