@@ -87,5 +87,6 @@ void DaemonCommands::showNetworks(const QVariantMap &networks)
     for (const QString &line : networkLines(entries)) {
         m_feed.happened(replySource, line);
     }
-    m_feed.happened(replySource, QStringLiteral("%1 networks").arg(entries.size()));
+    m_feed.happened(replySource, entries.size() == 1 ? QStringLiteral("1 network")
+                                                     : QStringLiteral("%1 networks").arg(entries.size()));
 }

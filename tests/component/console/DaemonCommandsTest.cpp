@@ -14,11 +14,6 @@
 
 namespace {
 
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
 /// "method(types)" of every method in an introspection text, sorted.
 QStringList methods(const QByteArray &xml)
 {
@@ -48,7 +43,7 @@ QStringList fittingWords(const Command &command)
 {
     QStringList words;
     for (const QString &formWord : command.formWords()) {
-        words << (formWord == QLatin1String("NETWORK") ? text("=network")
+        words << (formWord == QLatin1String("NETWORK") ? "=network"_s
                                                        : formWord.section(QLatin1Char('|'), 0, 0));
     }
     return words;
@@ -69,15 +64,20 @@ private slots:
     void replyIsShown_data();
     void replyIsShown();
     void networksAreNumbered();
+    void networksAreCounted_data();
+    void networksAreCounted();
     void numbersInTheListAreNetworks();
     void unknownNetworkIsNotAskedFor();
     void absentDaemonIsNamed();
 
 private:
-    bool type(const char *line) { return carryOut(m_commands->commands(), splitWords(text(line)).value()); }
+    bool type(const char *line)
+    {
+        return carryOut(m_commands->commands(), splitWords(QString::fromLatin1(line)).value());
+    }
 
     test_support::PrivateBus m_bus;
-    QDBusConnection m_connection{QDBusConnection::connectToBus(m_bus.address(), text("commands"))};
+    QDBusConnection m_connection{QDBusConnection::connectToBus(m_bus.address(), "commands"_s)};
     std::unique_ptr<FakeDaemon> m_daemon;
     std::unique_ptr<Feed> m_feed;
     std::unique_ptr<NetworkNames> m_names;
@@ -96,7 +96,7 @@ void DaemonCommandsTest::init()
 
 void DaemonCommandsTest::everyOperationHasACommand()
 {
-    QFile interface(text(DAEMON_INTERFACE));
+    QFile interface(QStringLiteral(DAEMON_INTERFACE));
     QVERIFY(interface.open(QIODevice::ReadOnly));
     const QStringList expected = methods(interface.readAll());
     QCOMPARE(expected.size(), 34);
@@ -121,7 +121,9 @@ void DaemonCommandsTest::everyCommandIsExplained()
 void DaemonCommandsTest::typedWordsAreTheArguments_data()
 {
     QTest::addColumn<QString>("call");
-    const auto row = [](const char *line, const char *call) { QTest::newRow(line) << text(call); };
+    const auto row = [](const char *line, const char *call) {
+        QTest::newRow(line) << QString::fromLatin1(call);
+    };
     row("register =a \"sweet potato\"", "registerWifi a, sweet potato");
     row("register =a", "registerWifi a, (empty)");
     row("register-hidden Pantry =a \"blue cheese\"", "registerHiddenWifi Pantry, a, blue cheese");
@@ -154,13 +156,13 @@ void DaemonCommandsTest::replyIsShown_data()
     QTest::addColumn<QVariant>("answer");
     QTest::addColumn<QString>("event");
     const auto row = [](const char *line, const QVariant &answer, const char *event) {
-        QTest::newRow(line) << answer << text(event);
+        QTest::newRow(line) << answer << QString::fromLatin1(event);
     };
     row("lock", false, "reply: getLockRegion false");
-    row("region", text("SE"), "reply: getWifiRegion SE");
+    row("region", "SE"_s, "reply: getWifiRegion SE");
     row("hostname", QString(), "reply: getHostName (empty)");
-    row("active", QStringList{text("Kitchen"), text("Wired")}, "reply: activeNetworks Kitchen, Wired");
-    row("address =a", QVariantMap{{text("Method"), text("dhcp")}, {text("Address"), text("10.0.0.2")}},
+    row("active", QStringList{"Kitchen"_s, "Wired"_s}, "reply: activeNetworks Kitchen, Wired");
+    row("address =a", QVariantMap{{"Method"_s, "dhcp"_s}, {"Address"_s, "10.0.0.2"_s}},
         "reply: getConfiguration\n  Address: 10.0.0.2\n  Method: dhcp");
 }
 
@@ -175,35 +177,51 @@ void DaemonCommandsTest::replyIsShown()
 
 void DaemonCommandsTest::networksAreNumbered()
 {
-    const QVariantMap wireless{{text("Name"), text("Kitchen")},
-                               {text("Type"), text("wifi")},
-                               {text("State"), text("online")},
-                               {text("Security"), QStringList{text("psk")}},
-                               {text("Strength"), QVariant::fromValue<uchar>(60)},
-                               {text("Favorite"), true}};
-    const QVariantMap wired{
-        {text("Name"), text("Wired")}, {text("Type"), text("ethernet")}, {text("State"), text("ready")}};
-    m_daemon->setAnswer(QVariantMap{{text("wifi_a"), wireless}, {text("ethernet_b"), wired}});
+    const QVariantMap wireless{{"Name"_s, "Kitchen"_s},
+                               {"Type"_s, "wifi"_s},
+                               {"State"_s, "online"_s},
+                               {"Security"_s, QStringList{"psk"_s}},
+                               {"Strength"_s, QVariant::fromValue<uchar>(60)},
+                               {"Favorite"_s, true}};
+    const QVariantMap wired{{"Name"_s, "Wired"_s}, {"Type"_s, "ethernet"_s}, {"State"_s, "ready"_s}};
+    m_daemon->setAnswer(QVariantMap{{"wifi_a"_s, wireless}, {"ethernet_b"_s, wired}});
     QVERIFY(type("list"));
     QTRY_COMPARE(m_feed->events(),
-                 (QStringList{text("reply: 1. Kitchen, online, signal 60, passphrase, known, wifi_a"),
-                              text("reply: 2. Wired, ready, new, ethernet_b"), text("reply: 2 networks")}));
+                 (QStringList{"reply: 1. Kitchen, online, signal 60, passphrase, known, wifi_a"_s,
+                              "reply: 2. Wired, ready, new, ethernet_b"_s, "reply: 2 networks"_s}));
+}
+
+void DaemonCommandsTest::networksAreCounted_data()
+{
+    QTest::addColumn<QVariantMap>("networks");
+    QTest::addColumn<QString>("count");
+    QTest::newRow("none") << QVariantMap() << "reply: 0 networks"_s;
+    QTest::newRow("one") << QVariantMap{{"wifi_a"_s, QVariantMap()}} << "reply: 1 network"_s;
+}
+
+void DaemonCommandsTest::networksAreCounted()
+{
+    QFETCH(const QVariantMap, networks);
+    QFETCH(const QString, count);
+    m_daemon->setAnswer(networks);
+    QVERIFY(type("list"));
+    QTRY_VERIFY(m_feed->events().contains(count));
 }
 
 void DaemonCommandsTest::numbersInTheListAreNetworks()
 {
-    m_daemon->setAnswer(QVariantMap{{text("wifi_a"), QVariantMap()}, {text("wifi_b"), QVariantMap()}});
+    m_daemon->setAnswer(QVariantMap{{"wifi_a"_s, QVariantMap()}, {"wifi_b"_s, QVariantMap()}});
     QVERIFY(type("list"));
-    QTRY_VERIFY(m_feed->events().contains(text("reply: 2 networks")));
+    QTRY_VERIFY(m_feed->events().contains("reply: 2 networks"_s));
     QVERIFY(type("connect 2"));
-    QTRY_COMPARE(m_daemon->calls().last(), text("connect wifi_b"));
+    QTRY_COMPARE(m_daemon->calls().last(), "connect wifi_b"_s);
 }
 
 void DaemonCommandsTest::unknownNetworkIsNotAskedFor()
 {
     QVERIFY(type("connect nowhere"));
     QVERIFY(type("power"));
-    QTRY_COMPARE(m_daemon->calls(), QStringList{text("getWifiPower (none)")});
+    QTRY_COMPARE(m_daemon->calls(), QStringList{"getWifiPower (none)"_s});
 }
 
 void DaemonCommandsTest::absentDaemonIsNamed()
@@ -211,7 +229,7 @@ void DaemonCommandsTest::absentDaemonIsNamed()
     m_daemon.reset();
     QVERIFY(type("power"));
     QTRY_COMPARE(m_feed->events(),
-                 QStringList{text("reply: getWifiPower failed: The network daemon is not running.")});
+                 QStringList{"reply: getWifiPower failed: The network daemon is not running."_s});
 }
 
 static const Suite<DaemonCommandsTest> daemonCommandsTest;

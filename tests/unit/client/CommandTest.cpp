@@ -20,11 +20,6 @@ private slots:
 
 namespace {
 
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
 QVector<Command> someCommands()
 {
     return {command("list", "", "", {}), command("lock", "on|off", "", {}),
@@ -85,20 +80,19 @@ void CommandTest::usageNamesCommandAndForm()
 void CommandTest::firstFormThatFitsIsMeant()
 {
     const QVector<Command> commands = someCommands();
-    QCOMPARE(commandMeant(commands, {text("address"), text("a")}), &commands.at(2));
-    QCOMPARE(commandMeant(commands, {text("address"), text("a"), text("off")}), &commands.at(3));
-    QCOMPARE(commandMeant(commands, {text("address")}), nullptr);
-    QCOMPARE(commandMeant(commands, {text("other")}), nullptr);
+    QCOMPARE(commandMeant(commands, {"address"_s, "a"_s}), &commands.at(2));
+    QCOMPARE(commandMeant(commands, {"address"_s, "a"_s, "off"_s}), &commands.at(3));
+    QCOMPARE(commandMeant(commands, {"address"_s}), nullptr);
+    QCOMPARE(commandMeant(commands, {"other"_s}), nullptr);
     QCOMPARE(commandMeant(commands, {}), nullptr);
 }
 
 void CommandTest::formsAreToldWhereNoneFits()
 {
-    QCOMPARE(
-        notUnderstood(someCommands(), text("address")),
-        text("It is: address NETWORK; or: address NETWORK dhcp|off; or: address NETWORK manual ADDRESS"));
-    QCOMPARE(notUnderstood(someCommands(), text("other")),
-             text("There is no command \"other\"; \"help\" lists them."));
+    QCOMPARE(notUnderstood(someCommands(), "address"_s),
+             "It is: address NETWORK; or: address NETWORK dhcp|off; or: address NETWORK manual ADDRESS"_s);
+    QCOMPARE(notUnderstood(someCommands(), "other"_s),
+             "There is no command \"other\"; \"help\" lists them."_s);
 }
 
 void CommandTest::continuationsFollowTheForms_data()
@@ -106,8 +100,8 @@ void CommandTest::continuationsFollowTheForms_data()
     QTest::addColumn<QStringList>("words");
     QTest::addColumn<QStringList>("continuations");
     const auto row = [](const char *name, const char *words, const char *continuations) {
-        QTest::newRow(name) << text(words).split(QLatin1Char(' '), Qt::SkipEmptyParts)
-                            << text(continuations).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        QTest::newRow(name) << QString::fromLatin1(words).split(QLatin1Char(' '), Qt::SkipEmptyParts)
+                            << QString::fromLatin1(continuations).split(QLatin1Char(' '), Qt::SkipEmptyParts);
     };
     row("nothing yet", "", "list lock address");
     row("alternatives", "lock", "on off");
@@ -122,7 +116,7 @@ void CommandTest::continuationsFollowTheForms_data()
 void CommandTest::continuationsFollowTheForms()
 {
     QFETCH(const QStringList, words);
-    const QStringList networks = {text("Kitchen"), text("Library")};
+    const QStringList networks = {"Kitchen"_s, "Library"_s};
     QTEST(::continuations(someCommands(), words, [&networks] { return networks; }), "continuations");
 }
 
@@ -134,9 +128,9 @@ void CommandTest::networksAreAskedForOnlyWhereOneBelongs()
         return QStringList();
     };
     ::continuations(someCommands(), {}, networks);
-    ::continuations(someCommands(), {text("address"), text("a")}, networks);
+    ::continuations(someCommands(), {"address"_s, "a"_s}, networks);
     QCOMPARE(asked, 0);
-    ::continuations(someCommands(), {text("address")}, networks);
+    ::continuations(someCommands(), {"address"_s}, networks);
     QCOMPARE(asked, 1);
 }
 

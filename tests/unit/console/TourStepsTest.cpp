@@ -1,16 +1,8 @@
 // How the tour's text is read, and when an event is what a step expects.
 #include "TourSteps.h"
 #include "Suite.h"
+#include "Text.h"
 #include <QTest>
-
-namespace {
-
-QString text(const char *latin1)
-{
-    return QString::fromLatin1(latin1);
-}
-
-} // namespace
 
 class TourStepsTest : public QObject
 {
@@ -27,38 +19,38 @@ private slots:
 
 void TourStepsTest::readsNarrationCommandsAndExpectations()
 {
-    const QVector<TourStep> steps = readTourSteps(text("The cable is plugged in.\n"
-                                                       "It has an address.\n"
-                                                       "> cable in\n"
-                                                       "> list\n"
-                                                       "< LED: on\n"
-                                                       "< reply: 1 networks\n"));
+    const QVector<TourStep> steps = readTourSteps("The cable is plugged in.\n"
+                                                  "It has an address.\n"
+                                                  "> cable in\n"
+                                                  "> list\n"
+                                                  "< LED: on\n"
+                                                  "< reply: 1 network\n"_s);
     QCOMPARE(steps.size(), 1);
-    QCOMPARE(steps.first().narration, text("The cable is plugged in. It has an address."));
-    QCOMPARE(steps.first().commands, (QStringList{text("cable in"), text("list")}));
-    QCOMPARE(steps.first().expected, (QStringList{text("LED: on"), text("reply: 1 networks")}));
+    QCOMPARE(steps.first().narration, "The cable is plugged in. It has an address."_s);
+    QCOMPARE(steps.first().commands, (QStringList{"cable in"_s, "list"_s}));
+    QCOMPARE(steps.first().expected, (QStringList{"LED: on"_s, "reply: 1 network"_s}));
 }
 
 void TourStepsTest::emptyLinesSeparateSteps()
 {
-    const QVector<TourStep> steps = readTourSteps(text("\nOne.\n> a\n\n\nTwo.\n> b\n\n"));
+    const QVector<TourStep> steps = readTourSteps("\nOne.\n> a\n\n\nTwo.\n> b\n\n"_s);
     QCOMPARE(steps.size(), 2);
-    QCOMPARE(steps.at(0).commands, QStringList{text("a")});
-    QCOMPARE(steps.at(1).narration, text("Two."));
-    QCOMPARE(steps.at(1).commands, QStringList{text("b")});
+    QCOMPARE(steps.at(0).commands, QStringList{"a"_s});
+    QCOMPARE(steps.at(1).narration, "Two."_s);
+    QCOMPARE(steps.at(1).commands, QStringList{"b"_s});
 }
 
 void TourStepsTest::commentsBelongToNoStep()
 {
-    const QVector<TourStep> steps = readTourSteps(text("# Alone.\n#\n\nOne.\n# Within.\n> a\n"));
+    const QVector<TourStep> steps = readTourSteps("# Alone.\n#\n\nOne.\n# Within.\n> a\n"_s);
     QCOMPARE(steps.size(), 1);
-    QCOMPARE(steps.first().narration, text("One."));
-    QCOMPARE(steps.first().commands, QStringList{text("a")});
+    QCOMPARE(steps.first().narration, "One."_s);
+    QCOMPARE(steps.first().commands, QStringList{"a"_s});
 }
 
 void TourStepsTest::textWithoutStepsHasNone()
 {
-    QCOMPARE(readTourSteps(text("# Nothing\n\n")).size(), 0);
+    QCOMPARE(readTourSteps("# Nothing\n\n"_s).size(), 0);
     QCOMPARE(readTourSteps(QString()).size(), 0);
 }
 
@@ -80,7 +72,7 @@ void TourStepsTest::eventIsExpected_data()
     QTest::addColumn<QString>("expected");
     QTest::addColumn<bool>("is");
     const auto row = [](const char *name, const char *event, const char *expected, bool is) {
-        QTest::newRow(name) << text(event) << text(expected) << is;
+        QTest::newRow(name) << QString::fromLatin1(event) << QString::fromLatin1(expected) << is;
     };
     row("whole", "LED: on", "LED: on", true);
     row("beginning", "signal: error Unknown network", "signal: error", true);
