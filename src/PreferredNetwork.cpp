@@ -11,6 +11,7 @@ PreferredNetwork::Hold::Hold(PreferredNetwork &preferred)
     : m_preferred(preferred)
 {
     ++m_preferred.m_holds;
+    ++m_preferred.m_holdsSoFar;
 }
 
 PreferredNetwork::Hold::~Hold()
@@ -61,12 +62,17 @@ void PreferredNetwork::tryToJoin()
                                          << NetworkInterfaces::Wifi.data() << "interface is?!?";
             return;
         }
+        const int holdsBefore = m_holdsSoFar;
         if (service->connect()) {
             announceReturn(preferred);
             return;
         }
         qCWarning(logNetworkManager).nospace()
             << "Failed to connect to prefered network " << preferred << " (" << service->path() << ")";
+        if (m_holdsSoFar != holdsBefore) {
+            qCDebug(logNetworkManager) << "No other prefered network is tried, an operation came between.";
+            return;
+        }
     }
 }
 

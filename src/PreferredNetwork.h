@@ -37,7 +37,8 @@ public:
     PreferredNetwork(NetworkSettings &settings, ServiceLookup &lookup, const Feedback &feedback,
                      QObject *parent);
 
-    /// Tries once to join it, if Wi-Fi is idle; waits for ConnMan as ConnmanService::connect() does.
+    /// Tries once to join it, if Wi-Fi is idle; waits for ConnMan as ConnmanService::connect() does. Ends
+    /// when an operation comes between.
     void tryToJoin();
     /// Whether an attempt that is due now has to be dropped.
     bool isOnHold() const { return m_holds > 0; }
@@ -67,4 +68,6 @@ private:
     ConnmanService::State m_linkState = ConnmanService::State::Unknown;
     bool m_returnIsNews = false;
     int m_holds = 0;
+    /// Those that have ended included.
+    int m_holdsSoFar = 0;
 };

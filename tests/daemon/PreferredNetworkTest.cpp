@@ -23,6 +23,7 @@ private slots:
     void namesAreComparedExactly();
     void secondNetworkOfThatNameIsTriedWhenTheFirstFails();
     void noOtherNetworkOfThatNameIsTriedAfterASuccess();
+    void noOtherNetworkOfThatNameIsTriedAfterAnOperation();
     void failureLeavesEverythingAsItIsAndTheReturnIsStillAnnounced();
     void busyPreferredNetworkEndsTheAttempt();
 };
@@ -235,6 +236,30 @@ void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
     QCOMPARE(device.log().lines().filter("|warning|"_s).size(), 1);
     QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
     QCOMPARE(device.client.record().count(scene::announcement), 1);
+}
+
+void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterAnOperation()
+{
+    PreferringDevice device;
+    const QString den = "wifi_020000000200_44656e_managed_psk"_s;
+    device.simulator.addService(scene::home, named("Home"_s));
+    device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
+    device.simulator.addService(den, named("Den"_s));
+    device.log().tolerate(scene::autoConnectRefused);
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal().after(2000));
+    QVERIFY(device.startWithoutRadio());
+    const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
+    QVERIFY(device.powerOn());
+    QVERIFY(waitUntil([&] { return device.connectCalls().size() == 1; }));
+    const QString failed = device.connectCalls().constFirst().section(QLatin1Char(' '), 0, 0);
+
+    device.client.send("connect", den);
+    QVERIFY(device.log().waitFor(
+        "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(failed)));
+    QVERIFY(device.client.waitFor("connect -> true"_s));
+    device.client.settle();
+    QCOMPARE(device.connectCalls().mid(1), QStringList(scene::connectCall(den)));
+    QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
 }
 
 void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterASuccess()
