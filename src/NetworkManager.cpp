@@ -134,7 +134,8 @@ void NetworkManager::setUpWifi()
 
 void NetworkManager::initMacAddress()
 {
-    if (m_settings->initMacAddress()) {
+    // Without the bus the daemon is about to end.
+    if (m_settings->initMacAddress() || !QDBusConnection::systemBus().isConnected()) {
         return;
     }
     qCCritical(logNetworkManager) << "Failed to set MAC address -> trying again!";

@@ -12,6 +12,7 @@
 
 #include <libtactora/Singleton.h>
 
+#include <QDBusConnection>
 #include <QDebug>
 #include <QFile>
 
@@ -21,6 +22,9 @@ namespace {
 
 constexpr QLatin1String Ip = latin1("ip");
 constexpr QLatin1String HostNameFile = latin1("/etc/hostname");
+
+/// How soon the end of the bus, with which the daemon ends, is noticed in a wait without a limit.
+constexpr int BusPollMs = 250;
 
 constexpr QLatin1String MacPrefix = latin1("02a7c40");
 constexpr qint64 SerialNumberOffset = 200000;
@@ -118,14 +122,18 @@ bool NetworkSettings::setInterfaceAddress(const QString &address)
     const Command::ProcessPointer ip =
         Command::start(Ip, setLink({QStringLiteral("address"), address}), QProcess::MergedChannels);
     ip->waitForStarted(WithoutLimit);
-    QString output;
-    while (ip->waitForReadyRead(WithoutLimit)) {
-        output += QString::fromUtf8(ip->readAll());
+    QByteArray output;
+    while (ip->state() != QProcess::NotRunning) {
+        if (!QDBusConnection::systemBus().isConnected()) {
+            return false;
+        }
+        ip->waitForReadyRead(BusPollMs);
+        output += ip->readAll();
     }
     if (Command::endsNormally(*ip)) {
         return true;
     }
-    qCritical() << "Failed to set interface address:" << output;
+    qCritical() << "Failed to set interface address:" << QString::fromUtf8(output);
     return false;
 }
 
@@ -194,5 +202,8 @@ bool NetworkSettings::createWpaConfFile(const QString &fileName, const QString &
 
 void NetworkSettings::removeWpaConfFile(const QString &fileName)
 {
-    QFile::remove(provisioningFile(fileName));
+    const QString path = provisioningFile(fileName);
+    if (!path.isEmpty()) {
+        QFile::remove(path);
+    }
 }

@@ -34,6 +34,8 @@ const QString busLost = "default|critical|Connection to system-bus lost."_s;
 /// Commands as the device's list of them has them.
 const QString enable = "connmanctl enable wifi"_s;
 const QString disable = "connmanctl disable wifi"_s;
+/// The address that belongs to the simulated device's serial number.
+const QString setAddress = "ip link set dev wlan0 address 02:a7:c4:03:0d:a4"_s;
 const QString setSweden = "iw reg set SE"_s;
 
 /// Calls as the simulator lists them.

@@ -20,6 +20,7 @@ private slots:
     void signalEndsTheWaitForThePreferredNetwork();
     void lossOfTheBusEndsTheWait();
     void lossOfTheBusEndsTheWaitForThePowerState();
+    void lossOfTheBusEndsTheWaitForTheAddressCommand();
 };
 
 namespace {
@@ -162,6 +163,17 @@ void WaitingOperationTest::lossOfTheBusEndsTheWaitForThePowerState()
     QVERIFY(device.start());
     QVERIFY(waitUntil([&] { return device.simulator.calls().count(asking) > 2; }));
     QVERIFY(endsWithStatusOneAndSaysSo(device));
+}
+
+void WaitingOperationTest::lossOfTheBusEndsTheWaitForTheAddressCommand()
+{
+    WaitingDevice device;
+    device.simulator.setSerialNumber(100);
+    device.commands().script(setAddress, {"hang"_s});
+    QVERIFY(device.start());
+    QVERIFY(device.commands().waitForCall(setAddress));
+    QVERIFY(endsWithStatusOneAndSaysSo(device));
+    QCOMPARE(device.commands().calls().count(setAddress), 1);
 }
 
 static const Suite<WaitingOperationTest> waitingOperationTest;

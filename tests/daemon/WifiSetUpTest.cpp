@@ -35,7 +35,6 @@ private slots:
 namespace {
 const QString list = "iw list"_s;
 const QString down = "ip link set dev wlan0 down"_s;
-const QString setAddress = "ip link set dev wlan0 address 02:a7:c4:03:0d:a4"_s;
 const QString up = "ip link set dev wlan0 up"_s;
 const QString switchOn =
     "/net/connman/technology/wifi net.connman.Technology.SetProperty(\"Powered\", <true>)"_s;
