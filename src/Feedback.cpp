@@ -90,8 +90,8 @@ void switchOff(Led &led, const char *complaint)
 } // namespace
 
 Feedback::Feedback()
-    : m_ethernetLed(QStringLiteral("led10"))
-    , m_wifiLed(QStringLiteral("led8"))
+    : m_ethernetLed(QStringLiteral("led10"), nullptr)
+    , m_wifiLed(QStringLiteral("led8"), nullptr)
     , m_speech(libtactora::Singleton<libspeech::detail::Speech>::instance())
 {
 }

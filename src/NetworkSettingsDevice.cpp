@@ -166,16 +166,20 @@ bool NetworkSettings::setHostName(const QString &name)
 {
     const QByteArray content = name.toUtf8();
     FileReplacement replacement(HostNameFile);
-    if (replacement.prepare() && replacement.write(content) && replacement.commit()) {
+    const bool isPrepared = replacement.prepare();
+    if (isPrepared && replacement.write(content) && replacement.commit()) {
         return true;
     }
     // It may be a mount point, or the only writable file of its directory.
     QFile file(HostNameFile);
-    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
-        qCCritical(logNetworkSettings) << "Failed to open hostname file for writing!";
-        return false;
+    if (file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
+        return isWritten(file.fileName(), overwrite(file, content));
     }
-    return isWritten(file.fileName(), overwrite(file, content));
+    if (isPrepared && !file.exists()) {
+        return isWritten(file.fileName(), replacement.errorString());
+    }
+    qCCritical(logNetworkSettings) << "Failed to open hostname file for writing!";
+    return false;
 }
 
 bool NetworkSettings::isProvisionable(const QString &value)

@@ -42,6 +42,7 @@ private slots:
     void fullDiskLeavesTheEarlierSettings();
     void fullDiskLetsTheHostNameBeWrittenOverTheOldOne();
     void fullDiskIsNamedWhereTheHostNameCannotBeWritten();
+    void fullDiskIsNamedWhereThereIsNoHostName();
 };
 
 void FullDiskTest::fullDiskLeavesNoProvisioningFile()
@@ -104,6 +105,17 @@ void FullDiskTest::fullDiskIsNamedWhereTheHostNameCannotBeWritten()
     QVERIFY(!settings.setHostName("box"_s));
     QCOMPARE(complaints(), QStringList(networkSettingsLine(
                                "Unable to write file \"/etc/hostname\" \"No space left on device\""_s)));
+}
+
+void FullDiskTest::fullDiskIsNamedWhereThereIsNoHostName()
+{
+    NetworkSettings settings;
+    const FullDisk full("/etc"_s);
+
+    QVERIFY(!settings.setHostName("box"_s));
+    QCOMPARE(complaints(), QStringList(networkSettingsLine(
+                               "Unable to write file \"/etc/hostname\" \"No space left on device\""_s)));
+    QVERIFY(!QFile::exists(hostNameFile));
 }
 
 static const Suite<FullDiskTest> fullDiskTest;
