@@ -23,6 +23,7 @@ NetworkManager::NetworkManager(QObject *parent)
     , m_connmanWatcher(std::make_unique<libtactora::DBusService>(QDBusConnection::systemBus(),
                                                                  ConnmanNames::Service, this))
     , m_settings(new NetworkSettings(this))
+    , m_autoConnect(m_lookup, nullptr)
     , m_preferred(*m_settings, m_lookup, m_feedback, nullptr)
     , m_wifiSwitch(m_lookup, m_preferred, m_feedback, nullptr)
     , m_ethernetAnnouncement(m_feedback, nullptr)
@@ -96,6 +97,7 @@ void NetworkManager::createManager()
     m_manager = new ConnmanManager(QDBusConnection::systemBus(), this);
     QObject::connect(m_manager, &ConnmanManager::interfaceStateChanged, this,
                      &NetworkManager::interfaceStateChanged);
+    m_autoConnect.attach(m_manager);
 }
 
 void NetworkManager::registerAgent()

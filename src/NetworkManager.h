@@ -1,5 +1,6 @@
 #pragma once
 
+#include "AutoConnect.h"
 #include "ConnmanManager.h"
 #include "EthernetAnnouncement.h"
 #include "Feedback.h"
@@ -183,6 +184,7 @@ private:
 
     NetworkSettings *m_settings;
     ServiceLookup m_lookup;
+    AutoConnect m_autoConnect;
     PreferredNetwork m_preferred;
     WifiSwitch m_wifiSwitch;
     EthernetAnnouncement m_ethernetAnnouncement;

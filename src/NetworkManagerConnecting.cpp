@@ -17,7 +17,7 @@ bool NetworkManager::connect(const QString &name)
         return false;
     }
 
-    const ConnectingScope scope(m_lookup, m_preferred);
+    const ConnectingScope scope(m_autoConnect, m_preferred);
     if (!service->connect()) {
         emit error(QStringLiteral("Unable to connect network '%1'.").arg(name));
         m_feedback.speak(Sentence::ConnectionFailed);

@@ -54,7 +54,7 @@ bool NetworkManager::registerWithCredentials(const Service &service, const QStri
                                              const Credentials &credentials,
                                              const std::function<void()> &onFailure)
 {
-    const ConnectingScope connectingScope(m_lookup, m_preferred);
+    const ConnectingScope connectingScope(m_autoConnect, m_preferred);
     const CredentialsScope credentialsScope(m_agent, ssid, credentials);
     if (service->connect()) {
         announceConnected(service);
@@ -154,7 +154,7 @@ bool NetworkManager::registerWifiWPSNamed(const QString &ssid)
         return refuse("Network already registered.", QStringLiteral("Network already registered."));
     }
 
-    const ConnectingScope scope(m_lookup, m_preferred);
+    const ConnectingScope scope(m_autoConnect, m_preferred);
     if (!service->connect()) {
         qCCritical(logNetworkManager) << "Unable to register to network" << service->name() << "using WPS.";
         emit error(QStringLiteral("Unable to register network '%1' using WPS.").arg(service->name()));

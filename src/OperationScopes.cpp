@@ -1,36 +1,17 @@
 #include "OperationScopes.h"
 
-#include "ConnmanNames.h"
-#include "NetworkManagerLog.h"
-#include "ServiceLookup.h"
+#include "AutoConnect.h"
 
-namespace {
-
-void setAutoConnect(const ServiceLookup &lookup, bool on)
-{
-    const QList<ServiceLookup::Service> all = lookup.services();
-    for (const ServiceLookup::Service &service : all) {
-        const QString type = service->type();
-        if (type == ConnmanNames::Wifi) {
-            service->setAutoConnect(on);
-        } else {
-            qCDebug(logNetworkManager) << "Skipping network of type" << type;
-        }
-    }
-}
-
-} // namespace
-
-ConnectingScope::ConnectingScope(const ServiceLookup &lookup, PreferredNetwork &preferred)
-    : m_lookup(lookup)
+ConnectingScope::ConnectingScope(AutoConnect &autoConnect, PreferredNetwork &preferred)
+    : m_autoConnect(autoConnect)
     , m_hold(preferred)
 {
-    setAutoConnect(m_lookup, false);
+    m_autoConnect.switchOff();
 }
 
 ConnectingScope::~ConnectingScope()
 {
-    setAutoConnect(m_lookup, true);
+    m_autoConnect.switchOn();
 }
 
 CredentialsScope::CredentialsScope(ConnmanAgent *agent, const QString &networkIdentifier,

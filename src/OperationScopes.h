@@ -5,7 +5,7 @@
 
 #include <QString>
 
-class ServiceLookup;
+class AutoConnect;
 
 /// What an operation holds while it waits for ConnMan to connect a network: ConnMan does not connect any
 /// other Wi-Fi network by itself, and the daemon does not try the preferred one. Afterwards ConnMan may
@@ -13,13 +13,13 @@ class ServiceLookup;
 class ConnectingScope
 {
 public:
-    ConnectingScope(const ServiceLookup &lookup, PreferredNetwork &preferred);
+    ConnectingScope(AutoConnect &autoConnect, PreferredNetwork &preferred);
     ~ConnectingScope();
     ConnectingScope(const ConnectingScope &) = delete;
     ConnectingScope &operator=(const ConnectingScope &) = delete;
 
 private:
-    const ServiceLookup &m_lookup;
+    AutoConnect &m_autoConnect;
     PreferredNetwork::Hold m_hold;
 };
 

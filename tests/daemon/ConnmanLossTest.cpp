@@ -16,6 +16,7 @@ private slots:
     void preferredNetworkIsJoinedWhenItIsBack();
     void operationOnANetworkOfTheFormerConnmanIsRefused();
     void connectEndsWithConnman();
+    void autoConnectComesBackAfterALossInAConnect();
 };
 
 namespace {
@@ -25,6 +26,29 @@ const QString reconnected = "networkConnected(\"Home\")"_s;
 QVariantMap homeIs(const QString &state)
 {
     return {{"Name"_s, "Home"_s}, {"State"_s, state}};
+}
+
+/// What an operation on a network asked of a ConnMan that was gone.
+void tolerateWhatWasStillAsked(Operations &device, const QString &identifier)
+{
+    device.tolerateRefusedAutoConnect();
+    const QString absent = "The name net.connman was not provided by any .service files"_s;
+    device.log().tolerate(
+        "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
+        "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", \"Message recipient disconnected from "
+        "message bus without replying\")"_s.arg(servicePath(identifier)));
+    device.log().tolerate("ConnmanService|critical|Failed to asynchronously call Disconnect on \"%1\" : "
+                          "QDBusError(\"org.freedesktop.DBus.Error.ServiceUnknown\", \"%2\")"_s.arg(
+                              servicePath(identifier), absent));
+    device.log().tolerate(
+        "ConnmanService.properties|critical|Call to GetProperties failed: \"%1\""_s.arg(absent));
+    for (const QString &property : {"IPv4.Configuration"_s, "AutoConnect"_s}) {
+        device.log().tolerate(
+            "ConnmanService.properties|critical|Setting property \"%1\" failed: \"%2\""_s.arg(property,
+                                                                                              absent));
+    }
+    device.log().tolerate("ConnmanService.properties|critical|Missing property \"Address\""_s);
+    device.log().tolerate("ConnmanService.properties|critical|Missing property \"Gateway\""_s);
 }
 } // namespace
 
@@ -115,25 +139,33 @@ void ConnmanLossTest::connectEndsWithConnman()
     device.simulator.setPresent(connman, false);
     QVERIFY(device.client.waitFor("connect -> false"_s));
     QCOMPARE(device.client.call("activeNetworks").toStringList(), QStringList());
-    device.tolerateRefusedAutoConnect();
-    // What the operation still asked of the ConnMan that is gone.
-    const QString absent = "The name net.connman was not provided by any .service files"_s;
-    device.log().tolerate(
-        "ConnmanService|critical|Failed to asynchronously call Connect on \"%1\" : "
-        "QDBusError(\"org.freedesktop.DBus.Error.NoReply\", \"Message recipient disconnected from "
-        "message bus without replying\")"_s.arg(servicePath(home)));
-    device.log().tolerate(
-        "ConnmanService|critical|Failed to asynchronously call Disconnect on \"%1\" : "
-        "QDBusError(\"org.freedesktop.DBus.Error.ServiceUnknown\", \"%2\")"_s.arg(servicePath(home), absent));
-    device.log().tolerate(
-        "ConnmanService.properties|critical|Call to GetProperties failed: \"%1\""_s.arg(absent));
-    for (const QString &property : {"IPv4.Configuration"_s, "AutoConnect"_s}) {
-        device.log().tolerate(
-            "ConnmanService.properties|critical|Setting property \"%1\" failed: \"%2\""_s.arg(property,
-                                                                                              absent));
-    }
-    device.log().tolerate("ConnmanService.properties|critical|Missing property \"Address\""_s);
-    device.log().tolerate("ConnmanService.properties|critical|Missing property \"Gateway\""_s);
+    tolerateWhatWasStillAsked(device, home);
+}
+
+// ConnMan keeps what it was told: without this, networks that it remembers would never be joined again.
+void ConnmanLossTest::autoConnectComesBackAfterALossInAConnect()
+{
+    Operations device;
+    const auto isOn = [&device](const QString &identifier) {
+        return device.simulator.serviceProperties(identifier).value("AutoConnect"_s).toBool();
+    };
+    constexpr int never = -1;
+    device.simulator.setTiming("autoConnect"_s, never);
+    device.simulator.addService(home, {{"Name"_s, "Home"_s}, {"Favorite"_s, true}, {"AutoConnect"_s, true}});
+    device.simulator.addService(den, {{"Name"_s, "Den"_s}});
+    QVERIFY(device.begin());
+    const Fault loss = connectFault(device.simulator, FaultKind::vanish());
+    QCOMPARE(device.client.call("connect", den).toBool(), false);
+    device.client.settle();
+    QVERIFY(!isOn(home));
+    tolerateWhatWasStillAsked(device, den);
+
+    device.simulator.clearCalls();
+    device.simulator.setPresent(connman, true);
+    QVERIFY(waitUntil([&] { return isOn(home); }));
+    device.client.settle();
+    QCOMPARE(device.changes().filter("AutoConnect"_s), QStringList(autoConnect(home, true)));
+    QVERIFY(device.log().takeProblem("default|critical|WLAN not supported on this board."_s));
 }
 
 static const Suite<ConnmanLossTest> connmanLossTest;
