@@ -70,9 +70,7 @@ ServiceLookup::Service ServiceLookup::find(const Condition &matches, IfMissing i
     };
     if (const auto deadline = scanUntilAnswered()) {
         m_manager->awaitAnnouncements(*deadline, look);
-    } else if (m_manager) {
-        // What came while the scan was failing.
-        m_manager->deliverAnnouncements();
+    } else {
         look();
     }
     return found;
@@ -102,7 +100,12 @@ void ServiceLookup::scanAndSettle(std::chrono::milliseconds pause)
 /// Until when the announcement of the scan is to be waited for; nothing when there was no scan.
 std::optional<QDeadlineTimer> ServiceLookup::scanUntilAnswered()
 {
-    if (!m_wifi || !m_wifi->scan()) {
+    if (!m_wifi) {
+        return std::nullopt;
+    }
+    if (!m_wifi->scan()) {
+        // What came while it was failing; ConnMan may have gone.
+        m_manager->deliverAnnouncements();
         return std::nullopt;
     }
     return QDeadlineTimer(AnnouncementLimit);

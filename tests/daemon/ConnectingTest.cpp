@@ -14,6 +14,7 @@ private slots:
     void connectedCableIsSpokenAndSignalledButNotPreferred();
     void failedConnectIsReportedAndAutoConnectIsOnAgain();
     void autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect();
+    void autoConnectOfANetworkThatWasAwayAfterwardsIsOnWhenItIsBack();
     void disconnectedNetworkIsNoLongerPreferred();
     void refusedDisconnectStillClearsThePreference();
     void refusedDisconnectLeavesTheLedOn();
@@ -102,6 +103,27 @@ void ConnectingTest::autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect()
     QCOMPARE(QSet<QString>({calls[3], calls[4]}),
              QSet<QString>({autoConnect(cafe, true), autoConnect(home, true)}));
     device.tolerateRefusedAutoConnect();
+}
+
+void ConnectingTest::autoConnectOfANetworkThatWasAwayAfterwardsIsOnWhenItIsBack()
+{
+    Operations device;
+    const QVariantMap remembered{{"Name"_s, "Home"_s}, {"Favorite"_s, true}, {"AutoConnect"_s, true}};
+    device.simulator.addService(home, remembered);
+    device.simulator.addService(den, {{"Name"_s, "Den"_s}});
+    device.tolerateRefusedAutoConnect();
+    QVERIFY(device.begin());
+    const Fault slow = connectFault(device.simulator, FaultKind::reply({}).after(1000));
+    device.client.send("connect", den);
+    QVERIFY(device.simulator.waitForCall(connectCall(den)));
+    device.simulator.removeService(home);
+    QVERIFY(device.client.waitFor("connect -> true"_s));
+
+    device.simulator.clearCalls();
+    device.simulator.addService(home, {{"Name"_s, "Home"_s}, {"Favorite"_s, true}, {"AutoConnect"_s, false}});
+    QVERIFY(device.simulator.waitForCall(autoConnect(home, true)));
+    device.client.settle();
+    QCOMPARE(device.changes(), QStringList(autoConnect(home, true)));
 }
 
 void ConnectingTest::disconnectedNetworkIsNoLongerPreferred()

@@ -29,6 +29,7 @@ private slots:
     void refusedAutoConfigurationIsReportedAndTheNetworkListed();
     void networksWithIpv6AutoAreLeftAlone();
     void failedScanStillListsWhatIsKnown();
+    void connmanThatDiesInTheScanLeavesNoGhosts();
     void networkThatTheScanFoundIsListedAtOnce();
 };
 
@@ -128,6 +129,24 @@ void NetworksTest::failedScanStillListsWhatIsKnown()
 
     QCOMPARE(networks(device.client).keys(), QStringList(home));
     QVERIFY(device.log().takeProblem(scanFailed));
+}
+
+void NetworksTest::connmanThatDiesInTheScanLeavesNoGhosts()
+{
+    Operations device;
+    device.simulator.addService(home);
+    QVERIFY(device.begin());
+    const Fault death =
+        device.simulator.injectFault("net.connman.Technology"_s, "Scan"_s, FaultKind::vanish());
+
+    QCOMPARE(networks(device.client).keys(), QStringList());
+    QCOMPARE(device.client.record().filter("error"_s), QStringList());
+    const QStringList problems = device.log().problems();
+    QCOMPARE(problems.size(), 1);
+    QVERIFY2(
+        problems.constFirst().startsWith("ConnmanTechnology|critical|Failed to asynchronously call Scan"_s),
+        qPrintable(problems.constFirst()));
+    QVERIFY(device.log().takeProblem(problems.constFirst()));
 }
 
 void NetworksTest::networkThatTheScanFoundIsListedAtOnce()

@@ -110,9 +110,10 @@ int withoutAutoConnect(SimulatorClient &simulator)
 void checkThatAllIsWellAgain(Run &run, TestDevice &device)
 {
     device.client.call("setWifiPower", true);
+    // Each connect switches it on again, so before one.
+    run.checkEqual("networks left without AutoConnect"_s, withoutAutoConnect(device.simulator), 0);
     const bool connected = device.client.call("connect", cafe).toBool();
     run.check("connects afterwards"_s, connected ? "yes"_s : "no"_s, "yes"_s, connected);
-    run.checkEqual("networks left without AutoConnect"_s, withoutAutoConnect(device.simulator), 0);
     const QVariant path = QVariant::fromValue(QDBusObjectPath("/net/connman/service/"_s + cafe));
     const QString refusal =
         device.simulator.callAgent("RequestInput"_s, {path, QVariantMap{{"Passphrase"_s, QVariantMap()}}})
