@@ -60,8 +60,13 @@ void AutoConnect::set(const Service &service, bool on)
 void AutoConnect::serviceAdded(const Service &service)
 {
     QTimer::singleShot(0, this, [this, service] {
-        if (m_users == 0 && m_switchedOff.contains(service->identifier())) {
+        if (m_users > 0 || !m_switchedOff.contains(service->identifier())) {
+            return;
+        }
+        if (service->isFavorite()) {
             set(service, true);
+        } else {
+            m_switchedOff.remove(service->identifier()); // ConnMan has forgotten it meanwhile
         }
     });
 }

@@ -69,7 +69,7 @@ void PreferredNetwork::tryToJoin()
         }
         qCWarning(logNetworkManager).nospace()
             << "Failed to connect to prefered network " << preferred << " (" << service->path() << ")";
-        if (m_holdsSoFar != holdsBefore) {
+        if (m_holdsSoFar != holdsBefore || m_settings.getPreferedWifi() != preferred) {
             qCDebug(logNetworkManager) << "No other prefered network is tried, an operation came between.";
             return;
         }

@@ -15,6 +15,7 @@ private slots:
     void failedConnectIsReportedAndAutoConnectIsOnAgain();
     void autoConnectOfEveryWifiNetworkIsSwitchedAroundTheConnect();
     void autoConnectOfANetworkThatWasAwayAfterwardsIsOnWhenItIsBack();
+    void autoConnectOfANetworkThatWasForgottenMeanwhileStaysAlone();
     void disconnectedNetworkIsNoLongerPreferred();
     void refusedDisconnectStillClearsThePreference();
     void refusedDisconnectLeavesTheLedOn();
@@ -124,6 +125,25 @@ void ConnectingTest::autoConnectOfANetworkThatWasAwayAfterwardsIsOnWhenItIsBack(
     QVERIFY(device.simulator.waitForCall(autoConnect(home, true)));
     device.client.settle();
     QCOMPARE(device.changes(), QStringList(autoConnect(home, true)));
+}
+
+void ConnectingTest::autoConnectOfANetworkThatWasForgottenMeanwhileStaysAlone()
+{
+    Operations device;
+    device.simulator.addService(home, {{"Name"_s, "Home"_s}, {"Favorite"_s, true}, {"AutoConnect"_s, true}});
+    device.simulator.addService(den, {{"Name"_s, "Den"_s}});
+    device.tolerateRefusedAutoConnect();
+    QVERIFY(device.begin());
+    const Fault slow = connectFault(device.simulator, FaultKind::reply({}).after(1000));
+    device.client.send("connect", den);
+    QVERIFY(device.simulator.waitForCall(connectCall(den)));
+    device.simulator.removeService(home);
+    QVERIFY(device.client.waitFor("connect -> true"_s));
+
+    device.simulator.addService(home, {{"Name"_s, "Home"_s}, {"Favorite"_s, false}});
+    device.simulator.clearCalls();
+    device.client.settle();
+    QCOMPARE(device.changes(), QStringList());
 }
 
 void ConnectingTest::disconnectedNetworkIsNoLongerPreferred()

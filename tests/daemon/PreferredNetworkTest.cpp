@@ -1,5 +1,5 @@
 #include "EventWait.h"
-#include "Scene.h"
+#include "OperationsScene.h"
 #include "Suite.h"
 #include <QElapsedTimer>
 #include <QTest>
@@ -24,6 +24,7 @@ private slots:
     void secondNetworkOfThatNameIsTriedWhenTheFirstFails();
     void noOtherNetworkOfThatNameIsTriedAfterASuccess();
     void noOtherNetworkOfThatNameIsTriedAfterAnOperation();
+    void noOtherNetworkOfThatNameIsTriedOnceItIsNoLongerPreferred();
     void failureLeavesEverythingAsItIsAndTheReturnIsStillAnnounced();
     void busyPreferredNetworkEndsTheAttempt();
 };
@@ -32,7 +33,7 @@ namespace {
 const QString trying = "NetworkManager|debug|Trying to connect to prefered network \"Home\""_s;
 
 /// A device whose preferred network is "Home", its Wi-Fi switched off and everything logged.
-struct PreferringDevice : TestDevice
+struct PreferringDevice : scene::Operations
 {
     PreferringDevice()
     {
@@ -260,6 +261,26 @@ void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterAnOperation()
     device.client.settle();
     QCOMPARE(device.connectCalls().mid(1), QStringList(scene::connectCall(den)));
     QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
+}
+
+void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedOnceItIsNoLongerPreferred()
+{
+    PreferringDevice device;
+    device.simulator.addService(scene::home, named("Home"_s));
+    device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal().after(2000));
+    QVERIFY(device.startWithoutRadio());
+    QVERIFY(device.powerOn());
+    QVERIFY(waitUntil([&] { return device.connectCalls().size() == 1; }));
+    const QString failed = device.connectCalls().constFirst().section(QLatin1Char(' '), 0, 0);
+
+    device.client.send("disconnect", failed.section(QLatin1Char('/'), -1));
+    QVERIFY(device.log().waitFor(
+        "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(failed)));
+    device.client.settle();
+    QCOMPARE(device.connectCalls().size(), 1);
+    QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
+    device.tolerateMissingAddress();
 }
 
 void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterASuccess()
