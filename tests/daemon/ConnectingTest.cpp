@@ -114,7 +114,7 @@ void ConnectingTest::autoConnectOfANetworkThatWasAwayAfterwardsIsOnWhenItIsBack(
     device.simulator.addService(den, {{"Name"_s, "Den"_s}});
     device.tolerateRefusedAutoConnect();
     QVERIFY(device.begin());
-    const Fault slow = connectFault(device.simulator, FaultKind::reply({}).after(1000));
+    const Fault slow = connectFault(device.simulator, FaultKind::reply({}).after(4000));
     device.client.send("connect", den);
     QVERIFY(device.simulator.waitForCall(connectCall(den)));
     device.simulator.removeService(home);
@@ -134,7 +134,7 @@ void ConnectingTest::autoConnectOfANetworkThatWasForgottenMeanwhileStaysAlone()
     device.simulator.addService(den, {{"Name"_s, "Den"_s}});
     device.tolerateRefusedAutoConnect();
     QVERIFY(device.begin());
-    const Fault slow = connectFault(device.simulator, FaultKind::reply({}).after(1000));
+    const Fault slow = connectFault(device.simulator, FaultKind::reply({}).after(4000));
     device.client.send("connect", den);
     QVERIFY(device.simulator.waitForCall(connectCall(den)));
     device.simulator.removeService(home);

@@ -247,7 +247,7 @@ void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterAnOperation()
     device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
     device.simulator.addService(den, named("Den"_s));
     device.log().tolerate(scene::autoConnectRefused);
-    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal().after(2000));
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal().after(6000));
     QVERIFY(device.startWithoutRadio());
     const Fault success = scene::connectFault(device.simulator, FaultKind::reply({}));
     QVERIFY(device.powerOn());
@@ -268,7 +268,7 @@ void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedOnceItIsNoLongerPrefer
     PreferringDevice device;
     device.simulator.addService(scene::home, named("Home"_s));
     device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
-    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal().after(2000));
+    const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal().after(6000));
     QVERIFY(device.startWithoutRadio());
     QVERIFY(device.powerOn());
     QVERIFY(waitUntil([&] { return device.connectCalls().size() == 1; }));
