@@ -21,7 +21,6 @@ private slots:
 
 namespace {
 const QString homeOfTheNewConnman = "wifi_02a7c4030da4_486f6d65_managed_psk"_s;
-const QString reconnected = "networkConnected(\"Home\")"_s;
 
 QVariantMap homeIs(const QString &state)
 {
@@ -108,7 +107,7 @@ void ConnmanLossTest::preferredNetworkIsJoinedWhenItIsBack()
     device.simulator.setPresent(connman, true);
     device.reportState(homeOfTheNewConnman, "idle"_s);
     QVERIFY(device.simulator.waitForCall(connectCall(homeOfTheNewConnman)));
-    QVERIFY(device.client.waitFor(reconnected));
+    QVERIFY(device.client.waitFor(announcement));
 }
 
 void ConnmanLossTest::operationOnANetworkOfTheFormerConnmanIsRefused()

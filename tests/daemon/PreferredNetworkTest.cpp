@@ -32,6 +32,9 @@ private slots:
 namespace {
 const QString trying = "NetworkManager|debug|Trying to connect to prefered network \"Home\""_s;
 
+const QString dropped =
+    "NetworkManager|debug|No other prefered network is tried, an operation came between."_s;
+
 /// A device whose preferred network is "Home", its Wi-Fi switched off and everything logged.
 struct PreferringDevice : scene::Operations
 {
@@ -242,10 +245,9 @@ void PreferredNetworkTest::secondNetworkOfThatNameIsTriedWhenTheFirstFails()
 void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterAnOperation()
 {
     PreferringDevice device;
-    const QString den = "wifi_020000000200_44656e_managed_psk"_s;
     device.simulator.addService(scene::home, named("Home"_s));
     device.simulator.addService("wifi_020000000200_486f6d65_managed_none"_s, named("Home"_s));
-    device.simulator.addService(den, named("Den"_s));
+    device.simulator.addService(scene::den, named("Den"_s));
     device.log().tolerate(scene::autoConnectRefused);
     const Fault failing = scene::connectFault(device.simulator, scene::connectRefusal().after(6000));
     QVERIFY(device.startWithoutRadio());
@@ -254,12 +256,13 @@ void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedAfterAnOperation()
     QVERIFY(waitUntil([&] { return device.connectCalls().size() == 1; }));
     const QString failed = device.connectCalls().constFirst().section(QLatin1Char(' '), 0, 0);
 
-    device.client.send("connect", den);
+    device.client.send("connect", scene::den);
     QVERIFY(device.log().waitFor(
         "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(failed)));
+    QVERIFY(device.log().waitFor(dropped));
     QVERIFY(device.client.waitFor("connect -> true"_s));
     device.client.settle();
-    QCOMPARE(device.connectCalls().mid(1), QStringList(scene::connectCall(den)));
+    QCOMPARE(device.connectCalls().mid(1), QStringList(scene::connectCall(scene::den)));
     QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
 }
 
@@ -277,6 +280,7 @@ void PreferredNetworkTest::noOtherNetworkOfThatNameIsTriedOnceItIsNoLongerPrefer
     device.client.send("disconnect", failed.section(QLatin1Char('/'), -1));
     QVERIFY(device.log().waitFor(
         "NetworkManager|warning|Failed to connect to prefered network \"Home\" (\"%1\")"_s.arg(failed)));
+    QVERIFY(device.log().waitFor(dropped));
     device.client.settle();
     QCOMPARE(device.connectCalls().size(), 1);
     QVERIFY(device.log().takeProblem(scene::connectRefused(failed)));
